@@ -4,7 +4,7 @@ option(ZORVANE_WARNINGS_AS_ERRORS "Treat warnings as errors" OFF)
 add_library(ZorvaneWarnings INTERFACE)
 add_library(Zorvane::Warnings ALIAS ZorvaneWarnings)
 target_compile_options(ZorvaneWarnings INTERFACE
-  -Wall -Wextra -Wconversion -Wshadow -Wnon-virtual-dtor
+  -Wall -Wextra -Wconversion -Wnon-virtual-dtor
   $<$<BOOL:${ZORVANE_WARNINGS_AS_ERRORS}>:-Werror>)
 
 if(ZORVANE_SANITIZE)

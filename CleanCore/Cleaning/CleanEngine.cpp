@@ -1,0 +1,63 @@
+#include "CleanCore/Cleaning/CleanEngine.h"
+
+#include "CleanCore/Platform/FileManager.h"
+#include "CleanCore/Rules/PathExpander.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace CleanCore {
+
+using SkipReason = CleaningReport::SkipReason;
+
+CleanEngine::CleanEngine(std::string home, std::shared_ptr<const FileManager> fileManager,
+                         std::span<const std::string> furtherProtected)
+    : m_home(std::move(home)), m_fileManager(std::move(fileManager)),
+      m_safetyGuard(m_home, *m_fileManager, furtherProtected)
+{
+}
+
+CleaningReport CleanEngine::clean(std::span<const CleaningSelection> selections, bool dryRun,
+                                  const std::stop_token& stop) const
+{
+    CleaningReport report;
+    const std::unique_ptr<Removal> removal =
+        m_fileManager->beginRemoval(m_home, m_safetyGuard.protectedFolders());
+    for (const CleaningSelection& selection : selections) {
+        const std::vector<std::string> bases =
+            PathExpander::expandAll(selection.rule.basePaths, m_home, *m_fileManager);
+        for (const ScannedItem& item : selection.items) {
+            if (stop.stop_requested()) {
+                return report;
+            }
+            const std::string* const base = allowingBase(item.path, bases);
+            if (base == nullptr) {
+                report.skipped.push_back({item.path, SkipReason::blockedBySafetyGuard});
+                continue;
+            }
+            if (dryRun) {
+                report.removed.push_back({item.path, item.sizeBytes});
+                continue;
+            }
+            const RemovalOutcome outcome = removal->remove(*base, item.path, item.identity);
+            if (outcome.error != 0) {
+                report.skipped.push_back({item.path, SkipReason::removalFailed});
+            } else {
+                report.removed.push_back(
+                    {item.path, outcome.wasSymbolicLink ? 0 : item.sizeBytes});
+            }
+        }
+    }
+    return report;
+}
+
+const std::string* CleanEngine::allowingBase(const std::string& path,
+                                             std::span<const std::string> bases) const
+{
+    const auto base = std::find_if(bases.begin(), bases.end(), [&](const std::string& candidate) {
+        return m_safetyGuard.validate(path, candidate).isAllowed();
+    });
+    return base == bases.end() ? nullptr : &*base;
+}
+
+} // namespace CleanCore

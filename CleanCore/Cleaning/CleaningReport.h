@@ -1,0 +1,52 @@
+#pragma once
+
+#include <cstdint>
+#include <numeric>
+#include <string>
+#include <vector>
+
+namespace CleanCore {
+
+/// What became of every item that a clean was given, in processing order.
+struct CleaningReport {
+    struct RemovedItem {
+        std::string path;
+        /// What the removal is credited with: the scanned size; 0 for a link, which frees nothing.
+        std::int64_t bytes = 0;
+        [[nodiscard]] bool operator==(const RemovedItem&) const = default;
+    };
+
+    enum class SkipReason {
+        /// The safety guard allowed the item under none of the rule's bases.
+        blockedBySafetyGuard,
+        /// The removal, or the tool, failed, or there is no way to clean this.
+        removalFailed,
+    };
+
+    struct SkippedItem {
+        std::string path;
+        SkipReason reason = SkipReason::removalFailed;
+        [[nodiscard]] bool operator==(const SkippedItem&) const = default;
+    };
+
+    std::vector<RemovedItem> removed;
+    std::vector<SkippedItem> skipped;
+
+    [[nodiscard]] std::int64_t totalBytesFreed() const
+    {
+        return std::accumulate(
+            removed.begin(), removed.end(), std::int64_t{0},
+            [](std::int64_t sum, const RemovedItem& item) { return sum + item.bytes; });
+    }
+
+    /// This report's entries followed by the other's, in both lists.
+    [[nodiscard]] CleaningReport merging(const CleaningReport& other) const
+    {
+        CleaningReport merged = *this;
+        merged.removed.insert(merged.removed.end(), other.removed.begin(), other.removed.end());
+        merged.skipped.insert(merged.skipped.end(), other.skipped.begin(), other.skipped.end());
+        return merged;
+    }
+};
+
+} // namespace CleanCore

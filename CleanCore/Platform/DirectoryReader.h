@@ -1,0 +1,57 @@
+#pragma once
+
+#include <cstddef>
+#include <memory>
+#include <sys/types.h>
+
+struct dirent64;
+
+namespace CleanCore {
+
+/// Reads the names of a folder in large batches, into one buffer that serves one folder after the
+/// other. Not for use by two threads at once.
+class DirectoryReader
+{
+public:
+    static constexpr std::size_t bufferBytes = 64 * 1024;
+
+    DirectoryReader();
+
+    /// Reads the next batch of the folder open as `directory`, from where its last read ended.
+    /// Returns 1 with entries, 0 at the end, a negative errno otherwise.
+    [[nodiscard]] int readBatch(int directory);
+
+    /// Calls `visit(name)` for each entry of the batch but "." and ".."; ends early and returns
+    /// false when it returns false. The names live until the next batch.
+    template <typename Visit>
+    bool forEach(Visit&& visit) const
+    {
+        for (std::size_t at = 0; at < m_filled; at = next(at)) {
+            const char* const name = nameAt(at);
+            if (!isDotOrDotDot(name) && !visit(name)) {
+                return false;
+            }
+        }
+        return true;
+    }
+
+    /// Whether the batch is large enough to be worth another thread's while.
+    [[nodiscard]] bool isLarge() const { return m_filled > bufferBytes / 8; }
+
+    /// Hands the current batch over to another reader, which can then visit it; this one goes on
+    /// with a fresh buffer.
+    [[nodiscard]] DirectoryReader takeBatch();
+
+private:
+    [[nodiscard]] std::size_t next(std::size_t at) const;
+    [[nodiscard]] const char* nameAt(std::size_t at) const;
+    [[nodiscard]] static bool isDotOrDotDot(const char* name)
+    {
+        return name[0] == '.' && (name[1] == '\0' || (name[1] == '.' && name[2] == '\0'));
+    }
+
+    std::unique_ptr<std::byte[]> m_buffer;
+    std::size_t m_filled = 0;
+};
+
+} // namespace CleanCore

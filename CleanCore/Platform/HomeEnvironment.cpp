@@ -1,0 +1,106 @@
+#include "CleanCore/Platform/HomeEnvironment.h"
+
+#include "CleanCore/Platform/LinkResolver.h"
+#include "CleanCore/Platform/LinuxFileManager.h"
+#include "CleanCore/Support/PathText.h"
+#include "CleanCore/Support/TaskPool.h"
+
+#include <cstdlib>
+#include <filesystem>
+#include <pwd.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace CleanCore {
+
+namespace {
+
+std::optional<std::string> variable(const char* name)
+{
+    const char* const value = std::getenv(name);
+    return value != nullptr && *value != '\0' ? std::optional<std::string>(value) : std::nullopt;
+}
+
+std::optional<std::string> accountHome()
+{
+    const passwd* const entry = ::getpwuid(::getuid());
+    return entry != nullptr && entry->pw_dir != nullptr ? std::optional<std::string>(entry->pw_dir)
+                                                        : std::nullopt;
+}
+
+std::string absolute(const std::string& path)
+{
+    std::string result = path.substr(0, 1) == "/"
+                             ? path
+                             : PathText::join(std::filesystem::current_path().native(), path);
+    for (const std::string& part : PathText::components(result)) {
+        // As text, ".." behind a link would name another folder.
+        if (part == "..") {
+            return resolveSymbolicLinks(result);
+        }
+    }
+    return PathText::standardized(result);
+}
+
+void requireFolder(const std::string& home)
+{
+    struct stat status = {};
+    if (home.find('\0') != std::string::npos || ::stat(home.c_str(), &status) != 0) {
+        throw HomeError("the home folder " + home + " does not exist");
+    }
+    if (!S_ISDIR(status.st_mode)) {
+        throw HomeError("the home folder " + home + " is not a folder");
+    }
+}
+
+void pointVariablesInto(const UserFolders& folders)
+{
+    const auto set = [](const char* name, const std::string& value) {
+        ::setenv(name, value.c_str(), 1);
+    };
+    set("HOME", folders.home);
+    set("TMPDIR", folders.temporaryFolder);
+    set("XDG_CACHE_HOME", folders.cacheFolder);
+    set("XDG_CONFIG_HOME", PathText::join(folders.home, ".config"));
+    set("XDG_DATA_HOME", PathText::join(folders.home, ".local/share"));
+    set("XDG_STATE_HOME", PathText::join(folders.home, ".local/state"));
+}
+
+} // namespace
+
+HomeEnvironment HomeEnvironment::make(const std::optional<std::string>& requestedHome)
+{
+    const std::optional<std::string> account = accountHome();
+    const std::optional<std::string> wanted = requestedHome ? requestedHome : variable("HOME");
+    if (!wanted && !account) {
+        throw HomeError("this account has no home folder; name one with --home DIR");
+    }
+    if (wanted && wanted->empty()) {
+        throw HomeError("the home folder must not be empty");
+    }
+    HomeEnvironment environment;
+    environment.home = absolute(wanted ? *wanted : *account);
+    requireFolder(environment.home);
+
+    const std::string resolved = resolveSymbolicLinks(environment.home);
+    const std::string resolvedAccount = account ? resolveSymbolicLinks(*account) : std::string();
+    environment.isConfined = resolved != resolvedAccount;
+    if (environment.isConfined && account &&
+        PathText::isSameOrInside(resolvedAccount, resolved)) {
+        throw HomeError("the folder " + environment.home +
+                        " holds this account's own home; choose a folder beside or below it");
+    }
+    if (environment.isConfined) {
+        environment.folders = UserFolders::confinedTo(environment.home);
+        pointVariablesInto(environment.folders);
+    } else {
+        environment.folders = UserFolders::ofAccount(environment.home, variable);
+    }
+    environment.pool = std::make_shared<TaskPool>();
+    environment.fileManager = std::make_shared<LinuxFileManager>(
+        environment.folders,
+        environment.isConfined ? std::optional(environment.home) : std::nullopt, environment.pool);
+    return environment;
+}
+
+} // namespace CleanCore

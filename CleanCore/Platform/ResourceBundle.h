@@ -1,0 +1,22 @@
+#pragma once
+
+#include <optional>
+#include <string>
+
+/// The folder "CleanCore_CleanCore.bundle" that holds the core library's resources.
+namespace CleanCore::ResourceBundle {
+
+/// The bundle's folder, looked up once per process: in the share folder of the installed prefix,
+/// beside the code of this library, beside the executable. Where there is none the process ends at
+/// once with "unable to find bundle named CleanCore_CleanCore" and status 3: the program was
+/// installed without its parts.
+[[nodiscard]] const std::string& path();
+
+/// The path of a resource, or nothing if the bundle does not hold it.
+[[nodiscard]] std::optional<std::string> resource(const std::string& name,
+                                                  const std::string& extension);
+
+/// A whole file; throws std::system_error with the path in it when it cannot be read.
+[[nodiscard]] std::string readFile(const std::string& path);
+
+} // namespace CleanCore::ResourceBundle

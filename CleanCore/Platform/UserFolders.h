@@ -1,0 +1,31 @@
+#pragma once
+
+#include <functional>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace CleanCore {
+
+/// Where one user's folders are on this platform.
+struct UserFolders {
+    using Variables = std::function<std::optional<std::string>(const char* name)>;
+
+    std::string home;
+    std::string cacheFolder;
+    std::string temporaryFolder;
+    /// Folders that are never cleaned, beyond those that every platform protects: the XDG user
+    /// folders under whatever name they have, and secrets.
+    std::vector<std::string> protectedFolders;
+
+    /// The folders of `home` as the environment gives them. XDG_CACHE_HOME and TMPDIR count only if
+    /// they are absolute, resolve to a folder that the home's owner owns (TMPDIR: or that is
+    /// sticky), and are nothing that holds more than a cache: not home or above it, not a protected
+    /// folder, not configuration, not below ~/.local or /run.
+    [[nodiscard]] static UserFolders ofAccount(const std::string& home, const Variables& variables);
+
+    /// The folders of a home that a run is confined to, whatever the environment says.
+    [[nodiscard]] static UserFolders confinedTo(const std::string& home);
+};
+
+} // namespace CleanCore

@@ -1,0 +1,40 @@
+#pragma once
+
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace CleanCore {
+
+class FileManager;
+
+/// Turns the patterns of a rule's base paths into folders.
+///
+/// A pattern is one of the tokens "$DARWIN_USER_CACHE_DIR" and "$DARWIN_USER_TEMP_DIR" as a whole
+/// (this platform's per-user cache and temporary folder), "~", "~/…", or a path; a component that
+/// is exactly "*" stands for every entry of the folder before it, hidden ones included. Nothing
+/// fails: what cannot be expanded contributes nothing. Safe from any thread.
+namespace PathExpander {
+
+/// The bases of all patterns, in pattern order, duplicates kept. Bases from a pattern with "*" exist
+/// and are in name order per folder; others are not looked for.
+[[nodiscard]] std::vector<std::string> expandAll(std::span<const std::string> patterns,
+                                                 const std::string& home,
+                                                 const FileManager& fileManager);
+
+/// One pattern, its "*" components as they stand.
+[[nodiscard]] std::string expand(const std::string& pattern, const std::string& home,
+                                 const FileManager& fileManager);
+
+/// The folder of a token; nothing for any other text.
+[[nodiscard]] std::optional<std::string> expandToken(std::string_view pattern,
+                                                     const FileManager& fileManager);
+
+/// The existing paths that `components` ("/" first) match.
+[[nodiscard]] std::vector<std::string> expandGlob(const std::vector<std::string>& components,
+                                                  const FileManager& fileManager);
+
+} // namespace PathExpander
+} // namespace CleanCore

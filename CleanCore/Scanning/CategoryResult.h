@@ -1,0 +1,28 @@
+#pragma once
+
+#include "CleanCore/Rules/CleaningRule.h"
+#include "CleanCore/Scanning/ScannedItem.h"
+
+#include <cstdint>
+#include <numeric>
+#include <vector>
+
+namespace CleanCore {
+
+/// What a scan found for one rule.
+struct CategoryResult {
+    CleaningRule rule;
+    /// Base by base, within a base largest first.
+    std::vector<ScannedItem> items;
+    /// Whether a base of the rule exists and could not be listed.
+    bool hadAccessErrors = false;
+
+    [[nodiscard]] std::int64_t totalBytes() const
+    {
+        return std::accumulate(
+            items.begin(), items.end(), std::int64_t{0},
+            [](std::int64_t sum, const ScannedItem& item) { return sum + item.sizeBytes; });
+    }
+};
+
+} // namespace CleanCore

@@ -1,0 +1,71 @@
+#include "CleanCore/Scanning/ItemEnumerator.h"
+
+#include "CleanCore/Platform/FileManager.h"
+#include "CleanCore/Support/PathText.h"
+#include "CleanCore/Support/TextEquality.h"
+
+#include <algorithm>
+#include <unordered_set>
+
+namespace CleanCore {
+
+namespace {
+
+/// `now` less `days`, held at the ends of what a Timestamp can say.
+Timestamp cutoff(Timestamp now, std::int64_t days)
+{
+    constexpr double secondsPerDay = -24.0 * 3600.0;
+    constexpr double nanosecondsPerSecond = 1e9;
+    constexpr double limit = 9.2e18;
+    const double offset = static_cast<double>(days) * secondsPerDay * nanosecondsPerSecond;
+    const double sum = static_cast<double>(now.time_since_epoch().count()) + offset;
+    if (sum <= -limit) {
+        return Timestamp::min();
+    }
+    if (sum >= limit) {
+        return Timestamp::max();
+    }
+    // Only the offset is a floating-point figure: whole days are exact in it, and the sum would
+    // not be.
+    return now + std::chrono::nanoseconds(static_cast<std::int64_t>(offset));
+}
+
+} // namespace
+
+ItemEnumerator::ItemEnumerator(std::shared_ptr<const FileManager> fileManager)
+    : m_fileManager(std::move(fileManager))
+{
+}
+
+std::vector<ScannedItem> ItemEnumerator::items(const std::string& inBase, std::int64_t minAgeDays,
+                                               std::span<const std::string> exclusions,
+                                               Timestamp now, const std::stop_token& stop) const
+{
+    if (!m_fileManager->exists(inBase)) {
+        return {};
+    }
+    std::vector<std::string> names = m_fileManager->namesInFolder(inBase);
+    std::unordered_set<std::string> excluded;
+    for (const std::string& exclusion : exclusions) {
+        excluded.insert(canonicalForm(exclusion));
+    }
+    std::erase_if(names,
+                  [&](const std::string& name) { return excluded.contains(canonicalForm(name)); });
+
+    const std::vector<EntryMeasure> measures = m_fileManager->measure(inBase, names, stop);
+    const Timestamp latestAllowed =
+        minAgeDays == 0 ? Timestamp::max() : cutoff(now, minAgeDays);
+    std::vector<ScannedItem> items;
+    for (std::size_t i = 0; i < names.size(); ++i) {
+        if (measures[i].latestModification <= latestAllowed) {
+            items.push_back({PathText::join(inBase, names[i]), measures[i].sizeBytes,
+                             measures[i].latestModification, measures[i].identity});
+        }
+    }
+    std::stable_sort(items.begin(), items.end(), [](const ScannedItem& a, const ScannedItem& b) {
+        return a.sizeBytes > b.sizeBytes;
+    });
+    return items;
+}
+
+} // namespace CleanCore

@@ -1,0 +1,111 @@
+#include "CleanCore/Scanning/ScanEngine.h"
+
+#include "CleanCore/Platform/FileManager.h"
+#include "CleanCore/Rules/PathExpander.h"
+#include "CleanCore/Scanning/ItemEnumerator.h"
+#include "CleanCore/Support/TaskPool.h"
+
+#include <iterator>
+#include <mutex>
+#include <optional>
+#include <system_error>
+#include <utility>
+
+namespace CleanCore {
+
+namespace {
+
+/// One scan on its way. Shared by its rules' tasks; the last of them ends the stream.
+struct Scan {
+    std::string home;
+    std::shared_ptr<const FileManager> fileManager;
+    Timestamp now;
+    EventSink<ScanEvent> sink;
+    std::stop_token stop = sink.stopToken();
+
+    std::mutex mutex;
+    std::vector<CategoryResult> results;
+    std::size_t unfinished = 0;
+
+    std::optional<CategoryResult> scanRule(const CleaningRule& rule) const;
+    void run(const CleaningRule& rule);
+    void finish();
+};
+
+std::optional<CategoryResult> Scan::scanRule(const CleaningRule& rule) const
+{
+    const ItemEnumerator enumerator(fileManager);
+    CategoryResult result{rule, {}, false};
+    for (const std::string& base : PathExpander::expandAll(rule.basePaths, home, *fileManager)) {
+        if (stop.stop_requested()) {
+            return std::nullopt;
+        }
+        try {
+            std::vector<ScannedItem> items =
+                enumerator.items(base, rule.minAgeDays, rule.exclusions, now, stop);
+            std::move(items.begin(), items.end(), std::back_inserter(result.items));
+        } catch (const std::system_error&) {
+            // The flag is all that is told of an area that cannot be read.
+            result.hadAccessErrors = true;
+        }
+    }
+    // What a stop left unmeasured must not be taken for a result.
+    return stop.stop_requested() ? std::nullopt : std::optional(std::move(result));
+}
+
+void Scan::run(const CleaningRule& rule)
+{
+    std::optional<CategoryResult> result;
+    if (!stop.stop_requested()) {
+        sink.emit(RuleStarted{rule.id});
+        result = scanRule(rule);
+    }
+    if (result) {
+        sink.emit(RuleCompleted{*result});
+    }
+    const std::lock_guard lock(mutex);
+    if (result) {
+        results.push_back(std::move(*result));
+    }
+    if (--unfinished == 0) {
+        finish();
+    }
+}
+
+void Scan::finish()
+{
+    if (!stop.stop_requested()) {
+        sink.emit(Finished{std::move(results)});
+    }
+    sink.finish();
+}
+
+} // namespace
+
+ScanEngine::ScanEngine(std::string home, std::shared_ptr<const FileManager> fileManager,
+                       std::shared_ptr<TaskPool> pool)
+    : m_home(std::move(home)), m_fileManager(std::move(fileManager)), m_pool(std::move(pool))
+{
+}
+
+EventStream<ScanEvent> ScanEngine::scan(std::span<const CleaningRule> rules, Timestamp now) const
+{
+    EventStream<ScanEvent> stream;
+    std::vector<CleaningRule> kept;
+    for (const CleaningRule& rule : rules) {
+        if (rule.kind == RuleKind::fileSystem) {
+            kept.push_back(rule);
+        }
+    }
+    const std::shared_ptr<Scan> scan(new Scan{m_home, m_fileManager, now, stream.sink()});
+    scan->unfinished = kept.size();
+    if (kept.empty()) {
+        scan->finish();
+    }
+    for (CleaningRule& rule : kept) {
+        m_pool->submit([scan, rule = std::move(rule)] { scan->run(rule); });
+    }
+    return stream;
+}
+
+} // namespace CleanCore

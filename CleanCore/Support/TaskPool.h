@@ -1,0 +1,41 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+
+namespace CleanCore {
+
+/// The core's worker threads, shared by everything that runs at the same time.
+///
+/// Work is balanced by splitting on demand: whoever works through something large looks at
+/// hasIdleWorkers() now and then and submits a part of what is left when somebody is waiting. That
+/// steals exactly when stealing pays, and a tree that only one worker needs is never cut up.
+///
+/// Safe from any thread. A worker that hangs in the kernel (a dead network mount) is abandoned: the
+/// destructor does not wait for it, so a task must own, or share in, everything that it uses.
+class TaskPool
+{
+public:
+    using Task = std::function<void()>;
+
+    /// `workers` threads; 0 sizes the pool from the machine.
+    explicit TaskPool(unsigned workers = 0);
+    ~TaskPool();
+    TaskPool(const TaskPool&) = delete;
+    TaskPool& operator=(const TaskPool&) = delete;
+
+    /// Runs `task` on some worker, tasks in the order of their submission. A task must not throw.
+    void submit(Task task);
+
+    /// Whether a worker is waiting for something to do. A hint: it may be outdated when it returns.
+    [[nodiscard]] bool hasIdleWorkers() const;
+
+    [[nodiscard]] unsigned workerCount() const;
+
+private:
+    struct Shared;
+    static void work(const std::shared_ptr<Shared>& shared);
+    std::shared_ptr<Shared> m_shared;
+};
+
+} // namespace CleanCore
