@@ -21,11 +21,11 @@ struct Scan {
     std::shared_ptr<const FileManager> fileManager;
     Timestamp now;
     EventSink<ScanEvent> sink;
-    std::stop_token stop = sink.stopToken();
-
-    std::mutex mutex;
-    std::vector<CategoryResult> results;
+    std::stop_token stop;
     std::size_t unfinished = 0;
+
+    std::mutex mutex = {};
+    std::vector<CategoryResult> results = {};
 
     std::optional<CategoryResult> scanRule(const CleaningRule& rule) const;
     void run(const CleaningRule& rule);
@@ -97,8 +97,9 @@ EventStream<ScanEvent> ScanEngine::scan(std::span<const CleaningRule> rules, Tim
             kept.push_back(rule);
         }
     }
-    const std::shared_ptr<Scan> scan(new Scan{m_home, m_fileManager, now, stream.sink()});
-    scan->unfinished = kept.size();
+    const EventSink<ScanEvent> sink = stream.sink();
+    const std::shared_ptr<Scan> scan(
+        new Scan{m_home, m_fileManager, now, sink, sink.stopToken(), kept.size()});
     if (kept.empty()) {
         scan->finish();
     }
