@@ -1,0 +1,224 @@
+#include "CleanCore/Cleaning/CleanEngine.h"
+#include "CleanCore/Cleaning/SelectionState.h"
+#include "CleanCore/Platform/FileManager.h"
+#include "ZorvaneCLI/CleanPreview.h"
+#include "ZorvaneCLI/Commands.h"
+#include "ZorvaneCLI/PathJson.h"
+#include "ZorvaneCLI/ScanRun.h"
+#include "ZorvaneCLI/TerminalText.h"
+
+#include <algorithm>
+#include <iostream>
+#include <set>
+#include <unistd.h>
+
+namespace ZorvaneCLI {
+
+using CleanCore::CategoryResult;
+using CleanCore::CleaningReport;
+using CleanCore::CleaningSelection;
+using CleanCore::RuleKind;
+using CleanCore::RuleTier;
+using CleanCore::ScannedItem;
+using CleanCore::SelectionState;
+
+namespace {
+
+/// A finished clean, as it is told.
+struct Outcome {
+    CleaningReport report;
+    // Growth of the volume's free space; never negative.
+    std::int64_t visibleFreedBytes = 0;
+    bool isDryRun = false;
+};
+
+void requireSelection(const CleanOptions& options)
+{
+    const bool namesAreas = !options.common.ruleIds.empty();
+    const char* complaint = nullptr;
+    if (options.safe && (namesAreas || options.all || !options.items.empty())) {
+        complaint = "--safe takes the default selection and goes with no other";
+    } else if (!options.safe && !namesAreas) {
+        complaint = "nothing is selected; name --safe, or --rule ID with --all or --item PATH";
+    } else if (namesAreas && options.all == !options.items.empty()) {
+        complaint = "--rule needs either --all or --item PATH";
+    } else if (std::find(options.items.begin(), options.items.end(), "") != options.items.end()) {
+        complaint = "--item must not be empty";
+    }
+    if (complaint != nullptr) {
+        throw CommandError(ExitStatus::wrongUsage, complaint);
+    }
+}
+
+/// Selects exactly the named items; each must be one that the scan lists.
+void selectItems(const std::vector<std::string>& paths, SelectionState& selection)
+{
+    for (const std::string& path : std::set<std::string>(paths.begin(), paths.end())) {
+        bool isListed = false;
+        for (const CategoryResult& result : selection.results()) {
+            const bool isHere =
+                std::any_of(result.items.begin(), result.items.end(),
+                            [&](const ScannedItem& item) { return item.path == path; });
+            if (isHere && !selection.isSelected(result.rule.id, path)) {
+                selection.toggle(result.rule.id, path);
+            }
+            isListed = isListed || isHere;
+        }
+        if (!isListed) {
+            throw CommandError(ExitStatus::wrongUsage,
+                               "the scan lists no item " + escaped(path) + " in the named areas");
+        }
+    }
+}
+
+std::vector<CleaningSelection> choose(const CleanOptions& options,
+                                      std::vector<CategoryResult> results)
+{
+    SelectionState selection(std::move(results));
+    if (options.safe) {
+        return selection.selections();
+    }
+    selection.deselectAll();
+    if (options.all) {
+        for (const CategoryResult& result : selection.results()) {
+            selection.selectAll(result.rule.id);
+        }
+    } else {
+        selectItems(options.items, selection);
+    }
+    return selection.selections();
+}
+
+/// Shows what will go and waits for "yes".
+void askForConsent(std::span<const CleaningSelection> selections, const Workspace& workspace,
+                   const Interruption& interruption)
+{
+    if (::isatty(STDIN_FILENO) != 1) {
+        throw CommandError(ExitStatus::refused,
+                           "there is no terminal to ask on; nothing was removed (--yes agrees)");
+    }
+    std::cerr << previewText(selections, workspace.texts) << "Type \"yes\" to remove: "
+              << std::flush;
+    if (interruption.readLine() == "yes") {
+        return;
+    }
+    if (interruption.happened()) {
+        throw CommandError(ExitStatus::interrupted, "interrupted; nothing was removed");
+    }
+    throw CommandError(ExitStatus::refused, "nothing was removed");
+}
+
+Outcome remove(const std::vector<CleaningSelection>& selections, const Workspace& workspace,
+               bool dryRun, const Interruption& interruption)
+{
+    const CleanCore::HomeEnvironment& environment = workspace.environment;
+    const CleanCore::FileManager& files = *environment.fileManager;
+    const CleanCore::CleanEngine engine(environment.home, environment.fileManager,
+                                        environment.folders.protectedFolders);
+    const std::int64_t before = files.availableCapacity(environment.home).value_or(0);
+    CleaningReport report = engine.clean(selections, dryRun, interruption.token());
+    const std::int64_t after = files.availableCapacity(environment.home).value_or(0);
+    return {std::move(report), dryRun ? 0 : std::max<std::int64_t>(0, after - before), dryRun};
+}
+
+const char* nameOf(CleaningReport::SkipReason reason)
+{
+    return reason == CleaningReport::SkipReason::blockedBySafetyGuard ? "blockedBySafetyGuard"
+                                                                      : "removalFailed";
+}
+
+void printJson(const Outcome& outcome)
+{
+    nlohmann::ordered_json document;
+    document["removed"] = nlohmann::ordered_json::array();
+    for (const CleaningReport::RemovedItem& item : outcome.report.removed) {
+        nlohmann::ordered_json json;
+        setPath(json, item.path);
+        json["bytes"] = item.bytes;
+        document["removed"].push_back(std::move(json));
+    }
+    document["skipped"] = nlohmann::ordered_json::array();
+    for (const CleaningReport::SkippedItem& item : outcome.report.skipped) {
+        nlohmann::ordered_json json;
+        setPath(json, item.path);
+        json["reason"] = nameOf(item.reason);
+        document["skipped"].push_back(std::move(json));
+    }
+    document["totalBytesFreed"] = outcome.report.totalBytesFreed();
+    document["visibleFreedBytes"] = outcome.visibleFreedBytes;
+    document["dryRun"] = outcome.isDryRun;
+    std::cout << document.dump(2) << '\n';
+}
+
+void printSkipped(const CleaningReport& report, CleaningReport::SkipReason reason,
+                  const char* title, const char* detail)
+{
+    const auto count = std::count_if(
+        report.skipped.begin(), report.skipped.end(),
+        [&](const CleaningReport::SkippedItem& item) { return item.reason == reason; });
+    if (count == 0) {
+        return;
+    }
+    std::cout << count << ' ' << title << '\n' << "  " << detail << '\n';
+    for (const CleaningReport::SkippedItem& item : report.skipped) {
+        if (item.reason == reason) {
+            std::cout << "    " << escaped(item.path) << '\n';
+        }
+    }
+}
+
+void printReport(const Outcome& outcome)
+{
+    const CleaningReport& report = outcome.report;
+    if (outcome.isDryRun) {
+        for (const CleaningReport::RemovedItem& item : report.removed) {
+            std::cout << "  " << byteCount(item.bytes) << "  " << escaped(item.path) << '\n';
+        }
+        std::cout << byteCount(report.totalBytesFreed()) << " would be freed — "
+                  << counted(report.removed.size(), "item") << " would be removed\n";
+    } else {
+        std::cout << byteCount(report.totalBytesFreed()) << " freed — "
+                  << counted(report.removed.size(), "item") << " removed\n"
+                  << "Free space has grown by " << byteCount(outcome.visibleFreedBytes) << '\n';
+    }
+    using enum CleaningReport::SkipReason;
+    printSkipped(report, removalFailed, "in use by an open app",
+                 "They were being written to right now. Close the app and run Zorvane again to "
+                 "clear them.");
+    printSkipped(report, blockedBySafetyGuard, "protected by Zorvane",
+                 "They pointed into personal areas (like Documents or Photos). Zorvane refused to "
+                 "touch them.");
+    if (!report.skipped.empty()) {
+        std::cout << "That's why the freed total is smaller than the estimate.\n";
+    }
+}
+
+} // namespace
+
+ExitStatus clean(const CleanOptions& options, const Interruption& interruption)
+{
+    requireSelection(options);
+    Workspace workspace = openWorkspace(options.common);
+    if (options.safe) {
+        std::erase_if(workspace.rules, [](const CleanCore::CleaningRule& rule) {
+            return rule.tier != RuleTier::safe || rule.kind != RuleKind::fileSystem;
+        });
+    }
+    auto results = runScan(workspace, CommandAreas::included, interruption);
+    if (!results) {
+        throw CommandError(ExitStatus::interrupted, "interrupted; nothing was removed");
+    }
+    const std::vector<CleaningSelection> selections = choose(options, std::move(*results));
+    if (!options.yes && !options.dryRun && !selections.empty()) {
+        askForConsent(selections, workspace, interruption);
+    }
+    const Outcome outcome = remove(selections, workspace, options.dryRun, interruption);
+    options.common.json ? printJson(outcome) : printReport(outcome);
+    if (interruption.happened()) {
+        std::cerr << "zorvane-cli: interrupted; what was begun is finished, the rest is left\n";
+        return ExitStatus::interrupted;
+    }
+    return outcome.report.skipped.empty() ? ExitStatus::done : ExitStatus::incomplete;
+}
+
+} // namespace ZorvaneCLI

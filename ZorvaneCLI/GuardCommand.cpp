@@ -1,0 +1,47 @@
+#include "CleanCore/Platform/FileManager.h"
+#include "CleanCore/Rules/SafetyGuard.h"
+#include "ZorvaneCLI/Commands.h"
+#include "ZorvaneCLI/Workspace.h"
+
+#include <iostream>
+
+namespace ZorvaneCLI {
+
+using CleanCore::BlockReason;
+using CleanCore::SafetyVerdict;
+
+namespace {
+
+const char* nameOf(BlockReason reason)
+{
+    switch (reason) {
+    case BlockReason::outsideAllowedBase:
+        return "outsideAllowedBase";
+    case BlockReason::protectedUserPath:
+        return "protectedUserPath";
+    case BlockReason::criticalSystemPath:
+        break;
+    }
+    return "criticalSystemPath";
+}
+
+} // namespace
+
+ExitStatus guard(const GuardOptions& options)
+{
+    if (options.path.empty() || options.base.empty()) {
+        throw CommandError(ExitStatus::wrongUsage, "guard needs a PATH and a --base DIR");
+    }
+    const CleanCore::HomeEnvironment environment = openHome(options.common.home);
+    const CleanCore::SafetyGuard guard(environment.home, *environment.fileManager,
+                                       environment.folders.protectedFolders);
+    const SafetyVerdict verdict = guard.validate(options.path, options.base);
+    if (verdict.isAllowed()) {
+        std::cout << "allowed\n";
+        return ExitStatus::done;
+    }
+    std::cout << "blocked: " << nameOf(verdict.reason()) << '\n';
+    return ExitStatus::incomplete;
+}
+
+} // namespace ZorvaneCLI

@@ -1,0 +1,53 @@
+#include "ZorvaneCLI/Commands.h"
+#include "ZorvaneCLI/TerminalText.h"
+#include "ZorvaneCLI/Workspace.h"
+
+#include <iostream>
+#include <nlohmann/json.hpp>
+
+namespace ZorvaneCLI {
+
+using CleanCore::CleaningRule;
+
+namespace {
+
+void printJson(const CleanCore::RulesCatalog& catalog, const CleanCore::TextTable& texts)
+{
+    nlohmann::ordered_json document = catalog;
+    for (auto& rule : document["rules"]) {
+        const auto id = rule["id"].get<std::string>();
+        rule["title"] = texts.ruleTitle(id);
+        rule["explanation"] = texts.textOrEmpty("category.explanation." + id);
+        rule["warning"] = texts.textOrEmpty("category.warning." + id);
+    }
+    std::cout << document.dump(2) << '\n';
+}
+
+void printTable(const CleanCore::RulesCatalog& catalog, const CleanCore::TextTable& texts)
+{
+    using enum TextTable::Alignment;
+    TextTable table({left, left, left, right});
+    table.add({"AREA", "ID", "", "AGE"});
+    for (const CleaningRule& rule : catalog.rules) {
+        const bool needsReview = rule.tier == CleanCore::RuleTier::reviewRequired;
+        table.add({escaped(texts.ruleTitle(rule.id)), escaped(rule.id),
+                   needsReview ? "review required" : "",
+                   rule.minAgeDays > 0 ? std::to_string(rule.minAgeDays) + " d" : ""});
+    }
+    std::cout << table.text() << '\n' << counted(catalog.rules.size(), "area") << '\n';
+}
+
+} // namespace
+
+ExitStatus listRules(const CommonOptions& options)
+{
+    const CleanCore::RulesCatalog catalog = loadCatalog(options.catalog);
+    if (options.catalog) {
+        requireHarmless(catalog, options, openHome(options.home));
+    }
+    const CleanCore::TextTable texts = loadTexts();
+    options.json ? printJson(catalog, texts) : printTable(catalog, texts);
+    return ExitStatus::done;
+}
+
+} // namespace ZorvaneCLI

@@ -1,0 +1,146 @@
+#include "CleanCore/Cleaning/SelectionState.h"
+#include "ZorvaneCLI/Commands.h"
+#include "ZorvaneCLI/PathJson.h"
+#include "ZorvaneCLI/ScanRun.h"
+#include "ZorvaneCLI/TerminalText.h"
+#include "ZorvaneCLI/TimeText.h"
+
+#include <algorithm>
+#include <iostream>
+#include <numeric>
+
+namespace ZorvaneCLI {
+
+using CleanCore::CategoryResult;
+using CleanCore::RuleKind;
+using CleanCore::RuleTier;
+using CleanCore::ScannedItem;
+using CleanCore::SelectionState;
+
+namespace {
+
+std::int64_t totalBytes(const std::vector<CategoryResult>& results)
+{
+    return std::accumulate(results.begin(), results.end(), std::int64_t{0},
+                           [](std::int64_t sum, const CategoryResult& result) {
+                               return sum + result.totalBytes();
+                           });
+}
+
+nlohmann::ordered_json itemJson(const ScannedItem& item, bool isSelected)
+{
+    nlohmann::ordered_json json;
+    setPath(json, item.path);
+    json["sizeBytes"] = item.sizeBytes;
+    json["modifiedAt"] = nullptr;
+    if (item.modifiedAt != CleanCore::distantPast) {
+        json["modifiedAt"] = formatTime(item.modifiedAt);
+    }
+    json["selected"] = isSelected;
+    return json;
+}
+
+void printJson(const Workspace& workspace, const SelectionState& selection)
+{
+    nlohmann::ordered_json document;
+    document["home"] = validUtf8(workspace.environment.home);
+    document["categories"] = nlohmann::ordered_json::array();
+    for (const CategoryResult& result : selection.results()) {
+        nlohmann::ordered_json category;
+        category["ruleId"] = result.rule.id;
+        category["title"] = workspace.texts.ruleTitle(result.rule.id);
+        category["tier"] = result.rule.tier == RuleTier::safe ? "A" : "B";
+        category["kind"] = result.rule.kind == RuleKind::command ? "command" : "fileSystem";
+        category["totalBytes"] = result.totalBytes();
+        category["hadAccessErrors"] = result.hadAccessErrors;
+        category["items"] = nlohmann::ordered_json::array();
+        for (const ScannedItem& item : result.items) {
+            category["items"].push_back(
+                itemJson(item, selection.isSelected(result.rule.id, item.path)));
+        }
+        document["categories"].push_back(std::move(category));
+    }
+    document["totalBytes"] = totalBytes(selection.results());
+    document["selectedBytes"] = selection.selectedBytes();
+    std::cout << document.dump(2) << '\n';
+}
+
+std::string note(const CategoryResult& result)
+{
+    std::string text = result.rule.tier == RuleTier::reviewRequired ? "review required" : "";
+    if (result.hadAccessErrors) {
+        text += text.empty() ? "" : ", ";
+        text += "partly unreadable";
+    }
+    return text;
+}
+
+void printAreas(const Workspace& workspace, const SelectionState& selection)
+{
+    using enum TextTable::Alignment;
+    TextTable table({left, right, right, left, left});
+    table.add({"AREA", "SIZE", "ITEMS", "ID", ""});
+    std::size_t items = 0;
+    for (const CategoryResult& result : selection.results()) {
+        items += result.items.size();
+        table.add({escaped(workspace.texts.ruleTitle(result.rule.id)),
+                   byteCount(result.totalBytes()), std::to_string(result.items.size()),
+                   escaped(result.rule.id), note(result)});
+    }
+    table.add({"Total", byteCount(totalBytes(selection.results())), std::to_string(items)});
+    table.add({"Selected by default", byteCount(selection.selectedBytes())});
+    std::cout << table.text();
+}
+
+void printItems(const Workspace& workspace, const CategoryResult& result)
+{
+    using enum TextTable::Alignment;
+    std::cout << escaped(workspace.texts.ruleTitle(result.rule.id)) << "  "
+              << byteCount(result.totalBytes()) << ", "
+              << counted(result.items.size(), "item");
+    const std::string remark = note(result);
+    std::cout << (remark.empty() ? "" : " (" + remark + ")") << '\n';
+    for (const char* key : {"category.explanation.", "category.warning."}) {
+        const std::string text = workspace.texts.textOrEmpty(key + result.rule.id);
+        std::cout << (text.empty() ? "" : "  " + escaped(text) + "\n");
+    }
+    TextTable table({right, left, left});
+    for (const ScannedItem& item : result.items) {
+        const bool isDated = item.modifiedAt != CleanCore::distantPast;
+        table.add({"  " + byteCount(item.sizeBytes),
+                   isDated ? formatTime(item.modifiedAt).substr(0, 10) : "", escaped(item.path)});
+    }
+    std::cout << table.text() << '\n';
+}
+
+} // namespace
+
+ExitStatus scan(const ScanOptions& options, const Interruption& interruption)
+{
+    const Workspace workspace = openWorkspace(options.common);
+    auto results =
+        runScan(workspace,
+                options.withoutCommands ? CommandAreas::leftOut : CommandAreas::included,
+                interruption);
+    if (!results) {
+        std::cerr << "zorvane-cli: interrupted\n";
+        return ExitStatus::interrupted;
+    }
+    const SelectionState selection(std::move(*results));
+    if (options.common.json) {
+        printJson(workspace, selection);
+    } else if (options.common.ruleIds.empty()) {
+        printAreas(workspace, selection);
+    } else {
+        for (const CategoryResult& result : selection.results()) {
+            printItems(workspace, result);
+        }
+    }
+    const auto& shown = selection.results();
+    const bool wasUnreadable =
+        std::any_of(shown.begin(), shown.end(),
+                    [](const CategoryResult& result) { return result.hadAccessErrors; });
+    return wasUnreadable ? ExitStatus::incomplete : ExitStatus::done;
+}
+
+} // namespace ZorvaneCLI

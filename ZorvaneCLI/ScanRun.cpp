@@ -1,0 +1,74 @@
+#include "ZorvaneCLI/ScanRun.h"
+
+#include "CleanCore/Scanning/ResultList.h"
+#include "CleanCore/Scanning/ScanEngine.h"
+#include "ZorvaneCLI/TerminalText.h"
+
+#include <cstdio>
+#include <stop_token>
+#include <unistd.h>
+
+namespace ZorvaneCLI {
+
+using CleanCore::CategoryResult;
+
+namespace {
+
+/// One line on standard error that is written over and over, and gone at the end.
+class LiveLine
+{
+public:
+    void show(const std::string& text) const
+    {
+        if (m_isTerminal) {
+            std::fprintf(stderr, "\r\033[K%s", text.c_str());
+            std::fflush(stderr);
+        }
+    }
+    LiveLine() = default;
+    LiveLine(const LiveLine&) = delete;
+    LiveLine& operator=(const LiveLine&) = delete;
+    ~LiveLine() { show(""); }
+
+private:
+    const bool m_isTerminal = ::isatty(STDERR_FILENO) == 1;
+};
+
+/// What the events have told so far.
+struct Progress {
+    const CleanCore::TextTable& texts;
+    LiveLine line = {};
+    std::string area = {};
+    std::int64_t bytes = 0;
+    std::optional<std::vector<CategoryResult>> results = std::nullopt;
+
+    void operator()(const CleanCore::RuleStarted& event) { area = texts.ruleTitle(event.ruleId); }
+    void operator()(const CleanCore::RuleCompleted& event) { bytes += event.result.totalBytes(); }
+    void operator()(CleanCore::Finished& event) { results = std::move(event.results); }
+    void show() const { line.show("Scanning: " + escaped(area) + " (" + byteCount(bytes) + ")"); }
+};
+
+} // namespace
+
+std::optional<std::vector<CategoryResult>> runScan(const Workspace& workspace,
+                                                   CommandAreas commandAreas,
+                                                   const Interruption& interruption)
+{
+    const CleanCore::HomeEnvironment& environment = workspace.environment;
+    const CleanCore::ScanEngine engine(environment.home, environment.fileManager,
+                                       environment.pool);
+    auto stream = engine.scan(workspace.rules, workspace.now);
+    const std::stop_callback cancelOnSignal(interruption.token(), [&] { stream.cancel(); });
+    Progress progress{workspace.texts};
+    while (auto event = stream.next()) {
+        std::visit(progress, *event);
+        progress.show();
+    }
+    if (!progress.results || interruption.happened()) {
+        return std::nullopt;
+    }
+    static_cast<void>(commandAreas);
+    return CleanCore::resultList(std::move(*progress.results));
+}
+
+} // namespace ZorvaneCLI

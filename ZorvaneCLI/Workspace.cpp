@@ -1,0 +1,139 @@
+#include "ZorvaneCLI/Workspace.h"
+
+#include "CleanCore/Platform/FileManager.h"
+#include "CleanCore/Rules/CleanCoreError.h"
+#include "CleanCore/Rules/ForeignCatalog.h"
+#include "ZorvaneCLI/ExitStatus.h"
+#include "ZorvaneCLI/TerminalText.h"
+#include "ZorvaneCLI/TimeText.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <nlohmann/json.hpp>
+#include <system_error>
+
+namespace ZorvaneCLI {
+
+using CleanCore::CleanCoreError;
+using CleanCore::CleaningRule;
+using CleanCore::HomeEnvironment;
+using CleanCore::RulesCatalog;
+
+namespace {
+
+CleanCore::Timestamp timeOf(const CommonOptions& options, const HomeEnvironment& environment)
+{
+    if (!options.now) {
+        return std::chrono::system_clock::now();
+    }
+    if (!environment.isConfined) {
+        throw CommandError(ExitStatus::wrongUsage,
+                           "--now is for trying things out and needs another home (--home DIR)");
+    }
+    const auto time = parseTime(*options.now);
+    if (!time) {
+        throw CommandError(ExitStatus::wrongUsage,
+                           "--now needs a time like 2026-01-31T08:00:00Z, not \"" +
+                               escaped(*options.now) + "\"");
+    }
+    return *time;
+}
+
+std::vector<CleaningRule> rulesNamed(const std::vector<std::string>& ids,
+                                     const std::vector<CleaningRule>& rules)
+{
+    const auto isNamed = [&](const CleaningRule& rule) {
+        return std::find(ids.begin(), ids.end(), rule.id) != ids.end();
+    };
+    for (const std::string& id : ids) {
+        if (std::none_of(rules.begin(), rules.end(),
+                         [&](const CleaningRule& rule) { return rule.id == id; })) {
+            throw CommandError(ExitStatus::wrongUsage,
+                               "there is no area \"" + escaped(id) +
+                                   "\"; zorvane-cli rules lists them");
+        }
+    }
+    std::vector<CleaningRule> named;
+    std::copy_if(rules.begin(), rules.end(), std::back_inserter(named),
+                 [&](const CleaningRule& rule) { return ids.empty() || isNamed(rule); });
+    return named;
+}
+
+void requireToolsFitHome(const CommonOptions& options, const HomeEnvironment& environment)
+{
+    if (options.tools && !environment.isConfined) {
+        throw CommandError(ExitStatus::wrongUsage,
+                           "--tools is for trying things out and needs another home (--home DIR)");
+    }
+}
+
+} // namespace
+
+RulesCatalog loadCatalog(const std::optional<std::string>& file)
+{
+    const std::string name = file ? "the catalog " + escaped(*file) : "the bundled catalog";
+    try {
+        return file ? RulesCatalog::loadFile(*file) : RulesCatalog::loadBundled();
+    } catch (const CleanCoreError& error) {
+        throw CommandError(ExitStatus::catalogUnusable,
+                           error.kind() == CleanCoreError::Kind::rulesCatalogMissing
+                               ? "the bundled catalog is missing; install Zorvane again"
+                               : name + " is invalid: " + escaped(error.reason()));
+    } catch (const std::system_error& error) {
+        throw CommandError(ExitStatus::catalogUnusable,
+                           name + " cannot be read: " + error.code().message());
+    } catch (const nlohmann::json::exception& error) {
+        throw CommandError(ExitStatus::catalogUnusable,
+                           name + " is invalid: " + escaped(error.what()));
+    }
+}
+
+HomeEnvironment openHome(const std::optional<std::string>& home)
+{
+    try {
+        return HomeEnvironment::make(home);
+    } catch (const CleanCore::HomeError& error) {
+        throw CommandError(ExitStatus::wrongUsage, escaped(error.what()));
+    }
+}
+
+void requireHarmless(const RulesCatalog& catalog, const CommonOptions& options,
+                     const HomeEnvironment& environment)
+{
+    if (!options.catalog || environment.isConfined) {
+        return;
+    }
+    const auto base =
+        CleanCore::refusedBase(catalog, environment.home, *environment.fileManager);
+    if (base) {
+        throw CommandError(ExitStatus::catalogUnusable,
+                           "the catalog " + escaped(*options.catalog) +
+                               " is refused: it would clean " + escaped(*base) +
+                               ", which holds more than leftovers");
+    }
+}
+
+Workspace openWorkspace(const CommonOptions& options)
+{
+    // The home comes first: from here on the process's environment is the one that will be used.
+    HomeEnvironment environment = openHome(options.home);
+    requireToolsFitHome(options, environment);
+    const CleanCore::Timestamp now = timeOf(options, environment);
+    const RulesCatalog catalog = loadCatalog(options.catalog);
+    requireHarmless(catalog, options, environment);
+    return {std::move(environment), rulesNamed(options.ruleIds, catalog.rules), loadTexts(), now};
+}
+
+CleanCore::TextTable loadTexts()
+{
+    // The order of setlocale(3).
+    for (const char* name : {"LC_ALL", "LC_MESSAGES", "LANG"}) {
+        const char* const language = std::getenv(name);
+        if (language != nullptr && *language != '\0') {
+            return CleanCore::TextTable::loadBundled(language);
+        }
+    }
+    return CleanCore::TextTable::loadBundled("en");
+}
+
+} // namespace ZorvaneCLI

@@ -1,0 +1,148 @@
+#include "ZorvaneCLI/Commands.h"
+#include "ZorvaneCLI/Interruption.h"
+
+#include <CLI/CLI.hpp>
+#include <exception>
+#include <functional>
+#include <iostream>
+
+namespace {
+
+using namespace ZorvaneCLI;
+
+void addHome(CLI::App& command, CommonOptions& options)
+{
+    command.add_option("--home", options.home,
+                       "Work in this home folder; one that is not the account's own confines the "
+                       "run to it")
+        ->type_name("DIR");
+}
+
+void addCatalog(CLI::App& command, CommonOptions& options)
+{
+    command.add_option("--catalog", options.catalog, "Use this catalog instead of the bundled one")
+        ->type_name("FILE");
+}
+
+void addCommon(CLI::App& command, CommonOptions& options)
+{
+    addHome(command, options);
+    addCatalog(command, options);
+    command.add_option("--tools", options.tools,
+                       "In another home: the folder that stands as the root of the tool paths")
+        ->type_name("ROOT");
+    command.add_option("--now", options.now, "In another home: the time that ages refer to")
+        ->type_name("RFC3339");
+    command.add_option("--rule", options.ruleIds, "Only this area; may be given more than once")
+        ->type_name("ID");
+    command.add_flag("--json", options.json, "Print JSON");
+}
+
+/// Every command with its options; `run` becomes what the chosen one does.
+struct CommandLine {
+    CLI::App app = CLI::App("Zorvane finds disk space held by caches, logs and other leftovers, "
+                            "and removes what you choose.",
+                            "zorvane-cli");
+    CommonOptions rulesOptions;
+    ScanOptions scanOptions;
+    CleanOptions cleanOptions;
+    GuardOptions guardOptions;
+    std::function<ExitStatus(const Interruption&)> run;
+
+    CommandLine()
+    {
+        app.set_version_flag("--version", "zorvane-cli " ZORVANE_VERSION);
+        app.require_subcommand(1);
+        addRules();
+        addScan();
+        addClean();
+        addGuard();
+    }
+
+private:
+    void addRules()
+    {
+        CLI::App& command = *app.add_subcommand("rules", "Validate and list the catalog");
+        addCatalog(command, rulesOptions);
+        command.add_flag("--json", rulesOptions.json, "Print JSON");
+        command.callback([this] {
+            run = [this](const Interruption&) { return listRules(rulesOptions); };
+        });
+    }
+
+    void addScan()
+    {
+        CLI::App& command = *app.add_subcommand("scan", "Show what could be cleaned");
+        addCommon(command, scanOptions.common);
+        command.add_flag("--no-commands", scanOptions.withoutCommands,
+                         "Leave out the areas that only a tool can measure");
+        command.callback([this] {
+            run = [this](const Interruption& i) { return scan(scanOptions, i); };
+        });
+    }
+
+    void addClean()
+    {
+        CLI::App& command = *app.add_subcommand("clean", "Remove what you choose, permanently");
+        addCommon(command, cleanOptions.common);
+        command.add_flag("--safe", cleanOptions.safe,
+                         "Everything that is selected by default: all items of safe areas");
+        command.add_flag("--all", cleanOptions.all, "With --rule: every item of those areas");
+        command.add_option("--item", cleanOptions.items, "With --rule: only this item")
+            ->type_name("PATH");
+        command.add_flag("--dry-run", cleanOptions.dryRun, "Remove nothing, show what would go");
+        command.add_flag("--yes", cleanOptions.yes, "Do not ask");
+        command.callback([this] {
+            run = [this](const Interruption& i) { return clean(cleanOptions, i); };
+        });
+    }
+
+    void addGuard()
+    {
+        CLI::App& command =
+            *app.add_subcommand("guard", "The safety guard's verdict on one path");
+        addHome(command, guardOptions.common);
+        command.add_option("path", guardOptions.path, "The path to judge")
+            ->type_name("PATH")
+            ->required();
+        command.add_option("--base", guardOptions.base, "The folder it would be removed from")
+            ->type_name("DIR")
+            ->required();
+        command.callback([this] {
+            run = [this](const Interruption&) { return guard(guardOptions); };
+        });
+    }
+};
+
+int parseAndRun(int argc, char** argv)
+{
+    CommandLine commandLine;
+    try {
+        commandLine.app.parse(argc, argv);
+    } catch (const CLI::ParseError& error) {
+        if (error.get_exit_code() == static_cast<int>(CLI::ExitCodes::Success)) {
+            return commandLine.app.exit(error);
+        }
+        std::cerr << "zorvane-cli: " << error.what() << " (--help tells more)\n";
+        return static_cast<int>(ExitStatus::wrongUsage);
+    }
+    const Interruption interruption;
+    return static_cast<int>(commandLine.run(interruption));
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    try {
+        const int status = parseAndRun(argc, argv);
+        std::cout.flush();
+        return status;
+    } catch (const CommandError& error) {
+        std::cerr << "zorvane-cli: " << error.what() << '\n';
+        return static_cast<int>(error.status());
+    } catch (const std::exception& error) {
+        std::cerr << "zorvane-cli: " << error.what() << '\n';
+        return static_cast<int>(ExitStatus::incomplete);
+    }
+}
