@@ -101,7 +101,7 @@ private:
     [[nodiscard]] int openSubfolder(const std::string& name, FileDescriptor& folder,
                                     EntryStatus& status);
     void readTop();
-    void look(const char* name);
+    void look(const char* name, bool isKnownFolder);
     [[nodiscard]] int statusOf(const char* name, EntryStatus& status);
     [[nodiscard]] int unlink(const char* name, int flags);
     void leave();
@@ -255,8 +255,8 @@ void Walk::readTop()
             abandon();
             return;
         }
-        m_reader.forEach([&](const char* name) {
-            look(name);
+        m_reader.forEach([&](const char* name, bool isKnownFolder) {
+            look(name, isKnownFolder);
             return !m_job.isOver;
         });
         if (m_job.isOver) {
@@ -277,9 +277,14 @@ void Walk::readTop()
 }
 
 /// Removes one entry of the top folder, or puts it down for later if it is a folder.
-void Walk::look(const char* name)
+void Walk::look(const char* name, bool isKnownFolder)
 {
     FolderStack::Level& level = m_stack.top();
+    if (isKnownFolder) {
+        // Judged when it is opened, by what was opened.
+        level.pending.add(name);
+        return;
+    }
     EntryStatus status;
     int error = statusOf(name, status);
     if (error == 0) {
