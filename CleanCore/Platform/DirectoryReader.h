@@ -20,7 +20,8 @@ public:
     /// Returns 1 with entries, 0 at the end, a negative errno otherwise.
     [[nodiscard]] int readBatch(int directory);
 
-    /// Calls `visit(name)`, or `visit(name, isKnownFolder)`, for each entry of the batch but "." and
+    /// Calls `visit(name)`, or `visit(name, isKnownFolder)`, for each entry of the batch but "."
+    /// and
     /// ".."; ends early and returns false when it returns false. The names live until the next
     /// batch. A folder may not be known as one: some file systems do not say.
     template <typename Visit>
