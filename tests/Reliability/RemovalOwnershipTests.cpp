@@ -1,0 +1,104 @@
+// Only entries of the home's owner go. Making others' entries takes root; see tests/as-root.
+
+#include "tests/Reliability/RemovalFixture.h"
+
+#include <cerrno>
+#include <fcntl.h>
+#include <linux/fs.h>
+#include <sys/ioctl.h>
+#include <unistd.h>
+
+namespace CleanCoreTests {
+namespace {
+
+class RemovalOwnership : public RemovalFixture
+{
+protected:
+    void give(const std::string& relative, uid_t owner) const
+    {
+        ASSERT_EQ(::lchown(home.path(relative).c_str(), owner, owner), 0) << relative;
+    }
+
+    static constexpr uid_t someoneElse = 12345;
+};
+
+TEST_F(RemovalOwnership, OthersEntriesStayAndSoDoTheFoldersAboveThem)
+{
+    struct {
+        const char* description;
+        const char* foreign;
+        const char* gone;
+    } const cases[] = {
+        {"the item itself", ".cache/entry", ""},
+        {"a file inside", ".cache/entry/a/b/file", ".cache/entry/a/sibling"},
+        {"a folder inside", ".cache/entry/a/b", ".cache/entry/a/sibling"},
+        {"a link inside", ".cache/entry/a/link", ".cache/entry/a/b"},
+    };
+    for (const auto& [description, foreign, gone] : cases) {
+        SCOPED_TRACE(description);
+        home.makeFile(".cache/entry/a/b/file");
+        home.makeFile(".cache/entry/a/sibling");
+        home.makeFile(".cache/entry/other/file");
+        if (!home.has(".cache/entry/a/link")) {
+            home.makeLink(".cache/entry/a/link", "nowhere");
+        }
+        give(foreign, someoneElse);
+        EXPECT_EQ(remove(".cache/entry"), EPERM);
+        EXPECT_TRUE(home.has(foreign));
+        if (*gone != '\0') {
+            EXPECT_FALSE(home.has(gone));
+            EXPECT_FALSE(home.has(".cache/entry/other"));
+        } else {
+            EXPECT_TRUE(home.has(".cache/entry/other/file"));
+        }
+        give(foreign, 0);
+        EXPECT_EQ(remove(".cache/entry"), 0);
+    }
+}
+
+TEST_F(RemovalOwnership, RootCleansOnlyWhatTheHomesOwnerOwns)
+{
+    home.makeFile(".cache/theirs/file");
+    home.makeFile(".cache/roots/file");
+    for (const char* entry : {"", ".cache", ".cache/theirs", ".cache/theirs/file"}) {
+        give(entry, someoneElse);
+    }
+    EXPECT_EQ(remove(".cache/roots"), EPERM);
+    EXPECT_EQ(remove(".cache/theirs"), 0);
+    EXPECT_TRUE(home.has(".cache/roots/file"));
+    EXPECT_FALSE(home.has(".cache/theirs"));
+}
+
+TEST_F(RemovalOwnership, AStickyFolderKeepsWhatOthersPutThere)
+{
+    home.makeFile(".cache/shared/mine");
+    home.makeFile(".cache/shared/theirs");
+    home.setMode(".cache/shared", 01777);
+    give(".cache/shared/theirs", someoneElse);
+    EXPECT_EQ(remove(".cache/shared"), EPERM);
+    EXPECT_TRUE(home.has(".cache/shared/theirs"));
+    EXPECT_FALSE(home.has(".cache/shared/mine"));
+}
+
+TEST_F(RemovalOwnership, AnImmutableFileIsReportedAndStays)
+{
+    home.makeFile(".cache/entry/a/immutable");
+    home.makeFile(".cache/entry/b/file");
+    const int file = ::open(home.path(".cache/entry/a/immutable").c_str(), O_RDONLY | O_CLOEXEC);
+    const auto set = [&](bool isImmutable) {
+        int flags = 0;
+        ::ioctl(file, FS_IOC_GETFLAGS, &flags);
+        flags = isImmutable ? flags | FS_IMMUTABLE_FL : flags & ~FS_IMMUTABLE_FL;
+        return ::ioctl(file, FS_IOC_SETFLAGS, &flags) == 0;
+    };
+    // A namespace's root may not make files immutable, and not every file system can.
+    const bool isImmutable = set(true);
+    EXPECT_EQ(remove(".cache/entry"), isImmutable ? EPERM : 0);
+    EXPECT_EQ(home.has(".cache/entry/a/immutable"), isImmutable);
+    EXPECT_FALSE(home.has(".cache/entry/b"));
+    set(false);
+    ::close(file);
+}
+
+} // namespace
+} // namespace CleanCoreTests
