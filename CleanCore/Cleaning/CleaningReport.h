@@ -1,5 +1,7 @@
 #pragma once
 
+#include "CleanCore/Support/SaturatingSum.h"
+
 #include <cstdint>
 #include <numeric>
 #include <string>
@@ -39,7 +41,9 @@ struct CleaningReport
     {
         return std::accumulate(
             removed.begin(), removed.end(), std::int64_t{0},
-            [](std::int64_t sum, const RemovedItem& item) { return sum + item.bytes; });
+            [](std::int64_t sum, const RemovedItem& item) {
+                return saturatingSum(sum, item.bytes);
+            });
     }
 
     /// This report's entries followed by the other's, in both lists.

@@ -1,5 +1,7 @@
 #include "CleanCore/Cleaning/SelectionState.h"
 
+#include "CleanCore/Support/SaturatingSum.h"
+
 #include <algorithm>
 #include <utility>
 
@@ -67,7 +69,9 @@ std::int64_t SelectionState::selectedBytes() const
     std::int64_t bytes = 0;
     for (const CategoryResult& category : *m_results) {
         for (const ScannedItem& item : category.items) {
-            bytes += isSelected(category.rule.id, item.path) ? item.sizeBytes : 0;
+            if (isSelected(category.rule.id, item.path)) {
+                bytes = saturatingSum(bytes, item.sizeBytes);
+            }
         }
     }
     return bytes;

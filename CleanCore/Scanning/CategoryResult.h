@@ -2,6 +2,7 @@
 
 #include "CleanCore/Rules/CleaningRule.h"
 #include "CleanCore/Scanning/ScannedItem.h"
+#include "CleanCore/Support/SaturatingSum.h"
 
 #include <cstdint>
 #include <numeric>
@@ -22,7 +23,9 @@ struct CategoryResult
     {
         return std::accumulate(
             items.begin(), items.end(), std::int64_t{0},
-            [](std::int64_t sum, const ScannedItem& item) { return sum + item.sizeBytes; });
+            [](std::int64_t sum, const ScannedItem& item) {
+                return saturatingSum(sum, item.sizeBytes);
+            });
     }
 };
 

@@ -65,68 +65,43 @@ esac
 """
 
 FLATPAK = r"""
-answer=ask
-columns=application,arch,branch,size
-command=
-for argument in "$@"; do
-    case "$argument" in
-    --assumeyes | -y | --noninteractive) answer=y ;;
-    --columns=*) columns=${argument#--columns=} ;;
-    *) command="$command $argument" ;;
-    esac
-done
-case "$command" in
-" --user list --runtime")
-    awk -F "$tab" -v wanted="$columns" '
-        BEGIN { split("application arch branch size", names, " "); count = split(wanted, columns, ",") }
-        {
-            for (i = 1; i <= 4; i++) value[names[i]] = $i
-            line = value[columns[1]]
-            for (i = 2; i <= count; i++) line = line "\t" value[columns[i]]
-            print line
-        }' "$state/in-use" "$state/unused"
+case "$*" in
+"list --app --columns=ref,runtime") cat "$state/apps" ;;
+"list --user --runtime --all --columns=ref,size,runtime") cat "$state/runtimes" ;;
+"pin --user")
+    echo "Pinned patterns:"
+    sed 's/^/  /' "$state/pins"
     ;;
-" --user uninstall --unused")
-    if [ ! -s "$state/unused" ]; then
-        echo "Nothing unused to uninstall"
-        exit 0
-    fi
-    printf '\n        ID\tBranch\tOp\n'
-    awk -F "$tab" '{ printf " %d.\t%s\t%s\tr\n", NR, $1, $3 }' "$state/unused"
-    if [ "$answer" = ask ]; then
-        printf '\nProceed with these changes to the user installation? [Y/n]: '
-        read -r answer || answer=n
-    fi
-    case "$answer" in
-    "" | y | Y | yes)
-        : >"$state/unused"
-        printf '\nUninstall complete.\n'
-        ;;
-    *) exit 1 ;;
-    esac
+"uninstall --user --noninteractive --no-related runtime/"*)
+    reference=${5#runtime/}
+    if cut -f 2 "$state/apps" | grep -qxF -e "$reference"; then fail "$reference is needed"; fi
+    cut -f 1 "$state/runtimes" | grep -qxF -e "$reference" || fail "$reference not installed"
+    grep -vF -e "$reference$tab" "$state/runtimes" >"$state/runtimes.new" || true
+    mv "$state/runtimes.new" "$state/runtimes"
+    echo "Uninstalling $5"
     ;;
 *) fail "unknown arguments: $*" ;;
 esac
 """
 
 PODMAN = r"""
-usage=$state/before.json
-if [ -e "$state/pruned" ]; then usage=$state/pruned.json; fi
 case "$*" in
-"system df --format json") cat "$usage" ;;
-"system prune" | "system prune --force" | "system prune -f")
-    if [ $# -eq 2 ]; then
-        echo "WARNING! This command removes: stopped containers, unused networks, dangling images, dangling build cache"
-        printf 'Are you sure you want to continue? [y/N] '
-        read -r answer || answer=n
-        case "$answer" in y | Y) ;; *) exit 0 ;; esac
-    fi
-    if [ -e "$state/pruned" ]; then
-        echo "Total reclaimed space: 0B"
-    else
-        echo "Total reclaimed space: 2.25GB"
-        : >"$state/pruned"
-    fi
+"--remote=false images --filter dangling=true --quiet --no-trunc")
+    awk '$1 == "<none>" && $2 == "<none>" { print "sha256:" $3 "'"$(printf '%052d' 0)"'" }' "$state/images"
+    ;;
+"--remote=false system df --verbose")
+    printf 'Images space usage:\n\n'
+    printf 'REPOSITORY                TAG         IMAGE ID      CREATED      SIZE        '
+    printf 'SHARED SIZE  UNIQUE SIZE  CONTAINERS\n'
+    cat "$state/images"
+    printf '\nContainers space usage:\n\n'
+    printf 'CONTAINER ID  IMAGE       COMMAND     LOCAL VOLUMES  SIZE        CREATED      STATUS      NAMES\n'
+    ;;
+"--remote=false image rm "*)
+    grep -q "  $4  " "$state/images" || fail "$4: image not known"
+    grep -v "  $4  " "$state/images" >"$state/images.new" || true
+    mv "$state/images.new" "$state/images"
+    echo "Deleted: $4"
     ;;
 *) fail "unknown arguments: $*" ;;
 esac

@@ -10,15 +10,31 @@ from datetime import datetime, timezone
 from .scripts import SCRIPTS
 from .tree import SECOND
 
-# Application, architecture, branch, size; flatpak puts a no-break space before the unit.
-RUNTIMES_IN_USE = (
-    ("org.freedesktop.Platform", "x86_64", "23.08", "624.3\u00a0MB"),
-    ("org.gnome.Platform", "x86_64", "46", "935.0\u00a0MB"),
+# Reference and runtime.
+FLATPAK_APPS = (
+    ("org.gnome.Calculator/x86_64/stable", "org.gnome.Platform/x86_64/46"),
+    ("org.videolan.VLC/x86_64/stable", "org.kde.Platform/x86_64/5.15-23.08"),
 )
-UNUSED_RUNTIMES = (
-    ("org.gnome.Platform", "x86_64", "43", "865.2\u00a0MB"),
-    ("org.freedesktop.Platform.GL.default", "x86_64", "22.08", "451.1\u00a0MB"),
-    ("org.kde.Platform", "x86_64", "5.15-22.08", "1.0\u00a0GB"),
+# Reference, size and needed runtime; flatpak puts a no-break space before the unit, which the C
+# locale makes a question mark of.
+FLATPAK_RUNTIMES = (
+    ("org.gnome.Platform/x86_64/46", "935.0?MB", ""),
+    ("org.kde.Platform/x86_64/5.15-23.08", "1.1?GB", ""),
+    ("org.gnome.Platform/x86_64/43", "865.2?MB", ""),
+    ("org.gnome.Platform.Locale/x86_64/43", "12.9?MB", ""),
+    ("org.kde.Platform/x86_64/5.15-22.08", "1.0?GB", ""),
+    ("org.freedesktop.Platform.GL.default/x86_64/22.08", "451.1?MB", ""),
+    ("org.freedesktop.Platform/x86_64/22.08", "624.3?MB", ""),
+)
+FLATPAK_PINS = "runtime/org.freedesktop.Platform/x86_64/22.08\n"
+
+# Repository, tag, id, age, size, shared size, unique size, containers.
+PODMAN_IMAGES = (
+    ("docker.io/library/debian", "bookworm", "a4d2f91c0b77", "3 weeks ago", "120MB", "120MB", "0B", "1"),
+    ("localhost/notes", "latest", "5b0d3a4e9c12", "2 days ago", "1.3GB", "120MB", "1.18GB", "0"),
+    ("<none>", "<none>", "3f53bb00af94", "2 weeks ago", "1.2GB", "120MB", "1.08GB", "0"),
+    ("<none>", "<none>", "77e1c08d52ab", "5 weeks ago", "870MB", "120MB", "750MB", "0"),
+    ("<none>", "<none>", "c90a6b1f3d44", "6 weeks ago", "640MB", "120MB", "520MB", "1"),
 )
 
 HOMEBREW_LEFTOVERS = """\
@@ -50,10 +66,11 @@ def _state(tree):
         "xcrun/unavailable.json": _simulators(tree),
         "brew/leftovers": HOMEBREW_LEFTOVERS,
         "docker/rows": "".join(json.dumps(row, separators=(",", ":")) + "\n" for row in DOCKER_ROWS),
-        "flatpak/in-use": _table(RUNTIMES_IN_USE),
-        "flatpak/unused": _table(UNUSED_RUNTIMES),
-        "podman/before.json": _podman(3_400_000_000, "3.4GB", 2_250_000_000, "2.25GB (66%)"),
-        "podman/pruned.json": _podman(1_150_000_000, "1.15GB", 0, "0B (0%)"),
+        "flatpak/apps": _table(FLATPAK_APPS),
+        "flatpak/runtimes": _table(FLATPAK_RUNTIMES),
+        "flatpak/pins": FLATPAK_PINS,
+        "podman/images": "".join(
+            "{:<26}{:<12}{:<14}{:<13}{:<12}{:<13}{:<13}{}\n".format(*row) for row in PODMAN_IMAGES),
     }
 
 
@@ -77,15 +94,3 @@ def _simulators(tree):
 
 def _table(rows):
     return "".join("\t".join(row) + "\n" for row in rows)
-
-
-def _podman(size, shown_size, reclaimable, shown_reclaimable):
-    def row(kind, total, active, *sizes):
-        keys = ("Type", "Total", "Active", "RawSize", "RawReclaimable", "TotalCount", "Size", "Reclaimable")
-        raw_size, raw_reclaimable, text, reclaimable_text = sizes
-        return dict(zip(keys, (kind, total, active, raw_size, raw_reclaimable, total, text, reclaimable_text)))
-
-    rows = [row("Images", 9, 3, size, reclaimable, shown_size, shown_reclaimable),
-            row("Containers", 2, 2, 40_960, 0, "40.96kB", "0B (0%)"),
-            row("Local Volumes", 1, 1, 0, 0, "0B", "0B (0%)")]
-    return json.dumps(rows, indent=4, ensure_ascii=False) + "\n"

@@ -1,0 +1,38 @@
+#pragma once
+
+#include "CleanCore/Cleaning/CleaningReport.h"
+#include "CleanCore/Cleaning/CleaningSelection.h"
+#include "CleanCore/Commands/ToolRuns.h"
+
+#include <span>
+#include <stop_token>
+
+namespace CleanCore {
+
+/// Has tools clear what was chosen in their areas. An immutable value, as safe as its runner;
+/// clean() blocks while the tools run, one after the other.
+class CommandCleanEngine
+{
+public:
+    /// The runner should be one that is never stopped: what a tool has begun it should finish.
+    explicit CommandCleanEngine(std::shared_ptr<const CommandRunning> runner,
+                                ToolLocations locations = ToolLocations::ofSystem());
+
+    /// Never fails as a whole: every item of a command rule ends up in exactly one list of the
+    /// report. Selections of other rules leave no trace. Items of an area that is unknown, or that
+    /// cannot be cleaned, are skipped. Where a tool clears whole areas (see clearsWholeArea()), one
+    /// run stands for all chosen items, and the others go with them.
+    ///
+    /// The stop token is looked at before each item, or each whole area: what was begun is
+    /// finished, what was not reached is in neither list.
+    [[nodiscard]] CleaningReport clean(std::span<const CleaningSelection> selections,
+                                       const std::stop_token& stop = {}) const;
+
+    /// What clean() reports when every tool succeeds. Runs none.
+    [[nodiscard]] CleaningReport preview(std::span<const CleaningSelection> selections) const;
+
+private:
+    ToolRuns m_tools;
+};
+
+} // namespace CleanCore

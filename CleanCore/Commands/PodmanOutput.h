@@ -1,0 +1,22 @@
+#pragma once
+
+#include "CleanCore/Scanning/ScannedItem.h"
+
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace CleanCore::PodmanOutput {
+
+/// One item "Podman — image ID" for each image without a name that no container uses. The size is
+/// what the image shares with no other, the least that its removal frees; 0 where it is not told.
+///
+/// `outputs`: the full ids of the dangling images, one a line, and the tables of "podman system df
+/// --verbose".
+[[nodiscard]] std::vector<ScannedItem> danglingImages(std::span<const std::string> outputs);
+
+/// The image's id in the path of such an item.
+[[nodiscard]] std::string imageId(std::string_view path);
+
+} // namespace CleanCore::PodmanOutput

@@ -1,0 +1,9 @@
+zorvane_add_tests(CommandTests
+  CommandCleanEngineTests.cpp
+  CommandRunnerTests.cpp
+  CommandScanEngineTests.cpp
+  LinuxToolAreasTests.cpp
+  StandInToolsTests.cpp
+  ToolLocationsTests.cpp
+  ToolTextTests.cpp
+  Support/TemporaryFolder.cpp)

@@ -1,0 +1,50 @@
+#include "CleanCore/Platform/ToolLocations.h"
+#include "tests/CleanCore/Support/TemporaryFolder.h"
+
+#include <gtest/gtest.h>
+#include <stdexcept>
+
+using CleanCore::Tool;
+using CleanCore::ToolLocations;
+using Paths = std::vector<std::string>;
+
+TEST(ToolLocations, ListsTheFixedPathsFirstAndThisPlatformsAfterThem)
+{
+    const auto system = ToolLocations::forHome(false, std::nullopt);
+    EXPECT_EQ(system.paths(Tool::tmutil), Paths{"/usr/bin/tmutil"});
+    EXPECT_EQ(system.paths(Tool::xcrun), Paths{"/usr/bin/xcrun"});
+    EXPECT_EQ(system.paths(Tool::brew), (Paths{"/opt/homebrew/bin/brew", "/usr/local/bin/brew",
+                                               "/home/linuxbrew/.linuxbrew/bin/brew"}));
+    EXPECT_EQ(system.paths(Tool::docker), (Paths{"/usr/local/bin/docker", "/usr/bin/docker"}));
+    EXPECT_EQ(system.paths(Tool::flatpak), Paths{"/usr/bin/flatpak"});
+    EXPECT_EQ(system.paths(Tool::podman), Paths{"/usr/bin/podman"});
+}
+
+TEST(ToolLocations, NeverNamesARealToolInAConfinedHome)
+{
+    for (const Tool tool :
+         {Tool::tmutil, Tool::xcrun, Tool::brew, Tool::docker, Tool::flatpak, Tool::podman}) {
+        EXPECT_EQ(ToolLocations::forHome(true, std::nullopt).paths(tool), Paths{});
+    }
+    EXPECT_EQ(ToolLocations::forHome(true, "/tools").paths(Tool::docker),
+              (Paths{"/tools/usr/local/bin/docker", "/tools/usr/bin/docker"}));
+    EXPECT_EQ(ToolLocations::forHome(true, "/tools//").paths(Tool::tmutil),
+              Paths{"/tools/usr/bin/tmutil"});
+}
+
+TEST(ToolLocations, PrefersStandInsWhereverAFolderOfThemIsGiven)
+{
+    EXPECT_EQ(ToolLocations::forHome(false, "/tools").paths(Tool::podman),
+              Paths{"/tools/usr/bin/podman"});
+}
+
+TEST(ToolLocations, RefusesAFolderThatLeadsBackToTheRealTools)
+{
+    const CleanCoreTests::TemporaryFolder folder;
+    const std::string link = folder.makeLink("link", "/");
+    for (const std::string& root : {std::string(), std::string("tools"), std::string("/"),
+                                    std::string("//"), std::string("/usr/.."), link}) {
+        EXPECT_THROW(static_cast<void>(ToolLocations::forHome(true, root)), std::invalid_argument)
+            << root;
+    }
+}
