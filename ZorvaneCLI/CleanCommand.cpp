@@ -1,5 +1,8 @@
 #include "CleanCore/Cleaning/CleanEngine.h"
 #include "CleanCore/Cleaning/SelectionState.h"
+#include "CleanCore/Commands/CommandAreas.h"
+#include "CleanCore/Commands/CommandCleanEngine.h"
+#include "CleanCore/Commands/SystemCommandRunner.h"
 #include "CleanCore/Platform/FileManager.h"
 #include "ZorvaneCLI/CleanPreview.h"
 #include "ZorvaneCLI/Commands.h"
@@ -9,6 +12,8 @@
 
 #include <algorithm>
 #include <iostream>
+#include <iterator>
+#include <memory>
 #include <set>
 #include <unistd.h>
 
@@ -72,6 +77,23 @@ void selectItems(const std::vector<std::string>& paths, SelectionState& selectio
     }
 }
 
+/// A tool that clears its area as a whole would take along what was not chosen.
+void requireWholeAreas(const std::vector<CleaningSelection>& chosen,
+                       const std::vector<CategoryResult>& results)
+{
+    for (const CleaningSelection& selection : chosen) {
+        const std::string& id = selection.rule.id;
+        const auto area =
+            std::find_if(results.begin(), results.end(),
+                         [&](const CategoryResult& result) { return result.rule.id == id; });
+        if (selection.rule.kind == RuleKind::command && CleanCore::clearsWholeArea(id) &&
+            selection.items.size() != area->items.size()) {
+            throw CommandError(ExitStatus::wrongUsage,
+                               escaped(id) + " is cleared as a whole; name it with --all");
+        }
+    }
+}
+
 std::vector<CleaningSelection> choose(const CleanOptions& options,
                                       std::vector<CategoryResult> results)
 {
@@ -87,7 +109,9 @@ std::vector<CleaningSelection> choose(const CleanOptions& options,
     } else {
         selectItems(options.items, selection);
     }
-    return selection.selections();
+    std::vector<CleaningSelection> chosen = selection.selections();
+    requireWholeAreas(chosen, selection.results());
+    return chosen;
 }
 
 /// Shows what will go and waits for "yes".
@@ -109,16 +133,39 @@ void askForConsent(std::span<const CleaningSelection> selections, const Workspac
     throw CommandError(ExitStatus::refused, "nothing was removed");
 }
 
+/// The file-system areas first, then those of tools.
+CleaningReport removeChosen(const std::vector<CleaningSelection>& selections,
+                            const Workspace& workspace, bool dryRun, const std::stop_token& stop)
+{
+    const CleanCore::HomeEnvironment& environment = workspace.environment;
+    std::vector<CleaningSelection> files = selections;
+    std::vector<CleaningSelection> commands;
+    const auto firstCommand =
+        std::stable_partition(files.begin(), files.end(), [](const CleaningSelection& selection) {
+            return selection.rule.kind == RuleKind::fileSystem;
+        });
+    std::move(firstCommand, files.end(), std::back_inserter(commands));
+    files.erase(firstCommand, files.end());
+
+    const CleanCore::CleanEngine engine(environment.home, environment.fileManager,
+                                        environment.folders.protectedFolders);
+    const CleaningReport report = engine.clean(files, dryRun, stop);
+    if (commands.empty()) {
+        return report;
+    }
+    const CleanCore::CommandCleanEngine tools(std::make_shared<CleanCore::SystemCommandRunner>(),
+                                              workspace.tools);
+    return report.merging(dryRun ? tools.preview(commands) : tools.clean(commands, stop));
+}
+
 Outcome remove(const std::vector<CleaningSelection>& selections, const Workspace& workspace,
                bool dryRun, const Interruption& interruption)
 {
-    const CleanCore::HomeEnvironment& environment = workspace.environment;
-    const CleanCore::FileManager& files = *environment.fileManager;
-    const CleanCore::CleanEngine engine(environment.home, environment.fileManager,
-                                        environment.folders.protectedFolders);
-    const std::int64_t before = files.availableCapacity(environment.home).value_or(0);
-    CleaningReport report = engine.clean(selections, dryRun, interruption.token());
-    const std::int64_t after = files.availableCapacity(environment.home).value_or(0);
+    const CleanCore::FileManager& files = *workspace.environment.fileManager;
+    const std::string& home = workspace.environment.home;
+    const std::int64_t before = files.availableCapacity(home).value_or(0);
+    CleaningReport report = removeChosen(selections, workspace, dryRun, interruption.token());
+    const std::int64_t after = files.availableCapacity(home).value_or(0);
     return {std::move(report), dryRun ? 0 : std::max<std::int64_t>(0, after - before), dryRun};
 }
 

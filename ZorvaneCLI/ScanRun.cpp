@@ -1,10 +1,14 @@
 #include "ZorvaneCLI/ScanRun.h"
 
+#include "CleanCore/Commands/CommandScanEngine.h"
+#include "CleanCore/Commands/SystemCommandRunner.h"
 #include "CleanCore/Scanning/ResultList.h"
 #include "CleanCore/Scanning/ScanEngine.h"
 #include "ZorvaneCLI/TerminalText.h"
 
 #include <cstdio>
+#include <iterator>
+#include <memory>
 #include <stop_token>
 #include <unistd.h>
 
@@ -63,10 +67,16 @@ runScan(const Workspace& workspace, CommandAreas commandAreas, const Interruptio
         std::visit(progress, *event);
         progress.show();
     }
+    if (progress.results && commandAreas == CommandAreas::included) {
+        const CleanCore::CommandScanEngine commands(
+            std::make_shared<CleanCore::SystemCommandRunner>(interruption.token()),
+            workspace.tools);
+        auto measured = commands.scan(workspace.rules, interruption.token());
+        std::move(measured.begin(), measured.end(), std::back_inserter(*progress.results));
+    }
     if (!progress.results || interruption.happened()) {
         return std::nullopt;
     }
-    static_cast<void>(commandAreas);
     return CleanCore::resultList(std::move(*progress.results));
 }
 

@@ -9,7 +9,9 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <filesystem>
 #include <nlohmann/json.hpp>
+#include <stdexcept>
 #include <system_error>
 
 namespace ZorvaneCLI {
@@ -58,11 +60,25 @@ std::vector<CleaningRule> rulesNamed(const std::vector<std::string>& ids,
     return named;
 }
 
-void requireToolsFitHome(const CommonOptions& options, const HomeEnvironment& environment)
+CleanCore::ToolLocations toolsFor(const CommonOptions& options, const HomeEnvironment& environment)
 {
-    if (options.tools && !environment.isConfined) {
+    if (!options.tools) {
+        return CleanCore::ToolLocations::forHome(environment.isConfined, std::nullopt);
+    }
+    if (!environment.isConfined) {
         throw CommandError(ExitStatus::wrongUsage,
                            "--tools is for trying things out and needs another home (--home DIR)");
+    }
+    std::error_code error;
+    const auto root = std::filesystem::canonical(*options.tools, error);
+    if (error || !std::filesystem::is_directory(root)) {
+        throw CommandError(ExitStatus::wrongUsage,
+                           "--tools needs a folder, not " + escaped(*options.tools));
+    }
+    try {
+        return CleanCore::ToolLocations::below(root.native());
+    } catch (const std::invalid_argument& invalid) {
+        throw CommandError(ExitStatus::wrongUsage, "--tools: " + escaped(invalid.what()));
     }
 }
 
@@ -115,11 +131,12 @@ Workspace openWorkspace(const CommonOptions& options)
 {
     // The home comes first: from here on the process's environment is the one that will be used.
     HomeEnvironment environment = openHome(options.home);
-    requireToolsFitHome(options, environment);
+    CleanCore::ToolLocations tools = toolsFor(options, environment);
     const CleanCore::Timestamp now = timeOf(options, environment);
     const RulesCatalog catalog = loadCatalog(options.catalog);
     requireHarmless(catalog, options, environment);
-    return {std::move(environment), rulesNamed(options.ruleIds, catalog.rules), loadTexts(), now};
+    return {std::move(environment), std::move(tools), rulesNamed(options.ruleIds, catalog.rules),
+            loadTexts(), now};
 }
 
 CleanCore::TextTable loadTexts()

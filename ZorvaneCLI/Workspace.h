@@ -1,6 +1,7 @@
 #pragma once
 
 #include "CleanCore/Platform/HomeEnvironment.h"
+#include "CleanCore/Platform/ToolLocations.h"
 #include "CleanCore/Rules/RulesCatalog.h"
 #include "CleanCore/Rules/TextTable.h"
 #include "ZorvaneCLI/CommonOptions.h"
@@ -15,6 +16,7 @@ namespace ZorvaneCLI {
 struct Workspace
 {
     CleanCore::HomeEnvironment environment;
+    CleanCore::ToolLocations tools;
     std::vector<CleanCore::CleaningRule> rules;
     CleanCore::TextTable texts;
     CleanCore::Timestamp now;
