@@ -101,6 +101,23 @@ std::string escaped(std::string_view text)
     return result;
 }
 
+std::string shortened(std::string text)
+{
+    constexpr std::size_t limit = 240;
+    if (text.size() > limit) {
+        const auto isInsideCharacter = [&](std::size_t at) {
+            return (static_cast<unsigned char>(text[at]) & 0xC0U) == 0x80U;
+        };
+        std::size_t end = limit;
+        while (end > 0 && isInsideCharacter(end)) {
+            --end;
+        }
+        text.resize(end);
+        text += "\u2026";
+    }
+    return text;
+}
+
 std::size_t displayWidth(std::string_view text)
 {
     std::size_t width = 0;

@@ -89,7 +89,11 @@ std::optional<CleanCore::Timestamp> parseTime(std::string_view text)
         }
         const int offsetHours = reader.number(2);
         reader.expect(":");
-        offset = hours(offsetHours) + minutes(reader.number(2));
+        const int offsetMinutes = reader.number(2);
+        if (offsetHours > 23 || offsetMinutes > 59) {
+            return std::nullopt;
+        }
+        offset = hours(offsetHours) + minutes(offsetMinutes);
         offset = isWest ? -offset : offset;
     }
     const year_month_day date(years, months, days);

@@ -41,6 +41,14 @@ CleanCore::Timestamp timeOf(const CommonOptions& options, const HomeEnvironment&
     return *time;
 }
 
+/// The JSON library's message without the "[json.exception.…] " in front.
+std::string_view withoutCode(std::string_view message)
+{
+    const std::size_t end = message.find("] ");
+    return message.substr(0, 1) == "[" && end != std::string_view::npos ? message.substr(end + 2)
+                                                                         : message;
+}
+
 std::vector<CleaningRule> rulesNamed(const std::vector<std::string>& ids,
                                      const std::vector<CleaningRule>& rules)
 {
@@ -93,13 +101,13 @@ RulesCatalog loadCatalog(const std::optional<std::string>& file)
         throw CommandError(ExitStatus::catalogUnusable,
                            error.kind() == CleanCoreError::Kind::rulesCatalogMissing
                                ? "the bundled catalog is missing; install Zorvane again"
-                               : name + " is invalid: " + escaped(error.reason()));
+                               : name + " is invalid: " + shortened(escaped(error.reason())));
     } catch (const std::system_error& error) {
         throw CommandError(ExitStatus::catalogUnusable,
                            name + " cannot be read: " + error.code().message());
     } catch (const nlohmann::json::exception& error) {
         throw CommandError(ExitStatus::catalogUnusable,
-                           name + " is invalid: " + escaped(error.what()));
+                           name + " is invalid: " + shortened(escaped(withoutCode(error.what()))));
     }
 }
 

@@ -1,5 +1,6 @@
 #include "ZorvaneCLI/Commands.h"
 #include "ZorvaneCLI/Interruption.h"
+#include "ZorvaneCLI/TerminalText.h"
 
 #include <CLI/CLI.hpp>
 #include <exception>
@@ -121,7 +122,7 @@ int parseAndRun(int argc, char** argv)
         if (error.get_exit_code() == static_cast<int>(CLI::ExitCodes::Success)) {
             return commandLine.app.exit(error);
         }
-        std::cerr << "zorvane-cli: " << error.what() << " (--help tells more)\n";
+        std::cerr << "zorvane-cli: " << escaped(error.what()) << " (--help tells more)\n";
         return static_cast<int>(ExitStatus::wrongUsage);
     }
     const Interruption interruption;
@@ -134,13 +135,15 @@ int main(int argc, char** argv)
 {
     try {
         const int status = parseAndRun(argc, argv);
-        std::cout.flush();
+        if (!std::cout.flush()) {
+            throw CommandError(ExitStatus::incomplete, "the results could not be written");
+        }
         return status;
     } catch (const CommandError& error) {
         std::cerr << "zorvane-cli: " << error.what() << '\n';
         return static_cast<int>(error.status());
     } catch (const std::exception& error) {
-        std::cerr << "zorvane-cli: " << error.what() << '\n';
+        std::cerr << "zorvane-cli: " << escaped(error.what()) << '\n';
         return static_cast<int>(ExitStatus::incomplete);
     }
 }

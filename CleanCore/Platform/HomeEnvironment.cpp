@@ -6,7 +6,6 @@
 #include "CleanCore/Support/TaskPool.h"
 
 #include <cstdlib>
-#include <filesystem>
 #include <pwd.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -30,9 +29,10 @@ std::optional<std::string> accountHome()
 
 std::string absolute(const std::string& path)
 {
-    std::string result = path.substr(0, 1) == "/"
-                             ? path
-                             : PathText::join(std::filesystem::current_path().native(), path);
+    const std::string result = absolutePath(path);
+    if (result.substr(0, 1) != "/") {
+        throw HomeError("the home folder " + path + " does not exist");
+    }
     for (const std::string& part : PathText::components(result)) {
         // As text, ".." behind a link would name another folder.
         if (part == "..") {

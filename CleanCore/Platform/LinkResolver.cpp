@@ -4,6 +4,7 @@
 
 #include <filesystem>
 #include <optional>
+#include <system_error>
 #include <unistd.h>
 #include <vector>
 
@@ -35,11 +36,22 @@ std::vector<std::string> reversedComponents(const std::string& path)
 
 } // namespace
 
+std::string absolutePath(const std::string& path)
+{
+    if (path.substr(0, 1) == "/") {
+        return path;
+    }
+    std::error_code error;
+    const std::filesystem::path current = std::filesystem::current_path(error);
+    return error ? path : PathText::join(current.native(), path);
+}
+
 std::string resolveSymbolicLinks(const std::string& path)
 {
-    const std::string start = path.substr(0, 1) == "/"
-                                  ? path
-                                  : PathText::join(std::filesystem::current_path().native(), path);
+    const std::string start = absolutePath(path);
+    if (start.substr(0, 1) != "/") {
+        return path;
+    }
     std::vector<std::string> remaining = reversedComponents(start);
     std::string resolved = "/";
     int followedLinks = 0;

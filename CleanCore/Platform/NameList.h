@@ -13,6 +13,7 @@ class NameList
 {
 public:
     [[nodiscard]] bool isEmpty() const { return m_names.empty(); }
+    [[nodiscard]] bool holdsSeveral() const { return m_names.find('\0') + 1 < m_names.size(); }
     [[nodiscard]] std::size_t bytes() const { return m_names.size(); }
 
     void add(std::string_view name)

@@ -376,12 +376,14 @@ void Walk::leave()
 }
 
 /// Gives half of the subfolders nearest the root away: the largest part that can be had. The folder
-/// that they are in cannot go before they have, so it is left to another pass.
+/// that they are in cannot go before they have, so it is left to another pass. The only one is kept,
+/// or a chain of folders would wander from worker to worker.
 void Walk::giveHalfAway()
 {
     m_stack.findOpen([&](std::size_t index) {
         FolderStack::Level& level = m_stack.at(index);
-        if (level.pending.isEmpty()) {
+        const bool isOnlyOne = index + 1 == m_stack.depth() && !level.pending.holdsSeveral();
+        if (level.pending.isEmpty() || isOnlyOne) {
             return false;
         }
         FileDescriptor folder(::fcntl(level.folder.get(), F_DUPFD_CLOEXEC, 0));

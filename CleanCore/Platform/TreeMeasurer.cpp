@@ -14,7 +14,9 @@ namespace CleanCore {
 
 namespace {
 
-constexpr std::size_t openFolderLimit = 48;
+// All workers together have to stay below the usual limit of 1024 descriptors: what cannot be
+// opened would not be counted.
+constexpr std::size_t openFolderLimit = 12;
 constexpr unsigned entriesBetweenStopChecks = 64;
 constexpr int openFolderFlags = O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC;
 
@@ -80,6 +82,7 @@ private:
     Job& m_job;
     DirectoryReader m_reader;
     FolderStack m_stack = FolderStack(openFolderLimit);
+    // The levels before it have nothing to give away: subfolders only come in at the top.
     std::size_t m_entry = 0;
     std::int64_t m_sizeBytes = 0;
     Timestamp m_latest = distantPast;
@@ -114,7 +117,7 @@ void PieceWalk::run(Piece piece)
         });
     }
     while (!pending.isEmpty() && !isStopped()) {
-        if (m_job.wantsPieces()) {
+        if (pending.holdsSeveral() && m_job.wantsPieces()) {
             m_job.offer({piece.folder, piece.folderStatus, m_entry, 0, pending.takeHalf(), {}});
             continue;
         }
@@ -228,12 +231,14 @@ void PieceWalk::count(int folder, const EntryStatus& folderStatus, const char* n
     }
 }
 
-/// Gives half of the subfolders nearest the root away: the largest part that can be had.
+/// Gives half of the subfolders nearest the root away: the largest part that can be had. The only
+/// one is kept, or a chain of folders would wander from worker to worker.
 void PieceWalk::offerHalf()
 {
     m_stack.findOpen([&](std::size_t index) {
         FolderStack::Level& level = m_stack.at(index);
-        if (level.pending.isEmpty()) {
+        const bool isOnlyOne = index + 1 == m_stack.depth() && !level.pending.holdsSeveral();
+        if (level.pending.isEmpty() || isOnlyOne) {
             return false;
         }
         auto shared =

@@ -132,7 +132,9 @@ std::optional<std::string> usable(const std::optional<std::string>& value, Stick
         holdsMoreThanCaches(*folder, folders)) {
         return std::nullopt;
     }
-    return PathText::standardized(*value);
+    // As text, ".." behind a link would name a folder that was not judged.
+    std::string path = PathText::standardized(*value);
+    return resolvedOrSame(path) == *folder ? path : *folder;
 }
 
 } // namespace

@@ -22,7 +22,7 @@ constexpr Spelling<RuleKind> kinds[] = {{"fileSystem", RuleKind::fileSystem},
 template <typename Value, std::size_t count>
 Value decode(const Spelling<Value> (&spellings)[count], const nlohmann::json& json, const char* key)
 {
-    const auto text = json.at(key).get<std::string>();
+    const std::string text = StrictJson::text(json, key);
     for (const auto& spelling : spellings) {
         if (text == spelling.text) {
             return spelling.value;
@@ -47,10 +47,10 @@ const char* encode(const Spelling<Value> (&spellings)[count], Value value)
 
 void from_json(const nlohmann::json& json, CleaningRule& rule)
 {
-    rule.id = json.at("id").get<std::string>();
+    rule.id = StrictJson::text(json, "id");
     rule.tier = decode(tiers, json, "tier");
     rule.kind = decode(kinds, json, "kind");
-    rule.titleKey = json.at("titleKey").get<std::string>();
+    rule.titleKey = StrictJson::text(json, "titleKey");
     rule.basePaths = StrictJson::strings(json, "basePaths");
     rule.minAgeDays = StrictJson::integer(json, "minAgeDays");
     rule.exclusions = StrictJson::strings(json, "exclusions");

@@ -1,10 +1,10 @@
 #include "CleanCore/Rules/PathExpander.h"
 
 #include "CleanCore/Platform/FileManager.h"
+#include "CleanCore/Platform/LinkResolver.h"
 #include "CleanCore/Support/PathText.h"
 
 #include <algorithm>
-#include <filesystem>
 #include <system_error>
 
 namespace CleanCore::PathExpander {
@@ -85,10 +85,7 @@ std::string expand(const std::string& pattern, const std::string& home,
     if (pattern.compare(0, 2, "~/") == 0) {
         return PathText::join(home, std::string_view(pattern).substr(2));
     }
-    if (pattern.substr(0, 1) == "/") {
-        return pattern;
-    }
-    return PathText::join(std::filesystem::current_path().native(), pattern);
+    return absolutePath(pattern);
 }
 
 std::optional<std::string> expandToken(std::string_view pattern, const FileManager& fileManager)

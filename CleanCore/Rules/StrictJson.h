@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
 #include <nlohmann/json.hpp>
 #include <string>
@@ -24,13 +25,25 @@ namespace CleanCore::StrictJson {
     return value.get<std::int64_t>();
 }
 
+/// nlohmann's own conversion would not say which member is at fault.
+[[nodiscard]] inline std::string text(const nlohmann::json& object, const char* key)
+{
+    const auto& value = object.at(key);
+    if (!value.is_string()) {
+        throw nlohmann::json::type_error::create(
+            302, std::string("\"") + key + "\" must be a text", &object);
+    }
+    return value.get<std::string>();
+}
+
 /// nlohmann's own conversion would also take an object's values for a list.
 [[nodiscard]] inline std::vector<std::string> strings(const nlohmann::json& object, const char* key)
 {
     const auto& value = object.at(key);
-    if (!value.is_array()) {
+    const auto isText = [](const nlohmann::json& element) { return element.is_string(); };
+    if (!value.is_array() || !std::all_of(value.begin(), value.end(), isText)) {
         throw nlohmann::json::type_error::create(
-            302, std::string("\"") + key + "\" must be an array", &object);
+            302, std::string("\"") + key + "\" must be an array of texts", &object);
     }
     return value.get<std::vector<std::string>>();
 }

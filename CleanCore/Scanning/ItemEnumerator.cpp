@@ -27,7 +27,9 @@ Timestamp cutoff(Timestamp now, std::int64_t days)
     }
     // Only the offset is a floating-point figure: whole days are exact in it, and the sum would
     // not be.
-    return now + std::chrono::nanoseconds(static_cast<std::int64_t>(offset));
+    // In two steps: the offset of a sum that fits need not fit itself.
+    const std::chrono::nanoseconds half(static_cast<std::int64_t>(offset / 2));
+    return now + half + half;
 }
 
 } // namespace

@@ -1,0 +1,107 @@
+#include "CleanCore/Platform/LinuxFileManager.h"
+
+#include "CleanCore/Support/TaskPool.h"
+#include "tests/CleanCore/Support/TemporaryFolder.h"
+
+#include <algorithm>
+#include <gtest/gtest.h>
+#include <system_error>
+
+namespace {
+
+using namespace CleanCore;
+using CleanCoreTests::TemporaryFolder;
+using Strings = std::vector<std::string>;
+
+LinuxFileManager fileManager(std::optional<std::string> confinement = std::nullopt)
+{
+    return LinuxFileManager({}, std::move(confinement), std::make_shared<TaskPool>(1));
+}
+
+TEST(LinuxFileManager, ListsEveryNameInTheOrderOfItsBytes)
+{
+    const TemporaryFolder folder;
+    Strings names = {"..hidden",  ".a",         "two\nlines",         "B", "a", "\xFF\xFE",
+                     "caf\u00E9", "cafe\u0301", std::string(255, 'x')};
+    for (int i = 0; i < 5000; ++i) {
+        names.push_back("many-" + std::to_string(i));
+    }
+    for (const std::string& name : names) {
+        folder.makeFile(name, "");
+    }
+    std::sort(names.begin(), names.end());
+    EXPECT_EQ(fileManager().namesInFolder(folder.path()), names);
+}
+
+/// Whether an operation sees anything at `path`; all of them must agree.
+bool isVisible(const LinuxFileManager& files, const std::string& path)
+{
+    const bool exists = files.exists(path);
+    bool isListed = true;
+    try {
+        static_cast<void>(files.namesInFolder(path));
+    } catch (const std::system_error& error) {
+        EXPECT_EQ(error.code().value(), ENOENT) << path;
+        isListed = false;
+    }
+    const auto measures = files.measure(path, Strings{"file"}, {});
+    EXPECT_EQ(isListed, exists) << path;
+    EXPECT_EQ(measures.at(0).identity.has_value(), exists) << path;
+    EXPECT_EQ(measures.at(0).sizeBytes > 0, exists) << path;
+    EXPECT_EQ(files.availableCapacity(path).has_value(), exists) << path;
+    return exists;
+}
+
+TEST(LinuxFileManager, SeesNothingOutsideTheFolderThatItIsConfinedTo)
+{
+    const TemporaryFolder world;
+    for (const char* const folder : {"home", "home/inner", "home-2", "outside", "outside/deep"}) {
+        world.makeFile(std::string(folder) + "/file");
+    }
+    world.makeLink("home/to-inner", "inner");
+    world.makeLink("home/out", "../outside");
+    world.makeLink("home/out-and-back", "../outside/back");
+    world.makeLink("outside/back", "../home/inner");
+    world.makeLink("home/absolute", world.path("outside"));
+    world.makeLink("home/kernel", "/proc/self/root" + world.path("outside"));
+    world.makeLink("entrance", "home");
+
+    const struct
+    {
+        const char* path;
+        bool isVisible;
+    } cases[] = {
+        {"home", true},
+        {"home/", true},
+        {"home/inner", true},
+        {"home/to-inner", true},
+        {"home/out-and-back", true},
+        {"entrance/inner", true},
+        {"outside/back", true},
+        {"outside/../home", true},
+        {"", false},
+        {"outside", false},
+        {"home-2", false},
+        {"home/..", false},
+        {"home/../outside", false},
+        {"home/out", false},
+        {"home/out/deep", false},
+        {"home/inner/../../outside", false},
+        {"home/absolute", false},
+        {"home/kernel", false},
+        {"home/missing", false},
+    };
+    for (const std::string confinement : {"home", "entrance", "home/"}) {
+        const LinuxFileManager files = fileManager(world.path() + '/' + confinement);
+        for (const auto& [path, expected] : cases) {
+            EXPECT_EQ(isVisible(files, world.path() + '/' + path), expected)
+                << path << " confined to " << confinement;
+        }
+        EXPECT_FALSE(files.exists("/"));
+        EXPECT_FALSE(files.exists("relative"));
+        EXPECT_FALSE(files.exists(world.path("home") + std::string("\0/x", 3)));
+    }
+    EXPECT_TRUE(isVisible(fileManager(), world.path("home/kernel")));
+}
+
+} // namespace

@@ -1,0 +1,148 @@
+#include "CleanCore/Platform/UserFolders.h"
+
+#include "tests/CleanCore/Support/TemporaryFolder.h"
+
+#include <algorithm>
+#include <gtest/gtest.h>
+#include <map>
+
+namespace {
+
+using CleanCore::UserFolders;
+using CleanCoreTests::TemporaryFolder;
+
+UserFolders foldersOf(const std::string& home, const std::map<std::string, std::string>& values)
+{
+    return UserFolders::ofAccount(home, [&](const char* name) {
+        const auto found = values.find(name);
+        return found == values.end() ? std::nullopt : std::optional(found->second);
+    });
+}
+
+bool isProtected(const UserFolders& folders, const std::string& path)
+{
+    const auto& all = folders.protectedFolders;
+    return std::find(all.begin(), all.end(), path) != all.end();
+}
+
+TEST(UserFolders, TakesAVariableOnlyForAFolderThatHoldsNothingElse)
+{
+    const TemporaryFolder world;
+    for (const char* const folder :
+         {"me/caches", "me/.cache", "me/Documents/x", "me/Bilder/x", "me/.config/x",
+          "me/.local/state/x", "me/.ssh", "me/Library/Mobile Documents", "scratch", "sticky",
+          "target/scratch", "me/.config-2"}) {
+        world.makeFolder(folder);
+    }
+    world.makeFile("me/.config/user-dirs.dirs", "XDG_PICTURES_DIR=\"$HOME/Bilder\"\n");
+    world.makeFile("me/file");
+    world.makeLink("me/to-scratch", world.path("scratch"));
+    world.makeLink("to-home", world.path("me"));
+    world.makeLink("to-documents", world.path("me/Documents/x"));
+    world.makeLink("target-link", world.path("target/scratch"));
+    world.setMode("sticky", 01777);
+
+    enum { counts, cacheOnly, temporaryOnly, neither };
+    const struct
+    {
+        std::string value;
+        int expected;
+    } cases[] = {
+        {world.path("scratch"), counts},
+        {world.path("scratch") + "//", counts},
+        {world.path("sticky"), counts},
+        {world.path("me/caches"), counts},
+        {world.path("me/to-scratch"), counts},
+        {world.path("me/.config-2"), counts},
+        // Somebody else's: usable for temporary files if sticky, never for caches.
+        {"/tmp", temporaryOnly},
+        {"/usr", neither},
+        {"", neither},
+        {"scratch", neither},
+        {"~/caches", neither},
+        {world.path("missing"), neither},
+        {world.path("me/file"), neither},
+        {world.path("me"), neither},
+        {world.path("me/caches/.."), neither},
+        {world.path(), neither},
+        {"/", neither},
+        {world.path("to-home"), neither},
+        {world.path("me/Documents"), neither},
+        {world.path("me/Documents/x"), neither},
+        {world.path("to-documents"), neither},
+        {world.path("me/Bilder"), neither},
+        {world.path("me/Library"), neither},
+        {world.path("me/.ssh"), neither},
+        {world.path("me/.config"), neither},
+        {world.path("me/.config/x"), neither},
+        {world.path("me/.local"), neither},
+        {world.path("me/.local/state/x"), neither},
+        {"/run", neither},
+        {"/run/lock", neither},
+    };
+    for (const auto& [value, expected] : cases) {
+        const UserFolders folders =
+            foldersOf(world.path("me"), {{"XDG_CACHE_HOME", value}, {"TMPDIR", value}});
+        EXPECT_EQ(folders.cacheFolder != world.path("me/.cache"),
+                  expected == counts || expected == cacheOnly)
+            << value;
+        EXPECT_EQ(folders.temporaryFolder == "/tmp" && value != "/tmp",
+                  expected != counts && expected != temporaryOnly)
+            << value;
+    }
+
+    const auto cacheFolder = [&](const std::string& value) {
+        return foldersOf(world.path("me"), {{"XDG_CACHE_HOME", value}}).cacheFolder;
+    };
+    EXPECT_EQ(cacheFolder(world.path("scratch") + "/./"), world.path("scratch"));
+    EXPECT_EQ(cacheFolder(world.path("me/to-scratch")), world.path("me/to-scratch"));
+    // Behind a link ".." is another folder than the text says; what was judged is what is used.
+    EXPECT_EQ(cacheFolder(world.path("target-link/../scratch")), world.path("target/scratch"));
+
+    const UserFolders defaults = foldersOf(world.path("me"), {});
+    EXPECT_EQ(defaults.cacheFolder, world.path("me/.cache"));
+    EXPECT_EQ(defaults.temporaryFolder, "/tmp");
+}
+
+TEST(UserFolders, ProtectsWhateverTheUserDirectoriesFileNames)
+{
+    const TemporaryFolder world;
+    world.makeFolder("me");
+    world.makeLink("me/link-to-home", world.path("me"));
+    world.makeFile("me/.config/user-dirs.dirs", R"(# XDG_COMMENT_DIR="$HOME/comment"
+XDG_PICTURES_DIR="$HOME/Bilder"
+  XDG_VIDEOS_DIR = "$HOME/Filme//2020/"
+XDG_MUSIC_DIR="/media/music"
+XDG_DESKTOP_DIR="$HOME/"
+XDG_TEMPLATES_DIR="$HOME"
+XDG_PUBLICSHARE_DIR="/"
+XDG_DISABLED_DIR="$HOME/link-to-home"
+XDG_RELATIVE_DIR="relative"
+XDG_UNQUOTED_DIR=$HOME/unquoted
+XDG_DOCUMENTS_DIR="$HOME/a \"quoted\" name"
+XDG_UNFINISHED_DIR="$HOME/unfinished
+nonsense
+)"
+                                                "\xFF\xFE=\n"
+                                                "XDG_BYTES_DIR=\"$HOME/b\xFF\"");
+    world.makeFile("config/user-dirs.dirs", "XDG_DOWNLOAD_DIR=\"$HOME/Elsewhere\"\n");
+
+    const std::string home = world.path("me");
+    const UserFolders folders = foldersOf(home, {{"XDG_CONFIG_HOME", world.path("config")}});
+    for (const char* const name :
+         {"/Bilder", "/Filme/2020", "/a \"quoted\" name", "/b\xFF", "/Elsewhere", "/Videos",
+          "/Templates", "/Public", "/.ssh", "/.gnupg", "/.password-store", "/.pki",
+          "/.local/share/keyrings"}) {
+        EXPECT_TRUE(isProtected(folders, home + name)) << name;
+    }
+    EXPECT_TRUE(isProtected(folders, "/media/music"));
+    for (const std::string& path :
+         {home, home + "/", std::string("/"), home + "/link-to-home", home + "/relative",
+          home + "/comment", std::string("relative"), home + "/unquoted"}) {
+        EXPECT_FALSE(isProtected(folders, path)) << path;
+    }
+    EXPECT_TRUE(isProtected(UserFolders::confinedTo(home), home + "/Bilder"));
+    EXPECT_FALSE(isProtected(UserFolders::confinedTo(home), home + "/Elsewhere"));
+}
+
+} // namespace

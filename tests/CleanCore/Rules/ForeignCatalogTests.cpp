@@ -1,0 +1,82 @@
+#include "CleanCore/Rules/ForeignCatalog.h"
+
+#include "CleanCore/Rules/RulesCatalog.h"
+#include "tests/CleanCore/Support/ScriptedFileManager.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+using namespace CleanCore;
+
+RulesCatalog catalogOf(const std::string& base, RuleKind kind = RuleKind::fileSystem)
+{
+    CleaningRule harmless;
+    harmless.kind = RuleKind::fileSystem;
+    harmless.basePaths = {"~/.cache"};
+    CleaningRule rule;
+    rule.kind = kind;
+    rule.basePaths = {base};
+    return {1, {harmless, rule}};
+}
+
+TEST(ForeignCatalog, RefusesBasesThatHoldMoreThanLeftovers)
+{
+    CleanCoreTests::ScriptedFileManager files;
+    files.links = {{"/home/me", "/data/homes/me"},
+                   {"/home/me/.local", "/data/elsewhere/local"},
+                   {"/data/homes/me/.local", "/data/elsewhere/local"},
+                   {"/home/me/innocent", "/data/homes/me"},
+                   {"/home/me/x/..", "/data/homes/me"},
+                   {"/home/me/dotfiles", "/data/homes/me/.config"},
+                   {"/home/me/local-again", "/data/elsewhere/local"},
+                   {"/innocent", "/usr/share/doc"}};
+    files.folders["/"] = {{"etc", "usr"}, 0};
+    files.folders["/etc"] = {};
+    files.folders["/usr"] = {};
+
+    const struct
+    {
+        const char* base;
+        bool isRefused;
+    } cases[] = {
+        {"~", true},
+        {"~/", true},
+        {"~/innocent", true},
+        {"~/x/..", true},
+        {"/data/homes", true},
+        {"/data", true},
+        {"/", true},
+        {"/*", true},
+        {"~/dotfiles", true},
+        {"~/local-again", true},
+        {"~/.local", true},
+        {"/innocent", true},
+        {"/usr/lib/x", true},
+        {"/etc", true},
+        {"/var/lib/apt", true},
+        {"/run/user/1000", true},
+        {"/opt", true},
+        {"~/.cache/x", false},
+        {"~/innocent-2", false},
+        {"/data/homes/me/.config/app", false},
+        {"/tmp", false},
+        {"/tmp/x", false},
+        {"/var/tmp", false},
+        {"/var/tmp/x", false},
+        {"/var/crash", false},
+        {"/var/tmpx", true},
+        {"/usrlocal/x", false},
+        {"$DARWIN_USER_CACHE_DIR", false},
+    };
+    for (const auto& [base, isRefused] : cases) {
+        EXPECT_EQ(refusedBase(catalogOf(base), "/home/me", files).has_value(), isRefused) << base;
+    }
+    for (const char* const name : {"/.config", "/.local", "/.local/share"}) {
+        EXPECT_TRUE(refusedBase(catalogOf("~" + std::string(name)), "/plain", files)) << name;
+        EXPECT_FALSE(refusedBase(catalogOf("~" + std::string(name) + "/app"), "/plain", files));
+    }
+    EXPECT_FALSE(refusedBase(catalogOf("/etc", RuleKind::command), "/home/me", files));
+}
+
+} // namespace

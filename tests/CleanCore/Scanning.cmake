@@ -1,0 +1,15 @@
+zorvane_add_tests(ScanningTests
+  Platform/FolderStackTests.cpp
+  Platform/HomeEnvironmentTests.cpp
+  Platform/LinkResolverTests.cpp
+  Platform/LinuxFileManagerTests.cpp
+  Platform/TreeMeasurerTests.cpp
+  Platform/UserFoldersTests.cpp
+  Scanning/ItemEnumeratorTests.cpp
+  Scanning/ResultListTests.cpp
+  Scanning/ScanEngineTests.cpp
+  Support/EventStreamTests.cpp
+  Support/RandomTree.cpp
+  Support/TaskPoolTests.cpp
+  Support/TemporaryFolder.cpp
+)

@@ -1,0 +1,144 @@
+#!/usr/bin/env python3
+"""Whatever is wrong with the input: one clear line, the right status, nothing on standard output."""
+
+import json
+import os
+import shutil
+import subprocess
+import unittest
+
+from support import CLI, NOW, ProgramTest, document, rule
+
+
+def with_value(key, text):
+    """A catalog with a literal JSON text in place of one member of its rule, or of its own."""
+    content = document(rule())
+    target = content if key in content else content["rules"][0]
+    target[key] = "PLACE"
+    return json.dumps(content).replace('"PLACE"', text)
+
+
+class BadInput(ProgramTest):
+    def test_catalogs(self):
+        valid = json.dumps(document(rule()))
+        for name, content in {
+                "empty": "",
+                "truncated": valid[:-20],
+                "truncated in a long text": '{"rules": "' + "x" * 100_000,
+                "followed by more": valid + "]",
+                "not JSON": "rules:\n  - id: a\n",
+                "not UTF-8": valid.encode().replace(b"area", b"ar\xff\x1b[31m"),
+                "a list": "[]",
+                "nested too deeply": "[" * 100_000,
+                "no rules": '{"schemaVersion": 1}',
+                "rules of a wrong type": with_value("rules", '{"a": "b"}'),
+                "a rule of a wrong type": with_value("rules", '["\\u001b[31m"]'),
+                "a missing member": json.dumps(document({"id": "a"})),
+                "an age beyond 64 bits": with_value("minAgeDays", "9223372036854775808"),
+                "an age far beyond 64 bits": with_value("minAgeDays", "1" + "0" * 500),
+                "a version below 64 bits": with_value("schemaVersion", "-9223372036854775809"),
+                "an unknown tier": with_value("tier", '"safe"'),
+                "an unknown kind with line ends": with_value("kind", '"a\\nb\\u001b[31m\\u202e"'),
+                "a very long unknown kind": with_value("kind", '"' + "x" * 100_000 + '"'),
+                "duplicate ids": json.dumps(document(rule("a"), rule("b"), rule("a"))),
+                "a bad exclusion": json.dumps(document(rule(exclusions=["x", "a/b"]))),
+                "a bad exclusion of a badly named rule":
+                    json.dumps(document(rule("a\n\x1b[31m", exclusions=["a/b"])))}.items():
+            file = self.world / "bad.json"
+            file.write_bytes(content if isinstance(content, bytes) else content.encode())
+            for command in ("scan", "rules"):
+                with self.subTest(name, command=command):
+                    self.assert_refused(self.run_program(command, "--catalog", file), 3,
+                                        str(file))
+        self.assert_refused(self.run_program("rules", "--catalog", file), 3,
+                            rf"{file} is invalid: exclusion with '/' in rule a\n\e[31m")
+
+    def test_a_member_of_a_wrong_type_is_named(self):
+        file = self.world / "bad.json"
+        for key, text in (("exclusions", "null"), ("exclusions", "[7]"), ("id", "7"),
+                          ("titleKey", "{}"), ("tier", "1"), ("kind", "null"),
+                          ("basePaths", '"~/x"'), ("minAgeDays", '"7"'), ("minAgeDays", "7.5"),
+                          ("schemaVersion", "1.5"), ("rules", "{}")):
+            with self.subTest(key, text=text):
+                file.write_text(with_value(key, text))
+                self.assert_refused(self.run_program("rules", "--catalog", file), 3,
+                                    f'"{key}" must be')
+
+    def test_catalogs_that_cannot_be_read(self):
+        sealed = self.file("sealed.json")
+        sealed.chmod(0)
+        for path, word in ((self.world / "missing.json", "No such file"),
+                           (self.world, "directory"), (sealed, "Permission"),
+                           (self.world / "new\nline\x1b[31m", "No such file"), ("", "No such file")):
+            for command in ("scan", "rules"):
+                with self.subTest(path=str(path), command=command):
+                    self.assert_refused(self.run_program(command, "--catalog", path), 3, word)
+
+    def test_homes_times_and_arguments(self):
+        file = self.file("file")
+        os.symlink("nowhere", self.world / "dangling")
+        for arguments in (
+                ["--home", self.world / "missing"], ["--home", file], ["--home", file / "below"],
+                ["--home", self.world / "dangling"], ["--home", ""], ["--home", "/"],
+                ["--home", "missing\x1b[31m\nline"], ["--home"],
+                ["--rule", "no-such-area"], ["--rule", ""], ["--rule", "a\x1b[31m\nb"],
+                ["--rule", "Trash-User"], ["--rule", "trash-user", "--rule", "no-such-area"],
+                *(["--now", time] for time in (
+                    "", "yesterday", "2026-03-01", "2026-03-01T12:00:00", "2026-02-30T12:00:00Z",
+                    "2026-13-01T12:00:00Z", "2026-03-01T24:00:00Z", "2026-03-01T12:60:00Z",
+                    "2026-03-01T12:00:00.Z", "2026-03-01T12:00:00Zx", "1500-03-01T12:00:00Z",
+                    "9999-03-01T12:00:00Z", "2026-03-01T12:00:00+25:00", "+026-03-01T12:00:00Z",
+                    "2026-03-01T12:00:00+01:60", "\x1b[31m\n")),
+                ["--json", "extra"], ["--unknown"], ["--unknown\x1b[31m\nx"], ["--json=maybe"]):
+            with self.subTest(arguments=list(map(str, arguments))):
+                home = [] if arguments[0] == "--home" else ["--home", self.home]
+                self.assert_refused(self.run_program("scan", *home, *arguments), 2)
+        self.assert_refused(self.run_program("scan", HOME=str(self.world / "missing")), 2, "missing")
+        for arguments in ([], ["unknown"], ["guard"], ["rules", "--home", self.home]):
+            self.assert_refused(self.run_program(*arguments), 2)
+
+    def test_help_and_version_are_no_errors(self):
+        for arguments in (["--help"], ["--version"], ["scan", "--help"], ["rules", "--help"]):
+            process = self.run_program(*arguments)
+            self.assertEqual((process.returncode, process.stderr), (0, b""), arguments)
+            self.assertTrue(process.stdout)
+
+    def test_a_program_without_its_resources(self):
+        copy = self.world / "bin/zorvane-cli"
+        copy.parent.mkdir()
+        shutil.copy(CLI, copy)
+
+        def run():
+            return subprocess.run([copy, "rules"], capture_output=True, check=False,
+                                  env={"HOME": str(self.home)})
+        lost = run()
+        self.assertEqual((lost.stdout, lost.stderr, lost.returncode),
+                         (b"", b"unable to find bundle named CleanCore_CleanCore\n", 3))
+        bundle = self.world / "share/zorvane/CleanCore_CleanCore.bundle"
+        bundle.mkdir(parents=True)
+        self.assert_refused(run(), 3, "the bundled catalog is missing")
+        (bundle / "rules.json").write_text(json.dumps(document(rule("from-the-prefix"))))
+        self.assertIn(b"from-the-prefix", run().stdout)
+
+    def test_results_that_cannot_be_written(self):
+        with open("/dev/full", "wb") as full:
+            process = subprocess.run([CLI, "scan", "--json", "--home", self.home, "--now", NOW],
+                                     stdout=full, stderr=subprocess.PIPE, check=False)
+        self.assertEqual(process.returncode, 1)
+        self.assertRegex(process.stderr.decode(), r"\Azorvane-cli: .*\n\Z")
+
+    def test_a_current_folder_that_is_gone(self):
+        gone = self.world / "gone"
+        gone.mkdir()
+        self.file("home/area/entry")
+        catalog = self.catalog(rule(bases=["relative", "~/area"]))
+        process = subprocess.run(
+            ["sh", "-c", 'cd "$1" && rmdir "$1" && shift && exec "$@"', "sh", gone, CLI, "scan",
+             "--json", "--home", self.home, "--catalog", catalog],
+            capture_output=True, check=False)
+        self.assertEqual((process.returncode, process.stderr), (0, b""))
+        self.assertIn(b"area/entry", process.stdout)
+
+
+if __name__ == "__main__":
+    unittest.main()

@@ -1,0 +1,71 @@
+#!/usr/bin/env python3
+"""Ctrl-C, and other requests to end, during a scan."""
+
+import os
+import pty
+import signal
+import subprocess
+import unittest
+
+from support import CLI, ProgramTest, rule
+
+FILES = 100_000
+
+
+class Interruption(ProgramTest):
+    def setUp(self):
+        super().setUp()
+        original = os.fsencode(self.file("original"))
+        folder = os.fsencode(self.home / "area/item")
+        os.makedirs(folder)
+        for number in range(FILES):
+            if number % 10_000 == 0:
+                original_here = folder + b"/first-%d" % number
+                with open(original_here, "wb"):
+                    original = original_here
+            os.link(original, folder + b"/%d" % number)
+        self.arguments = [CLI, "scan", "--json", "--home", self.home, "--catalog",
+                          self.catalog(rule())]
+
+    def test_a_request_to_end_that_comes_early(self):
+        def leave_pending(number):
+            # A blocked signal stays pending across exec.
+            signal.pthread_sigmask(signal.SIG_BLOCK, [number])
+            os.kill(os.getpid(), number)
+        for number in (signal.SIGINT, signal.SIGTERM, signal.SIGHUP):
+            with self.subTest(number):
+                process = subprocess.run(self.arguments, capture_output=True, check=False,
+                                         preexec_fn=lambda number=number: leave_pending(number))
+                self.assertEqual((process.returncode, process.stdout, process.stderr),
+                                 (130, b"", b"zorvane-cli: interrupted\n"))
+
+    def test_control_c_on_the_terminal_once_the_scan_is_on_its_way(self):
+        # A scan that is through before the key is pressed tells nothing; then again.
+        for _ in range(20):
+            status, output, shown = self.press_control_c()
+            if status != 0:
+                break
+        self.assertEqual((status, output), (130, b""))
+        self.assertTrue(shown.endswith(b"\r\x1b[Kzorvane-cli: interrupted\r\n"), shown)
+
+    def press_control_c(self):
+        ours, theirs = pty.openpty()
+        with subprocess.Popen(["setsid", "--ctty", *self.arguments], stdin=theirs, stderr=theirs,
+                              stdout=subprocess.PIPE) as process:
+            os.close(theirs)
+            shown = b""
+            while b"Scanning" not in shown:
+                shown += os.read(ours, 4096)
+            os.write(ours, b"\x03")
+            output = process.stdout.read()
+            try:
+                while chunk := os.read(ours, 4096):
+                    shown += chunk
+            except OSError:
+                pass  # The program has closed its end.
+        os.close(ours)
+        return process.returncode, output, shown
+
+
+if __name__ == "__main__":
+    unittest.main()
