@@ -1,0 +1,9 @@
+zorvane_add_tests(CleaningTests
+  Cleaning/CleaningReportTests.cpp
+  Cleaning/SafetyGuardModelTests.cpp
+  Cleaning/SafetyGuardTests.cpp
+  Cleaning/SelectionStateTests.cpp
+  Support/CleanableHome.cpp
+  Support/GuardModel.cpp
+  Support/TemporaryFolder.cpp
+)
