@@ -83,7 +83,7 @@ std::string describe(const LinkedPaths::Links& links)
 {
     std::string text;
     for (const auto& [path, target] : links) {
-        text += "\n  " + path + " -> " + target;
+        text.append("\n  ").append(path).append(" -> ").append(target);
     }
     return text;
 }
@@ -173,7 +173,9 @@ TEST(SafetyGuardAgainstModel, AgreesOnTreesOnDisk)
                 fs::create_directory(path, error);
             } else {
                 fs::create_symlink(target, path, error);
-                links += error ? "" : "\n  " + path + " -> " + target;
+                if (!error) {
+                    links.append("\n  ").append(path).append(" -> ").append(target);
+                }
             }
         }
         const std::vector<std::string> further = {home + "/Bilder"};

@@ -30,11 +30,14 @@ bool followFirstLink(std::string& path, const GuardModel::LinkReader& links)
         if (part == "..") {
             walked = walked.substr(0, std::min(walked.rfind('/'), walked.size()));
         } else if (!part.empty() && part != ".") {
-            if (const auto target = links(walked + "/" + part)) {
-                path = (beginsWith(*target, "/") ? "" : walked + "/") + *target + path.substr(end);
+            std::string folder = walked;
+            walked.append("/").append(part);
+            if (const auto target = links(walked)) {
+                const std::string rest = path.substr(end);
+                path = beginsWith(*target, "/") ? *target : folder.append("/").append(*target);
+                path += rest;
                 return true;
             }
-            walked += "/" + part;
         }
         begin = end + 1;
     }
