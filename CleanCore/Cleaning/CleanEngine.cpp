@@ -2,6 +2,7 @@
 
 #include "CleanCore/Platform/FileManager.h"
 #include "CleanCore/Rules/PathExpander.h"
+#include "CleanCore/Support/PathText.h"
 
 #include <algorithm>
 #include <utility>
@@ -9,6 +10,22 @@
 namespace CleanCore {
 
 using SkipReason = CleaningReport::SkipReason;
+
+namespace {
+
+/// The base that the entry itself lies in directly, if there is one: a link's may be another than
+/// the one that allows it by where the link leads.
+const std::string& holdingBase(const std::string& path, std::span<const std::string> bases,
+                               const std::string& otherwise)
+{
+    const std::string parent = PathText::parent(path);
+    const auto base = std::find_if(bases.begin(), bases.end(), [&](const std::string& candidate) {
+        return PathText::withoutTrailingSlashes(candidate) == parent;
+    });
+    return base == bases.end() ? otherwise : *base;
+}
+
+} // namespace
 
 CleanEngine::CleanEngine(std::string home, std::shared_ptr<const FileManager> fileManager,
                          std::span<const std::string> furtherProtected)
@@ -39,7 +56,8 @@ CleaningReport CleanEngine::clean(std::span<const CleaningSelection> selections,
                 report.removed.push_back({item.path, item.sizeBytes});
                 continue;
             }
-            const RemovalOutcome outcome = removal->remove(*base, item.path, item.identity);
+            const RemovalOutcome outcome =
+                removal->remove(holdingBase(item.path, bases, *base), item.path, item.identity);
             if (outcome.error != 0) {
                 report.skipped.push_back({item.path, SkipReason::removalFailed});
             } else {

@@ -1,0 +1,378 @@
+#include "CleanCore/Cleaning/CleanEngine.h"
+
+#include "tests/CleanCore/Support/CleanableHome.h"
+#include "tests/CleanCore/Support/StoppingFileManager.h"
+
+#include <functional>
+#include <gmock/gmock.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace CleanCoreTests {
+
+using namespace CleanCore;
+using enum CleaningReport::SkipReason;
+using testing::IsEmpty;
+using testing::SizeIs;
+
+namespace {
+
+std::vector<std::string> removedPaths(const CleaningReport& report)
+{
+    std::vector<std::string> paths;
+    for (const CleaningReport::RemovedItem& item : report.removed) {
+        paths.push_back(item.path);
+    }
+    return paths;
+}
+
+std::vector<std::string> pathsOf(const CleaningSelection& selection)
+{
+    std::vector<std::string> paths;
+    for (const ScannedItem& item : selection.items) {
+        paths.push_back(item.path);
+    }
+    return paths;
+}
+
+} // namespace
+
+TEST(CleanEngine, ReportsNothingForNoSelection)
+{
+    const CleanableHome home;
+    const CleaningReport report = home.engine().clean({}, false);
+    EXPECT_THAT(report.removed, IsEmpty());
+    EXPECT_THAT(report.skipped, IsEmpty());
+}
+
+TEST(CleanEngine, RemovesEntriesOfEveryKindAndCreditsTheScannedSize)
+{
+    const CleanableHome home;
+    home.folder.makeFile("Documents/kept", "linked twice");
+    home.folder.makeFile(".cache/file", std::string(9000, 'x'));
+    home.folder.makeFile(".cache/folder/a/b/c", std::string(9000, 'x'));
+    home.folder.makeFile(".cache/folder/.hidden");
+    home.folder.makeFolder(".cache/empty");
+    home.folder.makeFile(".cache/locked");
+    home.folder.setMode(".cache/locked", 0);
+    ASSERT_EQ(::mkfifo(home.folder.path(".cache/fifo").c_str(), S_IRUSR | S_IWUSR), 0);
+    ASSERT_EQ(::mkfifo(home.folder.path(".cache/folder/fifo").c_str(), S_IRUSR | S_IWUSR), 0);
+    ASSERT_EQ(
+        ::link(home.folder.path("Documents/kept").c_str(), home.folder.path(".cache/hard").c_str()),
+        0);
+    const std::string kept = snapshot(home.folder.path("Documents"));
+
+    CleaningSelection selection = home.scan();
+    selection.items.front().sizeBytes = CleanableHome::selectedBytes;
+    home.folder.makeFile(".cache/file", "has shrunk since");
+    const CleaningReport report = home.clean(selection);
+    EXPECT_THAT(report.skipped, IsEmpty());
+    ASSERT_THAT(report.removed, SizeIs(6));
+    for (std::size_t i = 0; i < selection.items.size(); ++i) {
+        EXPECT_EQ(report.removed[i].path, selection.items[i].path);
+        EXPECT_EQ(report.removed[i].bytes, selection.items[i].sizeBytes);
+    }
+    EXPECT_EQ(snapshot(home.folder.path(".cache")), "");
+    EXPECT_EQ(snapshot(home.folder.path("Documents")), kept);
+}
+
+TEST(CleanEngine, BlocksWhatLiesUnderNoBase)
+{
+    const CleanableHome home;
+    home.folder.makeFile(".cache/app/x");
+    home.folder.makeFile(".cache-old/x");
+    home.folder.makeFile("Documents/x");
+    home.folder.makeFile(".ssh/id");
+    const std::string before = snapshot(home.folder.path());
+    struct Case
+    {
+        std::string item;
+        std::vector<std::string> bases;
+    };
+    const std::vector<Case> cases = {
+        {".cache", {"~/.cache"}},
+        {".cache", {"~/.cache/app", "~/.cache/"}},
+        {".cache-old", {"~/.cache"}},
+        {".cache-old/x", {"~/.cache"}},
+        {".cache/app", {"~/.cache/app"}},
+        {".cache/app", {"~/.cache/../.cache/app"}},
+        {".cache/app", {"~/nowhere", "~/nowhere/*"}},
+        {".cache/app", {}},
+        {"Documents", {"~"}},
+        {"Documents/x", {"~/Documents", "~"}},
+        {".ssh", {"~"}},
+        {".ssh/id", {"~/.ssh"}},
+    };
+    for (const auto& [item, bases] : cases) {
+        EXPECT_EQ(home.outcomeOf(item, bases), "blocked") << item;
+    }
+    CleaningSelection homeItself = home.select(".cache", {"/", "/tmp", "~/.."});
+    homeItself.items.front().path = home.folder.path();
+    EXPECT_EQ(home.outcomeOf(homeItself), "blocked");
+    EXPECT_EQ(snapshot(home.folder.path()), before);
+}
+
+TEST(CleanEngine, AsksForEveryBaseInTurn)
+{
+    const CleanableHome home;
+    home.folder.makeFolder("Documents");
+    for (const char* base : {"~/.cache/", "~/Documents/../.cache", "~/*"}) {
+        home.folder.makeFile(".cache/app/x");
+        EXPECT_EQ(home.outcomeOf(".cache/app", {"~/nowhere", "~/Documents", base}), "removed all")
+            << base;
+    }
+    home.folder.makeFile("place/.cache/app/x");
+    home.folder.makeLink("link", "place/.cache");
+    EXPECT_EQ(home.outcomeOf("link/app", {"~/link"}), "removed all") << "a base that is a link";
+    EXPECT_TRUE(home.folder.has("place/.cache"));
+}
+
+TEST(CleanEngine, FindsOutWhatChangedSinceTheScan)
+{
+    struct Case
+    {
+        const char* change;
+        std::function<void(const TemporaryFolder&)> make;
+        const char* outcome;
+        /// What has to be there afterwards.
+        std::vector<std::string> kept;
+    };
+    const auto away = [](const TemporaryFolder& folder) {
+        ASSERT_EQ(::rename(folder.path(".cache/item").c_str(), folder.path("moved").c_str()), 0);
+    };
+    const std::vector<Case> cases = {
+        {"moved away", away, "failed", {"moved/in/file"}},
+        {"replaced by a file",
+         [&](const TemporaryFolder& folder) {
+             away(folder);
+             folder.makeFile(".cache/item");
+         },
+         "failed",
+         {".cache/item", "moved/in/file"}},
+        {"replaced by a folder",
+         [&](const TemporaryFolder& folder) {
+             away(folder);
+             folder.makeFile(".cache/item/in/file");
+         },
+         "failed",
+         {".cache/item/in/file", "moved/in/file"}},
+        {"replaced by a link inside the base",
+         [&](const TemporaryFolder& folder) {
+             away(folder);
+             folder.makeLink(".cache/item", "sibling");
+         },
+         "failed",
+         {".cache/item", ".cache/sibling/x"}},
+        {"replaced by a link to a protected folder",
+         [&](const TemporaryFolder& folder) {
+             away(folder);
+             folder.makeLink(".cache/item", "../Documents");
+         },
+         "blocked",
+         {".cache/item", "Documents/x"}},
+        {"base replaced by a link to a protected folder",
+         [&](const TemporaryFolder& folder) {
+             ASSERT_EQ(::rename(folder.path(".cache").c_str(), folder.path("moved").c_str()), 0);
+             folder.makeFile("Documents/item/in/file");
+             folder.makeLink(".cache", "Documents");
+         },
+         "blocked",
+         {"Documents/item/in/file", "moved/item/in/file"}},
+        {"base replaced by another folder",
+         [&](const TemporaryFolder& folder) {
+             ASSERT_EQ(::rename(folder.path(".cache").c_str(), folder.path("moved").c_str()), 0);
+             folder.makeFile(".cache/item/in/file");
+         },
+         "failed",
+         {".cache/item/in/file", "moved/item/in/file"}},
+        {"base made read-only",
+         [](const TemporaryFolder& folder) { folder.setMode(".cache", 0500); },
+         "failed",
+         {".cache/item"}},
+        {"base made unreadable",
+         [](const TemporaryFolder& folder) { folder.setMode(".cache", 0); },
+         "failed",
+         {}},
+        // The owner may look into a folder of their own again, and so does the clean.
+        {"made unreadable",
+         [](const TemporaryFolder& folder) { folder.setMode(".cache/item", 0); },
+         "removed all",
+         {}},
+        {"made unreadable inside",
+         [](const TemporaryFolder& folder) { folder.setMode(".cache/item/in", 0); },
+         "removed all",
+         {}},
+        {"grown",
+         [](const TemporaryFolder& folder) { folder.makeFile(".cache/item/new/file"); },
+         "removed all",
+         {}},
+    };
+    for (const Case& each : cases) {
+        const CleanableHome home;
+        home.folder.makeFile(".cache/item/in/file");
+        home.folder.makeFile(".cache/sibling/x");
+        home.folder.makeFile("Documents/x");
+        const CleaningSelection selection = home.select(".cache/item");
+        each.make(home.folder);
+        EXPECT_EQ(home.outcomeOf(selection), each.outcome) << each.change;
+        for (const std::string& relative : each.kept) {
+            EXPECT_TRUE(home.folder.has(relative)) << each.change << ": " << relative;
+        }
+        if (std::string_view(each.outcome) == "removed all") {
+            EXPECT_FALSE(home.folder.has(".cache/item")) << each.change;
+        }
+        if (home.folder.has(".cache/sibling")) {
+            EXPECT_TRUE(home.folder.has(".cache/sibling/x")) << each.change;
+        }
+    }
+}
+
+TEST(CleanEngine, ListsTheSameItemsInADryRunAndChangesNothing)
+{
+    const CleanableHome home;
+    home.folder.makeFile(".cache/app/x");
+    home.folder.makeFile("Documents/x");
+    home.folder.makeFile(".local/share/Trash/files/gone");
+    home.folder.makeFile(".local/share/Trash/info/gone.trashinfo");
+    home.folder.makeLink(".cache/link", "app");
+    home.folder.makeLink(".cache/to-documents", "../Documents");
+    home.folder.makeFile(".cache/read-only/x");
+    home.folder.setMode(".cache/read-only", 0500);
+    const CleaningSelection selection = home.scan({"~/.cache", "~/.local/share/Trash/files"});
+    const std::string before = snapshot(home.folder.path());
+
+    const CleaningReport dry = home.clean(selection, true);
+    EXPECT_EQ(snapshot(home.folder.path()), before);
+    const CleaningReport wet = home.clean(selection);
+    EXPECT_EQ(removedPaths(dry), removedPaths(wet));
+    EXPECT_EQ(dry.skipped, wet.skipped);
+    EXPECT_THAT(dry.removed, SizeIs(4));
+    // Only a dry run credits a link with what the scan measured.
+    std::int64_t linkBytes = 0;
+    for (const ScannedItem& item : selection.items) {
+        linkBytes += item.path == home.folder.path(".cache/link") ? item.sizeBytes : 0;
+    }
+    EXPECT_EQ(dry.totalBytesFreed(), wet.totalBytesFreed() + linkBytes);
+}
+
+TEST(CleanEngine, HandlesSelectionsInOrderAndExpandsBasesWhenItReachesThem)
+{
+    const CleanableHome home;
+    for (const char* file : {"one/b", "one/a", "two/d", "two/c"}) {
+        home.folder.makeFile(file);
+    }
+    CleaningSelection first = home.scan({"~/one"});
+    std::swap(first.items.front(), first.items.back());
+    const CleaningSelection second = home.scan({"~/two"});
+    const std::vector<CleaningSelection> selections = {first, second, first};
+    const CleaningReport report = home.engine().clean(selections, false);
+    std::vector<std::string> expected = pathsOf(first);
+    for (const std::string& path : pathsOf(second)) {
+        expected.push_back(path);
+    }
+    EXPECT_EQ(removedPaths(report), expected);
+    // What was removed a moment ago is not there to be removed again.
+    EXPECT_THAT(report.skipped, SizeIs(2));
+
+    home.folder.makeFile("late/base/x");
+    CleaningSelection late = home.scan({"~/late/base"});
+    late.rule.basePaths = {"~/*/base"};
+    EXPECT_EQ(home.outcomeOf(late), "removed all");
+}
+
+TEST(CleanEngine, StopsBetweenTwoItemsAndReportsWhatItDid)
+{
+    const CleanableHome home;
+    for (const char* name : {"a", "b", "c", "d"}) {
+        home.folder.makeFile(std::string(".cache/") + name + "/file");
+    }
+    const CleaningSelection selection = home.scan();
+    std::stop_source stop;
+    const auto files = std::make_shared<StoppingFileManager>(home.files, stop, 2);
+    const CleanEngine engine(home.folder.path(), files);
+    const CleaningReport report = engine.clean({&selection, 1}, false, stop.get_token());
+    EXPECT_THAT(removedPaths(report),
+                testing::ElementsAre(home.folder.path(".cache/a"), home.folder.path(".cache/b")));
+    EXPECT_THAT(report.skipped, IsEmpty());
+    EXPECT_FALSE(home.folder.has(".cache/b"));
+    EXPECT_TRUE(home.folder.has(".cache/c/file"));
+    EXPECT_TRUE(home.folder.has(".cache/d/file"));
+
+    for (const bool dryRun : {true, false}) {
+        const CleaningReport none = engine.clean({&selection, 1}, dryRun, stop.get_token());
+        EXPECT_TRUE(none.removed.empty() && none.skipped.empty());
+    }
+    EXPECT_TRUE(home.folder.has(".cache/c/file"));
+}
+
+TEST(CleanEngine, RemovesReadOnlyFoldersInsideAnItem)
+{
+    const CleanableHome home;
+    home.folder.makeFile(".cache/modules/a/b/file");
+    for (const char* folder : {"modules/a/b", "modules/a", "modules"}) {
+        home.folder.setMode(std::string(".cache/") + folder, 0555);
+    }
+    EXPECT_EQ(home.outcomeOf(".cache/modules"), "removed all");
+    EXPECT_FALSE(home.folder.has(".cache/modules"));
+}
+
+TEST(CleanEngine, RemovesNamesOfAnyBytes)
+{
+    const CleanableHome home;
+    for (int byte = 1; byte < 256; ++byte) {
+        if (byte != '/') {
+            const auto name = static_cast<char>(byte);
+            home.folder.makeFile(std::string(".cache/n") + name);
+            home.folder.makeFile(std::string(".cache/folder/") + std::string(2, name) + "/f");
+        }
+    }
+    home.folder.makeFile(".cache/" + std::string(255, 'l'));
+    home.folder.makeFile(".cache/caf\u00e9", "kept");
+    home.folder.makeFile(".cache/cafe\u0301", "goes");
+    CleaningSelection selection = home.scan();
+    std::erase_if(selection.items, [&](const ScannedItem& item) {
+        return item.path == home.folder.path(".cache/caf\u00e9");
+    });
+    EXPECT_EQ(removedPaths(home.clean(selection)), pathsOf(selection));
+    EXPECT_THAT(pathsOf(home.scan()), testing::ElementsAre(home.folder.path(".cache/caf\u00e9")));
+}
+
+TEST(CleanEngine, KeepsAnItemThatHoldsAProtectedFolder)
+{
+    const CleanableHome home;
+    home.folder.makeFile(".cache/app/photos/x");
+    home.folder.makeFile(".cache/app/other");
+    home.folder.makeFile(".config/user-dirs.dirs",
+                         "XDG_PICTURES_DIR=\"$HOME/.cache/app/photos\"\n");
+    home.folder.makeFile(".cache/linked/desktop/x");
+    home.folder.makeLink("Desktop", ".cache/linked/desktop");
+    const std::string before = snapshot(home.folder.path());
+    EXPECT_EQ(home.outcomeOf(".cache/app"), "failed");
+    EXPECT_EQ(home.outcomeOf(".cache/linked"), "failed");
+    EXPECT_EQ(home.outcomeOf(".cache/app/photos", {"~/.cache/app"}), "blocked");
+    EXPECT_EQ(snapshot(home.folder.path()), before);
+}
+
+TEST(CleanEngine, TouchesNothingOutsideTheFolderThatItIsConfinedTo)
+{
+    const CleanableHome home;
+    const TemporaryFolder outside;
+    outside.makeFile("cache/app/x");
+    outside.makeFile("Trash/files/x");
+    outside.makeFile("Trash/info/x.trashinfo");
+    home.folder.makeLink(".cache", outside.path("cache"));
+    home.folder.makeLink("Trash", outside.path("Trash"));
+    const std::string before = snapshot(outside.path());
+    for (const auto& [base, name] :
+         {std::pair(home.folder.path(".cache"), "app"), std::pair(outside.path("cache"), "app"),
+          std::pair(home.folder.path("Trash/files"), "x"),
+          std::pair(home.folder.path() + "/../" + outside.path("cache").substr(5), "app")}) {
+        CleaningSelection selection;
+        selection.rule.basePaths = {base};
+        selection.items = {{base + "/" + name, CleanableHome::selectedBytes}};
+        EXPECT_EQ(home.outcomeOf(selection), "failed") << base;
+    }
+    EXPECT_EQ(snapshot(outside.path()), before);
+}
+
+} // namespace CleanCoreTests
