@@ -46,7 +46,7 @@ std::string_view withoutCode(std::string_view message)
 {
     const std::size_t end = message.find("] ");
     return message.substr(0, 1) == "[" && end != std::string_view::npos ? message.substr(end + 2)
-                                                                         : message;
+                                                                        : message;
 }
 
 std::vector<CleaningRule> rulesNamed(const std::vector<std::string>& ids,

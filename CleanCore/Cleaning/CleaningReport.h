@@ -39,11 +39,10 @@ struct CleaningReport
 
     [[nodiscard]] std::int64_t totalBytesFreed() const
     {
-        return std::accumulate(
-            removed.begin(), removed.end(), std::int64_t{0},
-            [](std::int64_t sum, const RemovedItem& item) {
-                return saturatingSum(sum, item.bytes);
-            });
+        return std::accumulate(removed.begin(), removed.end(), std::int64_t{0},
+                               [](std::int64_t sum, const RemovedItem& item) {
+                                   return saturatingSum(sum, item.bytes);
+                               });
     }
 
     /// This report's entries followed by the other's, in both lists.

@@ -376,8 +376,8 @@ void Walk::leave()
 }
 
 /// Gives half of the subfolders nearest the root away: the largest part that can be had. The folder
-/// that they are in cannot go before they have, so it is left to another pass. The only one is kept,
-/// or a chain of folders would wander from worker to worker.
+/// that they are in cannot go before they have, so it is left to another pass. The only one is
+/// kept, or a chain of folders would wander from worker to worker.
 void Walk::giveHalfAway()
 {
     m_stack.findOpen([&](std::size_t index) {

@@ -30,8 +30,8 @@ namespace CleanCore::StrictJson {
 {
     const auto& value = object.at(key);
     if (!value.is_string()) {
-        throw nlohmann::json::type_error::create(
-            302, std::string("\"") + key + "\" must be a text", &object);
+        throw nlohmann::json::type_error::create(302, std::string("\"") + key + "\" must be a text",
+                                                 &object);
     }
     return value.get<std::string>();
 }

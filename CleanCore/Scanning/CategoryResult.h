@@ -21,11 +21,10 @@ struct CategoryResult
 
     [[nodiscard]] std::int64_t totalBytes() const
     {
-        return std::accumulate(
-            items.begin(), items.end(), std::int64_t{0},
-            [](std::int64_t sum, const ScannedItem& item) {
-                return saturatingSum(sum, item.sizeBytes);
-            });
+        return std::accumulate(items.begin(), items.end(), std::int64_t{0},
+                               [](std::int64_t sum, const ScannedItem& item) {
+                                   return saturatingSum(sum, item.sizeBytes);
+                               });
     }
 };
 

@@ -24,7 +24,8 @@ protected:
 
 TEST_F(RemovalOwnership, OthersEntriesStayAndSoDoTheFoldersAboveThem)
 {
-    struct {
+    struct
+    {
         const char* description;
         const char* foreign;
         const char* gone;
