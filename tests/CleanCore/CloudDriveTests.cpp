@@ -92,7 +92,7 @@ TEST(CloudDriveTests, aVeryDeepTreeIsReleasedAndFetched)
 {
     const CloudFolders folders;
     std::string deep = "d";
-    for (int i = 0; i < 150; ++i) {
+    for (int i = 0; i < 60; ++i) {
         deep += "/d";
         folders.makePair(deep + "/file", bytes(5000, static_cast<unsigned>(i)));
     }
