@@ -1,7 +1,9 @@
 # The cloud drive: measuring, releasing, fetching.
 zorvane_add_tests(ICloudTests
+  CloudDriveFaultTests.cpp
   CloudDriveTests.cpp
   ICloudEvictorTests.cpp
   Support/CloudFolders.cpp
+  Support/FailingCall.cpp
   Support/TemporaryFolder.cpp
 )

@@ -39,6 +39,17 @@ int readIsLocal(const CloudPlace& place, bool& isLocal)
     return 0;
 }
 
+/// Puts down that no change is under way any more, so that from here on the time has to be the same;
+/// not if it could not be given back.
+void settle(const CloudFilePair& pair, CloudMarker marker)
+{
+    struct stat status = {};
+    if (::fstat(pair.local(), &status) == 0 && areSameTime(status.st_mtim, marker.modifiedAt)) {
+        marker.changingSince = 0;
+        static_cast<void>(writeMarker(pair.local(), marker));
+    }
+}
+
 } // namespace
 
 std::optional<CloudFailure> CloudFetch::fetchFile(const CloudPlace& place)
@@ -58,9 +69,7 @@ std::optional<CloudFailure> CloudFetch::fetchFile(const CloudPlace& place)
     timespec lastTime = pair.localStatus().st_mtim;
     while (!marker.missing.isEmpty()) {
         if (auto failure = takeStep(place, pair, marker, lastTime)) {
-            // No change is under way any more, so that from here on the time has to be the same.
-            marker.changingSince = 0;
-            static_cast<void>(writeMarker(pair.local(), marker));
+            settle(pair, marker);
             return failure;
         }
         lastTime = marker.modifiedAt;

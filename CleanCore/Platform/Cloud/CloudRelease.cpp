@@ -96,7 +96,9 @@ private:
         const int timeError = setModificationTime(file, m_marker.modifiedAt);
         m_lastTime = m_marker.modifiedAt;
         m_settled = m_marker;
-        m_settled->changingSince = 0;
+        if (timeError == 0) {
+            m_settled->changingSince = 0;
+        }
         return failureOrNone(error != 0 ? error : timeError);
     }
 
@@ -124,7 +126,7 @@ private:
     const CloudPlace& m_place;
     const CloudFilePair& m_pair;
     CloudMarker m_marker;
-    // The marker for the file as it is whenever no step is being taken.
+    // The marker for the file as it is when no step is being taken.
     std::optional<CloudMarker> m_settled;
     timespec m_lastTime = m_pair.localStatus().st_mtim;
 };
