@@ -2,7 +2,7 @@
 
 #include <filesystem>
 #include <fstream>
-#include <iterator>
+#include <sstream>
 
 namespace CleanCoreTests {
 
@@ -20,7 +20,9 @@ std::string bytes(std::size_t length, unsigned seed)
 std::string contentOf(const std::string& path)
 {
     std::ifstream file(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
+    std::ostringstream content;
+    content << file.rdbuf();
+    return content.str();
 }
 
 void appendTo(const std::string& path, std::string_view content)
