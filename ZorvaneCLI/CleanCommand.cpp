@@ -25,7 +25,8 @@ using CleanCore::SelectionState;
 namespace {
 
 /// A finished clean, as it is told.
-struct Outcome {
+struct Outcome
+{
     CleaningReport report;
     // Growth of the volume's free space; never negative.
     std::int64_t visibleFreedBytes = 0;
@@ -97,8 +98,8 @@ void askForConsent(std::span<const CleaningSelection> selections, const Workspac
         throw CommandError(ExitStatus::refused,
                            "there is no terminal to ask on; nothing was removed (--yes agrees)");
     }
-    std::cerr << previewText(selections, workspace.texts) << "Type \"yes\" to remove: "
-              << std::flush;
+    std::cerr << previewText(selections, workspace.texts)
+              << "Type \"yes\" to remove: " << std::flush;
     if (interruption.readLine() == "yes") {
         return;
     }

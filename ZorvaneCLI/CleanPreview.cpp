@@ -44,14 +44,12 @@ std::string warningsText(std::span<const CleaningSelection> selections,
     std::string text;
     for (const CleaningSelection& selection : selections) {
         if (needsReview(selection)) {
-            const std::string warning =
-                texts.textOrEmpty("category.warning." + selection.rule.id);
+            const std::string warning = texts.textOrEmpty("category.warning." + selection.rule.id);
             text += "  " + escaped(texts.ruleTitle(selection.rule.id)) +
                     (warning.empty() ? "" : ": " + escaped(warning)) + '\n';
         }
     }
-    return text.empty() ? text
-                        : "Review required; these may not be recoverable:\n" + text + '\n';
+    return text.empty() ? text : "Review required; these may not be recoverable:\n" + text + '\n';
 }
 
 } // namespace

@@ -10,12 +10,14 @@ namespace ZorvaneCLI {
 
 class Interruption;
 
-struct ScanOptions {
+struct ScanOptions
+{
     CommonOptions common;
     bool withoutCommands = false;
 };
 
-struct CleanOptions {
+struct CleanOptions
+{
     CommonOptions common;
     bool safe = false;
     bool all = false;
@@ -24,7 +26,8 @@ struct CleanOptions {
     bool yes = false;
 };
 
-struct GuardOptions {
+struct GuardOptions
+{
     CommonOptions common;
     std::string path;
     std::string base;

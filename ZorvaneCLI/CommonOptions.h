@@ -9,7 +9,8 @@
 namespace ZorvaneCLI {
 
 /// The options that several commands share, as they were given.
-struct CommonOptions {
+struct CommonOptions
+{
     std::optional<std::string> home;
     std::optional<std::string> catalog;
     std::optional<std::string> tools;

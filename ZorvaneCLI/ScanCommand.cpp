@@ -21,10 +21,9 @@ namespace {
 
 std::int64_t totalBytes(const std::vector<CategoryResult>& results)
 {
-    return std::accumulate(results.begin(), results.end(), std::int64_t{0},
-                           [](std::int64_t sum, const CategoryResult& result) {
-                               return sum + result.totalBytes();
-                           });
+    return std::accumulate(
+        results.begin(), results.end(), std::int64_t{0},
+        [](std::int64_t sum, const CategoryResult& result) { return sum + result.totalBytes(); });
 }
 
 nlohmann::ordered_json itemJson(const ScannedItem& item, bool isSelected)
@@ -96,8 +95,7 @@ void printItems(const Workspace& workspace, const CategoryResult& result)
 {
     using enum TextTable::Alignment;
     std::cout << escaped(workspace.texts.ruleTitle(result.rule.id)) << "  "
-              << byteCount(result.totalBytes()) << ", "
-              << counted(result.items.size(), "item");
+              << byteCount(result.totalBytes()) << ", " << counted(result.items.size(), "item");
     const std::string remark = note(result);
     std::cout << (remark.empty() ? "" : " (" + remark + ")") << '\n';
     for (const char* key : {"category.explanation.", "category.warning."}) {
@@ -119,8 +117,7 @@ ExitStatus scan(const ScanOptions& options, const Interruption& interruption)
 {
     const Workspace workspace = openWorkspace(options.common);
     auto results =
-        runScan(workspace,
-                options.withoutCommands ? CommandAreas::leftOut : CommandAreas::included,
+        runScan(workspace, options.withoutCommands ? CommandAreas::leftOut : CommandAreas::included,
                 interruption);
     if (!results) {
         std::cerr << "zorvane-cli: interrupted\n";

@@ -35,7 +35,8 @@ private:
 };
 
 /// What the events have told so far.
-struct Progress {
+struct Progress
+{
     const CleanCore::TextTable& texts;
     LiveLine line = {};
     std::string area = {};
@@ -50,13 +51,11 @@ struct Progress {
 
 } // namespace
 
-std::optional<std::vector<CategoryResult>> runScan(const Workspace& workspace,
-                                                   CommandAreas commandAreas,
-                                                   const Interruption& interruption)
+std::optional<std::vector<CategoryResult>>
+runScan(const Workspace& workspace, CommandAreas commandAreas, const Interruption& interruption)
 {
     const CleanCore::HomeEnvironment& environment = workspace.environment;
-    const CleanCore::ScanEngine engine(environment.home, environment.fileManager,
-                                       environment.pool);
+    const CleanCore::ScanEngine engine(environment.home, environment.fileManager, environment.pool);
     auto stream = engine.scan(workspace.rules, workspace.now);
     const std::stop_callback cancelOnSignal(interruption.token(), [&] { stream.cancel(); });
     Progress progress{workspace.texts};

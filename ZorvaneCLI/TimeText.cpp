@@ -110,10 +110,10 @@ std::string formatTime(CleanCore::Timestamp time)
     const hh_mm_ss clock(floor<seconds>(time - date));
     std::string text(32, '\0');
     const int length = std::snprintf(
-        text.data(), text.size(), "%04d-%02u-%02uT%02d:%02d:%02d", static_cast<int>(calendar.year()),
-        static_cast<unsigned>(calendar.month()), static_cast<unsigned>(calendar.day()),
-        static_cast<int>(clock.hours().count()), static_cast<int>(clock.minutes().count()),
-        static_cast<int>(clock.seconds().count()));
+        text.data(), text.size(), "%04d-%02u-%02uT%02d:%02d:%02d",
+        static_cast<int>(calendar.year()), static_cast<unsigned>(calendar.month()),
+        static_cast<unsigned>(calendar.day()), static_cast<int>(clock.hours().count()),
+        static_cast<int>(clock.minutes().count()), static_cast<int>(clock.seconds().count()));
     text.resize(static_cast<std::size_t>(length));
     const auto fraction = (time - floor<seconds>(time)).count();
     if (fraction != 0) {

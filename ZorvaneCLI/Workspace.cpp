@@ -48,9 +48,8 @@ std::vector<CleaningRule> rulesNamed(const std::vector<std::string>& ids,
     for (const std::string& id : ids) {
         if (std::none_of(rules.begin(), rules.end(),
                          [&](const CleaningRule& rule) { return rule.id == id; })) {
-            throw CommandError(ExitStatus::wrongUsage,
-                               "there is no area \"" + escaped(id) +
-                                   "\"; zorvane-cli rules lists them");
+            throw CommandError(ExitStatus::wrongUsage, "there is no area \"" + escaped(id) +
+                                                           "\"; zorvane-cli rules lists them");
         }
     }
     std::vector<CleaningRule> named;
@@ -103,13 +102,12 @@ void requireHarmless(const RulesCatalog& catalog, const CommonOptions& options,
     if (!options.catalog || environment.isConfined) {
         return;
     }
-    const auto base =
-        CleanCore::refusedBase(catalog, environment.home, *environment.fileManager);
+    const auto base = CleanCore::refusedBase(catalog, environment.home, *environment.fileManager);
     if (base) {
-        throw CommandError(ExitStatus::catalogUnusable,
-                           "the catalog " + escaped(*options.catalog) +
-                               " is refused: it would clean " + escaped(*base) +
-                               ", which holds more than leftovers");
+        throw CommandError(ExitStatus::catalogUnusable, "the catalog " + escaped(*options.catalog) +
+                                                            " is refused: it would clean " +
+                                                            escaped(*base) +
+                                                            ", which holds more than leftovers");
     }
 }
 

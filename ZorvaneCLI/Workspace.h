@@ -12,7 +12,8 @@
 namespace ZorvaneCLI {
 
 /// What a scan or a clean works with, made from the options.
-struct Workspace {
+struct Workspace
+{
     CleanCore::HomeEnvironment environment;
     std::vector<CleanCore::CleaningRule> rules;
     CleanCore::TextTable texts;

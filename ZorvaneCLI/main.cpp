@@ -12,9 +12,10 @@ using namespace ZorvaneCLI;
 
 void addHome(CLI::App& command, CommonOptions& options)
 {
-    command.add_option("--home", options.home,
-                       "Work in this home folder; one that is not the account's own confines the "
-                       "run to it")
+    command
+        .add_option("--home", options.home,
+                    "Work in this home folder; one that is not the account's own confines the "
+                    "run to it")
         ->type_name("DIR");
 }
 
@@ -28,8 +29,9 @@ void addCommon(CLI::App& command, CommonOptions& options)
 {
     addHome(command, options);
     addCatalog(command, options);
-    command.add_option("--tools", options.tools,
-                       "In another home: the folder that stands as the root of the tool paths")
+    command
+        .add_option("--tools", options.tools,
+                    "In another home: the folder that stands as the root of the tool paths")
         ->type_name("ROOT");
     command.add_option("--now", options.now, "In another home: the time that ages refer to")
         ->type_name("RFC3339");
@@ -39,7 +41,8 @@ void addCommon(CLI::App& command, CommonOptions& options)
 }
 
 /// Every command with its options; `run` becomes what the chosen one does.
-struct CommandLine {
+struct CommandLine
+{
     CLI::App app = CLI::App("Zorvane finds disk space held by caches, logs and other leftovers, "
                             "and removes what you choose.",
                             "zorvane-cli");
@@ -65,9 +68,8 @@ private:
         CLI::App& command = *app.add_subcommand("rules", "Validate and list the catalog");
         addCatalog(command, rulesOptions);
         command.add_flag("--json", rulesOptions.json, "Print JSON");
-        command.callback([this] {
-            run = [this](const Interruption&) { return listRules(rulesOptions); };
-        });
+        command.callback(
+            [this] { run = [this](const Interruption&) { return listRules(rulesOptions); }; });
     }
 
     void addScan()
@@ -76,9 +78,8 @@ private:
         addCommon(command, scanOptions.common);
         command.add_flag("--no-commands", scanOptions.withoutCommands,
                          "Leave out the areas that only a tool can measure");
-        command.callback([this] {
-            run = [this](const Interruption& i) { return scan(scanOptions, i); };
-        });
+        command.callback(
+            [this] { run = [this](const Interruption& i) { return scan(scanOptions, i); }; });
     }
 
     void addClean()
@@ -92,15 +93,13 @@ private:
             ->type_name("PATH");
         command.add_flag("--dry-run", cleanOptions.dryRun, "Remove nothing, show what would go");
         command.add_flag("--yes", cleanOptions.yes, "Do not ask");
-        command.callback([this] {
-            run = [this](const Interruption& i) { return clean(cleanOptions, i); };
-        });
+        command.callback(
+            [this] { run = [this](const Interruption& i) { return clean(cleanOptions, i); }; });
     }
 
     void addGuard()
     {
-        CLI::App& command =
-            *app.add_subcommand("guard", "The safety guard's verdict on one path");
+        CLI::App& command = *app.add_subcommand("guard", "The safety guard's verdict on one path");
         addHome(command, guardOptions.common);
         command.add_option("path", guardOptions.path, "The path to judge")
             ->type_name("PATH")
@@ -108,9 +107,8 @@ private:
         command.add_option("--base", guardOptions.base, "The folder it would be removed from")
             ->type_name("DIR")
             ->required();
-        command.callback([this] {
-            run = [this](const Interruption&) { return guard(guardOptions); };
-        });
+        command.callback(
+            [this] { run = [this](const Interruption&) { return guard(guardOptions); }; });
     }
 };
 

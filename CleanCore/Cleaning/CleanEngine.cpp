@@ -43,8 +43,7 @@ CleaningReport CleanEngine::clean(std::span<const CleaningSelection> selections,
             if (outcome.error != 0) {
                 report.skipped.push_back({item.path, SkipReason::removalFailed});
             } else {
-                report.removed.push_back(
-                    {item.path, outcome.wasSymbolicLink ? 0 : item.sizeBytes});
+                report.removed.push_back({item.path, outcome.wasSymbolicLink ? 0 : item.sizeBytes});
             }
         }
     }

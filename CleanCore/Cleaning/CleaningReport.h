@@ -8,8 +8,10 @@
 namespace CleanCore {
 
 /// What became of every item that a clean was given, in processing order.
-struct CleaningReport {
-    struct RemovedItem {
+struct CleaningReport
+{
+    struct RemovedItem
+    {
         std::string path;
         /// What the removal is credited with: the scanned size; 0 for a link, which frees nothing.
         std::int64_t bytes = 0;
@@ -23,7 +25,8 @@ struct CleaningReport {
         removalFailed,
     };
 
-    struct SkippedItem {
+    struct SkippedItem
+    {
         std::string path;
         SkipReason reason = SkipReason::removalFailed;
         [[nodiscard]] bool operator==(const SkippedItem&) const = default;

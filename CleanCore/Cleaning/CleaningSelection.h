@@ -8,7 +8,8 @@
 namespace CleanCore {
 
 /// One rule's share of a clean: the items that were chosen, in scan order.
-struct CleaningSelection {
+struct CleaningSelection
+{
     CleaningRule rule;
     std::vector<ScannedItem> items;
 };

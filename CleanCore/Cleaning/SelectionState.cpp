@@ -42,7 +42,10 @@ void SelectionState::selectAll()
     }
 }
 
-void SelectionState::deselectAll() { m_selected.clear(); }
+void SelectionState::deselectAll()
+{
+    m_selected.clear();
+}
 
 void SelectionState::selectAll(std::string_view ruleId)
 {

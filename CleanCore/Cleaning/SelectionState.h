@@ -42,11 +42,13 @@ public:
     [[nodiscard]] std::vector<CleaningSelection> selections() const;
 
 private:
-    struct SelectionKey {
+    struct SelectionKey
+    {
         std::string ruleId;
         std::string path;
     };
-    struct KeyView {
+    struct KeyView
+    {
         std::string_view ruleId;
         std::string_view path;
         KeyView(std::string_view rule, std::string_view item) : ruleId(rule), path(item) {}
@@ -54,11 +56,13 @@ private:
         KeyView(const SelectionKey& key) : ruleId(key.ruleId), path(key.path) {}
         [[nodiscard]] bool operator==(const KeyView&) const = default;
     };
-    struct Hash {
+    struct Hash
+    {
         using is_transparent = void;
         [[nodiscard]] std::size_t operator()(KeyView key) const;
     };
-    struct Equal {
+    struct Equal
+    {
         using is_transparent = void;
         [[nodiscard]] bool operator()(KeyView a, KeyView b) const { return a == b; }
     };

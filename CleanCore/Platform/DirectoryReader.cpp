@@ -36,6 +36,11 @@ std::size_t DirectoryReader::next(std::size_t at) const
     return at + reinterpret_cast<const dirent64*>(m_buffer.get() + at)->d_reclen;
 }
 
+bool DirectoryReader::isKnownFolder(std::size_t at) const
+{
+    return reinterpret_cast<const dirent64*>(m_buffer.get() + at)->d_type == DT_DIR;
+}
+
 const char* DirectoryReader::nameAt(std::size_t at) const
 {
     return reinterpret_cast<const dirent64*>(m_buffer.get() + at)->d_name;

@@ -3,8 +3,7 @@
 #include <cstddef>
 #include <memory>
 #include <sys/types.h>
-
-struct dirent64;
+#include <type_traits>
 
 namespace CleanCore {
 
@@ -21,14 +20,16 @@ public:
     /// Returns 1 with entries, 0 at the end, a negative errno otherwise.
     [[nodiscard]] int readBatch(int directory);
 
-    /// Calls `visit(name)` for each entry of the batch but "." and ".."; ends early and returns
-    /// false when it returns false. The names live until the next batch.
+    /// Calls `visit(name)`, or `visit(name, isKnownFolder)`, for each entry of the batch but "."
+    /// and
+    /// ".."; ends early and returns false when it returns false. The names live until the next
+    /// batch. A folder may not be known as one: some file systems do not say.
     template <typename Visit>
     bool forEach(Visit&& visit) const
     {
         for (std::size_t at = 0; at < m_filled; at = next(at)) {
             const char* const name = nameAt(at);
-            if (!isDotOrDotDot(name) && !visit(name)) {
+            if (!isDotOrDotDot(name) && !call(visit, name, at)) {
                 return false;
             }
         }
@@ -43,6 +44,16 @@ public:
     [[nodiscard]] DirectoryReader takeBatch();
 
 private:
+    template <typename Visit>
+    bool call(Visit& visit, const char* name, std::size_t at) const
+    {
+        if constexpr (std::is_invocable_v<Visit&, const char*, bool>) {
+            return visit(name, isKnownFolder(at));
+        } else {
+            return visit(name);
+        }
+    }
+    [[nodiscard]] bool isKnownFolder(std::size_t at) const;
     [[nodiscard]] std::size_t next(std::size_t at) const;
     [[nodiscard]] const char* nameAt(std::size_t at) const;
     [[nodiscard]] static bool isDotOrDotDot(const char* name)

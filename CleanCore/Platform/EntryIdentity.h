@@ -7,7 +7,8 @@ namespace CleanCore {
 enum class EntryKind : std::uint8_t { file, folder, symbolicLink, other };
 
 /// What makes a file-system entry the same entry, whatever its name: see inode(7).
-struct EntryIdentity {
+struct EntryIdentity
+{
     std::uint64_t device = 0;
     std::uint64_t inode = 0;
     EntryKind kind = EntryKind::other;

@@ -9,7 +9,8 @@
 namespace CleanCore {
 
 /// What one entry, with everything inside it, occupies, and when it last changed.
-struct EntryMeasure {
+struct EntryMeasure
+{
     /// Allocated bytes on disk.
     std::int64_t sizeBytes = 0;
     Timestamp latestModification = distantPast;

@@ -20,14 +20,16 @@ bool isName(const std::string& name)
 }
 
 /// Whether the kernel refuses openat2 as such, and not this path.
-bool isUnavailable(int error) { return error == ENOSYS || error == EPERM || error == E2BIG; }
+bool isUnavailable(int error)
+{
+    return error == ENOSYS || error == EPERM || error == E2BIG;
+}
 
 int openBeneath(int folder, const std::string& name, int flags, FileDescriptor& opened)
 {
     open_how how = {};
     how.flags = static_cast<std::uint64_t>(flags);
-    how.resolve =
-        RESOLVE_BENEATH | RESOLVE_NO_SYMLINKS | RESOLVE_NO_MAGICLINKS | RESOLVE_NO_XDEV;
+    how.resolve = RESOLVE_BENEATH | RESOLVE_NO_SYMLINKS | RESOLVE_NO_MAGICLINKS | RESOLVE_NO_XDEV;
     // RESOLVE_BENEATH answers EAGAIN when a rename anywhere raced with it; see openat2(2).
     constexpr int attempts = 64;
     for (int attempt = 0; attempt < attempts; ++attempt) {
@@ -54,9 +56,9 @@ int openStep(int folder, const EntryStatus& folderStatus, const std::string& nam
     if (const int error = readStatus(opened.get(), "", status); error != 0) {
         return error;
     }
-    const bool isOtherMount = status.mountId != folderStatus.mountId ||
-                              (status.mountId == 0 &&
-                               status.identity.device != folderStatus.identity.device);
+    const bool isOtherMount =
+        status.mountId != folderStatus.mountId ||
+        (status.mountId == 0 && status.identity.device != folderStatus.identity.device);
     return isOtherMount ? EXDEV : 0;
 }
 

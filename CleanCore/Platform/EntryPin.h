@@ -9,7 +9,8 @@
 namespace CleanCore {
 
 /// One entry, held so that no later rename or exchange can redirect the work on it.
-struct EntryPin {
+struct EntryPin
+{
     /// The folder that holds the entry (O_PATH).
     FileDescriptor parent;
     EntryStatus parentStatus;

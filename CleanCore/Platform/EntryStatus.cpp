@@ -45,8 +45,7 @@ int readStatus(int directory, const char* name, EntryStatus& status)
 {
     struct statx raw;
     constexpr unsigned mask = STATX_BASIC_STATS | STATX_MNT_ID;
-    const int flags =
-        AT_SYMLINK_NOFOLLOW | AT_NO_AUTOMOUNT | (*name == '\0' ? AT_EMPTY_PATH : 0);
+    const int flags = AT_SYMLINK_NOFOLLOW | AT_NO_AUTOMOUNT | (*name == '\0' ? AT_EMPTY_PATH : 0);
     if (::statx(directory, name, flags, mask, &raw) != 0) {
         return errno;
     }

@@ -9,7 +9,8 @@
 namespace CleanCore {
 
 /// The attributes of one entry, read in one call and never through a link.
-struct EntryStatus {
+struct EntryStatus
+{
     EntryIdentity identity;
     /// The mount that the entry was reached through; 0 where the kernel does not tell (before 5.8).
     std::uint64_t mountId = 0;

@@ -39,14 +39,13 @@ public:
 
     /// The names in a folder, hidden ones included, in the order of this file manager. Throws
     /// std::system_error when there is no such folder or it cannot be read.
-    [[nodiscard]] virtual std::vector<std::string>
-    namesInFolder(const std::string& path) const = 0;
+    [[nodiscard]] virtual std::vector<std::string> namesInFolder(const std::string& path) const = 0;
 
     /// Measures the named entries of `folder`, in the order of `names`; see TreeMeasurer. Never
     /// fails: what cannot be read counts as nothing. Figures are incomplete after a stop request.
-    [[nodiscard]] virtual std::vector<EntryMeasure>
-    measure(const std::string& folder, std::span<const std::string> names,
-            const std::stop_token& stop) const = 0;
+    [[nodiscard]] virtual std::vector<EntryMeasure> measure(const std::string& folder,
+                                                            std::span<const std::string> names,
+                                                            const std::stop_token& stop) const = 0;
 
     /// The attributes of the entry at `path`, a link's own; nothing when they cannot be read.
     [[nodiscard]] virtual std::optional<EntryAttributes>

@@ -6,7 +6,7 @@
 namespace CleanCore {
 
 FolderStack::Level& FolderStack::push(FileDescriptor folder, const EntryStatus& status,
-                                       std::string name)
+                                      std::string name)
 {
     m_levels.push_back({std::move(folder), status, std::move(name), {}, false});
     if (m_levels.size() - m_firstOpen >= m_openLimit && m_levels.size() > 2) {

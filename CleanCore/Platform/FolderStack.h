@@ -4,6 +4,7 @@
 #include "CleanCore/Platform/NameList.h"
 #include "CleanCore/Support/FileDescriptor.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <string>
 #include <vector>
@@ -17,7 +18,8 @@ namespace CleanCore {
 class FolderStack
 {
 public:
-    struct Level {
+    struct Level
+    {
         FileDescriptor folder;
         EntryStatus status;
         /// The name of this folder in the one above; empty for the root.
@@ -35,6 +37,17 @@ public:
     [[nodiscard]] std::size_t depth() const { return m_levels.size(); }
     [[nodiscard]] Level& top() { return m_levels.back(); }
     [[nodiscard]] Level& at(std::size_t index) { return m_levels[index]; }
+
+    /// Calls `visit(index)` for the levels that are open, from the root on, until it returns true.
+    template <typename Visit>
+    void findOpen(Visit visit) const
+    {
+        for (std::size_t i = 0; i < m_levels.size(); i = std::max(i + 1, m_firstOpen)) {
+            if (visit(i)) {
+                return;
+            }
+        }
+    }
 
     Level& push(FileDescriptor folder, const EntryStatus& status, std::string name = {});
 

@@ -86,8 +86,7 @@ HomeEnvironment HomeEnvironment::make(const std::optional<std::string>& requeste
     const std::string resolved = resolveSymbolicLinks(environment.home);
     const std::string resolvedAccount = account ? resolveSymbolicLinks(*account) : std::string();
     environment.isConfined = resolved != resolvedAccount;
-    if (environment.isConfined && account &&
-        PathText::isSameOrInside(resolvedAccount, resolved)) {
+    if (environment.isConfined && account && PathText::isSameOrInside(resolvedAccount, resolved)) {
         throw HomeError("the folder " + environment.home +
                         " holds this account's own home; choose a folder beside or below it");
     }

@@ -26,7 +26,8 @@ public:
 /// The account's home is the password database's entry; see getpwuid(3). Any other home is there
 /// for trying things out: the run is confined to it, the environment of this process and its
 /// children is pointed into it, and no tool of the real system is run.
-struct HomeEnvironment {
+struct HomeEnvironment
+{
     std::string home;
     bool isConfined = false;
     UserFolders folders;

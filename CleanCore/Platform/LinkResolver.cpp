@@ -37,10 +37,9 @@ std::vector<std::string> reversedComponents(const std::string& path)
 
 std::string resolveSymbolicLinks(const std::string& path)
 {
-    const std::string start =
-        path.substr(0, 1) == "/"
-            ? path
-            : PathText::join(std::filesystem::current_path().native(), path);
+    const std::string start = path.substr(0, 1) == "/"
+                                  ? path
+                                  : PathText::join(std::filesystem::current_path().native(), path);
     std::vector<std::string> remaining = reversedComponents(start);
     std::string resolved = "/";
     int followedLinks = 0;

@@ -178,8 +178,7 @@ void LinuxRemoval::removeTrashRecord(const Base& base, const std::string& name) 
         path.substr(path.size() - trashFiles.size()) != trashFiles) {
         return;
     }
-    const FileDescriptor trash(
-        ::openat(base.folder.get(), "..", O_PATH | O_DIRECTORY | O_CLOEXEC));
+    const FileDescriptor trash(::openat(base.folder.get(), "..", O_PATH | O_DIRECTORY | O_CLOEXEC));
     EntryStatus files;
     if (!trash.isOpen() || readStatus(trash.get(), "files", files) != 0 ||
         files.identity != base.status.identity) {

@@ -31,7 +31,8 @@ public:
                                         const std::optional<EntryIdentity>& seen) override;
 
 private:
-    struct Base {
+    struct Base
+    {
         std::string path;
         FileDescriptor folder;
         EntryStatus status;

@@ -8,7 +8,8 @@
 namespace CleanCore {
 
 /// How the removal of one entry ended.
-struct RemovalOutcome {
+struct RemovalOutcome
+{
     /// 0 when the entry is wholly gone; else the errno that tells why it, or a part of it, is not.
     int error = 0;
     /// Whether the entry was a symbolic link (which was, or would have been, removed itself).

@@ -27,7 +27,10 @@ std::string resolved(const char* path)
     return result;
 }
 
-std::string folderOfExecutable() { return PathText::parent(resolved("/proc/self/exe")); }
+std::string folderOfExecutable()
+{
+    return PathText::parent(resolved("/proc/self/exe"));
+}
 
 std::string folderOfLibrary()
 {
@@ -79,9 +82,7 @@ std::optional<std::string> resource(const std::string& name, const std::string& 
 
 std::string readFile(const std::string& path)
 {
-    const auto fail = [&] {
-        throw std::system_error(errno, std::generic_category(), path);
-    };
+    const auto fail = [&] { throw std::system_error(errno, std::generic_category(), path); };
     const FileDescriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC));
     if (!file.isOpen()) {
         fail();

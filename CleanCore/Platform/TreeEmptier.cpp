@@ -29,10 +29,13 @@ constexpr std::size_t pendingBytesLimit = 4 * 1024 * 1024;
 constexpr int openFolderFlags = O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC;
 
 /// A folder to be emptied: wholly, or only of the subfolders that are named.
-struct Piece {
+struct Piece
+{
     FileDescriptor folder;
     EntryStatus status;
     NameList subfolders;
+    // How many folders lie between this one and the root of the tree.
+    std::size_t depth = 0;
     bool isWhole = false;
 };
 
@@ -88,7 +91,8 @@ public:
     void run(Piece piece);
 
 private:
-    struct Progress {
+    struct Progress
+    {
         // Entries that stay, so that this folder has to.
         std::size_t kept = 0;
         std::size_t removed = 0;
@@ -101,7 +105,7 @@ private:
     [[nodiscard]] int openSubfolder(const std::string& name, FileDescriptor& folder,
                                     EntryStatus& status);
     void readTop();
-    void look(const char* name);
+    void look(const char* name, bool isKnownFolder);
     [[nodiscard]] int statusOf(const char* name, EntryStatus& status);
     [[nodiscard]] int unlink(const char* name, int flags);
     void leave();
@@ -114,13 +118,18 @@ private:
     DirectoryReader m_reader;
     FolderStack m_stack = FolderStack(openFolderLimit);
     std::vector<Progress> m_progress;
+    std::size_t m_depthOfRoot = 0;
     std::size_t m_enteredSinceCheck = 0;
 };
 
-void Job::workOn(Piece piece) { Walk(*this).run(std::move(piece)); }
+void Job::workOn(Piece piece)
+{
+    Walk(*this).run(std::move(piece));
+}
 
 void Walk::run(Piece piece)
 {
+    m_depthOfRoot = piece.depth;
     push(std::move(piece.folder), piece.status, {});
     m_stack.top().pending = std::move(piece.subfolders);
     if (piece.isWhole) {
@@ -198,8 +207,8 @@ void Walk::abandon()
 void Walk::enter(std::string name, std::size_t rescans)
 {
     // Looking up costs as many steps as the tree is deep, so deep trees are looked at less often.
-    if (++m_enteredSinceCheck > std::max(foldersBetweenPlaceChecks, m_stack.depth()) &&
-        !isInPlace()) {
+    const std::size_t depth = m_depthOfRoot + m_stack.depth();
+    if (++m_enteredSinceCheck > std::max(foldersBetweenPlaceChecks, depth) && !isInPlace()) {
         abandon();
         return;
     }
@@ -222,17 +231,24 @@ void Walk::enter(std::string name, std::size_t rescans)
 int Walk::openSubfolder(const std::string& name, FileDescriptor& folder, EntryStatus& status)
 {
     const FolderStack::Level& parent = m_stack.top();
-    folder = FileDescriptor(::openat(parent.folder.get(), name.c_str(), openFolderFlags));
+    OwnerAccess& ownerAccess = *m_job.limits.ownerAccess;
+    const auto open = [&](int flags) {
+        return FileDescriptor(::openat(parent.folder.get(), name.c_str(), flags));
+    };
+    folder = open(openFolderFlags);
+    if (!folder.isOpen() && errno == EACCES &&
+        ownerAccess.lend(parent.folder.get(), parent.status)) {
+        folder = open(openFolderFlags);
+    }
     if (!folder.isOpen() && errno == EACCES) {
-        constexpr int flags = O_PATH | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC;
-        const FileDescriptor closed(::openat(parent.folder.get(), name.c_str(), flags));
+        const FileDescriptor closed = open(O_PATH | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC);
         if (!closed.isOpen() || readStatus(closed.get(), "", status) != 0) {
             return errno;
         }
         if (const int reason = m_job.reasonToKeep(status, parent.status); reason != 0) {
             return reason;
         }
-        if (!m_job.limits.ownerAccess->lend(closed.get(), status)) {
+        if (!ownerAccess.lend(closed.get(), status)) {
             return EACCES;
         }
         folder = FileDescriptor(::openat(closed.get(), ".", openFolderFlags));
@@ -255,8 +271,8 @@ void Walk::readTop()
             abandon();
             return;
         }
-        m_reader.forEach([&](const char* name) {
-            look(name);
+        m_reader.forEach([&](const char* name, bool isKnownFolder) {
+            look(name, isKnownFolder);
             return !m_job.isOver;
         });
         if (m_job.isOver) {
@@ -265,8 +281,8 @@ void Walk::readTop()
         if (level.pending.bytes() > pendingBytesLimit) {
             // Starting anew is only worth while as long as the folder gets emptier by it.
             Progress& progress = m_progress.back();
-            const bool isFutile = std::exchange(level.wasReopened, false) &&
-                                  std::exchange(progress.removed, 0) == 0;
+            const bool isFutile =
+                std::exchange(level.wasReopened, false) && std::exchange(progress.removed, 0) == 0;
             progress.isPartlyRead = !isFutile;
             return;
         }
@@ -277,9 +293,14 @@ void Walk::readTop()
 }
 
 /// Removes one entry of the top folder, or puts it down for later if it is a folder.
-void Walk::look(const char* name)
+void Walk::look(const char* name, bool isKnownFolder)
 {
     FolderStack::Level& level = m_stack.top();
+    if (isKnownFolder) {
+        // Judged when it is opened, by what was opened.
+        level.pending.add(name);
+        return;
+    }
     EntryStatus status;
     int error = statusOf(name, status);
     if (error == 0) {
@@ -358,19 +379,20 @@ void Walk::leave()
 /// that they are in cannot go before they have, so it is left to another pass.
 void Walk::giveHalfAway()
 {
-    for (std::size_t i = 0; i < m_stack.depth(); ++i) {
-        FolderStack::Level& level = m_stack.at(i);
-        if (level.pending.isEmpty() || !level.folder.isOpen()) {
-            continue;
+    m_stack.findOpen([&](std::size_t index) {
+        FolderStack::Level& level = m_stack.at(index);
+        if (level.pending.isEmpty()) {
+            return false;
         }
         FileDescriptor folder(::fcntl(level.folder.get(), F_DUPFD_CLOEXEC, 0));
         if (folder.isOpen()) {
             m_job.isIncomplete = true;
-            ++m_progress[i].kept;
-            m_job.offer({std::move(folder), level.status, level.pending.takeHalf(), false});
+            ++m_progress[index].kept;
+            m_job.offer({std::move(folder), level.status, level.pending.takeHalf(),
+                         m_depthOfRoot + index, false});
         }
-        return;
-    }
+        return true;
+    });
 }
 
 } // namespace
@@ -381,13 +403,12 @@ int TreeEmptier::empty(const FileDescriptor& folder, const EntryStatus& status,
     int error = 0;
     for (std::size_t pass = 0; pass < passLimit; ++pass) {
         // Only the first pass is shared: what it leaves is the bare frame of the tree.
-        const auto job =
-            std::make_shared<Job>(m_pool, pass == 0 ? m_helpers : 0, limits, status);
+        const auto job = std::make_shared<Job>(m_pool, pass == 0 ? m_helpers : 0, limits, status);
         FileDescriptor root(::openat(folder.get(), ".", openFolderFlags));
         if (!root.isOpen()) {
             return errno;
         }
-        job->run({std::move(root), status, {}, true});
+        job->run({std::move(root), status, {}, 0, true});
         error = job->firstError;
         if (job->isOver || !job->isIncomplete) {
             return error;

@@ -25,7 +25,8 @@ class TaskPool;
 class TreeEmptier
 {
 public:
-    struct Limits {
+    struct Limits
+    {
         /// Whose entries may be removed.
         uid_t owner = 0;
         const ProtectedIdentities* protectedIdentities = nullptr;

@@ -21,14 +21,16 @@ constexpr int openFolderFlags = O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_NONBLOCK
 using SharedFolder = std::shared_ptr<const FileDescriptor>;
 
 /// What is summed up for one entry; written by every worker that measures a part of it.
-struct Total {
+struct Total
+{
     std::atomic<std::int64_t> sizeBytes = 0;
     std::atomic<std::int64_t> latest = distantPast.time_since_epoch().count();
     std::optional<EntryIdentity> identity;
 };
 
 /// A part of the work that any worker can take. Exactly one of the three kinds is present.
-struct Piece {
+struct Piece
+{
     SharedFolder folder;
     EntryStatus folderStatus;
     std::size_t entry = 0;
@@ -85,7 +87,10 @@ private:
     bool m_hasStopped = false;
 };
 
-void Job::workOn(Piece piece) { PieceWalk(*this).run(std::move(piece)); }
+void Job::workOn(Piece piece)
+{
+    PieceWalk(*this).run(std::move(piece));
+}
 
 bool PieceWalk::isStopped()
 {
@@ -145,8 +150,7 @@ void PieceWalk::measureEntries(Piece& piece)
 }
 
 /// Opens a subfolder and reads it; it becomes the top of the stack.
-void PieceWalk::enterSubfolder(int parent, const EntryStatus& parentStatus,
-                               const std::string& name)
+void PieceWalk::enterSubfolder(int parent, const EntryStatus& parentStatus, const std::string& name)
 {
     FileDescriptor folder(::openat(parent, name.c_str(), openFolderFlags));
     EntryStatus status;
@@ -227,18 +231,19 @@ void PieceWalk::count(int folder, const EntryStatus& folderStatus, const char* n
 /// Gives half of the subfolders nearest the root away: the largest part that can be had.
 void PieceWalk::offerHalf()
 {
-    for (std::size_t i = 0; i < m_stack.depth(); ++i) {
-        FolderStack::Level& level = m_stack.at(i);
-        if (level.pending.isEmpty() || !level.folder.isOpen()) {
-            continue;
+    m_stack.findOpen([&](std::size_t index) {
+        FolderStack::Level& level = m_stack.at(index);
+        if (level.pending.isEmpty()) {
+            return false;
         }
-        auto shared = std::make_shared<const FileDescriptor>(
-            ::fcntl(level.folder.get(), F_DUPFD_CLOEXEC, 0));
+        auto shared =
+            std::make_shared<const FileDescriptor>(::fcntl(level.folder.get(), F_DUPFD_CLOEXEC, 0));
         if (shared->isOpen()) {
-            m_job.offer({std::move(shared), level.status, m_entry, 0, level.pending.takeHalf(), {}});
+            m_job.offer(
+                {std::move(shared), level.status, m_entry, 0, level.pending.takeHalf(), {}});
         }
-        return;
-    }
+        return true;
+    });
 }
 
 void PieceWalk::flush(std::size_t entry)
@@ -264,7 +269,12 @@ std::vector<EntryMeasure> TreeMeasurer::measure(FileDescriptor folder,
         return measures;
     }
     const auto job = std::make_shared<Job>(m_pool, names, stop);
-    job->run({std::make_shared<const FileDescriptor>(std::move(folder)), status, 0, names.size(), {}, {}});
+    job->run({std::make_shared<const FileDescriptor>(std::move(folder)),
+              status,
+              0,
+              names.size(),
+              {},
+              {}});
     for (std::size_t i = 0; i < names.size(); ++i) {
         const Total& total = job->totals[i];
         measures[i] = {total.sizeBytes.load(std::memory_order_relaxed),

@@ -13,8 +13,8 @@ namespace CleanCore {
 namespace {
 
 constexpr const char* alwaysProtected[] = {
-    "Videos",          "Templates", "Public", ".ssh", ".gnupg",
-    ".password-store", ".pki",      ".local/share/keyrings",
+    "Videos", "Templates",       "Public", ".ssh",
+    ".gnupg", ".password-store", ".pki",   ".local/share/keyrings",
 };
 // The file manager knows these seven everywhere; here they only bar a variable from naming them.
 constexpr const char* protectedEverywhere[] = {

@@ -8,7 +8,8 @@
 namespace CleanCore {
 
 /// Where one user's folders are on this platform.
-struct UserFolders {
+struct UserFolders
+{
     using Variables = std::function<std::optional<std::string>(const char* name)>;
 
     std::string home;

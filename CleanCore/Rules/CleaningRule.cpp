@@ -9,7 +9,8 @@ namespace CleanCore {
 namespace {
 
 template <typename Value>
-struct Spelling {
+struct Spelling
+{
     const char* text;
     Value value;
 };

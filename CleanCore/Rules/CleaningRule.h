@@ -14,7 +14,8 @@ enum class RuleTier { safe, reviewRequired };
 enum class RuleKind { fileSystem, command };
 
 /// One area that can be cleaned.
-struct CleaningRule {
+struct CleaningRule
+{
     std::string id;
     RuleTier tier = RuleTier::reviewRequired;
     RuleKind kind = RuleKind::fileSystem;

@@ -16,37 +16,34 @@ constexpr const char* wholeUserFolders[] = {".config", ".local", ".local/share"}
 
 // Everything of the system that a base could name; see hier(7). Folders for anyone's temporary
 // files and crash reports are no system folders.
-constexpr const char* systemFolders[] = {"/bin",    "/boot", "/dev",  "/etc", "/lib",  "/lib32",
-                                         "/lib64",  "/libx32", "/proc", "/run", "/sbin", "/snap",
-                                         "/sys",    "/usr",  "/var"};
+constexpr const char* systemFolders[] = {"/bin",   "/boot",  "/dev",    "/etc",  "/lib",
+                                         "/lib32", "/lib64", "/libx32", "/proc", "/run",
+                                         "/sbin",  "/snap",  "/sys",    "/usr",  "/var"};
 constexpr const char* publicFolders[] = {"/var/tmp", "/var/crash"};
 
 bool isPublic(const std::string& base)
 {
-    return std::any_of(std::begin(publicFolders), std::end(publicFolders), [&](const char* folder) {
-        return PathText::isSameOrInside(base, folder);
-    });
+    return std::any_of(std::begin(publicFolders), std::end(publicFolders),
+                       [&](const char* folder) { return PathText::isSameOrInside(base, folder); });
 }
 
 bool isSystemFolder(const std::string& base)
 {
     const bool isTopLevel = PathText::components(base).size() <= 2;
     return (isTopLevel && base != "/tmp") ||
-           std::any_of(
-               std::begin(systemFolders), std::end(systemFolders),
-               [&](const char* folder) { return PathText::isSameOrInside(base, folder); });
+           std::any_of(std::begin(systemFolders), std::end(systemFolders),
+                       [&](const char* folder) { return PathText::isSameOrInside(base, folder); });
 }
 
 bool isWholeUserFolder(const std::string& base, const std::string& home,
                        const FileManager& fileManager)
 {
     return PathText::isSameOrInside(home, base) ||
-           std::any_of(std::begin(wholeUserFolders), std::end(wholeUserFolders),
-                       [&](const char* name) {
-                           const std::string folder = PathText::join(home, name);
-                           return base == folder ||
-                                  base == fileManager.resolvingSymbolicLinks(folder);
-                       });
+           std::any_of(
+               std::begin(wholeUserFolders), std::end(wholeUserFolders), [&](const char* name) {
+                   const std::string folder = PathText::join(home, name);
+                   return base == folder || base == fileManager.resolvingSymbolicLinks(folder);
+               });
 }
 
 } // namespace

@@ -11,7 +11,8 @@ namespace CleanCore::PathExpander {
 
 namespace {
 
-struct Token {
+struct Token
+{
     std::string_view text;
     PerUserFolder folder;
 };

@@ -18,8 +18,8 @@ class FileManager;
 /// fails: what cannot be expanded contributes nothing. Safe from any thread.
 namespace PathExpander {
 
-/// The bases of all patterns, in pattern order, duplicates kept. Bases from a pattern with "*" exist
-/// and are in name order per folder; others are not looked for.
+/// The bases of all patterns, in pattern order, duplicates kept. Bases from a pattern with "*"
+/// exist and are in name order per folder; others are not looked for.
 [[nodiscard]] std::vector<std::string> expandAll(std::span<const std::string> patterns,
                                                  const std::string& home,
                                                  const FileManager& fileManager);

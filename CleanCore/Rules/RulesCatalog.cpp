@@ -67,8 +67,8 @@ RulesCatalog RulesCatalog::load(std::string_view bytes)
 
 void to_json(nlohmann::ordered_json& json, const RulesCatalog& catalog)
 {
-    json = nlohmann::ordered_json{{"schemaVersion", catalog.schemaVersion},
-                                  {"rules", catalog.rules}};
+    json =
+        nlohmann::ordered_json{{"schemaVersion", catalog.schemaVersion}, {"rules", catalog.rules}};
 }
 
 } // namespace CleanCore

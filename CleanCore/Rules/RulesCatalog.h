@@ -10,7 +10,8 @@
 namespace CleanCore {
 
 /// The catalog of everything that can be cleaned. All operations are safe from any thread.
-struct RulesCatalog {
+struct RulesCatalog
+{
     /// Carried, never compared.
     std::int64_t schemaVersion = 0;
     /// In document order, which is the order in which scans start them.

@@ -23,8 +23,8 @@ SafetyGuard::SafetyGuard(const std::string& home, const FileManager& fileManager
 {
     const std::string normalizedHome = PathText::fromComponents(m_home);
     for (const std::string_view subpath : protectedHomeSubpaths) {
-        m_protected.push_back(PathText::components(
-            PathText::standardized(PathText::join(normalizedHome, subpath))));
+        m_protected.push_back(
+            PathText::components(PathText::standardized(PathText::join(normalizedHome, subpath))));
     }
     // A protected folder that is a link protects what it leads to as well; the seven stay first
     // and as they are.

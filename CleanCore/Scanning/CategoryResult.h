@@ -10,7 +10,8 @@
 namespace CleanCore {
 
 /// What a scan found for one rule.
-struct CategoryResult {
+struct CategoryResult
+{
     CleaningRule rule;
     /// Base by base, within a base largest first.
     std::vector<ScannedItem> items;

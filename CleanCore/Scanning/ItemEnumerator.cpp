@@ -53,8 +53,7 @@ std::vector<ScannedItem> ItemEnumerator::items(const std::string& inBase, std::i
                   [&](const std::string& name) { return excluded.contains(canonicalForm(name)); });
 
     const std::vector<EntryMeasure> measures = m_fileManager->measure(inBase, names, stop);
-    const Timestamp latestAllowed =
-        minAgeDays == 0 ? Timestamp::max() : cutoff(now, minAgeDays);
+    const Timestamp latestAllowed = minAgeDays == 0 ? Timestamp::max() : cutoff(now, minAgeDays);
     std::vector<ScannedItem> items;
     for (std::size_t i = 0; i < names.size(); ++i) {
         if (measures[i].latestModification <= latestAllowed) {

@@ -16,7 +16,8 @@ namespace CleanCore {
 namespace {
 
 /// One scan on its way. Shared by its rules' tasks; the last of them ends the stream.
-struct Scan {
+struct Scan
+{
     std::string home;
     std::shared_ptr<const FileManager> fileManager;
     Timestamp now;

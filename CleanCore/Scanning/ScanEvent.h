@@ -9,18 +9,21 @@
 namespace CleanCore {
 
 /// A rule's work begins.
-struct RuleStarted {
+struct RuleStarted
+{
     std::string ruleId;
 };
 
 /// A rule's work has finished.
-struct RuleCompleted {
+struct RuleCompleted
+{
     CategoryResult result;
 };
 
 /// Every rule has finished and the scan was not cancelled; always the last event. The results are
 /// in the order in which they were completed.
-struct Finished {
+struct Finished
+{
     std::vector<CategoryResult> results;
 };
 

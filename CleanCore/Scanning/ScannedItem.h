@@ -10,7 +10,8 @@
 namespace CleanCore {
 
 /// One entry that can be selected and removed.
-struct ScannedItem {
+struct ScannedItem
+{
     /// The base's path, "/", the entry's name; for areas measured by a tool possibly a label.
     std::string path;
     /// Allocated bytes, everything inside included.

@@ -4,7 +4,8 @@ namespace CleanCore {
 
 namespace {
 
-struct Unit {
+struct Unit
+{
     const char* name;
     std::uint64_t bytes;
     // The finest step that is shown: a whole, a tenth, a hundredth.

@@ -45,7 +45,8 @@ public:
 
 private:
     friend class EventStream<Event>;
-    struct Channel {
+    struct Channel
+    {
         std::mutex mutex;
         std::condition_variable changed;
         std::deque<Event> events;

@@ -9,7 +9,8 @@
 
 namespace CleanCore {
 
-struct TaskPool::Shared {
+struct TaskPool::Shared
+{
     std::mutex mutex;
     std::condition_variable hasWork;
     std::condition_variable workerLeft;
@@ -68,7 +69,10 @@ bool TaskPool::hasIdleWorkers() const
     return m_shared->idleWorkers.load(std::memory_order_relaxed) > 0;
 }
 
-unsigned TaskPool::workerCount() const { return m_shared->workerCount; }
+unsigned TaskPool::workerCount() const
+{
+    return m_shared->workerCount;
+}
 
 void TaskPool::work(const std::shared_ptr<Shared>& shared)
 {

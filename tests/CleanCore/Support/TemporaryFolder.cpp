@@ -41,8 +41,8 @@ std::string line(const fs::path& path, const std::string& relative)
 {
     struct stat status = {};
     check(::lstat(path.c_str(), &status) == 0, path);
-    std::string text = relative + '|' + std::to_string(status.st_mode) + '|' +
-                       std::to_string(status.st_uid);
+    std::string text =
+        relative + '|' + std::to_string(status.st_mode) + '|' + std::to_string(status.st_uid);
     if (!S_ISDIR(status.st_mode)) {
         text += '|' + std::to_string(status.st_mtim.tv_sec) + '.' +
                 std::to_string(status.st_mtim.tv_nsec) + '|' + std::to_string(status.st_blocks);

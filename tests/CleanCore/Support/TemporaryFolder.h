@@ -25,7 +25,8 @@ public:
     std::string makeFolder(std::string_view relative) const;
     std::string makeFile(std::string_view relative, std::string_view content = "content") const;
     std::string makeLink(std::string_view relative, const std::string& target) const;
-    /// Sets the modification time of an entry, of a link itself; seconds since 1970 may be negative.
+    /// Sets the modification time of an entry, of a link itself; seconds since 1970 may be
+    /// negative.
     void setTime(std::string_view relative, std::int64_t seconds, long nanoseconds = 0) const;
     void setMode(std::string_view relative, unsigned mode) const;
 
