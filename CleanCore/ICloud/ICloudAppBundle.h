@@ -6,7 +6,8 @@
 namespace CleanCore {
 
 /// An application bundle (a folder named "*.app") inside an item of the cloud drive.
-struct ICloudAppBundle {
+struct ICloudAppBundle
+{
     std::string path;
     /// Allocated bytes of all files inside.
     std::int64_t localBytes = 0;

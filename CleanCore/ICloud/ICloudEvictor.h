@@ -34,7 +34,8 @@ public:
     using EvictProgress =
         std::function<void(std::int64_t index, std::int64_t total, const std::string& path)>;
 
-    struct MeasureResult {
+    struct MeasureResult
+    {
         ICloudItem item;
         /// Whether the deadline came before the end; `item` then holds what was counted until then.
         bool timedOut = false;
@@ -42,7 +43,8 @@ public:
         [[nodiscard]] bool operator==(const MeasureResult&) const = default;
     };
 
-    struct EvictReport {
+    struct EvictReport
+    {
         /// How much the volume's free space has grown; never negative.
         std::int64_t freedBytes = 0;
         /// The items whose release was asked for, refused ones included, in item order.
@@ -91,8 +93,7 @@ public:
 private:
     [[nodiscard]] std::int64_t volumeFreeBytes() const;
     [[nodiscard]] std::vector<ICloudAppBundle>
-    stillDownloaded(std::span<const ICloudItem> items,
-                    std::span<const std::string> released) const;
+    stillDownloaded(std::span<const ICloudItem> items, std::span<const std::string> released) const;
 
     std::string m_container;
     std::shared_ptr<const FileManager> m_fileManager;

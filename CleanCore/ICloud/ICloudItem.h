@@ -9,7 +9,8 @@
 namespace CleanCore {
 
 /// One measured entry directly inside the cloud drive's container.
-struct ICloudItem {
+struct ICloudItem
+{
     /// The path that was measured, its links not resolved.
     std::string path;
     /// Allocated bytes of all files, those of bundles included.

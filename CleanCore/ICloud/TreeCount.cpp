@@ -46,8 +46,7 @@ void TreeCount::closeBundle()
 bool TreeCount::isInsideBundle(std::string_view path) const
 {
     const std::size_t length = m_bundle.path.size();
-    return path.size() > length && path[length] == '/' &&
-           path.substr(0, length) == m_bundle.path;
+    return path.size() > length && path[length] == '/' && path.substr(0, length) == m_bundle.path;
 }
 
 } // namespace CleanCore

@@ -52,9 +52,9 @@ std::vector<CloudRefusal> CloudDrive::release(const std::string& path) const
         return {{path, {CloudRefusalReason::applicationBundle, 0}}};
     }
     CloudRelease release(request.home(), m_stepBytes);
-    return CloudWalk(AppBundles::passedOver, [&](const CloudPlace& place) {
-               return release.releaseFile(place);
-           }).run(request.place());
+    return CloudWalk(AppBundles::passedOver,
+                     [&](const CloudPlace& place) { return release.releaseFile(place); })
+        .run(request.place());
 }
 
 std::vector<CloudRefusal> CloudDrive::fetch(const std::string& path) const
@@ -64,9 +64,9 @@ std::vector<CloudRefusal> CloudDrive::fetch(const std::string& path) const
         return {{path, *failure}};
     }
     CloudFetch fetch(m_stepBytes);
-    return CloudWalk(AppBundles::entered, [&](const CloudPlace& place) {
-               return fetch.fetchFile(place);
-           }).run(request.place());
+    return CloudWalk(AppBundles::entered,
+                     [&](const CloudPlace& place) { return fetch.fetchFile(place); })
+        .run(request.place());
 }
 
 } // namespace CleanCore

@@ -20,8 +20,8 @@ namespace CleanCore {
 LinuxFileManager::LinuxFileManager(UserFolders folders, std::optional<std::string> confinement,
                                    std::shared_ptr<TaskPool> pool,
                                    std::shared_ptr<const CloudDrive> cloudDrive)
-    : m_folders(std::move(folders)), m_confinement(std::move(confinement)),
-      m_pool(std::move(pool)), m_cloudDrive(std::move(cloudDrive))
+    : m_folders(std::move(folders)), m_confinement(std::move(confinement)), m_pool(std::move(pool)),
+      m_cloudDrive(std::move(cloudDrive))
 {
     if (m_confinement) {
         m_confinement = resolveSymbolicLinks(*m_confinement);
@@ -109,8 +109,7 @@ bool LinuxFileManager::visitTree(const std::string& path, const TreeVisitor& vis
     FileDescriptor folder = open(path, O_RDONLY | O_DIRECTORY | O_NOFOLLOW);
     EntryStatus parentStatus;
     EntryStatus status;
-    if (!parent.isOpen() || !folder.isOpen() ||
-        readStatus(parent.get(), "", parentStatus) != 0 ||
+    if (!parent.isOpen() || !folder.isOpen() || readStatus(parent.get(), "", parentStatus) != 0 ||
         readStatus(folder.get(), "", status) != 0 || status.isBeyondBoundaryOf(parentStatus)) {
         return false;
     }

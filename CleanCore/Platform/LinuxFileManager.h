@@ -30,8 +30,7 @@ public:
     [[nodiscard]] std::vector<EntryMeasure> measure(const std::string& folder,
                                                     std::span<const std::string> names,
                                                     const std::stop_token& stop) const override;
-    [[nodiscard]] std::optional<EntryAttributes>
-    attributes(const std::string& path) const override;
+    [[nodiscard]] std::optional<EntryAttributes> attributes(const std::string& path) const override;
     bool visitTree(const std::string& path, const TreeVisitor& visit) const override;
     [[nodiscard]] std::string resolvingSymbolicLinks(const std::string& path) const override;
     [[nodiscard]] std::optional<std::int64_t>

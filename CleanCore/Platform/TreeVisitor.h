@@ -9,7 +9,8 @@
 namespace CleanCore {
 
 /// What the engines look at of one entry, never through a link.
-struct EntryAttributes {
+struct EntryAttributes
+{
     EntryKind kind = EntryKind::other;
     std::int64_t allocatedBytes = 0;
 
@@ -17,7 +18,8 @@ struct EntryAttributes {
 };
 
 /// One entry that a walk of a tree comes to.
-struct TreeEntry {
+struct TreeEntry
+{
     /// Absolute; lives until the visitor returns.
     std::string_view path;
     EntryAttributes attributes;

@@ -22,14 +22,18 @@ int outcome(const std::vector<CleanCore::CloudRefusal>& refusals)
     return refusals.empty() ? done : static_cast<int>(refusals.front().failure.reason);
 }
 
-struct Fault {
+struct Fault
+{
     const char* name;
     long call;
     int error;
     CloudRefusalReason reason;
 };
 
-std::string nameOf(const testing::TestParamInfo<Fault>& info) { return info.param.name; }
+std::string nameOf(const testing::TestParamInfo<Fault>& info)
+{
+    return info.param.name;
+}
 
 class CloudDriveReleaseFaultTests : public testing::TestWithParam<Fault>
 {
@@ -40,10 +44,10 @@ TEST_P(CloudDriveReleaseFaultTests, theContentStaysAndALaterReleaseSucceeds)
     const CloudFolders folders;
     folders.makePair("file", bytes(30'000));
     const std::string before = snapshot(folders.home.path());
-    EXPECT_EQ(runWithFailingCall(
-                  GetParam().call, GetParam().error,
-                  [&] { return outcome(folders.drive().release(folders.local("file"))); }),
-              static_cast<int>(GetParam().reason));
+    EXPECT_EQ(
+        runWithFailingCall(GetParam().call, GetParam().error,
+                           [&] { return outcome(folders.drive().release(folders.local("file"))); }),
+        static_cast<int>(GetParam().reason));
     EXPECT_EQ(snapshot(folders.home.path()), before);
     if (GetParam().reason == CloudRefusalReason::notSupported) {
         EXPECT_LT(::getxattr(folders.local("file").c_str(), "user.zorvane", nullptr, 0), 0);
@@ -75,10 +79,10 @@ TEST_P(CloudDriveFetchFaultTests, thePlaceholderStaysAndALaterFetchSucceeds)
     const std::string whole = snapshot(folders.home.path());
     ASSERT_THAT(folders.drive().release(folders.local("file")), IsEmpty());
     const std::string mirror = snapshot(folders.mirror);
-    EXPECT_EQ(runWithFailingCall(
-                  GetParam().call, GetParam().error,
-                  [&] { return outcome(folders.drive().fetch(folders.local("file"))); }),
-              static_cast<int>(GetParam().reason));
+    EXPECT_EQ(
+        runWithFailingCall(GetParam().call, GetParam().error,
+                           [&] { return outcome(folders.drive().fetch(folders.local("file"))); }),
+        static_cast<int>(GetParam().reason));
     EXPECT_EQ(snapshot(folders.mirror), mirror);
     ASSERT_THAT(folders.drive().fetch(folders.local("file")), IsEmpty());
     EXPECT_EQ(snapshot(folders.home.path()), whole);

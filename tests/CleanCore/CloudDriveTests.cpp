@@ -127,16 +127,17 @@ TEST(CloudDriveTests, applicationBundlesStayButAreFetched)
         EXPECT_EQ(statusOf(folders.local(released)).st_blocks, 0) << released;
     }
     for (const char* kept : {"Tools/Pad.app", "Tools/Pad.app/Contents/pad"}) {
-        EXPECT_THAT(folders.drive().release(folders.local(kept)),
-                    ElementsAre(
-                        Refuses(folders.local(kept), CloudRefusalReason::applicationBundle)));
+        EXPECT_THAT(
+            folders.drive().release(folders.local(kept)),
+            ElementsAre(Refuses(folders.local(kept), CloudRefusalReason::applicationBundle)));
     }
     EXPECT_THAT(folders.drive().fetch(folders.local("Tools")), IsEmpty());
     EXPECT_EQ(contentOf(folders.local("Tools/Pad.app/manual")), bytes(5000));
 }
 
 /// Something about one file, its copy or the two folders that forbids its release.
-struct Obstacle {
+struct Obstacle
+{
     const char* name;
     CloudRefusalReason reason;
     /// Sets it up; what it returns is kept until the request has ended.
@@ -333,12 +334,11 @@ TEST(CloudDriveTests, oneRefusedFileDoesNotKeepTheOthersOfItsFolder)
     folders.home.makeLink("drive/Tree/link", "fine");
     appendTo(folders.local("Tree/sub/changed"), "more");
 
-    EXPECT_THAT(folders.drive().release(folders.local("Tree")),
-                testing::UnorderedElementsAre(
-                    Refuses(folders.local("Tree/sub/changed"),
-                            CloudRefusalReason::differsFromMirror),
-                    Refuses(folders.local("Tree/local only/new"),
-                            CloudRefusalReason::missingInMirror)));
+    EXPECT_THAT(
+        folders.drive().release(folders.local("Tree")),
+        testing::UnorderedElementsAre(
+            Refuses(folders.local("Tree/sub/changed"), CloudRefusalReason::differsFromMirror),
+            Refuses(folders.local("Tree/local only/new"), CloudRefusalReason::missingInMirror)));
     EXPECT_EQ(statusOf(folders.local("Tree/fine")).st_blocks, 0);
     EXPECT_EQ(statusOf(folders.local("Tree/sub/fine")).st_blocks, 0);
     EXPECT_EQ(contentOf(folders.local("Tree/sub/changed")), bytes(9000) + "more");
@@ -346,7 +346,8 @@ TEST(CloudDriveTests, oneRefusedFileDoesNotKeepTheOthersOfItsFolder)
 
 /// What somebody does to a placeholder or its copy, so that nothing proves any more that its holes
 /// may be filled.
-struct Tampering {
+struct Tampering
+{
     const char* name;
     CloudRefusalReason reason;
     std::function<void(const CloudFolders&)> act;
@@ -416,9 +417,9 @@ TEST(CloudDriveTests, aSparseFileOfTheUsersOwnIsNeverFilled)
     EXPECT_THAT(folders.drive().fetch(folders.local("all hole")),
                 ElementsAre(Refuses(folders.local("all hole"), CloudRefusalReason::notProven)));
     EXPECT_THAT(folders.drive().fetch(folders.local("part hole")), IsEmpty());
-    EXPECT_THAT(folders.drive().release(folders.local("part hole")),
-                ElementsAre(Refuses(folders.local("part hole"),
-                                    CloudRefusalReason::differsFromMirror)));
+    EXPECT_THAT(
+        folders.drive().release(folders.local("part hole")),
+        ElementsAre(Refuses(folders.local("part hole"), CloudRefusalReason::differsFromMirror)));
     EXPECT_EQ(snapshot(folders.home.path()), before);
 }
 

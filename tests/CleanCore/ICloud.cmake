@@ -16,3 +16,10 @@ zorvane_add_tests(ICloudReliabilityTests
   Support/FailingCall.cpp
   Support/TemporaryFolder.cpp
 )
+
+zorvane_add_tests(ICloudCommandTests
+  ../ZorvaneCLI/ICloudCommandTests.cpp
+  Support/CloudFolders.cpp
+  Support/TemporaryFolder.cpp
+)
+target_link_libraries(ICloudCommandTests PRIVATE ZorvaneCommands)

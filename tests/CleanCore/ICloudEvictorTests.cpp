@@ -29,7 +29,10 @@ namespace fs = std::filesystem;
 
 constexpr auto distantDeadline = ICloudEvictor::Deadline::max();
 
-std::int64_t allocated(const std::string& path) { return statusOf(path).st_blocks * 512; }
+std::int64_t allocated(const std::string& path)
+{
+    return statusOf(path).st_blocks * 512;
+}
 
 /// Plays the cloud: remembers what was asked for, and empties the free space meanwhile if told to.
 class ScriptedFileManager : public LinuxFileManager
@@ -105,9 +108,9 @@ TEST_F(ICloudEvictorTests, listsFilesAndFoldersButNothingHidden)
     makeFile("b", 10);
     makeFile("a folder/.hidden", 10);
     makeFile("\xff\n", 10);
-    EXPECT_THAT(evictor().topLevelChildren(),
-                ElementsAre(folders.local("a folder"), folders.local("b"),
-                            folders.local("\xff\n")));
+    EXPECT_THAT(
+        evictor().topLevelChildren(),
+        ElementsAre(folders.local("a folder"), folders.local("b"), folders.local("\xff\n")));
     EXPECT_EQ(measured("a folder").fileCount, 1);
 
     folders.home.setMode("drive", 0);
@@ -127,12 +130,11 @@ TEST_F(ICloudEvictorTests, measuresFilesLinksFoldersAndWhatIsOnlyInTheCloud)
 
     EXPECT_EQ(measured("file"),
               (ICloudItem{folders.local("file"), allocated(folders.local("file")), 1, {}}));
-    EXPECT_EQ(measured("folder"),
-              (ICloudItem{folders.local("folder"),
-                          allocated(folders.local("folder/one")) +
-                              allocated(folders.local("folder/sub/two")),
-                          2,
-                          {}}));
+    EXPECT_EQ(measured("folder"), (ICloudItem{folders.local("folder"),
+                                              allocated(folders.local("folder/one")) +
+                                                  allocated(folders.local("folder/sub/two")),
+                                              2,
+                                              {}}));
     EXPECT_EQ(measured("link"), (ICloudItem{folders.local("link"), 0, 0, {}}));
     EXPECT_EQ(measured("none"), (ICloudItem{folders.local("none"), 0, 0, {}}));
     EXPECT_EQ(measured("cloud"), (ICloudItem{folders.local("cloud"), 0, 2, {}}));
@@ -166,8 +168,8 @@ TEST_F(ICloudEvictorTests, findsTheOutermostDownloadedBundles)
     EXPECT_EQ(outer.fileCount, 3);
     EXPECT_EQ(outer.localBytes, allocated(outer.path + "/Contents/binary") +
                                     allocated(outer.path + "/Inner.app/helper"));
-    EXPECT_THAT(outer.probePath, testing::AnyOf(outer.path + "/Contents/binary",
-                                                outer.path + "/Inner.app/helper"));
+    EXPECT_THAT(outer.probePath,
+                testing::AnyOf(outer.path + "/Contents/binary", outer.path + "/Inner.app/helper"));
     const std::string otherPath = folders.local("Tools/sub/\xff.app");
     EXPECT_EQ(other, (ICloudAppBundle{otherPath, allocated(otherPath + "/binary"), 1,
                                       otherPath + "/binary"}));
@@ -177,7 +179,8 @@ TEST_F(ICloudEvictorTests, findsTheOutermostDownloadedBundles)
 
 TEST_F(ICloudEvictorTests, releasableFiguresAreNeverNegative)
 {
-    const ICloudItem item = {"/item", 100, 1, {{"/item/a.app", 70, 1, ""}, {"/item/b.app", 60, 1, ""}}};
+    const ICloudItem item = {
+        "/item", 100, 1, {{"/item/a.app", 70, 1, ""}, {"/item/b.app", 60, 1, ""}}};
     EXPECT_EQ(item.appBytes(), 130);
     EXPECT_EQ(item.appFileCount(), 2);
     EXPECT_EQ(item.releasableBytes(), 0);
@@ -189,21 +192,22 @@ TEST_F(ICloudEvictorTests, theDeadlineIsLookedAtBeforeAFolderAndEvery256Files)
     makeFile("file", 5000);
     makeEmptyFiles("folder", 600);
     const ICloudEvictor::Deadline deadline{};
-    struct Case {
+    struct Case
+    {
         int readingsInTime;
         std::int64_t files;
         bool timedOut;
     };
-    for (const Case& c : {Case{0, 0, true}, Case{1, 256, true}, Case{2, 512, true},
-                          Case{3, 600, false}}) {
+    for (const Case& c :
+         {Case{0, 0, true}, Case{1, 256, true}, Case{2, 512, true}, Case{3, 600, false}}) {
         int readings = 0;
         std::vector<std::int64_t> reports;
         const auto late = evictor([&] {
             return deadline + std::chrono::nanoseconds(readings++ < c.readingsInTime ? 0 : 1);
         });
-        const auto result = late.measureChild(
-            folders.local("folder"), deadline,
-            [&](std::int64_t count, std::int64_t) { reports.push_back(count); });
+        const auto result =
+            late.measureChild(folders.local("folder"), deadline,
+                              [&](std::int64_t count, std::int64_t) { reports.push_back(count); });
         EXPECT_EQ(result.item.fileCount, c.files);
         EXPECT_EQ(result.timedOut, c.timedOut);
         EXPECT_EQ(reports.size(), c.timedOut ? 0U : 1U) << "nothing is reported after a timeout";
@@ -220,8 +224,7 @@ TEST_F(ICloudEvictorTests, aTimeoutClosesTheOpenBundle)
     makeEmptyFiles("folder/Big.app", 300);
     int readings = 0;
     const ICloudEvictor::Deadline deadline{};
-    const auto late =
-        evictor([&] { return deadline + std::chrono::nanoseconds(readings++); });
+    const auto late = evictor([&] { return deadline + std::chrono::nanoseconds(readings++); });
     const auto result = late.measureChild(folders.local("folder"), deadline);
     EXPECT_TRUE(result.timedOut);
     EXPECT_EQ(result.item.fileCount, 256);
@@ -237,8 +240,7 @@ TEST_F(ICloudEvictorTests, reportsProgressEvery2000FilesAndOnceAtTheEnd)
     const auto report = [&](std::int64_t count, std::int64_t size) {
         reports.emplace_back(count, size);
     };
-    static_cast<void>(
-        evictor().measureChild(folders.local("folder"), distantDeadline, report));
+    static_cast<void>(evictor().measureChild(folders.local("folder"), distantDeadline, report));
     EXPECT_THAT(reports, ElementsAre(Pair(2000, 0), Pair(2000, 0)));
     reports.clear();
     static_cast<void>(evictor().measureChild(folders.local("file"), distantDeadline, report));
@@ -290,8 +292,8 @@ TEST_F(ICloudEvictorTests, asksForEachItemInOrderAfterItsProgress)
     files->growthPerRequest = 100;
     files->refuses = true;
     std::vector<std::string> seen;
-    const auto report =
-        evictor().evict(items, [&](std::int64_t index, std::int64_t total, const std::string& path) {
+    const auto report = evictor().evict(
+        items, [&](std::int64_t index, std::int64_t total, const std::string& path) {
             seen.push_back(std::to_string(index) + "/" + std::to_string(total) + " " + path);
             EXPECT_EQ(files->requests.size(), static_cast<std::size_t>(index - 1));
         });
@@ -323,10 +325,9 @@ TEST_F(ICloudEvictorTests, leavesAloneWhatDoesNotLieInTheContainer)
         items.push_back({path, 1, 1, {{"A.app", 1, 1, app}}});
     }
     const auto report = evictor().evict(items);
-    EXPECT_THAT(report.released,
-                ElementsAre(items[0].path, items[1].path, items[6].path));
-    EXPECT_THAT(report.blocked, ElementsAre(items[2].path, items[3].path, items[4].path,
-                                            items[5].path));
+    EXPECT_THAT(report.released, ElementsAre(items[0].path, items[1].path, items[6].path));
+    EXPECT_THAT(report.blocked,
+                ElementsAre(items[2].path, items[3].path, items[4].path, items[5].path));
     EXPECT_EQ(files->requests, report.released) << "by the paths that were given";
     EXPECT_EQ(report.appsStillDownloaded.size(), 3U) << "no blocked item's";
 }
@@ -354,8 +355,8 @@ TEST_F(ICloudEvictorTests, tellsWhichBundlesAreStillDownloaded)
     ASSERT_EQ(report.appsStillDownloaded.size(), 2U);
     EXPECT_EQ(report.appsStillDownloaded[0].path, folders.local("More/Larger Kept.app"));
     EXPECT_EQ(report.appsStillDownloaded[1].path, folders.local("Tools/Kept.app"));
-    EXPECT_EQ(report.appsStillBytes(), report.appsStillDownloaded[0].localBytes +
-                                           report.appsStillDownloaded[1].localBytes);
+    EXPECT_EQ(report.appsStillBytes(),
+              report.appsStillDownloaded[0].localBytes + report.appsStillDownloaded[1].localBytes);
 }
 
 TEST_F(ICloudEvictorTests, freedBytesAreNeverNegativeAndNothingWhenUnknown)
@@ -377,9 +378,9 @@ TEST_F(ICloudEvictorTests, releasesThroughTheCloudDriveOfAConfinedHomeOnly)
     environment.folders = UserFolders::confinedTo(environment.home);
     for (const bool isConfined : {false, true}) {
         environment.isConfined = isConfined;
-        const ICloudEvictor real(folders.container,
-                                 environment.fileManagerWith(environment.cloudDrive(
-                                     folders.container, folders.mirror)));
+        const ICloudEvictor real(
+            folders.container,
+            environment.fileManagerWith(environment.cloudDrive(folders.container, folders.mirror)));
         const auto report = real.evict(real.listLocalCopies());
         EXPECT_THAT(report.released, ElementsAre(folders.local("Letters")));
         EXPECT_EQ(report.refused.empty(), isConfined);

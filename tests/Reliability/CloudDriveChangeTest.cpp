@@ -22,7 +22,8 @@ using CleanCore::FileDescriptor;
 namespace fs = std::filesystem;
 
 /// What the writer tells the test, in memory that both see.
-struct Report {
+struct Report
+{
     int placeholdersMet = 0;
     int partsMet = 0;
     char loss[512] = {};
@@ -57,7 +58,8 @@ public:
     }
 
 private:
-    struct File {
+    struct File
+    {
         std::string name;
         std::string content;
         // What the mirror holds, and under which name.
@@ -72,8 +74,7 @@ private:
         bool isLost = local.size() != file.content.size();
         std::size_t missing = 0;
         for (std::size_t i = 0; i < file.content.size() && !isLost; ++i) {
-            const bool isInMirror =
-                i < file.uploaded.size() && file.uploaded[i] == file.content[i];
+            const bool isInMirror = i < file.uploaded.size() && file.uploaded[i] == file.content[i];
             missing += local[i] == '\0' ? 1 : 0;
             isLost = local[i] != file.content[i] && !(local[i] == '\0' && isInMirror);
         }
@@ -172,8 +173,8 @@ TEST(CloudDriveChangeTest, nothingWrittenWhileFilesAreReleasedAndFetchedIsLost)
 {
     const int operations = setting("ZORVANE_CHANGE_OPERATIONS", 1500);
     const CloudFolders folders(reliabilityFolder());
-    void* const shared = ::mmap(nullptr, sizeof(Report), PROT_READ | PROT_WRITE,
-                                MAP_SHARED | MAP_ANONYMOUS, -1, 0);
+    void* const shared =
+        ::mmap(nullptr, sizeof(Report), PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0);
     ASSERT_NE(shared, MAP_FAILED);
     Report& report = *new (shared) Report;
     Writer writer(folders, 12, static_cast<unsigned>(setting("ZORVANE_CHANGE_SEED", 1)), report);

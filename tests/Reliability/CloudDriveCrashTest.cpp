@@ -33,7 +33,8 @@ public:
     }
 
     /// How the files were found after a process was killed.
-    struct State {
+    struct State
+    {
         int placeholders = 0;
         int parts = 0;
         int withoutTheirTime = 0;
@@ -80,7 +81,8 @@ public:
 
 private:
     static constexpr std::time_t fileTime = 1'600'000'000;
-    struct File {
+    struct File
+    {
         std::string name;
         std::string content;
         blkcnt_t blocks;
@@ -127,30 +129,27 @@ TEST(CloudDriveCrashTest, nothingIsLostWheneverAReleaseOrAFetchIsKilled)
         return 1 + static_cast<long>(random() % static_cast<unsigned long>(time));
     };
     for (int i = 0; i < moments; ++i) {
-        releasesKilled += runUntilKilled(moment(releaseTime), [&] {
-            static_cast<void>(drive.release(path));
-        });
+        releasesKilled +=
+            runUntilKilled(moment(releaseTime), [&] { static_cast<void>(drive.release(path)); });
         ASSERT_NO_FATAL_FAILURE(tree.expectNothingLost(afterReleases));
         ASSERT_THAT(drive.release(path), IsEmpty());
         ASSERT_NO_FATAL_FAILURE(tree.expectAllReleased());
 
-        fetchesKilled += runUntilKilled(moment(fetchTime), [&] {
-            static_cast<void>(drive.fetch(path));
-        });
+        fetchesKilled +=
+            runUntilKilled(moment(fetchTime), [&] { static_cast<void>(drive.fetch(path)); });
         ASSERT_NO_FATAL_FAILURE(tree.expectNothingLost(afterFetches));
         // Every other time a release comes between, which has to cope with half-fetched files.
         if (i % 2 == 0) {
-            static_cast<void>(runUntilKilled(moment(releaseTime), [&] {
-                static_cast<void>(drive.release(path));
-            }));
+            static_cast<void>(runUntilKilled(moment(releaseTime),
+                                             [&] { static_cast<void>(drive.release(path)); }));
             ASSERT_NO_FATAL_FAILURE(tree.expectNothingLost(afterFetches));
         }
         ASSERT_THAT(drive.fetch(path), IsEmpty());
         ASSERT_NO_FATAL_FAILURE(tree.expectAsItWas());
     }
-    std::cout << files << " files: " << releasesKilled << " of " << moments
-              << " releases killed (" << afterReleases << "), " << fetchesKilled
-              << " fetches killed (" << afterFetches << ")\n";
+    std::cout << files << " files: " << releasesKilled << " of " << moments << " releases killed ("
+              << afterReleases << "), " << fetchesKilled << " fetches killed (" << afterFetches
+              << ")\n";
     EXPECT_GT(releasesKilled, moments / 4);
     EXPECT_GT(fetchesKilled, moments / 4);
 }

@@ -61,8 +61,7 @@ int CloudContent::compare(int local, int copy, std::int64_t length, CloudCompari
             return errno;
         }
         data = data < 0 ? length : std::min<std::int64_t>(data, length);
-        if (const int error = compareRange(local, copy, {at, data}, true, comparison);
-            error != 0) {
+        if (const int error = compareRange(local, copy, {at, data}, true, comparison); error != 0) {
             return error;
         }
         at = data;

@@ -10,7 +10,8 @@
 namespace CleanCore {
 
 /// How a local file compares with its copy.
-struct CloudComparison {
+struct CloudComparison
+{
     /// Whether they are equal except where the local file has holes. The other members are
     /// meaningful only then.
     bool isSameButForHoles = false;

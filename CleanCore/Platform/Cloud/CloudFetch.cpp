@@ -39,8 +39,8 @@ int readIsLocal(const CloudPlace& place, bool& isLocal)
     return 0;
 }
 
-/// Puts down that no change is under way any more, so that from here on the time has to be the same;
-/// not if it could not be given back.
+/// Puts down that no change is under way any more, so that from here on the time has to be the
+/// same; not if it could not be given back.
 void settle(const CloudFilePair& pair, CloudMarker marker)
 {
     struct stat status = {};
@@ -110,9 +110,8 @@ std::optional<CloudFailure> CloudFetch::prove(const CloudFilePair& pair, CloudMa
     return std::nullopt;
 }
 
-std::optional<CloudFailure> CloudFetch::takeStep(const CloudPlace& place,
-                                                 const CloudFilePair& pair, CloudMarker& marker,
-                                                 const timespec& lastTime)
+std::optional<CloudFailure> CloudFetch::takeStep(const CloudPlace& place, const CloudFilePair& pair,
+                                                 CloudMarker& marker, const timespec& lastTime)
 {
     marker.beginChange();
     if (const int error = writeMarker(pair.local(), marker); error != 0) {
@@ -129,8 +128,8 @@ std::optional<CloudFailure> CloudFetch::takeStep(const CloudPlace& place,
     const std::int64_t end = step.end;
     int error = 0;
     while (error == 0 && !step.isEmpty()) {
-        error = m_content.transferPiece(pair.copy(), pair.local(), step,
-                                        [&] { return pair.isHeld(); });
+        error =
+            m_content.transferPiece(pair.copy(), pair.local(), step, [&] { return pair.isHeld(); });
     }
     // Also after a failure: what was written until then is as good as the rest.
     const int timeError = setModificationTime(pair.local(), marker.modifiedAt);
@@ -146,14 +145,12 @@ std::optional<CloudFailure> CloudFetch::takeStep(const CloudPlace& place,
     return failureOrNone(error);
 }
 
-std::optional<CloudFailure> CloudFetch::finish(const CloudFilePair& pair,
-                                               const CloudMarker& marker)
+std::optional<CloudFailure> CloudFetch::finish(const CloudFilePair& pair, const CloudMarker& marker)
 {
     // Read back from the disk, as far as the kernel agrees, and not from memory.
     static_cast<void>(::posix_fadvise(pair.local(), 0, 0, POSIX_FADV_DONTNEED));
     CloudComparison comparison;
-    if (const int error =
-            m_content.compare(pair.local(), pair.copy(), marker.length, comparison);
+    if (const int error = m_content.compare(pair.local(), pair.copy(), marker.length, comparison);
         error != 0) {
         return failureOf(error);
     }

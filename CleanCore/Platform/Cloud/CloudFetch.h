@@ -30,8 +30,7 @@ public:
     [[nodiscard]] std::optional<CloudFailure> fetchFile(const CloudPlace& place);
 
 private:
-    [[nodiscard]] std::optional<CloudFailure> prove(const CloudFilePair& pair,
-                                                    CloudMarker& marker);
+    [[nodiscard]] std::optional<CloudFailure> prove(const CloudFilePair& pair, CloudMarker& marker);
     [[nodiscard]] std::optional<CloudFailure> takeStep(const CloudPlace& place,
                                                        const CloudFilePair& pair,
                                                        CloudMarker& marker,

@@ -24,8 +24,7 @@ CloudFailure leaseFailure(int error, Reason whenOpen)
     if (error == EAGAIN) {
         return {whenOpen, 0};
     }
-    return {error == EACCES || error == EPERM ? Reason::foreignOwner : Reason::notSupported,
-            error};
+    return {error == EACCES || error == EPERM ? Reason::foreignOwner : Reason::notSupported, error};
 }
 
 } // namespace
@@ -99,8 +98,7 @@ std::optional<CloudFailure> CloudFilePair::openLocal(const CloudPlace& place)
 std::optional<CloudFailure> CloudFilePair::openCopy(const CloudPlace& place)
 {
     EntryStatus seen;
-    if (place.mirrorFolder < 0 ||
-        readStatus(place.mirrorFolder, place.name.c_str(), seen) != 0 ||
+    if (place.mirrorFolder < 0 || readStatus(place.mirrorFolder, place.name.c_str(), seen) != 0 ||
         seen.identity.kind != EntryKind::file) {
         return CloudFailure{Reason::missingInMirror, 0};
     }

@@ -16,7 +16,8 @@ constexpr std::int64_t earliestChange = -nanosecondsPerSecond;
 constexpr std::int64_t latestChange = 60 * nanosecondsPerSecond;
 
 /// The attribute's value, in the byte order of the machine: on another one it is not understood.
-struct Record {
+struct Record
+{
     static constexpr std::uint32_t currentVersion = 0x5a4d'4b31;
 
     std::uint32_t version = 0;
@@ -62,8 +63,8 @@ bool CloudMarker::explains(const struct stat& status) const
     if (changingSince == 0 || seconds < -2 || seconds > latestChange / nanosecondsPerSecond + 1) {
         return false;
     }
-    const std::int64_t sinceChange = status.st_mtim.tv_sec * nanosecondsPerSecond +
-                                     status.st_mtim.tv_nsec - changingSince;
+    const std::int64_t sinceChange =
+        status.st_mtim.tv_sec * nanosecondsPerSecond + status.st_mtim.tv_nsec - changingSince;
     return sinceChange >= earliestChange && sinceChange <= latestChange;
 }
 
@@ -99,14 +100,11 @@ std::optional<CloudMarker> readMarker(int file)
 
 int writeMarker(int file, const CloudMarker& marker)
 {
-    const Record record = {Record::currentVersion,
-                           static_cast<std::uint32_t>(marker.modifiedAt.tv_nsec),
-                           marker.modifiedAt.tv_sec,
-                           marker.length,
-                           marker.checksum,
-                           marker.changingSince,
-                           marker.missing.begin,
-                           marker.missing.end};
+    const Record record = {
+        Record::currentVersion,   static_cast<std::uint32_t>(marker.modifiedAt.tv_nsec),
+        marker.modifiedAt.tv_sec, marker.length,
+        marker.checksum,          marker.changingSince,
+        marker.missing.begin,     marker.missing.end};
     const bool isPlaceholder =
         marker.changingSince == 0 && marker.missing == ByteRange{0, marker.length};
     const std::size_t bytes = isPlaceholder ? placeholderBytes : wholeBytes;

@@ -8,7 +8,8 @@
 namespace CleanCore {
 
 /// A half-open range of a file, in bytes.
-struct ByteRange {
+struct ByteRange
+{
     std::int64_t begin = 0;
     std::int64_t end = 0;
 
@@ -26,7 +27,8 @@ struct ByteRange {
 /// What is written on a file, as an extended attribute, before any of its content is given up: the
 /// proof that its holes are ours and what belongs into them. It is kept small enough to lie in the
 /// inode itself, so that a placeholder holds no block.
-struct CloudMarker {
+struct CloudMarker
+{
     std::int64_t length = 0;
     /// The modification time that the file keeps.
     timespec modifiedAt = {};

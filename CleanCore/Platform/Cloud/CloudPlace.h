@@ -8,7 +8,8 @@ namespace CleanCore {
 
 /// One entry of the container, by the folder that holds it, with the mirror's folder beside it.
 /// Only for the time of one call: the folders belong to the walk.
-struct CloudPlace {
+struct CloudPlace
+{
     int folder = -1;
     EntryStatus folderStatus;
     /// -1 where the mirror has no such folder.

@@ -31,7 +31,8 @@ enum class CloudRefusalReason {
 };
 
 /// Why, and the errno behind it where there is one.
-struct CloudFailure {
+struct CloudFailure
+{
     CloudRefusalReason reason = CloudRefusalReason::systemError;
     int error = 0;
 
@@ -41,7 +42,8 @@ struct CloudFailure {
 };
 
 /// A file, or a whole request, that was refused.
-struct CloudRefusal {
+struct CloudRefusal
+{
     std::string path;
     CloudFailure failure;
 

@@ -154,8 +154,7 @@ std::optional<CloudFailure> CloudRelease::releaseFile(const CloudPlace& place)
         return CloudFailure{Reason::privilegedFile, 0};
     }
     CloudComparison comparison;
-    if (const int error =
-            m_content.compare(pair.local(), pair.copy(), status.st_size, comparison);
+    if (const int error = m_content.compare(pair.local(), pair.copy(), status.st_size, comparison);
         error != 0) {
         return failureOf(error);
     }
@@ -192,8 +191,8 @@ bool CloudRelease::isMirrorFolderDurable(int folder)
     while (status.identity != m_home && !isKnownDurable(status.identity)) {
         way.push_back(status.identity);
         FileDescriptor next(::openat(above.isOpen() ? above.get() : folder, "..", folderFlags));
-        if (!next.isOpen() || ::fsync(next.get()) != 0 ||
-            readStatus(next.get(), "", status) != 0 || status.identity == way.back()) {
+        if (!next.isOpen() || ::fsync(next.get()) != 0 || readStatus(next.get(), "", status) != 0 ||
+            status.identity == way.back()) {
             return false;
         }
         above = std::move(next);

@@ -30,9 +30,8 @@ public:
     [[nodiscard]] bool isInAppBundle() const { return m_isInAppBundle; }
 
 private:
-    [[nodiscard]] std::optional<CloudFailure> openFolders(const std::string& home,
-                                                          const std::string& container,
-                                                          const std::string& mirror);
+    [[nodiscard]] std::optional<CloudFailure>
+    openFolders(const std::string& home, const std::string& container, const std::string& mirror);
     [[nodiscard]] std::optional<CloudFailure> checkApart(const std::string& home) const;
     [[nodiscard]] std::optional<CloudFailure> openEntry(const std::vector<std::string>& names);
 

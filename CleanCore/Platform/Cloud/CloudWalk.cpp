@@ -63,11 +63,10 @@ void CloudWalk::enter(const CloudPlace& place)
 {
     FileDescriptor folder;
     EntryStatus status;
-    const int error =
-        openSubfolder(place.folder, place.folderStatus, place.name, folder, status);
+    const int error = openSubfolder(place.folder, place.folderStatus, place.name, folder, status);
     if (error != 0) {
-        refuse(place.path, error == EXDEV ? CloudFailure{CloudRefusalReason::otherMount, 0}
-                                          : failureOf(error));
+        refuse(place.path,
+               error == EXDEV ? CloudFailure{CloudRefusalReason::otherMount, 0} : failureOf(error));
         return;
     }
     enterMirror(place);

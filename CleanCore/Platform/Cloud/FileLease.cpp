@@ -8,7 +8,10 @@ namespace CleanCore {
 
 namespace {
 
-int typeOf(LeaseKind kind) { return kind == LeaseKind::exclusive ? F_WRLCK : F_RDLCK; }
+int typeOf(LeaseKind kind)
+{
+    return kind == LeaseKind::exclusive ? F_WRLCK : F_RDLCK;
+}
 
 } // namespace
 

@@ -15,8 +15,8 @@ enum class LeaseKind {
 /// EACCES when another user owns it. No signal reaches the process when somebody waits for it.
 [[nodiscard]] int takeLease(int file, LeaseKind kind);
 
-/// Whether the lease is held and nobody waits for it. From a yes on, the kernel keeps others waiting
-/// for the time in /proc/sys/fs/lease-break-time (45 s).
+/// Whether the lease is held and nobody waits for it. From a yes on, the kernel keeps others
+/// waiting for the time in /proc/sys/fs/lease-break-time (45 s).
 [[nodiscard]] bool holdsLease(int file, LeaseKind kind);
 
 } // namespace CleanCore

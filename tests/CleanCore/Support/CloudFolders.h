@@ -19,7 +19,8 @@ void appendTo(const std::string& path, std::string_view content);
 
 /// A home of the test's own with a cloud drive in it: "drive" is the container, "mirror" the
 /// cloud's side.
-struct CloudFolders {
+struct CloudFolders
+{
     explicit CloudFolders(const std::string& below = "/tmp");
 
     TemporaryFolder home;
