@@ -1,6 +1,8 @@
 #include "ZorvaneCLI/Commands.h"
+#include "ZorvaneCLI/ICloudCommand.h"
 #include "ZorvaneCLI/Interruption.h"
 #include "ZorvaneCLI/TerminalText.h"
+#include "ZorvaneCLI/Workspace.h"
 
 #include <CLI/CLI.hpp>
 #include <exception>
@@ -51,6 +53,8 @@ struct CommandLine
     ScanOptions scanOptions;
     CleanOptions cleanOptions;
     GuardOptions guardOptions;
+    CommonOptions iCloudCommon;
+    ICloudOptions iCloudOptions;
     std::function<ExitStatus(const Interruption&)> run;
 
     CommandLine()
@@ -61,6 +65,7 @@ struct CommandLine
         addScan();
         addClean();
         addGuard();
+        addICloud();
     }
 
 private:
@@ -110,6 +115,38 @@ private:
             ->required();
         command.callback(
             [this] { run = [this](const Interruption&) { return guard(guardOptions); }; });
+    }
+
+    void addICloud()
+    {
+        CLI::App& command =
+            *app.add_subcommand("icloud", "The cloud drive: what is downloaded, released, fetched");
+        command.require_subcommand(1);
+        addICloudAction(command, ICloudAction::list, "list", "Show what is downloaded");
+        addICloudAction(command, ICloudAction::release, "release",
+                        "In another home: give up downloads whose content is in the mirror");
+        addICloudAction(command, ICloudAction::fetch, "fetch",
+                        "In another home: bring released content back from the mirror");
+    }
+
+    void addICloudAction(CLI::App& parent, ICloudAction action, const char* name, const char* text)
+    {
+        CLI::App& command = *parent.add_subcommand(name, text);
+        addHome(command, iCloudCommon);
+        command.add_option("path", iCloudOptions.paths, "Entries, as \"icloud list\" shows them")
+            ->type_name("PATH");
+        command.add_option("--container", iCloudOptions.container, "The cloud drive's folder")
+            ->type_name("DIR");
+        command
+            .add_option("--mirror", iCloudOptions.mirror, "The folder that stands for the cloud")
+            ->type_name("DIR");
+        command.add_flag("--json", iCloudOptions.json, "Print JSON");
+        command.callback([this, action] {
+            iCloudOptions.action = action;
+            run = [this](const Interruption&) {
+                return runICloud(iCloudOptions, openHome(iCloudCommon.home));
+            };
+        });
     }
 };
 

@@ -12,7 +12,7 @@ namespace CleanCore {
 class DirectoryReader
 {
 public:
-    static constexpr std::size_t bufferBytes = 64 * 1024;
+    static constexpr std::size_t bufferBytes = std::size_t{64} * 1024;
 
     DirectoryReader();
 

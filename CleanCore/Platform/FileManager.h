@@ -1,7 +1,9 @@
 #pragma once
 
+#include "CleanCore/Platform/Cloud/CloudRefusal.h"
 #include "CleanCore/Platform/EntryMeasure.h"
 #include "CleanCore/Platform/Removal.h"
+#include "CleanCore/Platform/TreeVisitor.h"
 
 #include <cstdint>
 #include <memory>
@@ -45,6 +47,16 @@ public:
                                                             std::span<const std::string> names,
                                                             const std::stop_token& stop) const = 0;
 
+    /// The attributes of the entry at `path`, a link's own; nothing when they cannot be read.
+    [[nodiscard]] virtual std::optional<EntryAttributes>
+    attributes(const std::string& path) const = 0;
+
+    /// Calls `visit` for every entry below the folder `path`, one after the other: depth first, a
+    /// folder before everything in it, hidden entries included, links as links. What cannot be
+    /// read, and what lies behind another mount, is passed over. Ends early when `visit` returns
+    /// false. Returns false when `path` is no folder, a link, a mount, or cannot be opened.
+    virtual bool visitTree(const std::string& path, const TreeVisitor& visit) const = 0;
+
     /// `path` with every link in it followed and without "." and ".."; what does not exist is kept
     /// as it is written.
     [[nodiscard]] virtual std::string resolvingSymbolicLinks(const std::string& path) const = 0;
@@ -52,6 +64,11 @@ public:
     /// Free bytes, for the user, of the file system that holds `path`; nothing when unknown.
     [[nodiscard]] virtual std::optional<std::int64_t>
     availableCapacity(const std::string& path) const = 0;
+
+    /// Asks the cloud drive to give up the local copy of the file or folder at `path`, which stays
+    /// in place as a placeholder. Returns what was refused, nothing when all was released.
+    [[nodiscard]] virtual std::vector<CloudRefusal>
+    releaseLocalCopy(const std::string& path) const = 0;
 
     /// Begins a series of removals, one clean's. Only entries of the owner of `home` will be
     /// removed; `protectedFolders`, whatever they are called by then, and everything in and above

@@ -1,5 +1,6 @@
 #include "CleanCore/Platform/HomeEnvironment.h"
 
+#include "CleanCore/Platform/CloudDrive.h"
 #include "CleanCore/Platform/LinkResolver.h"
 #include "CleanCore/Platform/LinuxFileManager.h"
 #include "CleanCore/Support/PathText.h"
@@ -96,10 +97,23 @@ HomeEnvironment HomeEnvironment::make(const std::optional<std::string>& requeste
         environment.folders = UserFolders::ofAccount(environment.home, variable);
     }
     environment.pool = std::make_shared<TaskPool>();
-    environment.fileManager = std::make_shared<LinuxFileManager>(
-        environment.folders,
-        environment.isConfined ? std::optional(environment.home) : std::nullopt, environment.pool);
+    environment.fileManager = environment.fileManagerWith(nullptr);
     return environment;
+}
+
+std::shared_ptr<const CloudDrive>
+HomeEnvironment::cloudDrive(const std::string& container,
+                            const std::optional<std::string>& mirror) const
+{
+    return std::make_shared<CloudDrive>(isConfined ? std::optional(home) : std::nullopt, container,
+                                        mirror);
+}
+
+std::shared_ptr<const FileManager>
+HomeEnvironment::fileManagerWith(std::shared_ptr<const CloudDrive> drive) const
+{
+    return std::make_shared<LinuxFileManager>(
+        folders, isConfined ? std::optional(home) : std::nullopt, pool, std::move(drive));
 }
 
 } // namespace CleanCore

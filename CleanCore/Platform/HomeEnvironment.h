@@ -9,6 +9,7 @@
 
 namespace CleanCore {
 
+class CloudDrive;
 class FileManager;
 class TaskPool;
 
@@ -36,6 +37,15 @@ struct HomeEnvironment
     /// Makes the environment for `requestedHome`, or for $HOME. Changes the process's environment
     /// variables when confined, so it must run before any thread is started. Throws HomeError.
     [[nodiscard]] static HomeEnvironment make(const std::optional<std::string>& requestedHome);
+
+    /// The cloud drive in the folder `container`, with `mirror` for the cloud's side. It refuses
+    /// every request unless this home is confined.
+    [[nodiscard]] std::shared_ptr<const CloudDrive>
+    cloudDrive(const std::string& container, const std::optional<std::string>& mirror) const;
+
+    /// A file manager like `fileManager` whose releases go to `drive`.
+    [[nodiscard]] std::shared_ptr<const FileManager>
+    fileManagerWith(std::shared_ptr<const CloudDrive> drive) const;
 };
 
 } // namespace CleanCore

@@ -1,9 +1,11 @@
 #include "CleanCore/Platform/LinuxFileManager.h"
 
+#include "CleanCore/Platform/CloudDrive.h"
 #include "CleanCore/Platform/DescriptorPath.h"
 #include "CleanCore/Platform/DirectoryReader.h"
 #include "CleanCore/Platform/LinkResolver.h"
 #include "CleanCore/Platform/LinuxRemoval.h"
+#include "CleanCore/Platform/TreeWalk.h"
 #include "CleanCore/Support/PathText.h"
 
 #include <algorithm>
@@ -16,8 +18,10 @@
 namespace CleanCore {
 
 LinuxFileManager::LinuxFileManager(UserFolders folders, std::optional<std::string> confinement,
-                                   std::shared_ptr<TaskPool> pool)
-    : m_folders(std::move(folders)), m_confinement(std::move(confinement)), m_pool(std::move(pool))
+                                   std::shared_ptr<TaskPool> pool,
+                                   std::shared_ptr<const CloudDrive> cloudDrive)
+    : m_folders(std::move(folders)), m_confinement(std::move(confinement)), m_pool(std::move(pool)),
+      m_cloudDrive(std::move(cloudDrive))
 {
     if (m_confinement) {
         m_confinement = resolveSymbolicLinks(*m_confinement);
@@ -88,6 +92,31 @@ std::vector<EntryMeasure> LinuxFileManager::measure(const std::string& folder,
     return TreeMeasurer(m_pool).measure(std::move(directory), names, stop);
 }
 
+std::optional<EntryAttributes> LinuxFileManager::attributes(const std::string& path) const
+{
+    const FileDescriptor parent = open(PathText::parent(path), O_PATH | O_DIRECTORY);
+    const std::string name(PathText::lastComponent(path));
+    EntryStatus status;
+    if (!parent.isOpen() || readStatus(parent.get(), name.c_str(), status) != 0) {
+        return std::nullopt;
+    }
+    return EntryAttributes{status.identity.kind, status.allocatedBytes};
+}
+
+bool LinuxFileManager::visitTree(const std::string& path, const TreeVisitor& visit) const
+{
+    const FileDescriptor parent = open(PathText::parent(path), O_PATH | O_DIRECTORY);
+    FileDescriptor folder = open(path, O_RDONLY | O_DIRECTORY | O_NOFOLLOW);
+    EntryStatus parentStatus;
+    EntryStatus status;
+    if (!parent.isOpen() || !folder.isOpen() || readStatus(parent.get(), "", parentStatus) != 0 ||
+        readStatus(folder.get(), "", status) != 0 || status.isBeyondBoundaryOf(parentStatus)) {
+        return false;
+    }
+    walkTree(std::move(folder), path, visit);
+    return true;
+}
+
 std::string LinuxFileManager::resolvingSymbolicLinks(const std::string& path) const
 {
     return resolveSymbolicLinks(path);
@@ -101,6 +130,14 @@ std::optional<std::int64_t> LinuxFileManager::availableCapacity(const std::strin
         return std::nullopt;
     }
     return static_cast<std::int64_t>(capacity.f_bavail * capacity.f_frsize);
+}
+
+std::vector<CloudRefusal> LinuxFileManager::releaseLocalCopy(const std::string& path) const
+{
+    if (!m_cloudDrive) {
+        return {{path, {CloudRefusalReason::noMirror, 0}}};
+    }
+    return m_cloudDrive->release(path);
 }
 
 std::unique_ptr<Removal>

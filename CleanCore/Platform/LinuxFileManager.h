@@ -9,6 +9,8 @@
 
 namespace CleanCore {
 
+class CloudDrive;
+
 /// The file system of this machine. Names are listed in ascending order of their bytes.
 ///
 /// One that is confined to a folder treats everything that resolves outside of it as missing, at
@@ -16,9 +18,11 @@ namespace CleanCore {
 class LinuxFileManager : public FileManager
 {
 public:
-    /// `confinement` is an existing folder; nothing leaves the whole system visible.
+    /// `confinement` is an existing folder; nothing leaves the whole system visible. Without a
+    /// cloud drive every release is refused.
     LinuxFileManager(UserFolders folders, std::optional<std::string> confinement,
-                     std::shared_ptr<TaskPool> pool);
+                     std::shared_ptr<TaskPool> pool,
+                     std::shared_ptr<const CloudDrive> cloudDrive = nullptr);
 
     [[nodiscard]] std::optional<std::string> perUserFolder(PerUserFolder folder) const override;
     [[nodiscard]] bool exists(const std::string& path) const override;
@@ -26,9 +30,13 @@ public:
     [[nodiscard]] std::vector<EntryMeasure> measure(const std::string& folder,
                                                     std::span<const std::string> names,
                                                     const std::stop_token& stop) const override;
+    [[nodiscard]] std::optional<EntryAttributes> attributes(const std::string& path) const override;
+    bool visitTree(const std::string& path, const TreeVisitor& visit) const override;
     [[nodiscard]] std::string resolvingSymbolicLinks(const std::string& path) const override;
     [[nodiscard]] std::optional<std::int64_t>
     availableCapacity(const std::string& path) const override;
+    [[nodiscard]] std::vector<CloudRefusal>
+    releaseLocalCopy(const std::string& path) const override;
     [[nodiscard]] std::unique_ptr<Removal>
     beginRemoval(const std::string& home,
                  std::span<const std::string> protectedFolders) const override;
@@ -41,6 +49,7 @@ private:
     UserFolders m_folders;
     std::optional<std::string> m_confinement;
     std::shared_ptr<TaskPool> m_pool;
+    std::shared_ptr<const CloudDrive> m_cloudDrive;
 };
 
 } // namespace CleanCore

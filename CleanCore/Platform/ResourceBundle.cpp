@@ -53,7 +53,7 @@ std::string find()
     const std::string library = folderOfLibrary();
     for (const std::string& parent :
          {executable + "/../share/zorvane", library + "/../share/zorvane", library, executable}) {
-        const std::string candidate = PathText::standardized(PathText::join(parent, bundleName));
+        std::string candidate = PathText::standardized(PathText::join(parent, bundleName));
         if (isFolder(candidate)) {
             return candidate;
         }

@@ -25,7 +25,7 @@ constexpr std::size_t foldersBetweenPlaceChecks = 16;
 constexpr std::size_t rescanLimit = 8;
 constexpr std::size_t passLimit = 16;
 // Subfolders are entered before more of a folder is read than this many bytes of their names.
-constexpr std::size_t pendingBytesLimit = 4 * 1024 * 1024;
+constexpr std::size_t pendingBytesLimit = std::size_t{4} * 1024 * 1024;
 constexpr int openFolderFlags = O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC;
 
 /// A folder to be emptied: wholly, or only of the subfolders that are named.

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "CleanCore/Platform/FileManager.h"
 #include "CleanCore/Support/PathText.h"
+#include "tests/CleanCore/Support/FileManagerDouble.h"
 
 #include <map>
 #include <memory>
@@ -14,7 +14,7 @@
 namespace CleanCoreTests {
 
 /// A file system that is nothing but links: every other path stands for itself.
-class LinkedPaths : public CleanCore::FileManager
+class LinkedPaths : public FileManagerDouble
 {
 public:
     /// Path, itself without links on the way, to target, absolute or relative to where the link is.
@@ -51,34 +51,6 @@ public:
             }
         }
         return done;
-    }
-
-    [[nodiscard]] std::optional<std::string>
-    perUserFolder(CleanCore::PerUserFolder /*folder*/) const override
-    {
-        return std::nullopt;
-    }
-    [[nodiscard]] bool exists(const std::string& /*path*/) const override { return false; }
-    [[nodiscard]] std::vector<std::string> namesInFolder(const std::string& /*path*/) const override
-    {
-        return {};
-    }
-    [[nodiscard]] std::vector<CleanCore::EntryMeasure>
-    measure(const std::string& /*folder*/, std::span<const std::string> names,
-            const std::stop_token& /*stop*/) const override
-    {
-        return std::vector<CleanCore::EntryMeasure>(names.size());
-    }
-    [[nodiscard]] std::optional<std::int64_t>
-    availableCapacity(const std::string& /*path*/) const override
-    {
-        return std::nullopt;
-    }
-    [[nodiscard]] std::unique_ptr<CleanCore::Removal>
-    beginRemoval(const std::string& /*home*/,
-                 std::span<const std::string> /*protectedFolders*/) const override
-    {
-        return nullptr;
     }
 
 private:

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "CleanCore/Platform/FileManager.h"
+#include "tests/CleanCore/Support/FileManagerDouble.h"
 
 #include <functional>
 #include <map>
@@ -16,7 +16,7 @@ namespace CleanCoreTests {
 
 /// A file system that a test writes down: folders with names in the order in which they are to be
 /// listed, the measure of each entry, and the faults. It removes nothing.
-class ScriptedFileManager : public CleanCore::FileManager
+class ScriptedFileManager : public FileManagerDouble
 {
 public:
     struct Folder
@@ -74,19 +74,6 @@ public:
     {
         const auto found = links.find(path);
         return found == links.end() ? path : found->second;
-    }
-
-    [[nodiscard]] std::optional<std::int64_t>
-    availableCapacity(const std::string& /*path*/) const override
-    {
-        return std::nullopt;
-    }
-
-    [[nodiscard]] std::unique_ptr<CleanCore::Removal>
-    beginRemoval(const std::string& /*home*/,
-                 std::span<const std::string> /*protectedFolders*/) const override
-    {
-        return nullptr;
     }
 };
 

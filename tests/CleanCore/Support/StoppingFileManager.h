@@ -1,6 +1,6 @@
 #pragma once
 
-#include "CleanCore/Platform/FileManager.h"
+#include "tests/CleanCore/Support/FileManagerDouble.h"
 
 #include <memory>
 #include <stop_token>
@@ -9,7 +9,7 @@
 namespace CleanCoreTests {
 
 /// Another file manager that requests a stop once so many removals are done.
-class StoppingFileManager : public CleanCore::FileManager
+class StoppingFileManager : public FileManagerDouble
 {
 public:
     StoppingFileManager(std::shared_ptr<const CleanCore::FileManager> files, std::stop_source stop,

@@ -1,0 +1,262 @@
+#include "ZorvaneCLI/ICloudCommand.h"
+
+#include "CleanCore/ICloud/ICloudEvictor.h"
+#include "CleanCore/Platform/CloudDrive.h"
+#include "CleanCore/Platform/FileManager.h"
+#include "CleanCore/Platform/HomeEnvironment.h"
+#include "CleanCore/Support/PathText.h"
+#include "ZorvaneCLI/PathJson.h"
+#include "ZorvaneCLI/TerminalText.h"
+
+#include <algorithm>
+#include <chrono>
+#include <filesystem>
+#include <iostream>
+
+namespace ZorvaneCLI {
+
+using CleanCore::CloudRefusal;
+using CleanCore::HomeEnvironment;
+using CleanCore::ICloudAppBundle;
+using CleanCore::ICloudEvictor;
+using CleanCore::ICloudItem;
+using nlohmann::ordered_json;
+
+namespace PathText = CleanCore::PathText;
+
+namespace {
+
+constexpr std::chrono::seconds measuringTime{90};
+constexpr const char* defaultContainer = "Library/Mobile Documents/com~apple~CloudDocs";
+
+std::string absolute(const std::string& path)
+{
+    return PathText::standardized(
+        path.substr(0, 1) == "/" ? path
+                                 : PathText::join(std::filesystem::current_path().native(), path));
+}
+
+/// A path on its own: its text, or where that cannot be exact an object as setPath() makes it.
+ordered_json pathJson(const std::string& path)
+{
+    ordered_json object;
+    setPath(object, path);
+    return object.contains("pathBytes") ? object : object["path"];
+}
+
+ordered_json pathsJson(const std::vector<std::string>& paths)
+{
+    ordered_json array = ordered_json::array();
+    for (const std::string& path : paths) {
+        array.push_back(pathJson(path));
+    }
+    return array;
+}
+
+ordered_json appsJson(const std::vector<ICloudAppBundle>& apps)
+{
+    ordered_json array = ordered_json::array();
+    for (const ICloudAppBundle& app : apps) {
+        ordered_json object;
+        setPath(object, app.path);
+        object["localBytes"] = app.localBytes;
+        object["fileCount"] = app.fileCount;
+        object["probePath"] = validUtf8(app.probePath);
+        if (object["probePath"] != app.probePath) {
+            object["probePathBytes"] = base64(app.probePath);
+        }
+        array.push_back(std::move(object));
+    }
+    return array;
+}
+
+ordered_json refusalsJson(const std::vector<CloudRefusal>& refusals)
+{
+    ordered_json array = ordered_json::array();
+    for (const CloudRefusal& refusal : refusals) {
+        ordered_json object;
+        setPath(object, refusal.path);
+        object["reason"] = refusal.failure.text();
+        array.push_back(std::move(object));
+    }
+    return array;
+}
+
+void printRefusals(const std::vector<CloudRefusal>& refusals)
+{
+    for (const CloudRefusal& refusal : refusals) {
+        std::cerr << "refused: " << escaped(refusal.path) << ": " << refusal.failure.text() << '\n';
+    }
+}
+
+/// One run of the command.
+class Run
+{
+public:
+    Run(const ICloudOptions& options, const HomeEnvironment& environment)
+        : m_options(options), m_container(absolute(options.container.value_or(
+                                  PathText::join(environment.home, defaultContainer)))),
+          m_drive(environment.cloudDrive(m_container, options.mirror
+                                                          ? std::optional(absolute(*options.mirror))
+                                                          : std::nullopt)),
+          m_fileManager(environment.fileManagerWith(m_drive)),
+          m_evictor(m_container, m_fileManager, environment.pool)
+    {
+    }
+
+    ExitStatus run() const
+    {
+        const auto attributes = m_fileManager->attributes(m_container);
+        if (!attributes || attributes->kind == CleanCore::EntryKind::file) {
+            std::cerr << "zorvane-cli: there is no cloud drive at " << escaped(m_container) << '\n';
+        }
+        const std::vector<std::string> paths = chosenPaths();
+        switch (m_options.action) {
+        case ICloudAction::release:
+            return release(paths);
+        case ICloudAction::fetch:
+            return fetch(paths);
+        case ICloudAction::list:
+            break;
+        }
+        return attributes ? list(paths) : std::max(list(paths), ExitStatus::incomplete);
+    }
+
+private:
+    /// The named entries, each once and in their order; all where none is named.
+    std::vector<std::string> chosenPaths() const
+    {
+        const std::vector<std::string> listed = m_evictor.topLevelChildren();
+        if (m_options.paths.empty()) {
+            if (m_options.action != ICloudAction::list) {
+                throw CommandError(ExitStatus::wrongUsage,
+                                   "name the entries, as \"icloud list\" shows them");
+            }
+            return listed;
+        }
+        std::vector<std::string> chosen;
+        for (const std::string& path : m_options.paths) {
+            if (std::find(listed.begin(), listed.end(), path) == listed.end()) {
+                throw CommandError(ExitStatus::wrongUsage,
+                                   "\"icloud list\" shows no entry " + escaped(path));
+            }
+            if (std::find(chosen.begin(), chosen.end(), path) == chosen.end()) {
+                chosen.push_back(path);
+            }
+        }
+        return chosen;
+    }
+
+    ExitStatus list(const std::vector<std::string>& paths) const
+    {
+        auto results =
+            m_evictor.measureChildren(paths, std::chrono::steady_clock::now() + measuringTime);
+        std::stable_sort(results.begin(), results.end(), [](const auto& a, const auto& b) {
+            return a.item.localBytes > b.item.localBytes;
+        });
+        m_options.json ? printListJson(results) : printList(results);
+        const bool timedOut = std::any_of(results.begin(), results.end(),
+                                          [](const auto& result) { return result.timedOut; });
+        return timedOut ? ExitStatus::incomplete : ExitStatus::done;
+    }
+
+    static void printListJson(const std::vector<ICloudEvictor::MeasureResult>& results)
+    {
+        ordered_json items = ordered_json::array();
+        for (const auto& [item, timedOut] : results) {
+            ordered_json object;
+            setPath(object, item.path);
+            object["localBytes"] = item.localBytes;
+            object["fileCount"] = item.fileCount;
+            object["releasableBytes"] = item.releasableBytes();
+            object["releasableFileCount"] = item.releasableFileCount();
+            object["apps"] = appsJson(item.apps);
+            object["timedOut"] = timedOut;
+            items.push_back(std::move(object));
+        }
+        std::cout << ordered_json({{"items", std::move(items)}}).dump(2) << '\n';
+    }
+
+    static void printList(const std::vector<ICloudEvictor::MeasureResult>& results)
+    {
+        using enum TextTable::Alignment;
+        TextTable table({right, right, right, left, left});
+        table.add({"ON THIS DISK", "RELEASABLE", "FILES", "PATH", ""});
+        for (const auto& [item, timedOut] : results) {
+            std::string note = timedOut ? "not measured in time" : "";
+            if (!item.apps.empty()) {
+                note += (note.empty() ? "" : ", ") + counted(item.apps.size(), "app") + " (" +
+                        byteCount(item.appBytes()) + ")";
+            }
+            table.add({byteCount(item.localBytes), byteCount(item.releasableBytes()),
+                       std::to_string(item.fileCount), escaped(item.path), note});
+        }
+        std::cout << table.text();
+    }
+
+    ExitStatus release(const std::vector<std::string>& paths) const
+    {
+        std::vector<ICloudItem> items;
+        for (auto& result : m_evictor.measureChildren(paths)) {
+            items.push_back(std::move(result.item));
+        }
+        const auto report = m_evictor.evict(items);
+        if (m_options.json) {
+            ordered_json document;
+            document["freedBytes"] = report.freedBytes;
+            document["released"] = pathsJson(report.released);
+            document["refused"] = refusalsJson(report.refused);
+            document["blocked"] = pathsJson(report.blocked);
+            document["appsStillDownloaded"] = appsJson(report.appsStillDownloaded);
+            std::cout << document.dump(2) << '\n';
+        } else {
+            std::cout << byteCount(report.freedBytes) << " freed — release asked for "
+                      << counted(report.released.size(), "item") << '\n';
+            for (const ICloudAppBundle& app : report.appsStillDownloaded) {
+                std::cout << "still downloaded: " << escaped(app.path) << " ("
+                          << byteCount(app.localBytes) << ")\n";
+            }
+            for (const std::string& path : report.blocked) {
+                std::cerr << "blocked: " << escaped(path) << ": not in the cloud drive\n";
+            }
+            printRefusals(report.refused);
+        }
+        return report.refused.empty() && report.blocked.empty() ? ExitStatus::done
+                                                                : ExitStatus::incomplete;
+    }
+
+    ExitStatus fetch(const std::vector<std::string>& paths) const
+    {
+        std::vector<CloudRefusal> refused;
+        for (const std::string& path : paths) {
+            for (CloudRefusal& refusal : m_drive->fetch(path)) {
+                refused.push_back(std::move(refusal));
+            }
+        }
+        if (m_options.json) {
+            ordered_json document;
+            document["fetched"] = pathsJson(paths);
+            document["refused"] = refusalsJson(refused);
+            std::cout << document.dump(2) << '\n';
+        } else {
+            std::cout << "fetch asked for " << counted(paths.size(), "item") << '\n';
+            printRefusals(refused);
+        }
+        return refused.empty() ? ExitStatus::done : ExitStatus::incomplete;
+    }
+
+    const ICloudOptions& m_options;
+    std::string m_container;
+    std::shared_ptr<const CleanCore::CloudDrive> m_drive;
+    std::shared_ptr<const CleanCore::FileManager> m_fileManager;
+    ICloudEvictor m_evictor;
+};
+
+} // namespace
+
+ExitStatus runICloud(const ICloudOptions& options, const HomeEnvironment& environment)
+{
+    return Run(options, environment).run();
+}
+
+} // namespace ZorvaneCLI

@@ -1,0 +1,455 @@
+#include "tests/CleanCore/Support/CloudFolders.h"
+
+#include "CleanCore/Platform/Cloud/CloudMarker.h"
+#include "CleanCore/Support/FileDescriptor.h"
+
+#include <fcntl.h>
+#include <filesystem>
+#include <functional>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <memory>
+#include <sys/xattr.h>
+#include <unistd.h>
+
+namespace CleanCoreTests {
+namespace {
+
+using CleanCore::CloudDrive;
+using CleanCore::CloudRefusal;
+using CleanCore::CloudRefusalReason;
+using CleanCore::FileDescriptor;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+namespace fs = std::filesystem;
+
+MATCHER_P2(Refuses, path, reason, "")
+{
+    return arg.path == path && arg.failure.reason == reason;
+}
+
+FileDescriptor opened(const std::string& path, int flags)
+{
+    return FileDescriptor(::open(path.c_str(), flags | O_CLOEXEC));
+}
+
+TEST(CloudDriveTests, aReleasedFileIsAPlaceholderOfTheSameAttributes)
+{
+    const CloudFolders folders;
+    folders.makePair("Letters/one.txt", bytes(50'000));
+    const std::string local = folders.local("Letters/one.txt");
+    ASSERT_EQ(::chmod(local.c_str(), 0640), 0);
+    ASSERT_EQ(::setxattr(local.c_str(), "user.tag", "red", 3, 0), 0);
+    folders.home.setTime("drive/Letters/one.txt", 1'600'000'000, 123'456'789);
+    const struct stat before = statusOf(local);
+    const std::string mirrorBefore = snapshot(folders.mirror);
+    const struct stat copyBefore = statusOf(folders.copy("Letters/one.txt"));
+
+    ASSERT_THAT(folders.drive().release(folders.local("Letters")), IsEmpty());
+
+    const struct stat after = statusOf(local);
+    EXPECT_EQ(after.st_blocks, 0);
+    EXPECT_EQ(after.st_size, before.st_size);
+    EXPECT_EQ(after.st_mode, before.st_mode);
+    EXPECT_EQ(after.st_uid, before.st_uid);
+    EXPECT_EQ(after.st_ino, before.st_ino);
+    EXPECT_TRUE(CleanCore::areSameTime(after.st_mtim, before.st_mtim));
+    EXPECT_TRUE(CleanCore::areSameTime(after.st_atim, before.st_atim));
+    char tag[3] = {};
+    EXPECT_EQ(::getxattr(local.c_str(), "user.tag", tag, sizeof tag), 3);
+
+    const struct stat copyAfter = statusOf(folders.copy("Letters/one.txt"));
+    EXPECT_EQ(snapshot(folders.mirror), mirrorBefore);
+    EXPECT_TRUE(CleanCore::areSameTime(copyAfter.st_ctim, copyBefore.st_ctim));
+    EXPECT_TRUE(CleanCore::areSameTime(copyAfter.st_atim, copyBefore.st_atim));
+}
+
+TEST(CloudDriveTests, fetchBringsAWholeTreeBackAsItWas)
+{
+    const CloudFolders folders;
+    folders.makePair("Tree/empty", "");
+    folders.makePair("Tree/one byte", "x");
+    folders.makePair("Tree/one block", bytes(4096));
+    folders.makePair("Tree/several steps", bytes(70'001));
+    folders.makePair("Tree/zeros", std::string(20'000, '\0') + "end");
+    folders.makePair("Tree/sub/\xff\n.bin", bytes(9000));
+    const std::string before = snapshot(folders.container);
+
+    ASSERT_THAT(folders.drive().release(folders.local("Tree")), IsEmpty());
+    for (const auto& entry : fs::recursive_directory_iterator(folders.container)) {
+        EXPECT_TRUE(entry.is_directory() || statusOf(entry.path()).st_blocks == 0) << entry;
+    }
+    EXPECT_THAT(folders.drive().release(folders.local("Tree")), IsEmpty()) << "again";
+    ASSERT_THAT(folders.drive().fetch(folders.local("Tree")), IsEmpty());
+
+    EXPECT_EQ(snapshot(folders.container), before);
+    EXPECT_LT(::getxattr(folders.local("Tree/one block").c_str(), "user.zorvane", nullptr, 0), 0);
+    EXPECT_THAT(folders.drive().fetch(folders.local("Tree")), IsEmpty()) << "again";
+}
+
+TEST(CloudDriveTests, aVeryDeepTreeIsReleasedAndFetched)
+{
+    const CloudFolders folders;
+    std::string deep = "d";
+    for (int i = 0; i < 60; ++i) {
+        deep += "/d";
+        folders.makePair(deep + "/file", bytes(5000, static_cast<unsigned>(i)));
+    }
+    const std::string before = snapshot(folders.container);
+    ASSERT_THAT(folders.drive().release(folders.local("d")), IsEmpty());
+    EXPECT_NE(snapshot(folders.container), before);
+    ASSERT_THAT(folders.drive().fetch(folders.local("d")), IsEmpty());
+    EXPECT_EQ(snapshot(folders.container), before);
+}
+
+TEST(CloudDriveTests, fetchFillsAFileThatWasOnlyEverInTheCloud)
+{
+    const CloudFolders folders;
+    folders.makeCloudOnly("film.mov", bytes(30'000));
+    ASSERT_THAT(folders.drive().release(folders.local("film.mov")), IsEmpty());
+    ASSERT_THAT(folders.drive().fetch(folders.local("film.mov")), IsEmpty());
+    EXPECT_EQ(contentOf(folders.local("film.mov")), bytes(30'000));
+}
+
+TEST(CloudDriveTests, applicationBundlesStayButAreFetched)
+{
+    const CloudFolders folders;
+    folders.makePair("Tools/readme", bytes(5000));
+    folders.makePair("Tools/Pad.app/Contents/pad", bytes(5000));
+    folders.makePair("Tools/Notes.APP/data", bytes(5000));
+    folders.makePair("Tools/plain.app", bytes(5000));
+    folders.makeCloudOnly("Tools/Pad.app/manual", bytes(5000));
+
+    EXPECT_THAT(folders.drive().release(folders.local("Tools")), IsEmpty());
+    EXPECT_GT(statusOf(folders.local("Tools/Pad.app/Contents/pad")).st_blocks, 0);
+    for (const char* released : {"Tools/readme", "Tools/Notes.APP/data", "Tools/plain.app"}) {
+        EXPECT_EQ(statusOf(folders.local(released)).st_blocks, 0) << released;
+    }
+    for (const char* kept : {"Tools/Pad.app", "Tools/Pad.app/Contents/pad"}) {
+        EXPECT_THAT(
+            folders.drive().release(folders.local(kept)),
+            ElementsAre(Refuses(folders.local(kept), CloudRefusalReason::applicationBundle)));
+    }
+    EXPECT_THAT(folders.drive().fetch(folders.local("Tools")), IsEmpty());
+    EXPECT_EQ(contentOf(folders.local("Tools/Pad.app/manual")), bytes(5000));
+}
+
+/// Something about one file, its copy or the two folders that forbids its release.
+struct Obstacle
+{
+    const char* name;
+    CloudRefusalReason reason;
+    /// Sets it up; what it returns is kept until the request has ended.
+    std::function<std::shared_ptr<void>(CloudFolders&)> arrange;
+};
+
+std::shared_ptr<void> held(FileDescriptor descriptor)
+{
+    return std::make_shared<FileDescriptor>(std::move(descriptor));
+}
+
+void replaceByte(const std::string& path, std::size_t at)
+{
+    std::string content = contentOf(path);
+    content[at] = static_cast<char>(content[at] ^ 1);
+    const FileDescriptor file = opened(path, O_WRONLY);
+    ASSERT_EQ(::pwrite(file.get(), content.data(), content.size(), 0),
+              static_cast<ssize_t>(content.size()));
+}
+
+const std::vector<Obstacle>& obstacles()
+{
+    using enum CloudRefusalReason;
+    static const std::vector<Obstacle> all = {
+        {"mirrorLacksTheFile", missingInMirror,
+         [](CloudFolders& folders) {
+             fs::remove(folders.copy("file"));
+             return nullptr;
+         }},
+        {"mirrorDiffersInTheFirstByte", differsFromMirror,
+         [](CloudFolders& folders) {
+             replaceByte(folders.copy("file"), 0);
+             return nullptr;
+         }},
+        {"mirrorDiffersInTheLastByte", differsFromMirror,
+         [](CloudFolders& folders) {
+             replaceByte(folders.copy("file"), 29'999);
+             return nullptr;
+         }},
+        {"mirrorIsShorter", differsFromMirror,
+         [](CloudFolders& folders) {
+             fs::resize_file(folders.copy("file"), 29'999);
+             return nullptr;
+         }},
+        {"mirrorIsAPlaceholderToo", differsFromMirror,
+         [](CloudFolders& folders) {
+             fs::resize_file(folders.copy("file"), 0);
+             fs::resize_file(folders.copy("file"), 30'000);
+             return nullptr;
+         }},
+        {"mirrorIsAHardLinkOfTheFile", sameFileInMirror,
+         [](CloudFolders& folders) {
+             fs::remove(folders.copy("file"));
+             fs::create_hard_link(folders.local("file"), folders.copy("file"));
+             return nullptr;
+         }},
+        {"mirrorIsALinkToTheFile", missingInMirror,
+         [](CloudFolders& folders) {
+             fs::remove(folders.copy("file"));
+             fs::create_symlink(folders.local("file"), folders.copy("file"));
+             return nullptr;
+         }},
+        {"mirrorIsBeingWritten", mirrorInUse,
+         [](CloudFolders& folders) { return held(opened(folders.copy("file"), O_WRONLY)); }},
+        {"fileHasAnotherName", hardLinked,
+         [](CloudFolders& folders) {
+             fs::create_hard_link(folders.local("file"), folders.local("other"));
+             return nullptr;
+         }},
+        {"fileIsOpenToWrite", inUse,
+         [](CloudFolders& folders) { return held(opened(folders.local("file"), O_WRONLY)); }},
+        {"fileIsOpenToRead", inUse,
+         [](CloudFolders& folders) { return held(opened(folders.local("file"), O_RDONLY)); }},
+        {"fileIsReadOnly", systemError,
+         [](CloudFolders& folders) {
+             ::chmod(folders.local("file").c_str(), 0444);
+             return nullptr;
+         }},
+        {"fileIsSetUserId", privilegedFile,
+         [](CloudFolders& folders) {
+             ::chmod(folders.local("file").c_str(), 04755);
+             return nullptr;
+         }},
+        {"fileIsALink", notAFile,
+         [](CloudFolders& folders) {
+             fs::rename(folders.local("file"), folders.local("other"));
+             fs::create_symlink("other", folders.local("file"));
+             return nullptr;
+         }},
+        {"fileIsMissing", outsideContainer,
+         [](CloudFolders& folders) {
+             fs::remove(folders.local("file"));
+             return nullptr;
+         }},
+        {"thereIsNoMirror", noMirror,
+         [](CloudFolders& folders) {
+             fs::remove_all(folders.mirror);
+             return nullptr;
+         }},
+        {"mirrorLiesOutsideTheHome", noMirror,
+         [](CloudFolders& folders) {
+             const auto outside = std::make_shared<TemporaryFolder>();
+             fs::rename(folders.mirror, outside->path("mirror"));
+             fs::create_directory_symlink(outside->path("mirror"), folders.mirror);
+             return outside;
+         }},
+        {"mirrorIsTheContainer", foldersOverlap,
+         [](CloudFolders& folders) {
+             folders.mirror = folders.container;
+             return nullptr;
+         }},
+        {"mirrorIsALinkToTheContainer", foldersOverlap,
+         [](CloudFolders& folders) {
+             fs::remove_all(folders.mirror);
+             fs::create_directory_symlink(folders.container, folders.mirror);
+             return nullptr;
+         }},
+        {"mirrorLiesInTheContainer", foldersOverlap,
+         [](CloudFolders& folders) {
+             fs::rename(folders.mirror, folders.local("mirror"));
+             folders.mirror = folders.local("mirror");
+             return nullptr;
+         }},
+        {"containerLiesInTheMirror", foldersOverlap,
+         [](CloudFolders& folders) {
+             fs::rename(folders.container, folders.copy("drive"));
+             folders.container = folders.copy("drive");
+             return nullptr;
+         }},
+        {"containerIsALink", linkedContainer,
+         [](CloudFolders& folders) {
+             fs::rename(folders.container, folders.home.path("elsewhere"));
+             fs::create_directory_symlink("elsewhere", folders.container);
+             return nullptr;
+         }},
+    };
+    return all;
+}
+
+class CloudDriveRefusalTests : public testing::TestWithParam<Obstacle>
+{
+};
+
+TEST_P(CloudDriveRefusalTests, leavesEverythingUntouched)
+{
+    CloudFolders folders;
+    folders.makePair("file", bytes(30'000));
+    const auto held = GetParam().arrange(folders);
+    const std::string before = snapshot(folders.home.path());
+
+    EXPECT_THAT(folders.drive().release(folders.local("file")),
+                ElementsAre(Refuses(folders.local("file"), GetParam().reason)));
+
+    EXPECT_EQ(snapshot(folders.home.path()), before);
+    EXPECT_LT(::getxattr(folders.local("file").c_str(), "user.zorvane", nullptr, 0), 0);
+}
+
+INSTANTIATE_TEST_SUITE_P(CloudDrive, CloudDriveRefusalTests, testing::ValuesIn(obstacles()),
+                         [](const auto& parameter) { return parameter.param.name; });
+
+TEST(CloudDriveTests, everyRequestIsRefusedWithoutConfinementOrMirrorAndOutsideTheContainer)
+{
+    const CloudFolders folders;
+    folders.makePair("file", bytes(9000));
+    folders.home.makeFile("drive too/file");
+    const std::string before = snapshot(folders.home.path());
+    const std::string file = folders.local("file");
+    const auto expectRefusal = [](const CloudDrive& drive, const std::string& path,
+                                  CloudRefusalReason reason) {
+        EXPECT_THAT(drive.release(path), ElementsAre(Refuses(path, reason)));
+        EXPECT_THAT(drive.fetch(path), ElementsAre(Refuses(path, reason)));
+    };
+    expectRefusal({std::nullopt, folders.container, folders.mirror}, file,
+                  CloudRefusalReason::accountHome);
+    expectRefusal({folders.home.path(), folders.container, std::nullopt}, file,
+                  CloudRefusalReason::noMirror);
+    expectRefusal({folders.home.path("other home"), folders.container, folders.mirror}, file,
+                  CloudRefusalReason::noContainer);
+    for (const std::string& path :
+         {folders.container, folders.home.path("drive too/file"), folders.mirror + "/file",
+          folders.container + "/../mirror/file", folders.container + "/none", std::string()}) {
+        expectRefusal(folders.drive(), path, CloudRefusalReason::outsideContainer);
+    }
+    EXPECT_EQ(snapshot(folders.home.path()), before);
+}
+
+TEST(CloudDriveTests, oneRefusedFileDoesNotKeepTheOthersOfItsFolder)
+{
+    const CloudFolders folders;
+    folders.makePair("Tree/fine", bytes(9000));
+    folders.makePair("Tree/sub/changed", bytes(9000));
+    folders.makePair("Tree/sub/fine", bytes(9000));
+    folders.home.makeFile("drive/Tree/local only/new", bytes(9000));
+    folders.home.makeLink("drive/Tree/link", "fine");
+    appendTo(folders.local("Tree/sub/changed"), "more");
+
+    EXPECT_THAT(
+        folders.drive().release(folders.local("Tree")),
+        testing::UnorderedElementsAre(
+            Refuses(folders.local("Tree/sub/changed"), CloudRefusalReason::differsFromMirror),
+            Refuses(folders.local("Tree/local only/new"), CloudRefusalReason::missingInMirror)));
+    EXPECT_EQ(statusOf(folders.local("Tree/fine")).st_blocks, 0);
+    EXPECT_EQ(statusOf(folders.local("Tree/sub/fine")).st_blocks, 0);
+    EXPECT_EQ(contentOf(folders.local("Tree/sub/changed")), bytes(9000) + "more");
+}
+
+/// What somebody does to a placeholder or its copy, so that nothing proves any more that its holes
+/// may be filled.
+struct Tampering
+{
+    const char* name;
+    CloudRefusalReason reason;
+    std::function<void(const CloudFolders&)> act;
+};
+
+class CloudDriveTamperingTests : public testing::TestWithParam<Tampering>
+{
+};
+
+TEST_P(CloudDriveTamperingTests, neitherFetchNorReleaseTouchesWhatItCannotProve)
+{
+    const CloudFolders folders;
+    folders.makePair("file", bytes(30'000));
+    ASSERT_THAT(folders.drive().release(folders.local("file")), IsEmpty());
+    GetParam().act(folders);
+    const std::string before = snapshot(folders.home.path());
+
+    EXPECT_THAT(folders.drive().fetch(folders.local("file")),
+                ElementsAre(Refuses(folders.local("file"), GetParam().reason)));
+    static_cast<void>(folders.drive().release(folders.local("file")));
+
+    EXPECT_EQ(snapshot(folders.home.path()), before);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    CloudDrive, CloudDriveTamperingTests,
+    testing::Values(
+        Tampering{"writtenInTheMiddle", CloudRefusalReason::notProven,
+                  [](const CloudFolders& folders) {
+                      const FileDescriptor file = opened(folders.local("file"), O_WRONLY);
+                      ASSERT_EQ(::pwrite(file.get(), "mine", 4, 10'000), 4);
+                  }},
+        Tampering{"appended", CloudRefusalReason::differsFromMirror,
+                  [](const CloudFolders& folders) { appendTo(folders.local("file"), "mine"); }},
+        Tampering{"emptiedAndMadeAsLongAgain", CloudRefusalReason::notProven,
+                  [](const CloudFolders& folders) {
+                      fs::resize_file(folders.local("file"), 0);
+                      fs::resize_file(folders.local("file"), 30'000);
+                  }},
+        Tampering{"writtenAndBackdated", CloudRefusalReason::notProven,
+                  [](const CloudFolders& folders) {
+                      const FileDescriptor file = opened(folders.local("file"), O_WRONLY);
+                      ASSERT_EQ(::pwrite(file.get(), "mine", 4, 10'000), 4);
+                      folders.home.setTime("drive/file", 1'600'000'000, 123'456'789);
+                  }},
+        Tampering{"replacedInTheMirror", CloudRefusalReason::differsFromMirror,
+                  [](const CloudFolders& folders) {
+                      folders.home.makeFile("mirror/file", bytes(30'000, 2));
+                  }},
+        Tampering{"removedFromTheMirror", CloudRefusalReason::missingInMirror,
+                  [](const CloudFolders& folders) { fs::remove(folders.copy("file")); }}),
+    [](const auto& parameter) { return parameter.param.name; });
+
+TEST(CloudDriveTests, aSparseFileOfTheUsersOwnIsNeverFilled)
+{
+    const CloudFolders folders;
+    folders.makeCloudOnly("all hole", bytes(30'000));
+    folders.home.setTime("drive/all hole", 1'700'000'000);
+    folders.makeCloudOnly("part hole", bytes(30'000));
+    {
+        const FileDescriptor file = opened(folders.local("part hole"), O_WRONLY);
+        ASSERT_EQ(::pwrite(file.get(), "data", 4, 20'000), 4);
+    }
+    folders.home.setTime("drive/part hole", 1'600'000'100);
+    const std::string before = snapshot(folders.home.path());
+
+    EXPECT_THAT(folders.drive().fetch(folders.local("all hole")),
+                ElementsAre(Refuses(folders.local("all hole"), CloudRefusalReason::notProven)));
+    EXPECT_THAT(folders.drive().fetch(folders.local("part hole")), IsEmpty());
+    EXPECT_THAT(
+        folders.drive().release(folders.local("part hole")),
+        ElementsAre(Refuses(folders.local("part hole"), CloudRefusalReason::differsFromMirror)));
+    EXPECT_EQ(snapshot(folders.home.path()), before);
+}
+
+TEST(CloudDriveTests, aPlaceholderThatWasWrittenAnewAndUploadedIsAFileLikeAnyOther)
+{
+    const CloudFolders folders;
+    folders.makePair("file", bytes(30'000));
+    ASSERT_THAT(folders.drive().release(folders.local("file")), IsEmpty());
+    // Both are written in place, so the local one keeps the old marker.
+    folders.home.makeFile("drive/file", bytes(12'000, 2));
+    EXPECT_THAT(folders.drive().fetch(folders.local("file")), IsEmpty());
+    folders.home.makeFile("mirror/file", bytes(12'000, 2));
+
+    EXPECT_THAT(folders.drive().release(folders.local("file")), IsEmpty());
+    EXPECT_EQ(statusOf(folders.local("file")).st_blocks, 0);
+    EXPECT_THAT(folders.drive().fetch(folders.local("file")), IsEmpty());
+    EXPECT_EQ(contentOf(folders.local("file")), bytes(12'000, 2));
+}
+
+TEST(CloudDriveTests, blocksReservedBehindTheEndAreReleasedToo)
+{
+    const CloudFolders folders;
+    folders.makePair("file", bytes(10'000));
+    {
+        const FileDescriptor file = opened(folders.local("file"), O_WRONLY);
+        ASSERT_EQ(::fallocate(file.get(), FALLOC_FL_KEEP_SIZE, 0, 1'000'000), 0);
+    }
+    EXPECT_THAT(folders.drive().release(folders.local("file")), IsEmpty());
+    EXPECT_EQ(statusOf(folders.local("file")).st_blocks, 0);
+}
+
+} // namespace
+} // namespace CleanCoreTests

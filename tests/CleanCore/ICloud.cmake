@@ -1,0 +1,25 @@
+# The cloud drive: measuring, releasing, fetching.
+zorvane_add_tests(ICloudTests
+  CloudDriveFaultTests.cpp
+  CloudDriveTests.cpp
+  ICloudEvictorTests.cpp
+  Support/CloudFolders.cpp
+  Support/FailingCall.cpp
+  Support/TemporaryFolder.cpp
+)
+
+# Releases that are killed and disturbed; see the variables that make the runs longer.
+zorvane_add_tests(ICloudReliabilityTests
+  ../Reliability/CloudDriveChangeTest.cpp
+  ../Reliability/CloudDriveCrashTest.cpp
+  Support/CloudFolders.cpp
+  Support/FailingCall.cpp
+  Support/TemporaryFolder.cpp
+)
+
+zorvane_add_tests(ICloudCommandTests
+  ../ZorvaneCLI/ICloudCommandTests.cpp
+  Support/CloudFolders.cpp
+  Support/TemporaryFolder.cpp
+)
+target_link_libraries(ICloudCommandTests PRIVATE ZorvaneCommands)
