@@ -149,7 +149,7 @@ CleaningReport removeChosen(const std::vector<CleaningSelection>& selections,
 
     const CleanCore::CleanEngine engine(environment.home, environment.fileManager,
                                         environment.folders.protectedFolders);
-    const CleaningReport report = engine.clean(files, dryRun, stop);
+    CleaningReport report = engine.clean(files, dryRun, stop);
     if (commands.empty()) {
         return report;
     }
@@ -256,6 +256,12 @@ ExitStatus clean(const CleanOptions& options, const Interruption& interruption)
     if (!results) {
         throw CommandError(ExitStatus::interrupted, "interrupted; nothing was removed");
     }
+    const bool wasUnreadable =
+        std::any_of(results->begin(), results->end(),
+                    [](const CategoryResult& result) { return result.hadAccessErrors; });
+    if (wasUnreadable) {
+        std::cerr << "zorvane-cli: some areas could not be read; zorvane-cli scan tells which\n";
+    }
     const std::vector<CleaningSelection> selections = choose(options, std::move(*results));
     if (!options.yes && !options.dryRun && !selections.empty()) {
         askForConsent(selections, workspace, interruption);
@@ -266,7 +272,8 @@ ExitStatus clean(const CleanOptions& options, const Interruption& interruption)
         std::cerr << "zorvane-cli: interrupted; what was begun is finished, the rest is left\n";
         return ExitStatus::interrupted;
     }
-    return outcome.report.skipped.empty() ? ExitStatus::done : ExitStatus::incomplete;
+    return outcome.report.skipped.empty() && !wasUnreadable ? ExitStatus::done
+                                                            : ExitStatus::incomplete;
 }
 
 } // namespace ZorvaneCLI

@@ -71,9 +71,19 @@ CleaningReport CleanEngine::clean(std::span<const CleaningSelection> selections,
 const std::string* CleanEngine::allowingBase(const std::string& path,
                                              std::span<const std::string> bases) const
 {
-    const auto base = std::find_if(bases.begin(), bases.end(), [&](const std::string& candidate) {
+    const auto allows = [&](const std::string& candidate) {
         return m_safetyGuard.validate(path, candidate).isAllowed();
-    });
+    };
+    // Whether any base allows it does not depend on their order, and the one that it lies in
+    // answers at once where a rule has hundreds.
+    const std::string parent = PathText::parent(path);
+    const auto isHolding = [&](const std::string& candidate) {
+        return PathText::withoutTrailingSlashes(candidate) == parent && allows(candidate);
+    };
+    auto base = std::find_if(bases.begin(), bases.end(), isHolding);
+    if (base == bases.end()) {
+        base = std::find_if(bases.begin(), bases.end(), allows);
+    }
     return base == bases.end() ? nullptr : &*base;
 }
 

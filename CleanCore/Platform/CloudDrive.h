@@ -23,7 +23,7 @@ namespace CleanCore {
 class CloudDrive
 {
 public:
-    static constexpr std::int64_t defaultStepBytes = 16 * 1024 * 1024;
+    static constexpr std::int64_t defaultStepBytes = std::int64_t{16} * 1024 * 1024;
 
     /// `confinement` is the home that the run is confined to, and nothing on the account's own,
     /// where every request is refused; `container` and `mirror` must lie in it. Content is given up

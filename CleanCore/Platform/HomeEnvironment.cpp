@@ -52,6 +52,9 @@ void requireFolder(const std::string& home)
     if (!S_ISDIR(status.st_mode)) {
         throw HomeError("the home folder " + home + " is not a folder");
     }
+    if (::access(home.c_str(), R_OK | X_OK) != 0) {
+        throw HomeError("the home folder " + home + " cannot be read");
+    }
 }
 
 void pointVariablesInto(const UserFolders& folders)

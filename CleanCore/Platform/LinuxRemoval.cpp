@@ -103,11 +103,15 @@ int LinuxRemoval::openBase(const std::string& path, Base& base) const
     if (!base.folder.isOpen()) {
         return errno;
     }
-    if (m_confinement &&
-        !PathText::isSameOrInside(pathOfDescriptor(base.folder.get()), *m_confinement)) {
+    if (!isVisible(base.folder.get())) {
         return ENOENT;
     }
     return readStatus(base.folder.get(), "", base.status);
+}
+
+bool LinuxRemoval::isVisible(int folder) const
+{
+    return !m_confinement || PathText::isSameOrInside(pathOfDescriptor(folder), *m_confinement);
 }
 
 /// Judges what is held, not what a path says: an errno, 0 when the entry may go.
@@ -180,8 +184,8 @@ void LinuxRemoval::removeTrashRecord(const Base& base, const std::string& name) 
     }
     const FileDescriptor trash(::openat(base.folder.get(), "..", O_PATH | O_DIRECTORY | O_CLOEXEC));
     EntryStatus files;
-    if (!trash.isOpen() || readStatus(trash.get(), "files", files) != 0 ||
-        files.identity != base.status.identity) {
+    if (!trash.isOpen() || !isVisible(trash.get()) ||
+        readStatus(trash.get(), "files", files) != 0 || files.identity != base.status.identity) {
         return;
     }
     const std::string names[] = {"info", name + ".trashinfo"};

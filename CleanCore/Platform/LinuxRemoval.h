@@ -38,6 +38,8 @@ private:
         EntryStatus status;
     };
 
+    /// Whether the confinement, if any, holds the folder open as `folder`.
+    [[nodiscard]] bool isVisible(int folder) const;
     [[nodiscard]] int openBase(const std::string& path, Base& base) const;
     [[nodiscard]] int reasonToKeep(const EntryPin& pin,
                                    const std::optional<EntryIdentity>& seen) const;

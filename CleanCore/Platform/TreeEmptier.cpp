@@ -252,6 +252,11 @@ int Walk::openSubfolder(const std::string& name, FileDescriptor& folder, EntrySt
             return EACCES;
         }
         folder = FileDescriptor(::openat(closed.get(), ".", openFolderFlags));
+        if (!folder.isOpen()) {
+            const int error = errno;
+            ownerAccess.takeBack(closed.get(), status);
+            return error;
+        }
     }
     if (!folder.isOpen()) {
         return errno;

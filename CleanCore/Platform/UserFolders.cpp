@@ -89,7 +89,15 @@ std::vector<std::string> protectedFolders(const std::string& home, const std::st
     for (const char* name : alwaysProtected) {
         folders.push_back(PathText::join(home, name));
     }
-    std::ifstream file(PathText::join(configuration, "user-dirs.dirs"), std::ios::binary);
+    const std::string path = PathText::join(configuration, "user-dirs.dirs");
+    struct stat status = {};
+    // Anything else than a small file is none of this format, and a FIFO would never end.
+    constexpr off_t largest = off_t{1} << 20;
+    if (::stat(path.c_str(), &status) != 0 || !S_ISREG(status.st_mode) ||
+        status.st_size > largest) {
+        return folders;
+    }
+    std::ifstream file(path, std::ios::binary);
     for (std::string line; std::getline(file, line);) {
         if (auto folder = userDirectory(line, home)) {
             folders.push_back(std::move(*folder));
