@@ -134,6 +134,10 @@ int LinuxRemoval::reasonToKeep(const EntryPin& pin, const std::optional<EntryIde
 
 int LinuxRemoval::removeFolder(const Base& base, const EntryPin& pin) const
 {
+    // A folder that could not go in the end is not emptied first.
+    if (::faccessat(pin.parent.get(), ".", W_OK | X_OK, AT_EACCESS) != 0) {
+        return errno;
+    }
     OwnerAccess ownerAccess;
     FileDescriptor folder(::openat(pin.entry.get(), ".", openFolderFlags));
     if (!folder.isOpen() && errno == EACCES && ownerAccess.lend(pin.entry.get(), pin.status)) {

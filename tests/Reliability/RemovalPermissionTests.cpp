@@ -96,7 +96,7 @@ TEST_F(RemovalPermission, ABaseThatMayNotBeWrittenKeepsItsEntries)
     home.setMode(".cache", 0500);
     EXPECT_EQ(remove(".cache/file"), EACCES);
     EXPECT_NE(remove(".cache/entry"), 0);
-    EXPECT_TRUE(home.has(".cache/entry") && home.has(".cache/file"));
+    EXPECT_TRUE(home.has(".cache/entry/file") && home.has(".cache/file"));
     EXPECT_EQ(modeOf(".cache"), 0500U);
 }
 
