@@ -249,6 +249,7 @@ TEST_F(SystemCommandRunnerTest, ServesManyThreadsAtOnce)
     std::atomic<int> failed = 0;
     {
         std::vector<std::jthread> running;
+        running.reserve(threads);
         for (int index = 0; index < threads; ++index) {
             running.emplace_back([&, index] {
                 const std::string name = std::to_string(index);

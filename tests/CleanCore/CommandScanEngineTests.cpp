@@ -60,15 +60,16 @@ void check(const Case& row)
 TEST(CommandScanEngine, ListsLocalSnapshots)
 {
     const std::string id = "tm-local-snapshots";
-    const std::string first = "com.apple.TimeMachine.2024-05-01-101500.local";
-    const std::string second = "com.apple.TimeMachine.2024-05-02-101500.local";
+    const std::string heading = "Snapshots for disk /:\n";
+    const std::string snapshots = "com.apple.TimeMachine.2024-05-01-101500.local\n"
+                                  "com.apple.TimeMachine.2024-05-02-101500.local\n";
     for (const Case& row : std::vector<Case>{
              {"snapshots",
               id,
-              {{tmutil, "Snapshots for disk /:\n" + first + "\n" + second + "\n"}},
-              {{first, 0}, {second, 0}},
+              {{tmutil, heading + snapshots}},
+              {{snapshots.substr(0, 45), 0}, {snapshots.substr(46, 45), 0}},
               {tmutil}},
-             {"only the heading", id, {{tmutil, "Snapshots for disk /:\n"}}, {}, {tmutil}},
+             {"only the heading", id, {{tmutil, heading}}, {}, {tmutil}},
              {"other beginnings",
               id,
               {{tmutil, " com.apple.TimeMachine.x\ncom.apple.timemachine.y\n"}},
