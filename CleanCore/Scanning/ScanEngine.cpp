@@ -61,11 +61,14 @@ void Scan::run(const CleaningRule& rule)
         sink.emit(RuleStarted{rule.id});
         result = scanRule(rule);
     }
+    std::optional<RuleCompleted> completed;
     if (result) {
-        sink.emit(RuleCompleted{*result});
+        completed.emplace(*result);
     }
     const std::lock_guard lock(mutex);
     if (result) {
+        // Under the lock: the results of the finished scan come in the order of these events.
+        sink.emit(std::move(*completed));
         results.push_back(std::move(*result));
     }
     if (--unfinished == 0) {
