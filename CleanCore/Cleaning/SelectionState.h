@@ -3,29 +3,40 @@
 #include "CleanCore/Cleaning/CleaningSelection.h"
 #include "CleanCore/Scanning/CategoryResult.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <set>
 #include <string>
 #include <string_view>
-#include <unordered_set>
+#include <utility>
 #include <vector>
 
 namespace CleanCore {
 
-/// What the user chose among the results of one scan. A value: copies are independent, though they
-/// share the results, which never change. Items are told apart by the bytes of their paths.
+/// What the user chose among the results of one scan. A value: copies are independent and cheap,
+/// since they share the results, which never change. Items are told apart by the bytes of their
+/// paths. Categories and items can also be given by their positions in results(), which costs no
+/// look-up; positions must be valid.
 class SelectionState
 {
 public:
     /// Starts with every item of safe file-system rules chosen.
     explicit SelectionState(std::vector<CategoryResult> results = {});
 
-    [[nodiscard]] const std::vector<CategoryResult>& results() const { return *m_results; }
+    [[nodiscard]] const std::vector<CategoryResult>& results() const;
 
     [[nodiscard]] bool isSelected(std::string_view ruleId, std::string_view path) const;
+    [[nodiscard]] bool isSelected(std::size_t category, std::size_t item) const;
+
+    /// Whether a category has items and all of them are chosen.
+    [[nodiscard]] bool isWhollySelected(std::size_t category) const;
 
     /// Flips one item; a path that is not in the results may be chosen and counts for nothing.
     void toggle(std::string_view ruleId, std::string_view path);
+
+    /// Chooses every item of a category, or none.
+    void setWhollySelected(std::size_t category, bool isSelected);
 
     /// Adds every item of safe file-system rules; others stay as they are.
     void selectAll();
@@ -37,41 +48,20 @@ public:
 
     /// Total size of the chosen items.
     [[nodiscard]] std::int64_t selectedBytes() const;
+    [[nodiscard]] std::int64_t selectedBytes(std::size_t category) const;
+    [[nodiscard]] std::size_t selectedCount(std::size_t category) const;
 
     /// The chosen items by rule, in the order of the results; rules without any are left out.
     [[nodiscard]] std::vector<CleaningSelection> selections() const;
 
 private:
-    struct SelectionKey
-    {
-        std::string ruleId;
-        std::string path;
-    };
-    struct KeyView
-    {
-        std::string_view ruleId;
-        std::string_view path;
-        KeyView(std::string_view rule, std::string_view item) : ruleId(rule), path(item) {}
-        // NOLINTNEXTLINE(google-explicit-constructor): lookups take either.
-        KeyView(const SelectionKey& key) : ruleId(key.ruleId), path(key.path) {}
-        [[nodiscard]] bool operator==(const KeyView&) const = default;
-    };
-    struct Hash
-    {
-        using is_transparent = void;
-        [[nodiscard]] std::size_t operator()(KeyView key) const;
-    };
-    struct Equal
-    {
-        using is_transparent = void;
-        [[nodiscard]] bool operator()(KeyView a, KeyView b) const { return a == b; }
-    };
-    using Keys = std::unordered_set<SelectionKey, Hash, Equal>;
+    struct Index;
 
-    void addItems(const CategoryResult& category);
-
-    std::shared_ptr<const std::vector<CategoryResult>> m_results;
-    Keys m_selected;
+    std::shared_ptr<const Index> m_index;
+    /// By key, one for each pair of rule id and path in the results.
+    std::vector<bool> m_isKeySelected;
+    /// Chosen pairs that are not in the results.
+    std::set<std::pair<std::string, std::string>> m_others;
 };
 
 } // namespace CleanCore

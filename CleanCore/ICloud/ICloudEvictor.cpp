@@ -143,13 +143,17 @@ std::vector<ICloudItem> ICloudEvictor::listLocalCopies() const
 }
 
 ICloudEvictor::EvictReport ICloudEvictor::evict(std::span<const ICloudItem> items,
-                                                const EvictProgress& progress) const
+                                                const EvictProgress& progress,
+                                                const std::stop_token& stop) const
 {
     EvictReport report;
     const std::string root = m_fileManager->resolvingSymbolicLinks(m_container);
     const std::int64_t freeBefore = volumeFreeBytes();
     std::int64_t index = 0;
     for (const ICloudItem& item : items) {
+        if (stop.stop_requested()) {
+            break;
+        }
         if (progress) {
             progress(++index, static_cast<std::int64_t>(items.size()), item.path);
         }

@@ -9,6 +9,7 @@
 #include <memory>
 #include <optional>
 #include <span>
+#include <stop_token>
 #include <string>
 #include <vector>
 
@@ -86,9 +87,11 @@ public:
     [[nodiscard]] std::vector<ICloudItem> listLocalCopies() const;
 
     /// Asks for the release of `items`, one after the other in their order. An item that does not
-    /// lie in the container, links resolved, is left alone.
+    /// lie in the container, links resolved, is left alone. The stop token is looked at before each
+    /// item: what was begun is finished, what was not reached is in no list.
     [[nodiscard]] EvictReport evict(std::span<const ICloudItem> items,
-                                    const EvictProgress& progress = nullptr) const;
+                                    const EvictProgress& progress = nullptr,
+                                    const std::stop_token& stop = {}) const;
 
 private:
     [[nodiscard]] std::int64_t volumeFreeBytes() const;

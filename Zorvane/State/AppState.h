@@ -1,0 +1,266 @@
+#pragma once
+
+#include "CleanCore/Cleaning/CleaningReport.h"
+#include "CleanCore/Cleaning/SelectionState.h"
+#include "CleanCore/ICloud/ICloudEvictor.h"
+#include "CleanCore/Scanning/CategoryResult.h"
+#include "Zorvane/Platform/ByteCountFormatter.h"
+#include "Zorvane/State/Binding.h"
+#include "Zorvane/State/Environment.h"
+#include "Zorvane/State/Mailbox.h"
+#include "Zorvane/State/Phase.h"
+#include "Zorvane/State/RingSegment.h"
+
+#include <QObject>
+#include <QtQml/qqmlregistration.h>
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <optional>
+#include <set>
+#include <span>
+#include <stop_token>
+#include <string>
+#include <string_view>
+#include <thread>
+#include <vector>
+
+namespace Zorvane {
+
+/// The application's one state: what the screens show and the operations behind their controls.
+///
+/// Main thread only. Work is done by threads that share nothing with it; what they find comes back
+/// as letters. Every write of a published field emits its signal, also when the value stays the
+/// same. Byte counts are allocated sizes.
+///
+/// Destroying the state ends a scan at once, without waiting for a tool or a file system that
+/// hangs, and waits for the item that a clean or a release has in hand. Nobody hears of either.
+class AppState : public QObject
+{
+    Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("The program makes the one state.")
+    /// The name of the case of Phase.
+    Q_PROPERTY(QString phaseName READ phaseName NOTIFY phaseChanged)
+    Q_PROPERTY(bool hasFullDiskAccess READ hasFullDiskAccess NOTIFY hasFullDiskAccessChanged)
+    Q_PROPERTY(bool showConfirmation READ showConfirmation WRITE setShowConfirmation NOTIFY
+                   showConfirmationChanged)
+    Q_PROPERTY(bool isCleaning READ isCleaning NOTIFY isCleaningChanged)
+    Q_PROPERTY(bool hasCleaningReport READ hasCleaningReport NOTIFY cleaningReportChanged)
+    Q_PROPERTY(bool showICloud READ showICloud WRITE setShowICloud NOTIFY showICloudChanged)
+    Q_PROPERTY(bool isEvicting READ isEvicting NOTIFY isEvictingChanged)
+    Q_PROPERTY(bool isClosing READ isClosing NOTIFY isClosingChanged)
+
+public:
+    /// A review-required area of which something is chosen: its title, the bytes and the number of
+    /// the chosen items.
+    struct TierBCategory
+    {
+        QString title;
+        std::int64_t bytes = 0;
+        std::int64_t count = 0;
+    };
+    struct MeasureProgress
+    {
+        std::int64_t files = 0;
+        std::int64_t bytes = 0;
+    };
+    /// `index` counts from 1; `name` is the last component of the item's path.
+    struct EvictProgress
+    {
+        std::int64_t index = 0;
+        std::int64_t total = 0;
+        std::string name;
+    };
+    using EvictReport = CleanCore::ICloudEvictor::EvictReport;
+
+    explicit AppState(Environment environment, QObject* parent = nullptr);
+    ~AppState() override;
+
+    // Phases and scanning
+
+    [[nodiscard]] Phase phase() const { return m_phase; }
+    [[nodiscard]] QString phaseName() const;
+    /// The last scan's results, filtered and sorted; empty while one runs.
+    [[nodiscard]] const std::vector<CleanCore::CategoryResult>& categories() const;
+    /// The rule that was started last in the running scan.
+    [[nodiscard]] const std::optional<std::string>& currentRuleId() const;
+    [[nodiscard]] std::int64_t bytesFoundSoFar() const { return m_bytesFoundSoFar; }
+    [[nodiscard]] bool hasFullDiskAccess() const { return m_hasFullDiskAccess; }
+    [[nodiscard]] std::int64_t totalRecoverableBytes() const;
+    [[nodiscard]] bool anyAccessErrors() const;
+    [[nodiscard]] std::vector<RingSegment> ringSegments() const;
+    [[nodiscard]] QString userName() const { return m_environment.account.userName(); }
+
+    /// Remembers the acceptance of the current terms and looks for the disk permission.
+    Q_INVOKABLE void acceptTerms();
+    /// Looks, by one listing, whether the home's files can be seen; moves on from needsPermission.
+    Q_INVOKABLE void refreshPermissionState();
+    /// Moves on from needsPermission without the permission.
+    Q_INVOKABLE void continueWithoutPermission();
+    Q_INVOKABLE void openPermissionSettings();
+    /// Does nothing while a scan runs. A catalog that cannot be loaded leads back to ready.
+    Q_INVOKABLE void startScan();
+    /// Nothing that the cancelled scan still finds is published. A tool that already runs is left
+    /// to end.
+    Q_INVOKABLE void cancelScan();
+
+    // Selecting and cleaning
+
+    [[nodiscard]] const CleanCore::SelectionState& selection() const { return m_selection; }
+    [[nodiscard]] bool showConfirmation() const { return m_showConfirmation; }
+    [[nodiscard]] bool isCleaning() const { return m_isCleaning; }
+    [[nodiscard]] const std::optional<CleanCore::CleaningReport>& cleaningReport() const;
+    [[nodiscard]] bool hasCleaningReport() const { return m_cleaningReport.has_value(); }
+    /// How much the volume's free space grew during the last clean; never negative.
+    [[nodiscard]] std::optional<std::int64_t> lastVisibleFreedBytes() const;
+
+    [[nodiscard]] BooleanBinding itemBinding(std::string ruleId, std::string path);
+    /// Reads as true when the category has items and all are chosen; a write chooses all or none
+    /// and publishes once. `category` is a position in categories(); after the next scan the
+    /// binding is dead.
+    [[nodiscard]] BooleanBinding categoryBinding(std::size_t category);
+    /// `category` is a position in categories().
+    [[nodiscard]] std::int64_t selectedBytes(std::size_t category) const;
+    [[nodiscard]] std::vector<QString> selectedTierBWarnings() const;
+    [[nodiscard]] std::vector<TierBCategory> selectedTierBCategories() const;
+    void selectAll(std::string_view ruleId);
+    void deselectAll(std::string_view ruleId);
+
+    void setShowConfirmation(bool isShown);
+    Q_INVOKABLE void requestClean();
+    /// Removes what is chosen now. Does nothing while a clean runs.
+    Q_INVOKABLE void performClean();
+    Q_INVOKABLE void closeReport();
+
+    // The cloud drive
+
+    [[nodiscard]] bool showICloud() const { return m_showICloud; }
+    /// Absent until the first measuring; then what is downloaded, largest first.
+    [[nodiscard]] const std::optional<std::vector<CleanCore::ICloudItem>>& icloudItems() const;
+    [[nodiscard]] const std::set<std::string>& icloudSelection() const;
+    [[nodiscard]] bool isEvicting() const { return m_isEvicting; }
+    /// Paths of entries whose measuring ran into the time limit.
+    [[nodiscard]] const std::vector<std::string>& icloudBusyFolders() const;
+    [[nodiscard]] const std::set<std::string>& icloudReleasedPaths() const;
+    /// Entries whose measuring has been started and not been handled.
+    [[nodiscard]] std::int64_t icloudPending() const { return m_icloudPending; }
+    [[nodiscard]] std::int64_t icloudMeasuredFiles() const { return m_icloudMeasuredFiles; }
+    [[nodiscard]] std::int64_t icloudMeasuredBytes() const { return m_icloudMeasuredBytes; }
+    [[nodiscard]] const std::optional<EvictProgress>& icloudEvictProgress() const;
+    [[nodiscard]] const std::optional<EvictReport>& icloudEvictReport() const;
+    [[nodiscard]] std::int64_t icloudDownloadedBytes() const;
+    [[nodiscard]] std::vector<CleanCore::ICloudItem> icloudSelectedItems() const;
+    [[nodiscard]] std::int64_t icloudSelectedBytes() const;
+    [[nodiscard]] std::int64_t icloudSelectedFileCount() const;
+    /// The bundles of the chosen items, largest first.
+    [[nodiscard]] std::vector<CleanCore::ICloudAppBundle> icloudSelectedApps() const;
+    [[nodiscard]] std::int64_t icloudSelectedAppBytes() const;
+
+    void setShowICloud(bool isShown);
+    void setICloudSelected(const std::string& path, bool isSelected);
+    Q_INVOKABLE void openICloud();
+    Q_INVOKABLE void reloadICloud();
+    Q_INVOKABLE void retryBusyICloudFolders();
+    /// Releases what is chosen; nothing happens when nothing is, or while a release runs.
+    Q_INVOKABLE void requestEvict();
+    void revealICloudApps(std::span<const CleanCore::ICloudAppBundle> apps) const;
+
+    // Closing
+
+    [[nodiscard]] bool isClosing() const { return m_isClosing; }
+    /// Lets a clean or a release finish the item that it has in hand, then emits readyToClose(); at
+    /// once when there is neither.
+    Q_INVOKABLE void requestClose();
+
+    // For the screens
+
+    [[nodiscard]] const CleanCore::TextTable& texts() const { return m_environment.texts; }
+    [[nodiscard]] const ByteCountFormatter& byteCountFormatter() const { return m_formatter; }
+
+signals:
+    void phaseChanged();
+    void categoriesChanged();
+    void currentRuleIdChanged();
+    void bytesFoundSoFarChanged();
+    void hasFullDiskAccessChanged();
+    void selectionChanged();
+    void showConfirmationChanged();
+    void isCleaningChanged();
+    void cleaningReportChanged();
+    void lastVisibleFreedBytesChanged();
+
+    void showICloudChanged();
+    void icloudItemsChanged();
+    void icloudSelectionChanged();
+    void isEvictingChanged();
+    void icloudBusyFoldersChanged();
+    void icloudReleasedPathsChanged();
+    void icloudPendingChanged();
+    /// Of either figure.
+    void icloudMeasuredChanged();
+    void icloudEvictProgressChanged();
+    void icloudEvictReportChanged();
+
+    void isClosingChanged();
+    void readyToClose();
+
+private:
+    void setPhase(Phase phase);
+    void setCurrentRuleId(std::optional<std::string> ruleId);
+    void setBytesFoundSoFar(std::int64_t bytes);
+    void setCleaningReport(std::optional<CleanCore::CleaningReport> report);
+    void changeSelection(const std::function<void(CleanCore::SelectionState&)>& change);
+    void publishResults(const CleanCore::SelectionState& results);
+    void finishClean(const CleanCore::CleaningReport& report, std::int64_t freed);
+    void measureICloudChildren(std::vector<std::string> children);
+    void handleMeasureProgress(const std::string& path, MeasureProgress progress);
+    void handleMeasureResult(const CleanCore::ICloudEvictor::MeasureResult& result);
+    void performEvict();
+    void setEvictProgress(std::optional<EvictProgress> progress);
+    void finishEvict(const EvictReport& report);
+    /// Emits readyToClose() when closing was asked for and nothing is in hand any more.
+    void closeWhenReady();
+
+    const Environment m_environment;
+    const ByteCountFormatter m_formatter;
+    const CleanCore::ICloudEvictor m_icloudEvictor;
+
+    Phase m_phase = Phase::needsPermission;
+    std::optional<std::string> m_currentRuleId;
+    std::int64_t m_bytesFoundSoFar = 0;
+    bool m_hasFullDiskAccess = false;
+    CleanCore::SelectionState m_selection;
+    /// Whether the categories are those of the selection; while a scan runs there are none.
+    bool m_hasCategories = true;
+    bool m_showConfirmation = false;
+    bool m_isCleaning = false;
+    std::optional<CleanCore::CleaningReport> m_cleaningReport;
+    std::optional<std::int64_t> m_lastVisibleFreedBytes;
+
+    bool m_showICloud = false;
+    std::optional<std::vector<CleanCore::ICloudItem>> m_icloudItems;
+    std::set<std::string> m_icloudSelection;
+    bool m_isEvicting = false;
+    std::vector<std::string> m_icloudBusyFolders;
+    std::set<std::string> m_icloudReleasedPaths;
+    std::int64_t m_icloudPending = 0;
+    std::int64_t m_icloudMeasuredFiles = 0;
+    std::int64_t m_icloudMeasuredBytes = 0;
+    std::map<std::string, MeasureProgress> m_icloudMeasureByChild;
+    std::optional<EvictProgress> m_icloudEvictProgress;
+    std::optional<EvictReport> m_icloudEvictReport;
+
+    bool m_isClosing = false;
+    const std::shared_ptr<Mailbox> m_mailbox;
+    const MailboxReader m_mailboxReader;
+    /// Ends the running tools of scans when the state goes.
+    std::stop_source m_end;
+    /// Cancels the scan whose letters count.
+    std::shared_ptr<std::stop_source> m_scan;
+    /// Asks a clean or release to stop after the item in hand.
+    std::jthread m_clean;
+    std::jthread m_evict;
+};
+
+} // namespace Zorvane

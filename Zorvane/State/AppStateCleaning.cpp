@@ -1,0 +1,202 @@
+#include "CleanCore/Cleaning/CleanEngine.h"
+#include "CleanCore/Commands/CommandCleanEngine.h"
+#include "CleanCore/Commands/CommandRunning.h"
+#include "CleanCore/Platform/FileManager.h"
+#include "Zorvane/State/AppState.h"
+#include "Zorvane/State/RuleDisplay.h"
+
+#include <QPointer>
+#include <algorithm>
+#include <utility>
+
+namespace Zorvane {
+
+namespace {
+
+using CleanCore::CleaningReport;
+using CleanCore::CleaningSelection;
+using CleanCore::RuleKind;
+using CleanCore::RuleTier;
+
+/// One clean with all that it needs by value.
+struct CleanJob
+{
+    CleanCore::HomeEnvironment home;
+    CleanCore::ToolLocations tools;
+    std::shared_ptr<const CleanCore::CommandRunning> runner;
+    std::vector<CleaningSelection> ofFiles;
+    std::vector<CleaningSelection> ofTools;
+
+    [[nodiscard]] std::int64_t volumeFreeBytes() const
+    {
+        return home.fileManager->availableCapacity(home.home).value_or(0);
+    }
+
+    [[nodiscard]] CleaningReport run(const std::stop_token& stop) const
+    {
+        const CleanCore::CleanEngine engine(home.home, home.fileManager,
+                                            home.folders.protectedFolders);
+        CleaningReport report = engine.clean(ofFiles, false, stop);
+        if (!ofTools.empty()) {
+            const CleanCore::CommandCleanEngine commandEngine(runner, tools);
+            report = report.merging(commandEngine.clean(ofTools, stop));
+        }
+        return report;
+    }
+};
+
+} // namespace
+
+const std::optional<CleaningReport>& AppState::cleaningReport() const
+{
+    return m_cleaningReport;
+}
+
+std::optional<std::int64_t> AppState::lastVisibleFreedBytes() const
+{
+    return m_lastVisibleFreedBytes;
+}
+
+BooleanBinding AppState::itemBinding(std::string ruleId, std::string path)
+{
+    const QPointer<AppState> self(this);
+    return {[self, ruleId, path] { return self && self->m_selection.isSelected(ruleId, path); },
+            [self, ruleId, path](bool isSelected) {
+                if (self && self->m_selection.isSelected(ruleId, path) != isSelected) {
+                    self->changeSelection([&](auto& selection) { selection.toggle(ruleId, path); });
+                }
+            }};
+}
+
+BooleanBinding AppState::categoryBinding(std::size_t category)
+{
+    // The results that the position belongs to; it means nothing in others.
+    const QPointer<AppState> self(this);
+    const void* const results = &m_selection.results();
+    const auto isAlive = [self, results] {
+        return self && self->m_hasCategories && &self->m_selection.results() == results;
+    };
+    return {[self, isAlive, category] {
+                return isAlive() && self->m_selection.isWhollySelected(category);
+            },
+            [self, isAlive, category](bool isSelected) {
+                if (isAlive()) {
+                    self->changeSelection([&](auto& selection) {
+                        selection.setWhollySelected(category, isSelected);
+                    });
+                }
+            }};
+}
+
+std::int64_t AppState::selectedBytes(std::size_t category) const
+{
+    return m_hasCategories ? m_selection.selectedBytes(category) : 0;
+}
+
+std::vector<QString> AppState::selectedTierBWarnings() const
+{
+    std::vector<QString> warnings;
+    for (std::size_t category = 0; category < categories().size(); ++category) {
+        const CleanCore::CleaningRule& rule = categories()[category].rule;
+        if (rule.tier == RuleTier::reviewRequired && m_selection.selectedCount(category) > 0) {
+            const std::string warning = texts().textOrEmpty("category.warning." + rule.id);
+            if (!warning.empty()) {
+                warnings.push_back(QString::fromStdString(warning));
+            }
+        }
+    }
+    return warnings;
+}
+
+std::vector<AppState::TierBCategory> AppState::selectedTierBCategories() const
+{
+    std::vector<TierBCategory> summary;
+    for (std::size_t category = 0; category < categories().size(); ++category) {
+        const CleanCore::CleaningRule& rule = categories()[category].rule;
+        const auto count = static_cast<std::int64_t>(m_selection.selectedCount(category));
+        if (rule.tier == RuleTier::reviewRequired && count > 0) {
+            summary.push_back(
+                {RuleDisplay::title(rule.id, texts()), m_selection.selectedBytes(category), count});
+        }
+    }
+    return summary;
+}
+
+void AppState::selectAll(std::string_view ruleId)
+{
+    changeSelection([&](auto& selection) { selection.selectAll(ruleId); });
+}
+
+void AppState::deselectAll(std::string_view ruleId)
+{
+    changeSelection([&](auto& selection) { selection.deselectAll(ruleId); });
+}
+
+void AppState::changeSelection(const std::function<void(CleanCore::SelectionState&)>& change)
+{
+    change(m_selection);
+    emit selectionChanged();
+}
+
+void AppState::setShowConfirmation(bool isShown)
+{
+    m_showConfirmation = isShown;
+    emit showConfirmationChanged();
+}
+
+void AppState::requestClean()
+{
+    setShowConfirmation(true);
+}
+
+void AppState::performClean()
+{
+    if (m_isCleaning) {
+        return;
+    }
+    m_isCleaning = true;
+    emit isCleaningChanged();
+    setShowConfirmation(false);
+
+    std::vector<CleaningSelection> ofFiles = m_selection.selections();
+    const auto firstOfTools = std::ranges::stable_partition(ofFiles, [](const auto& selection) {
+                                  return selection.rule.kind == RuleKind::fileSystem;
+                              }).begin();
+    std::vector<CleaningSelection> ofTools(std::make_move_iterator(firstOfTools),
+                                           std::make_move_iterator(ofFiles.end()));
+    ofFiles.erase(firstOfTools, ofFiles.end());
+    // Unlike a listing, what a tool has begun to remove it finishes.
+    CleanJob job{m_environment.home, m_environment.tools, m_environment.commandRunner({}),
+                 std::move(ofFiles), std::move(ofTools)};
+    m_clean = std::jthread(
+        [this, job = std::move(job), mailbox = m_mailbox](const std::stop_token& stop) {
+            const std::int64_t before = job.volumeFreeBytes();
+            const CleaningReport report = job.run(stop);
+            const std::int64_t after = job.volumeFreeBytes();
+            const std::int64_t freed = std::max<std::int64_t>(0, after - before);
+            mailbox->post([this, report, freed] { finishClean(report, freed); });
+        });
+}
+
+void AppState::finishClean(const CleaningReport& report, std::int64_t freed)
+{
+    m_lastVisibleFreedBytes = freed;
+    emit lastVisibleFreedBytesChanged();
+    setCleaningReport(report);
+    m_isCleaning = false;
+    emit isCleaningChanged();
+    closeWhenReady();
+}
+
+void AppState::closeReport()
+{
+    setCleaningReport(std::nullopt);
+}
+
+void AppState::setCleaningReport(std::optional<CleaningReport> report)
+{
+    m_cleaningReport = std::move(report);
+    emit cleaningReportChanged();
+}
+
+} // namespace Zorvane

@@ -1,0 +1,51 @@
+#pragma once
+
+#include "CleanCore/Platform/HomeEnvironment.h"
+#include "CleanCore/Platform/ToolLocations.h"
+#include "CleanCore/Rules/RulesCatalog.h"
+#include "CleanCore/Rules/TextTable.h"
+#include "CleanCore/Support/Timestamp.h"
+#include "Zorvane/Platform/Preferences.h"
+#include "Zorvane/Platform/UserAccount.h"
+
+#include <QLocale>
+#include <chrono>
+#include <functional>
+#include <memory>
+#include <stop_token>
+#include <string>
+#include <vector>
+
+namespace CleanCore {
+class CommandRunning;
+class FileManager;
+} // namespace CleanCore
+
+namespace Zorvane {
+
+/// Everything that the application's state works with. Made once, by the program or by a test.
+struct Environment
+{
+    CleanCore::HomeEnvironment home;
+    /// The file manager whose releases go to the cloud drive.
+    std::shared_ptr<const CleanCore::FileManager> cloudFileManager;
+    CleanCore::ToolLocations tools = CleanCore::ToolLocations::none();
+    /// Makes a runner whose children end when a stop is requested. Called on the main thread.
+    std::function<std::shared_ptr<const CleanCore::CommandRunning>(std::stop_token)> commandRunner;
+    /// Reads the catalog afresh; throws when it is missing, invalid or refused. Any thread.
+    std::function<CleanCore::RulesCatalog()> loadCatalog;
+    CleanCore::TextTable texts;
+    QLocale locale;
+    Preferences preferences;
+    UserAccount account;
+    /// Any thread.
+    std::function<CleanCore::Timestamp()> now = std::chrono::system_clock::now;
+    std::function<std::chrono::steady_clock::time_point()> steadyNow =
+        std::chrono::steady_clock::now;
+    /// Shows files in the desktop's file manager, selected. Main thread; returns at once.
+    std::function<void(const std::vector<std::string>& paths)> reveal;
+    /// Opens what this desktop has for applications' permissions. Main thread; returns at once.
+    std::function<void()> openPermissionSettings;
+};
+
+} // namespace Zorvane
