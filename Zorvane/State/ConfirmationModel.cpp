@@ -1,0 +1,94 @@
+#include "Zorvane/State/ConfirmationModel.h"
+
+#include "Zorvane/Platform/StyledText.h"
+#include "Zorvane/State/AppState.h"
+#include "Zorvane/State/RuleDisplay.h"
+
+namespace Zorvane {
+
+ConfirmationModel::ConfirmationModel(QObject* parent) : QAbstractListModel(parent) {}
+
+void ConfirmationModel::setAppState(AppState* appState)
+{
+    if (m_appState != nullptr) {
+        m_appState->disconnect(this);
+    }
+    m_appState = appState;
+    connect(appState, &AppState::categoriesChanged, this, &ConfirmationModel::rebuild);
+    connect(appState, &AppState::selectionChanged, this, &ConfirmationModel::rebuild);
+    rebuild();
+    emit appStateChanged();
+}
+
+QString ConfirmationModel::acknowledgementText() const
+{
+    return styledText(m_acknowledgement);
+}
+
+QString ConfirmationModel::plainAcknowledgementText() const
+{
+    return plainText(m_acknowledgement);
+}
+
+int ConfirmationModel::rowCount(const QModelIndex& parent) const
+{
+    return parent.isValid() ? 0 : static_cast<int>(m_rows.size());
+}
+
+QVariant ConfirmationModel::data(const QModelIndex& index, int role) const
+{
+    if (!checkIndex(index, CheckIndexOption::IndexIsValid)) {
+        return {};
+    }
+    const Row& row = m_rows[static_cast<std::size_t>(index.row())];
+    switch (role) {
+    case TitleRole:
+        return row.title;
+    case IsReviewRequiredRole:
+        return row.isReviewRequired;
+    case SizeTextRole:
+        return row.sizeText;
+    default:
+        return {};
+    }
+}
+
+QHash<int, QByteArray> ConfirmationModel::roleNames() const
+{
+    return {{TitleRole, "title"},
+            {IsReviewRequiredRole, "isReviewRequired"},
+            {SizeTextRole, "sizeText"}};
+}
+
+void ConfirmationModel::rebuild()
+{
+    beginResetModel();
+    const ByteCountFormatter& formatter = m_appState->byteCountFormatter();
+    m_rows.clear();
+    for (std::size_t category = 0; category < m_appState->categories().size(); ++category) {
+        const CleanCore::CleaningRule& rule = m_appState->categories()[category].rule;
+        const std::int64_t bytes = m_appState->selectedBytes(category);
+        if (bytes >= 1) {
+            m_rows.push_back({RuleDisplay::title(rule.id, m_appState->texts()),
+                              rule.tier == CleanCore::RuleTier::reviewRequired,
+                              formatter.string(bytes)});
+        }
+    }
+    m_totalText = formatter.string(m_appState->selection().selectedBytes());
+    m_warnings.clear();
+    for (const QString& warning : m_appState->selectedTierBWarnings()) {
+        m_warnings.push_back(warning);
+    }
+    QStringList titles;
+    for (const AppState::TierBCategory& category : m_appState->selectedTierBCategories()) {
+        titles.push_back(category.title);
+    }
+    m_needsAcknowledgement = !titles.empty();
+    m_acknowledgement = tr("I understand that the selected **review required** items (%1) may "
+                           "**not be recoverable**.")
+                            .arg(titles.join(QStringLiteral(", ")));
+    endResetModel();
+    emit changed();
+}
+
+} // namespace Zorvane

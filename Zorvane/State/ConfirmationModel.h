@@ -1,0 +1,66 @@
+#pragma once
+
+#include <QAbstractListModel>
+#include <QStringList>
+#include <QtQml/qqmlregistration.h>
+#include <vector>
+
+namespace Zorvane {
+
+class AppState;
+
+/// What a clean is about to remove: one row for each area of which at least one byte is chosen, in
+/// the order of the results. It follows the selection. Main thread only.
+class ConfirmationModel : public QAbstractListModel
+{
+    Q_OBJECT
+    QML_ELEMENT
+    Q_PROPERTY(
+        Zorvane::AppState* appState READ appState WRITE setAppState NOTIFY appStateChanged REQUIRED)
+    Q_PROPERTY(QString totalText READ totalText NOTIFY changed)
+    Q_PROPERTY(QStringList warnings READ warnings NOTIFY changed)
+    /// Whether something is chosen that wants to be reviewed.
+    Q_PROPERTY(bool needsAcknowledgement READ needsAcknowledgement NOTIFY changed)
+    /// Styled text; the titles in it are escaped.
+    Q_PROPERTY(QString acknowledgementText READ acknowledgementText NOTIFY changed)
+    Q_PROPERTY(QString plainAcknowledgementText READ plainAcknowledgementText NOTIFY changed)
+public:
+    enum Role { TitleRole = Qt::UserRole + 1, IsReviewRequiredRole, SizeTextRole };
+
+    explicit ConfirmationModel(QObject* parent = nullptr);
+
+    [[nodiscard]] AppState* appState() const { return m_appState; }
+    void setAppState(AppState* appState);
+    [[nodiscard]] QString totalText() const { return m_totalText; }
+    [[nodiscard]] QStringList warnings() const { return m_warnings; }
+    [[nodiscard]] bool needsAcknowledgement() const { return m_needsAcknowledgement; }
+    [[nodiscard]] QString acknowledgementText() const;
+    [[nodiscard]] QString plainAcknowledgementText() const;
+
+    [[nodiscard]] int rowCount(const QModelIndex& parent = {}) const override;
+    [[nodiscard]] QVariant data(const QModelIndex& index, int role) const override;
+    [[nodiscard]] QHash<int, QByteArray> roleNames() const override;
+
+signals:
+    void appStateChanged();
+    void changed();
+
+private:
+    struct Row
+    {
+        QString title;
+        bool isReviewRequired = false;
+        QString sizeText;
+    };
+
+    void rebuild();
+
+    AppState* m_appState = nullptr;
+    std::vector<Row> m_rows;
+    QString m_totalText;
+    QStringList m_warnings;
+    bool m_needsAcknowledgement = false;
+    QString m_acknowledgement;
+};
+
+} // namespace Zorvane
