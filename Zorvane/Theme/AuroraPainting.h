@@ -1,0 +1,36 @@
+#pragma once
+
+#include <QColor>
+#include <QQuickPaintedItem>
+#include <QtQml/qqmlregistration.h>
+
+namespace Zorvane {
+
+/// Three soft glows over a dark base. The violet one stays at the top left, the indigo one keeps to
+/// the right edge, and the teal one rises from below the bottom edge at 45 % of the width. Painted
+/// anew only when the size or a colour changes.
+class AuroraPainting : public QQuickPaintedItem
+{
+    Q_OBJECT
+    Q_PROPERTY(QColor baseColor MEMBER m_base NOTIFY colorsChanged REQUIRED)
+    Q_PROPERTY(QColor violet MEMBER m_violet NOTIFY colorsChanged REQUIRED)
+    Q_PROPERTY(QColor indigo MEMBER m_indigo NOTIFY colorsChanged REQUIRED)
+    Q_PROPERTY(QColor teal MEMBER m_teal NOTIFY colorsChanged REQUIRED)
+    QML_ELEMENT
+
+public:
+    explicit AuroraPainting(QQuickItem* parent = nullptr);
+
+    void paint(QPainter* painter) override;
+
+signals:
+    void colorsChanged();
+
+private:
+    QColor m_base;
+    QColor m_violet;
+    QColor m_indigo;
+    QColor m_teal;
+};
+
+} // namespace Zorvane

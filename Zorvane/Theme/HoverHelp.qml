@@ -1,0 +1,47 @@
+import QtQuick
+import QtQuick.Templates as T
+import Zorvane
+
+/// Explains the element that it is put into, while the pointer is over it or the keyboard is there.
+Item {
+    id: help
+
+    required property string text
+
+    anchors.fill: parent
+
+    HoverHandler {
+        id: pointer
+    }
+
+    T.ToolTip {
+        id: tip
+
+        x: Math.round((help.width - width) / 2)
+        y: -height - 6
+        implicitWidth: Math.min(implicitContentWidth, 300) + leftPadding + rightPadding
+        implicitHeight: implicitContentHeight + topPadding + bottomPadding
+        horizontalPadding: 10
+        verticalPadding: 6
+        margins: 8
+        delay: 400
+        text: help.text
+        visible: help.text !== "" && (pointer.hovered || (help.parent?.activeFocus ?? false))
+        closePolicy: T.Popup.CloseOnEscape
+
+        contentItem: Text {
+            text: tip.text
+            textFormat: Text.PlainText
+            font: Theme.caption
+            color: Theme.textPrimary
+            wrapMode: Text.Wrap
+        }
+
+        background: Rectangle {
+            radius: 7
+            color: "#23222d"
+            border.width: 1
+            border.color: Theme.white(0.14)
+        }
+    }
+}

@@ -1,0 +1,53 @@
+import QtQuick
+import QtQuick.Templates as T
+import Zorvane
+
+/// A button without a frame: a text, a symbol or both.
+T.Button {
+    id: button
+
+    property string symbol: ""
+    property color color: Theme.textSecondary
+
+    padding: 0
+    implicitWidth: implicitContentWidth + leftPadding + rightPadding
+    implicitHeight: implicitContentHeight + topPadding + bottomPadding
+    spacing: 4
+    font: Theme.caption
+    opacity: enabled ? 1 : 0.5
+    hoverEnabled: true
+    focusPolicy: Qt.StrongFocus
+
+    Accessible.role: Accessible.Button
+    Accessible.name: text
+    Keys.onReturnPressed: event => { if (!event.isAutoRepeat) button.click(); }
+    Keys.onEnterPressed: event => { if (!event.isAutoRepeat) button.click(); }
+
+    HoverHandler {
+        cursorShape: Qt.PointingHandCursor
+    }
+
+    contentItem: LabelRow {
+        text: button.text
+        symbol: button.symbol
+        font: button.font
+        color: button.color
+        spacing: button.spacing
+        opacity: button.down ? 0.7 : 1
+    }
+
+    background: Item {
+        Rectangle {
+            anchors.fill: parent
+            anchors.margins: -4
+            radius: 6
+            color: "white"
+            opacity: button.hovered ? 0.06 : 0
+        }
+
+        FocusRing {
+            shown: button.visualFocus
+            cornerRadius: 4
+        }
+    }
+}

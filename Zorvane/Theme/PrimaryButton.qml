@@ -1,0 +1,140 @@
+import QtQuick
+import QtQuick.Templates as T
+import Zorvane
+
+/// The button of a screen's main action. A destructive one is pressed by a click or the space bar
+/// only: Return is too easily pressed without looking.
+T.Button {
+    id: button
+
+    property bool isDestructive: false
+    /// Shows a spinner in place of the text and takes no presses.
+    property bool busy: false
+    property real minimumWidth: 0
+    /// Of the text alone, without the padding.
+    property real minimumTextWidth: 0
+
+    readonly property real fillOpacity: down ? 0.75 : 0.9
+
+    leftPadding: 26
+    rightPadding: 26
+    topPadding: 11
+    bottomPadding: 11
+    implicitWidth: Math.max(minimumWidth, leftPadding + rightPadding + Math.max(implicitContentWidth, minimumTextWidth))
+    implicitHeight: implicitContentHeight + topPadding + bottomPadding
+    font: Theme.bodySemibold
+    opacity: enabled ? 1 : 0.5
+    hoverEnabled: true
+    focusPolicy: Qt.StrongFocus
+
+    Accessible.role: Accessible.Button
+    Accessible.name: text
+    Accessible.onPressAction: button.pressByKey()
+    Keys.onReturnPressed: event => button.pressByReturn(event)
+    Keys.onEnterPressed: event => button.pressByReturn(event)
+    Keys.onSpacePressed: event => { event.accepted = button.busy; }
+
+    function pressByReturn(event: KeyEvent) {
+        if (!isDestructive && !event.isAutoRepeat)
+            pressByKey();
+        event.accepted = true;
+    }
+
+    function pressByKey() {
+        if (!busy)
+            click();
+    }
+
+    contentItem: Item {
+        implicitWidth: label.implicitWidth
+        implicitHeight: label.implicitHeight
+
+        Text {
+            id: label
+
+            anchors.fill: parent
+            text: button.text
+            textFormat: Text.PlainText
+            font: button.font
+            color: "white"
+            horizontalAlignment: Text.AlignHCenter
+            verticalAlignment: Text.AlignVCenter
+            elide: Text.ElideRight
+            opacity: button.busy ? 0 : 1
+            Accessible.ignored: true
+        }
+
+        Spinner {
+            anchors.centerIn: parent
+            visible: button.busy
+            color: "white"
+        }
+    }
+
+    background: Item {
+        SoftShadow {
+            anchors.fill: parent
+            anchors.margins: -margin
+            color: Theme.withOpacity(Theme.primary, 0.45)
+            radius: 11
+            offsetY: 4
+            cornerRadius: Theme.radiusMedium
+        }
+
+        DiagonalGradient {
+            visible: !button.isDestructive
+            anchors.fill: parent
+            cornerRadius: Theme.radiusMedium
+            fromColor: button.down ? Theme.primaryDeep : Theme.primaryLight
+            toColor: Theme.primaryDeep
+
+            Behavior on fromColor {
+                enabled: Theme.animated
+                ColorAnimation {
+                    duration: Theme.pressDuration
+                    easing.type: Easing.OutQuad
+                }
+            }
+        }
+
+        Rectangle {
+            visible: button.isDestructive
+            anchors.fill: parent
+            radius: Theme.radiusMedium
+            color: Theme.withOpacity(Theme.danger, button.fillOpacity)
+
+            Behavior on color {
+                enabled: Theme.animated
+                ColorAnimation {
+                    duration: Theme.pressDuration
+                    easing.type: Easing.OutQuad
+                }
+            }
+        }
+
+        Rectangle {
+            anchors.fill: parent
+            radius: Theme.radiusMedium
+            color: "white"
+            opacity: button.hovered && !button.down && !button.busy ? 0.09 : 0
+
+            Behavior on opacity {
+                enabled: Theme.animated
+                NumberAnimation {
+                    duration: Theme.pressDuration
+                    easing.type: Easing.OutQuad
+                }
+            }
+        }
+
+        FocusRing {
+            shown: button.visualFocus
+            cornerRadius: Theme.radiusMedium
+        }
+    }
+
+    MouseArea {
+        anchors.fill: parent
+        visible: button.busy
+    }
+}

@@ -1,0 +1,65 @@
+import QtQuick
+import QtQuick.Templates as T
+import Zorvane
+
+/// A button beside the main one, with an optional symbol before its text.
+T.Button {
+    id: button
+
+    property string symbol: ""
+    property real cornerRadius: Theme.radiusMedium
+    property bool small: false
+
+    leftPadding: small ? 12 : 18
+    rightPadding: leftPadding
+    topPadding: small ? 5 : 10
+    bottomPadding: topPadding
+    implicitWidth: implicitContentWidth + leftPadding + rightPadding
+    implicitHeight: implicitContentHeight + topPadding + bottomPadding
+    spacing: small ? 5 : 7
+    font: small ? Theme.captionMedium : Theme.bodyMedium
+    opacity: enabled ? 1 : 0.5
+    hoverEnabled: true
+    focusPolicy: Qt.StrongFocus
+
+    Accessible.role: Accessible.Button
+    Accessible.name: text
+    Keys.onReturnPressed: event => { if (!event.isAutoRepeat) button.click(); }
+    Keys.onEnterPressed: event => { if (!event.isAutoRepeat) button.click(); }
+
+    contentItem: LabelRow {
+        text: button.text
+        symbol: button.symbol
+        font: button.font
+        color: Theme.textPrimary
+        spacing: button.spacing
+    }
+
+    background: Rectangle {
+        readonly property real fill: button.down ? 0.1 : button.hovered ? 0.085 : 0.06
+
+        radius: button.cornerRadius
+        color: Theme.white(fill)
+
+        Behavior on color {
+            enabled: Theme.animated
+            ColorAnimation {
+                duration: Theme.pressDuration
+                easing.type: Easing.OutQuad
+            }
+        }
+
+        Rectangle {
+            anchors.fill: parent
+            radius: button.cornerRadius
+            color: "transparent"
+            border.width: 1
+            border.color: Theme.white(0.13)
+        }
+
+        FocusRing {
+            shown: button.visualFocus
+            cornerRadius: button.cornerRadius
+        }
+    }
+}

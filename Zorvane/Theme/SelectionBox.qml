@@ -1,0 +1,69 @@
+import QtQuick
+import QtQuick.Templates as T
+import Zorvane
+
+/// A check box without a label. It shows `checked` and never changes it: on `toggled` the owner
+/// decides, and `checked` follows.
+T.CheckBox {
+    id: box
+
+    required property string accessibleName
+
+    padding: 0
+    implicitWidth: 18
+    implicitHeight: 18
+    opacity: enabled ? 1 : 0.5
+    hoverEnabled: true
+    focusPolicy: Qt.StrongFocus
+    nextCheckState: () => checkState
+    onClicked: toggled()
+
+    Accessible.role: Accessible.CheckBox
+    Accessible.name: accessibleName
+    Accessible.checkable: true
+    Accessible.checked: checked
+    Accessible.onPressAction: box.click()
+    Accessible.onToggleAction: box.click()
+
+    indicator: Rectangle {
+        anchors.centerIn: parent
+        width: 16
+        height: 16
+        radius: 4.5
+        color: box.checked ? (box.down ? Theme.primaryDeep : Theme.primary)
+                           : Theme.white(box.down ? 0.16 : box.hovered ? 0.12 : 0.07)
+        border.width: 1
+        border.color: box.checked ? Theme.primaryLight : Theme.white(box.hovered ? 0.42 : 0.3)
+
+        Behavior on color {
+            enabled: Theme.animated
+            ColorAnimation { duration: Theme.pressDuration }
+        }
+
+        Symbol {
+            anchors.centerIn: parent
+            name: "checkmark"
+            size: 9
+            color: "white"
+            opacity: box.checked ? 1 : 0
+            scale: box.checked ? 1 : 0.5
+
+            Behavior on opacity {
+                enabled: Theme.animated
+                NumberAnimation { duration: Theme.pressDuration }
+            }
+            Behavior on scale {
+                enabled: Theme.animated
+                NumberAnimation {
+                    duration: Theme.shortDuration
+                    easing.type: Easing.OutBack
+                }
+            }
+        }
+
+        FocusRing {
+            shown: box.visualFocus
+            cornerRadius: 4.5
+        }
+    }
+}

@@ -1,0 +1,37 @@
+import QtQuick
+import Zorvane
+
+/// Turns while something goes on whose end is not known.
+Item {
+    id: spinner
+
+    enum ControlSize {
+        Small,
+        Large
+    }
+
+    property int controlSize: Spinner.Small
+    property color color: Theme.primary
+
+    readonly property int side: controlSize === Spinner.Large ? 36 : 16
+
+    implicitWidth: side
+    implicitHeight: side
+    Accessible.role: Accessible.Indicator
+
+    SpinnerArc {
+        anchors.centerIn: parent
+        width: spinner.side
+        height: spinner.side
+        color: spinner.color
+        lineWidth: spinner.controlSize === Spinner.Large ? 3.5 : 2
+
+        RotationAnimation on rotation {
+            running: spinner.visible && Theme.animated
+            from: 0
+            to: 360
+            duration: Theme.spinDuration
+            loops: Animation.Infinite
+        }
+    }
+}

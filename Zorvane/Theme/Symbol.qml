@@ -1,0 +1,28 @@
+import QtQuick
+import QtQuick.Window
+import Zorvane
+
+/// A symbol beside text of the font size `size`, or alone. Its square is a little larger than the
+/// size, as capital letters with their line are.
+Item {
+    id: symbol
+
+    required property string name
+    property real size: 13
+    property color color: Theme.textPrimary
+
+    readonly property int side: Math.round(size * 1.2)
+
+    implicitWidth: side
+    implicitHeight: side
+    Accessible.ignored: true
+
+    Image {
+        anchors.centerIn: parent
+        width: symbol.side
+        height: symbol.side
+        source: SymbolImages.url(symbol.name, symbol.color)
+        sourceSize.width: Math.ceil(symbol.side * Screen.devicePixelRatio)
+        sourceSize.height: Math.ceil(symbol.side * Screen.devicePixelRatio)
+    }
+}

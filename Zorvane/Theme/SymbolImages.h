@@ -1,0 +1,41 @@
+#pragma once
+
+#include <QColor>
+#include <QObject>
+#include <QQuickImageProvider>
+#include <QUrl>
+#include <QtQml/qqmlregistration.h>
+
+class QJSEngine;
+class QQmlEngine;
+
+namespace Zorvane {
+
+/// Renders the symbols as "image://symbol/NAME?AARRGGBB". The drawings are white; what is black in
+/// them is cut out, and the rest takes the colour. An unknown name gives a null image, which the
+/// image element reports as an error.
+class SymbolImageProvider : public QQuickImageProvider
+{
+public:
+    SymbolImageProvider();
+
+    QImage requestImage(const QString& id, QSize* size, const QSize& requestedSize) override;
+};
+
+/// Gives the addresses of the symbols; the engine that creates it gets the provider behind them.
+class SymbolImages : public QObject
+{
+    Q_OBJECT
+    QML_ELEMENT
+    QML_SINGLETON
+
+public:
+    static SymbolImages* create(QQmlEngine* engine, QJSEngine* scriptEngine);
+
+    [[nodiscard]] Q_INVOKABLE QUrl url(const QString& name, const QColor& color) const;
+
+private:
+    SymbolImages() = default;
+};
+
+} // namespace Zorvane
