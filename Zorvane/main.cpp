@@ -1,14 +1,99 @@
+#include "Zorvane/Application/ApplicationEnvironment.h"
+#include "Zorvane/Platform/DisplayText.h"
+#include "Zorvane/Platform/ReducedMotion.h"
+#include "Zorvane/State/AppState.h"
+
+#include <CLI/CLI.hpp>
 #include <QGuiApplication>
+#include <QIcon>
 #include <QQmlApplicationEngine>
+#include <QQuickWindow>
 #include <QtQml/QQmlExtensionPlugin>
+#include <cstdlib>
+#include <iostream>
 
 Q_IMPORT_QML_PLUGIN(ZorvanePlugin)
 
-int main(int argc, char** argv)
+namespace {
+
+using Zorvane::ApplicationOptions;
+using Zorvane::ExitStatus;
+
+struct CommandLine
 {
-    const QGuiApplication application(argc, argv);
+    ApplicationOptions options;
+    CLI::App app{"Zorvane shows what caches, logs and leftovers hold, and removes what you choose.",
+                 "zorvane"};
+
+    CommandLine()
+    {
+        app.set_version_flag("--version", "zorvane " ZORVANE_VERSION);
+        app.add_option("--home", options.home, "Try it out on another home folder")
+            ->type_name("DIR");
+        app.add_option("--catalog", options.catalog,
+                       "The areas, instead of those that come with it")
+            ->type_name("FILE");
+        app.add_option("--tools", options.tools,
+                       "In another home: where the external tools are, instead of /")
+            ->type_name("DIR");
+        app.add_option("--mirror", options.mirror,
+                       "In another home: the folder that stands for the cloud")
+            ->type_name("DIR");
+        app.add_flag("--no-animations", options.noAnimations, "Nothing moves");
+        app.add_flag("--software", options.software, "Draw without the graphics card");
+    }
+};
+
+int show(int& argc, char** argv, const ApplicationOptions& options,
+         Zorvane::Environment environment)
+{
+    if (options.software) {
+        QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
+    }
+    QGuiApplication application(argc, argv);
+    QGuiApplication::setApplicationName(QStringLiteral("zorvane"));
+    QGuiApplication::setApplicationDisplayName(QStringLiteral("Zorvane"));
+    QGuiApplication::setApplicationVersion(QStringLiteral(ZORVANE_VERSION));
+    QGuiApplication::setDesktopFileName(QStringLiteral("io.github.zorvane.Zorvane"));
+
+    Zorvane::AppState state(std::move(environment));
     QQmlApplicationEngine engine;
     engine.addImportPath(QStringLiteral("qrc:/"));
+    const bool isAnimated = !options.noAnimations && !Zorvane::wantsReducedMotion();
+    engine.setInitialProperties({{QStringLiteral("appState"), QVariant::fromValue(&state)},
+                                 {QStringLiteral("animated"), isAnimated}});
     engine.load(QUrl(QStringLiteral("qrc:/Zorvane/Shell/Main.qml")));
-    return engine.rootObjects().isEmpty() ? 1 : QGuiApplication::exec();
+    return engine.rootObjects().isEmpty() ? EXIT_FAILURE : QGuiApplication::exec();
+}
+
+int parseAndShow(int argc, char** argv)
+{
+    CommandLine commandLine;
+    try {
+        commandLine.app.parse(argc, argv);
+    } catch (const CLI::ParseError& error) {
+        if (error.get_exit_code() == static_cast<int>(CLI::ExitCodes::Success)) {
+            return commandLine.app.exit(error);
+        }
+        std::cerr << "zorvane: " << Zorvane::displayText(error.what()).toStdString()
+                  << " (--help tells more)\n";
+        return static_cast<int>(ExitStatus::wrongUsage);
+    }
+    try {
+        return show(argc, argv, commandLine.options, Zorvane::makeEnvironment(commandLine.options));
+    } catch (const Zorvane::StartError& error) {
+        std::cerr << "zorvane: " << Zorvane::displayText(error.what()).toStdString() << '\n';
+        return static_cast<int>(error.status());
+    }
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    const int status = parseAndShow(argc, argv);
+    std::cout.flush();
+    // Whatever still hangs in a tool or a dead file system is not waited for, and must not meet the
+    // end of what it uses.
+    std::_Exit(status);
 }

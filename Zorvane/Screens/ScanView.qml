@@ -1,0 +1,13 @@
+import QtQuick
+import Zorvane
+
+/// The root of the window: the background and, on it, the screen of the phase.
+Item {
+    id: view
+
+    required property AppState appState
+
+    AuroraBackground {
+        anchors.fill: parent
+    }
+}
