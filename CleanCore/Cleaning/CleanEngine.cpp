@@ -42,7 +42,7 @@ CleaningReport CleanEngine::clean(std::span<const CleaningSelection> selections,
         m_fileManager->beginRemoval(m_home, m_safetyGuard.protectedFolders());
     for (const CleaningSelection& selection : selections) {
         const std::vector<std::string> bases =
-            PathExpander::expandAll(selection.rule.basePaths, m_home, *m_fileManager);
+            PathExpander::expandAll(selection.rule.basePaths, m_home, *m_fileManager, stop);
         for (const ScannedItem& item : selection.items) {
             if (stop.stop_requested()) {
                 return report;
