@@ -52,12 +52,16 @@ CleaningReport CleanEngine::clean(std::span<const CleaningSelection> selections,
                 report.skipped.push_back({item.path, SkipReason::blockedBySafetyGuard});
                 continue;
             }
+            const std::string& holding = holdingBase(item.path, bases, *base);
             if (dryRun) {
-                report.removed.push_back({item.path, item.sizeBytes});
+                if (removal->check(holding, item.path, item.identity) == 0) {
+                    report.removed.push_back({item.path, item.sizeBytes});
+                } else {
+                    report.skipped.push_back({item.path, SkipReason::removalFailed});
+                }
                 continue;
             }
-            const RemovalOutcome outcome =
-                removal->remove(holdingBase(item.path, bases, *base), item.path, item.identity);
+            const RemovalOutcome outcome = removal->remove(holding, item.path, item.identity);
             if (outcome.error != 0) {
                 report.skipped.push_back({item.path, SkipReason::removalFailed});
             } else {

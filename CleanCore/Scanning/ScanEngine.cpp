@@ -64,7 +64,7 @@ void Scan::run(const CleaningRule& rule)
     }
     std::optional<RuleCompleted> completed;
     if (result) {
-        completed.emplace(*result);
+        completed = RuleCompleted{*result};
     }
     const std::lock_guard lock(mutex);
     if (result) {

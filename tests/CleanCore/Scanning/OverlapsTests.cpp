@@ -28,6 +28,7 @@ Strings kept(const std::vector<Area>& areas)
         result.rule.id = area.id;
         result.rule.tier = area.tier;
         result.rule.kind = area.kind;
+        result.items.reserve(area.paths.size());
         for (const std::string& path : area.paths) {
             result.items.push_back({path, 1});
         }
