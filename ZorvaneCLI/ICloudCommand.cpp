@@ -126,7 +126,7 @@ private:
     /// The named entries, each once and in their order; all where none is named.
     std::vector<std::string> chosenPaths() const
     {
-        const std::vector<std::string> listed = m_evictor.topLevelChildren();
+        std::vector<std::string> listed = m_evictor.topLevelChildren();
         if (m_options.paths.empty()) {
             if (m_options.action != ICloudAction::list) {
                 throw CommandError(ExitStatus::wrongUsage,

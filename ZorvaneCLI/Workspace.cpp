@@ -104,7 +104,10 @@ RulesCatalog loadCatalog(const std::optional<std::string>& file)
                                : name + " is invalid: " + shortened(escaped(error.reason())));
     } catch (const std::system_error& error) {
         throw CommandError(ExitStatus::catalogUnusable,
-                           name + " cannot be read: " + error.code().message());
+                           name + " cannot be read: " +
+                               (error.code() == std::errc::invalid_argument
+                                    ? "it is no regular file"
+                                    : error.code().message()));
     } catch (const nlohmann::json::exception& error) {
         throw CommandError(ExitStatus::catalogUnusable,
                            name + " is invalid: " + shortened(escaped(withoutCode(error.what()))));

@@ -6,8 +6,10 @@
 
 #include <CLI/CLI.hpp>
 #include <exception>
+#include <fcntl.h>
 #include <functional>
 #include <iostream>
+#include <unistd.h>
 
 namespace {
 
@@ -150,6 +152,18 @@ private:
     }
 };
 
+/// Without this the first files that are opened would be taken for the terminal.
+void openMissingStandardStreams()
+{
+    int file = 0;
+    do {
+        file = ::open("/dev/null", O_RDWR);
+    } while (file >= 0 && file <= STDERR_FILENO);
+    if (file > STDERR_FILENO) {
+        ::close(file);
+    }
+}
+
 int parseAndRun(int argc, char** argv)
 {
     CommandLine commandLine;
@@ -170,6 +184,7 @@ int parseAndRun(int argc, char** argv)
 
 int main(int argc, char** argv)
 {
+    openMissingStandardStreams();
     try {
         const int status = parseAndRun(argc, argv);
         if (!std::cout.flush()) {

@@ -67,8 +67,14 @@ class BadInput(ProgramTest):
     def test_catalogs_that_cannot_be_read(self):
         sealed = self.file("sealed.json")
         sealed.chmod(0)
+        fifo = self.world / "fifo.json"
+        os.mkfifo(fifo)
+        endless = self.world / "endless.json"
+        with open(endless, "wb") as file:
+            file.truncate(1 << 40)
         for path, word in ((self.world / "missing.json", "No such file"),
-                           (self.world, "directory"), (sealed, "Permission"),
+                           (self.world, "directory"), (fifo, "no regular file"),
+                           ("/dev/zero", "no regular file"), (endless, "too large"), (sealed, "Permission"),
                            (self.world / "new\nline\x1b[31m", "No such file"), ("", "No such file")):
             for command in ("scan", "rules"):
                 with self.subTest(path=str(path), command=command):
@@ -126,6 +132,15 @@ class BadInput(ProgramTest):
                                      stdout=full, stderr=subprocess.PIPE, check=False)
         self.assertEqual(process.returncode, 1)
         self.assertRegex(process.stderr.decode(), r"\Azorvane-cli: .*\n\Z")
+
+    def test_standard_streams_that_are_closed(self):
+        self.file("home/area/entry")
+        arguments = ["scan", "--json", "--home", self.home, "--catalog", self.catalog(rule())]
+        for closed, output in (("<&-", True), ("<&- 2>&-", True), ("<&- >&- 2>&-", False)):
+            process = subprocess.run(["sh", "-c", f'exec "$@" {closed}', "sh", CLI, *arguments],
+                                     capture_output=True, check=False)
+            self.assertEqual((process.returncode, process.stderr), (0, b""), closed)
+            self.assertEqual(b"area/entry" in process.stdout, output)
 
     def test_a_current_folder_that_is_gone(self):
         gone = self.world / "gone"
