@@ -126,8 +126,7 @@ QImage enlarged(const std::array<Plane, 3>& channels, QSize size, double scale)
         for (int x = 0; x < size.width(); ++x) {
             const auto [index, fraction] = columns[static_cast<std::size_t>(x)];
             const auto level = [&](const std::vector<float>& values) {
-                const float value =
-                    values[index] + (values[index + 1] - values[index]) * fraction;
+                const float value = values[index] + (values[index + 1] - values[index]) * fraction;
                 return static_cast<int>(value + noiseLine[x % tile]);
             };
             target[x] = qRgb(level(line[0]), level(line[1]), level(line[2]));

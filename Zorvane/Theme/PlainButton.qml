@@ -8,6 +8,7 @@ T.Button {
 
     property string symbol: ""
     property color color: Theme.textSecondary
+    property int accessibleRole: Accessible.Button
 
     padding: 0
     implicitWidth: implicitContentWidth + leftPadding + rightPadding
@@ -18,8 +19,9 @@ T.Button {
     hoverEnabled: true
     focusPolicy: Qt.StrongFocus
 
-    Accessible.role: Accessible.Button
+    Accessible.role: accessibleRole
     Accessible.name: text
+    Accessible.onPressAction: button.clicked()
     Keys.onReturnPressed: event => { if (!event.isAutoRepeat) button.clicked(); }
     Keys.onEnterPressed: event => { if (!event.isAutoRepeat) button.clicked(); }
 

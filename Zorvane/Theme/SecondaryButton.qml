@@ -24,6 +24,7 @@ T.Button {
 
     Accessible.role: Accessible.Button
     Accessible.name: text
+    Accessible.onPressAction: button.clicked()
     Keys.onReturnPressed: event => { if (!event.isAutoRepeat) button.clicked(); }
     Keys.onEnterPressed: event => { if (!event.isAutoRepeat) button.clicked(); }
 

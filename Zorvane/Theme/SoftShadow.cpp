@@ -52,7 +52,10 @@ SoftShadow::SoftShadow(QQuickItem* parent) : QQuickPaintedItem(parent)
     connect(this, &SoftShadow::changed, this, [this] { update(); });
 }
 
-qreal SoftShadow::margin() const { return std::ceil(m_radius * 2.8 + std::abs(m_offsetY)); }
+qreal SoftShadow::margin() const
+{
+    return std::ceil(m_radius * 2.8 + std::abs(m_offsetY));
+}
 
 void SoftShadow::paint(QPainter* painter)
 {
@@ -64,9 +67,9 @@ void SoftShadow::paint(QPainter* painter)
 
     const double scale = painter->deviceTransform().m11();
     const QRectF dropped = shape.translated(0, m_offsetY);
-    QImage image = shadowImage((size() * scale).toSize(),
-                               {dropped.topLeft() * scale, dropped.size() * scale},
-                               corner * scale, m_radius * scale, m_color);
+    QImage image =
+        shadowImage((size() * scale).toSize(), {dropped.topLeft() * scale, dropped.size() * scale},
+                    corner * scale, m_radius * scale, m_color);
     image.setDevicePixelRatio(scale);
 
     // Half a pixel stays under the shape's rim, or its smooth edge would show a gap.

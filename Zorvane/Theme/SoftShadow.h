@@ -6,9 +6,9 @@
 
 namespace Zorvane {
 
-/// The shadow of a rounded rectangle. What would lie under the rectangle itself is left out, so that
-/// it doesn't tint a translucent shape. A painted item shows nothing outside its bounds: this one has
-/// to be larger than the shape by `margin` on every side.
+/// The shadow of a rounded rectangle. What would lie under the rectangle itself is left out, so
+/// that it doesn't tint a translucent shape. A painted item shows nothing outside its bounds: this
+/// one has to be larger than the shape by `margin` on every side.
 class SoftShadow : public QQuickPaintedItem
 {
     Q_OBJECT

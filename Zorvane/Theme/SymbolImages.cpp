@@ -41,8 +41,7 @@ QImage tinted(QImage image, const QColor& color)
 
 SymbolImageProvider::SymbolImageProvider() : QQuickImageProvider(QQuickImageProvider::Image) {}
 
-QImage SymbolImageProvider::requestImage(const QString& id, QSize* size,
-                                         const QSize& requestedSize)
+QImage SymbolImageProvider::requestImage(const QString& id, QSize* size, const QSize& requestedSize)
 {
     const QString name = id.section(QLatin1Char('?'), 0, 0);
     const QColor color(QLatin1Char('#') + id.section(QLatin1Char('?'), 1));
@@ -63,8 +62,8 @@ QUrl SymbolImages::url(const QString& name, const QColor& color) const
 {
     if (name.isEmpty())
         return {};
-    return QUrl(QStringLiteral("image://symbol/%1?%2")
-                    .arg(name, color.name(QColor::HexArgb).sliced(1)));
+    return QUrl(
+        QStringLiteral("image://symbol/%1?%2").arg(name, color.name(QColor::HexArgb).sliced(1)));
 }
 
 } // namespace Zorvane
