@@ -8,7 +8,6 @@ T.Button {
 
     property string symbol: ""
     property color color: Theme.textSecondary
-    property int accessibleRole: Accessible.Button
 
     padding: 0
     implicitWidth: implicitContentWidth + leftPadding + rightPadding
@@ -19,7 +18,7 @@ T.Button {
     hoverEnabled: true
     focusPolicy: Qt.StrongFocus
 
-    Accessible.role: accessibleRole
+    Accessible.role: Accessible.Button
     Accessible.name: text
     Accessible.onPressAction: button.clicked()
     Keys.onReturnPressed: event => { if (!event.isAutoRepeat) button.clicked(); }

@@ -65,7 +65,7 @@ TEST(Controls, AreAccessibleByRoleNameAndAction)
          "Rescan", "Press"},
         {"PlainButton { text: \"Details\"; symbol: \"chevron.down\"", QAccessible::Button,
          "Details", "Press"},
-        {"LinkButton { text: \"Terms\"", QAccessible::Link, "Terms", "Press"},
+        {"LinkButton { text: \"Terms\"", QAccessible::Button, "Terms", "Press"},
         {"SelectionBox { accessibleName: \"Caches\"", QAccessible::CheckBox, "Caches", "Toggle"},
     };
     for (const Case& entry : cases) {
