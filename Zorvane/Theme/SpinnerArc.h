@@ -6,8 +6,8 @@
 
 namespace Zorvane {
 
-/// Three quarters of a circle that fade out behind a round head. It is painted anew for each angle: an
-/// item turned as a picture gets ragged edges from the software renderer.
+/// Three quarters of a circle that fade out behind a round head. It is painted anew for each angle:
+/// an item turned as a picture gets ragged edges from the software renderer.
 class SpinnerArc : public QQuickPaintedItem
 {
     Q_OBJECT

@@ -168,6 +168,16 @@ TEST(Theme, GlassCardShowsWhetherItIsSelected)
     EXPECT_EQ(stage.item(QStringLiteral("padded")).implicitHeight(), 56);
 }
 
+TEST(Theme, VeryTallGlassCardLooksLikeAShortOne)
+{
+    const Stage tall(QStringLiteral("GlassCard { x: 10; y: 10; width: 100; height: 40000 }"));
+    const Stage shorter(QStringLiteral("GlassCard { x: 10; y: 10; width: 100; height: 1000 }"));
+    const QImage tallPicture = tall.picture();
+    const QImage shorterPicture = shorter.picture();
+    for (const QPoint point : {QPoint(60, 100), QPoint(10, 100), QPoint(60, 10), QPoint(9, 100)})
+        EXPECT_THAT(tallPicture.pixelColor(point), IsColor(shorterPicture.pixelColor(point), 2));
+}
+
 TEST(Theme, GradientTileRunsFromCornerToCorner)
 {
     const Stage stage(QStringLiteral("GradientTile { x: 20; y: 20; symbol: \"lock.shield\"\n"
