@@ -4,10 +4,11 @@
 
 #include <gmock/gmock.h>
 
+#include <algorithm>
 #include <cmath>
 #include <cstdlib>
-#include <numeric>
-#include <ostream>
+#include <utility>
+#include <vector>
 
 namespace ZorvaneTests {
 namespace {
