@@ -20,8 +20,8 @@ T.Button {
 
     Accessible.role: Accessible.Button
     Accessible.name: text
-    Keys.onReturnPressed: event => { if (!event.isAutoRepeat) button.click(); }
-    Keys.onEnterPressed: event => { if (!event.isAutoRepeat) button.click(); }
+    Keys.onReturnPressed: event => { if (!event.isAutoRepeat) button.clicked(); }
+    Keys.onEnterPressed: event => { if (!event.isAutoRepeat) button.clicked(); }
 
     HoverHandler {
         cursorShape: Qt.PointingHandCursor

@@ -24,8 +24,8 @@ T.Button {
 
     Accessible.role: Accessible.Button
     Accessible.name: text
-    Keys.onReturnPressed: event => { if (!event.isAutoRepeat) button.click(); }
-    Keys.onEnterPressed: event => { if (!event.isAutoRepeat) button.click(); }
+    Keys.onReturnPressed: event => { if (!event.isAutoRepeat) button.clicked(); }
+    Keys.onEnterPressed: event => { if (!event.isAutoRepeat) button.clicked(); }
 
     contentItem: LabelRow {
         text: button.text
