@@ -61,10 +61,7 @@ ordered_json appsJson(const std::vector<ICloudAppBundle>& apps)
         setPath(object, app.path);
         object["localBytes"] = app.localBytes;
         object["fileCount"] = app.fileCount;
-        object["probePath"] = validUtf8(app.probePath);
-        if (object["probePath"] != app.probePath) {
-            object["probePathBytes"] = base64(app.probePath);
-        }
+        setPath(object, app.probePath, "probePath");
         array.push_back(std::move(object));
     }
     return array;

@@ -173,7 +173,13 @@ int parseAndRun(int argc, char** argv)
         if (error.get_exit_code() == static_cast<int>(CLI::ExitCodes::Success)) {
             return commandLine.app.exit(error);
         }
-        std::cerr << "zorvane-cli: " << escaped(error.what()) << " (--help tells more)\n";
+        // The parser asks for a command where one was given that it does not know.
+        const std::vector<std::string> unknown = commandLine.app.remaining(true);
+        const bool isUnknownCommand =
+            dynamic_cast<const CLI::RequiredError*>(&error) != nullptr && !unknown.empty();
+        const std::string complaint =
+            isUnknownCommand ? "there is no command \"" + unknown.front() + "\"" : error.what();
+        std::cerr << "zorvane-cli: " << shortened(escaped(complaint)) << " (--help tells more)\n";
         return static_cast<int>(ExitStatus::wrongUsage);
     }
     const Interruption interruption;
@@ -192,10 +198,10 @@ int main(int argc, char** argv)
         }
         return status;
     } catch (const CommandError& error) {
-        std::cerr << "zorvane-cli: " << error.what() << '\n';
+        std::cerr << "zorvane-cli: " << shortened(error.what()) << '\n';
         return static_cast<int>(error.status());
     } catch (const std::exception& error) {
-        std::cerr << "zorvane-cli: " << escaped(error.what()) << '\n';
+        std::cerr << "zorvane-cli: " << shortened(escaped(error.what())) << '\n';
         return static_cast<int>(ExitStatus::incomplete);
     }
 }

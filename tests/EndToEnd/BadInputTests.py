@@ -100,8 +100,24 @@ class BadInput(ProgramTest):
                 home = [] if arguments[0] == "--home" else ["--home", self.home]
                 self.assert_refused(self.run_program("scan", *home, *arguments), 2)
         self.assert_refused(self.run_program("scan", HOME=str(self.world / "missing")), 2, "missing")
-        for arguments in ([], ["unknown"], ["guard"], ["rules", "--home", self.home]):
+        for arguments in ([], ["guard"], ["rules", "--home", self.home]):
             self.assert_refused(self.run_program(*arguments), 2)
+        for arguments in (["unknown"], ["unknown", "--json"], ["icloud", "unknown"]):
+            self.assert_refused(self.run_program(*arguments), 2, 'no command "unknown"')
+        sealed = self.world / "sealed"
+        sealed.mkdir(mode=0)
+        self.assert_refused(self.run_program("scan", "--home", sealed), 2, str(sealed), "read")
+
+    def test_what_is_quoted_may_be_long(self):
+        long = "\u00e9" * 3000
+        for arguments, status, word in (
+                (["scan", "--home", f"/{long}"], 2, "does not exist"),
+                (["scan", "--catalog", f"/{long}"], 3, "cannot be read"),
+                (["scan", "--rule", long], 2, "there is no area"),
+                (["scan", f"--{long}"], 2, "not expected"), ([long], 2, "there is no command"),
+                (["clean", "--rule", "trash-user", "--item", f"/{long}"], 2, "lists no item")):
+            home = [] if "--home" in arguments or arguments == [long] else ["--home", self.home]
+            self.assert_refused(self.run_program(*arguments, *home), status, word)
 
     def test_help_and_version_are_no_errors(self):
         for arguments in (["--help"], ["--version"], ["scan", "--help"], ["rules", "--help"]):
