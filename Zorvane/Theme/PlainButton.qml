@@ -20,8 +20,9 @@ T.Button {
 
     Accessible.role: Accessible.Button
     Accessible.name: text
-    Keys.onReturnPressed: event => { if (!event.isAutoRepeat) button.click(); }
-    Keys.onEnterPressed: event => { if (!event.isAutoRepeat) button.click(); }
+    Accessible.onPressAction: button.clicked()
+    Keys.onReturnPressed: event => { if (!event.isAutoRepeat) button.clicked(); }
+    Keys.onEnterPressed: event => { if (!event.isAutoRepeat) button.clicked(); }
 
     HoverHandler {
         cursorShape: Qt.PointingHandCursor

@@ -42,33 +42,18 @@ T.Button {
 
     function pressByKey() {
         if (!busy)
-            click();
+            clicked();
     }
 
-    contentItem: Item {
-        implicitWidth: label.implicitWidth
-        implicitHeight: label.implicitHeight
-
-        Text {
-            id: label
-
-            anchors.fill: parent
-            text: button.text
-            textFormat: Text.PlainText
-            font: button.font
-            color: "white"
-            horizontalAlignment: Text.AlignHCenter
-            verticalAlignment: Text.AlignVCenter
-            elide: Text.ElideRight
-            opacity: button.busy ? 0 : 1
-            Accessible.ignored: true
-        }
-
-        Spinner {
-            anchors.centerIn: parent
-            visible: button.busy
-            color: "white"
-        }
+    contentItem: Text {
+        text: button.text
+        textFormat: Text.PlainText
+        font: button.font
+        color: button.busy ? "transparent" : "white"
+        horizontalAlignment: Text.AlignHCenter
+        verticalAlignment: Text.AlignVCenter
+        elide: Text.ElideRight
+        Accessible.ignored: true
     }
 
     background: Item {
@@ -131,6 +116,12 @@ T.Button {
             shown: button.visualFocus
             cornerRadius: Theme.radiusMedium
         }
+    }
+
+    Spinner {
+        anchors.centerIn: parent
+        visible: button.busy
+        color: "white"
     }
 
     MouseArea {

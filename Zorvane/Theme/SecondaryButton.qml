@@ -24,8 +24,9 @@ T.Button {
 
     Accessible.role: Accessible.Button
     Accessible.name: text
-    Keys.onReturnPressed: event => { if (!event.isAutoRepeat) button.click(); }
-    Keys.onEnterPressed: event => { if (!event.isAutoRepeat) button.click(); }
+    Accessible.onPressAction: button.clicked()
+    Keys.onReturnPressed: event => { if (!event.isAutoRepeat) button.clicked(); }
+    Keys.onEnterPressed: event => { if (!event.isAutoRepeat) button.clicked(); }
 
     contentItem: LabelRow {
         text: button.text

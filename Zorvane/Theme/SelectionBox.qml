@@ -22,8 +22,8 @@ T.CheckBox {
     Accessible.name: accessibleName
     Accessible.checkable: true
     Accessible.checked: checked
-    Accessible.onPressAction: box.click()
-    Accessible.onToggleAction: box.click()
+    Accessible.onPressAction: box.clicked()
+    Accessible.onToggleAction: box.clicked()
 
     indicator: Rectangle {
         anchors.centerIn: parent
