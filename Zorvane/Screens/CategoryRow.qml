@@ -131,7 +131,7 @@ ResultsRow {
             implicitWidth: lockSymbol.implicitWidth
             implicitHeight: lockSymbol.implicitHeight
             visible: row.hadAccessErrors
-            activeFocusOnTab: row.ListView.isCurrentItem
+            activeFocusOnTab: row.isTabStop
             Accessible.role: Accessible.StaticText
             Accessible.name: lockHelp.text
 

@@ -12,14 +12,13 @@ ResultsRow {
     signal allSelected()
     signal selectionCleared()
 
-    contentHeight: column.implicitHeight + 12 + (isLast ? 14 : 8)
+    contentHeight: column.implicitHeight + (isLast ? 14 : 8)
     focusTarget: summary
 
     Column {
         id: column
 
         x: 44
-        y: 0
         width: parent.width - x - 14
         spacing: Theme.spacingSmall
 

@@ -21,8 +21,8 @@ FocusScope {
     required property Item focusTarget
 
     /// Only the current row's controls are stops of the Tab key; the arrows lead to other rows.
-    readonly property int controlFocusPolicy: ListView.isCurrentItem ? Qt.StrongFocus
-                                                                      : Qt.ClickFocus
+    readonly property bool isTabStop: ListView.isCurrentItem || activeFocus
+    readonly property int controlFocusPolicy: isTabStop ? Qt.StrongFocus : Qt.ClickFocus
 
     function takeKeyboardFocus() {
         focusTarget.forceActiveFocus(Qt.TabFocusReason);
