@@ -27,12 +27,8 @@ ResultsRow {
     topGap: 10
     contentHeight: line.implicitHeight + 28
     focusTarget: header
-    highlight: Theme.white(header.down ? 0.05 : pointer.hovered ? 0.03 : 0)
+    highlight: Theme.white(header.down ? 0.05 : row.hovered ? 0.03 : 0)
     ListView.onPooled: turnsSlowly = false
-
-    HoverHandler {
-        id: pointer
-    }
 
     T.AbstractButton {
         id: header
@@ -56,7 +52,7 @@ ResultsRow {
 
         FocusRing {
             shown: header.visualFocus
-            gap: -4
+            gap: -2
             cornerRadius: Theme.radiusLarge
         }
     }

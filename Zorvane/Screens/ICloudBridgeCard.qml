@@ -13,16 +13,12 @@ ResultsRow {
     topGap: 10
     contentHeight: line.implicitHeight + 28
     focusTarget: area
-    highlight: Theme.white(area.down ? 0.05 : pointer.hovered ? 0.03 : 0)
+    highlight: Theme.white(area.down ? 0.05 : card.hovered ? 0.03 : 0)
 
     ICloudModel {
         id: icloud
 
         appState: card.appState
-    }
-
-    HoverHandler {
-        id: pointer
     }
 
     T.AbstractButton {
@@ -44,7 +40,7 @@ ResultsRow {
 
         FocusRing {
             shown: area.visualFocus
-            gap: -4
+            gap: -2
             cornerRadius: Theme.radiusLarge
         }
     }

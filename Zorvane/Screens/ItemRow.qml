@@ -16,17 +16,13 @@ ResultsRow {
     contentHeight: isLast ? lineHeight + Theme.spacingSmall : lineHeight
     focusTarget: box
 
-    HoverHandler {
-        id: pointer
-    }
-
     Rectangle {
         x: 36
         width: parent.width - x - 8
         height: row.lineHeight
         radius: 8
         color: "white"
-        opacity: pointer.hovered ? 0.045 : 0
+        opacity: row.hovered ? 0.045 : 0
     }
 
     SelectionBox {
@@ -60,7 +56,9 @@ ResultsRow {
 
         // Ends where the header's size does.
         x: row.width - 38 - width
+        width: Math.max(implicitWidth, 64)
         height: row.lineHeight
+        horizontalAlignment: Text.AlignRight
         verticalAlignment: Text.AlignVCenter
         text: row.sizeText
         font: Theme.numberFont(11, Font.Medium)
@@ -69,6 +67,6 @@ ResultsRow {
 
     HoverHelp {
         parent: row
-        text: pathText.truncated && (pointer.hovered || box.visualFocus) ? row.path : ""
+        text: pathText.truncated && (row.hovered || box.visualFocus) ? row.path : ""
     }
 }

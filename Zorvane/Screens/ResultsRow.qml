@@ -20,6 +20,8 @@ FocusScope {
     /// What the keyboard comes to first.
     required property Item focusTarget
 
+    readonly property bool hovered: pointer.hovered && pointer.point.position.y >= topGap
+
     /// Only the current row's controls are stops of the Tab key; the arrows lead to other rows.
     readonly property bool isTabStop: ListView.isCurrentItem || activeFocus
     readonly property int controlFocusPolicy: isTabStop ? Qt.StrongFocus : Qt.ClickFocus
@@ -44,6 +46,10 @@ FocusScope {
     ListView.onPooled: {
         opening.stop();
         body.opacity = 1;
+    }
+
+    HoverHandler {
+        id: pointer
     }
 
     NumberAnimation {
