@@ -6,8 +6,8 @@ FocusScope {
     id: view
 
     required property AppState appState
-    property url termsURL: ""
-    property url privacyURL: ""
+    property url termsURL
+    property url privacyURL
 
     /// By the name of the phase.
     readonly property var screens: ({

@@ -6,8 +6,8 @@ ScreenStack {
     id: view
 
     required property AppState appState
-    property url termsURL: ""
-    property url privacyURL: ""
+    property url termsURL
+    property url privacyURL
 
     padding: 40
     spacing: 24

@@ -48,7 +48,7 @@ T.Button {
 
         FocusRing {
             shown: button.visualFocus
-            cornerRadius: 4
+            elementRadius: 4
         }
     }
 }

@@ -4,10 +4,11 @@
 
 #include <gmock/gmock.h>
 
+#include <algorithm>
 #include <cmath>
 #include <cstdlib>
-#include <numeric>
-#include <ostream>
+#include <utility>
+#include <vector>
 
 namespace ZorvaneTests {
 namespace {
@@ -166,6 +167,16 @@ TEST(Theme, GlassCardShowsWhetherItIsSelected)
     EXPECT_THAT(picture.pixelColor(10, 100), IsColor(black, 2));
     EXPECT_EQ(stage.item(QStringLiteral("padded")).implicitWidth(), 98);
     EXPECT_EQ(stage.item(QStringLiteral("padded")).implicitHeight(), 56);
+}
+
+TEST(Theme, VeryTallGlassCardLooksLikeAShortOne)
+{
+    const Stage tall(QStringLiteral("GlassCard { x: 10; y: 10; width: 100; height: 40000 }"));
+    const Stage shorter(QStringLiteral("GlassCard { x: 10; y: 10; width: 100; height: 1000 }"));
+    const QImage tallPicture = tall.picture();
+    const QImage shorterPicture = shorter.picture();
+    for (const QPoint point : {QPoint(60, 100), QPoint(10, 100), QPoint(60, 10), QPoint(9, 100)})
+        EXPECT_THAT(tallPicture.pixelColor(point), IsColor(shorterPicture.pixelColor(point), 2));
 }
 
 TEST(Theme, GradientTileRunsFromCornerToCorner)

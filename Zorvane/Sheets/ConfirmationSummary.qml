@@ -1,0 +1,79 @@
+pragma ComponentBehavior: Bound
+
+import QtQuick
+import QtQuick.Layouts
+import Zorvane
+
+/// The areas that the clean takes from, what it takes of each, and the sum.
+GlassCard {
+    id: summary
+
+    required property ConfirmationModel model
+
+    Column {
+        width: parent.width
+        spacing: 9
+
+        Repeater {
+            id: areas
+
+            model: summary.model
+
+            RowLayout {
+                id: area
+
+                required property string title
+                required property bool isReviewRequired
+                required property string sizeText
+
+                width: parent?.width ?? 0
+                spacing: Theme.spacingSmall
+
+                SheetText {
+                    Layout.fillWidth: true
+                    Layout.maximumWidth: Math.ceil(implicitWidth)
+                    text: area.title
+                }
+
+                SheetText {
+                    visible: area.isReviewRequired
+                    text: qsTr("review required")
+                    font: Theme.textFont(10, Font.Bold)
+                    color: Theme.warning
+                }
+
+                Item {
+                    Layout.fillWidth: true
+                }
+
+                SheetText {
+                    text: area.sizeText
+                    font: Theme.numberFont(12, Font.Normal)
+                    color: Theme.textSecondary
+                }
+            }
+        }
+
+        Rectangle {
+            visible: areas.count > 0
+            width: parent.width
+            height: 1
+            color: Theme.glassBorder
+        }
+
+        RowLayout {
+            width: parent.width
+
+            SheetText {
+                Layout.fillWidth: true
+                text: qsTr("Total")
+                font: Theme.calloutBold
+            }
+
+            SheetText {
+                text: summary.model.totalText
+                font: Theme.numberFont(12, Font.Bold)
+            }
+        }
+    }
+}

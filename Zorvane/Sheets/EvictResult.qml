@@ -1,0 +1,23 @@
+import QtQuick
+import Zorvane
+
+/// What the last release has freed.
+GlassCard {
+    id: result
+
+    required property ICloudModel model
+
+    padding: 12
+    cornerRadius: Theme.radiusMedium
+
+    ReasonRow {
+        width: parent.width
+        symbol: result.model.hasFreed ? "checkmark.circle.fill" : "minus.circle.fill"
+        symbolColor: result.model.hasFreed ? Theme.success : Theme.warning
+        symbolSize: 13
+        title: result.model.reportText
+        titleFont: Theme.bodySemibold
+        detail: qsTr("Measured by this Mac's free space right now. iCloud keeps tidying the folder for a few minutes — the list updates when you measure again.")
+        detailColor: Theme.textTertiary
+    }
+}

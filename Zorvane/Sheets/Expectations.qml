@@ -1,0 +1,37 @@
+import QtQuick
+import Zorvane
+
+/// What people can expect, to read while measuring goes on.
+GlassCard {
+    id: expectations
+
+    component Expectation: ReasonRow {
+        width: parent.width
+        symbolColor: Theme.catOther
+        symbolSize: 12
+        symbolWidth: 16
+    }
+
+    Column {
+        width: parent.width
+        spacing: 10
+
+        Expectation {
+            symbol: "clock"
+            title: qsTr("Measuring takes seconds to a few minutes.")
+            detail: qsTr("It depends on how many iCloud files are downloaded on this Mac.")
+        }
+
+        Expectation {
+            symbol: "icloud"
+            title: qsTr("Freeing is done by iCloud itself.")
+            detail: qsTr("Large folders take a few minutes; Zorvane only asks and waits.")
+        }
+
+        Expectation {
+            symbol: "shippingbox"
+            title: qsTr("Apps stored in iCloud Drive can't be released.")
+            detail: qsTr("macOS keeps them downloaded. You'll see which ones, with sizes.")
+        }
+    }
+}

@@ -1,0 +1,119 @@
+import QtQuick
+import QtQuick.Layouts
+import Zorvane
+
+/// A measured entry of the cloud drive, or one that could not be measured in time.
+Item {
+    id: row
+
+    required property int index
+    required property string name
+    required property bool isBusy
+    required property bool isReleased
+    required property bool isSelected
+    required property var appsText
+    required property var filesText
+    required property var sizeText
+
+    readonly property bool isMeasured: !isBusy && !isReleased
+
+    signal toggled
+
+    implicitHeight: content.implicitHeight + 18
+
+    GlassSurface {
+        anchors.fill: parent
+        cornerRadius: Theme.radiusSmall
+        selected: row.isSelected
+    }
+
+    RowLayout {
+        id: content
+
+        anchors.left: parent.left
+        anchors.right: parent.right
+        anchors.margins: 12
+        anchors.verticalCenter: parent.verticalCenter
+        spacing: 10
+
+        SelectionBox {
+            accessibleName: row.name
+            checked: row.isSelected
+            enabled: row.isMeasured
+            opacity: row.isMeasured ? 1 : 0
+            Accessible.ignored: !row.isMeasured
+            onToggled: row.toggled()
+        }
+
+        Symbol {
+            name: "folder.fill"
+            size: 12
+            color: row.isBusy ? Theme.warning : Theme.catOther
+        }
+
+        ColumnLayout {
+            Layout.fillWidth: true
+            spacing: 2
+
+            SheetText {
+                Layout.fillWidth: true
+                text: row.name
+                font: Theme.bodyMedium
+                wrapMode: Text.NoWrap
+                elide: Text.ElideMiddle
+                maximumLineCount: 1
+            }
+
+            SheetText {
+                visible: row.isBusy
+                Layout.fillWidth: true
+                text: qsTr("iCloud is busy with this folder")
+                font: Theme.caption
+                color: Theme.warning
+            }
+
+            SheetText {
+                visible: row.isReleased
+                Layout.fillWidth: true
+                text: qsTr("measure again later for the exact number")
+                font: Theme.caption
+                color: Theme.textTertiary
+            }
+
+            SheetText {
+                visible: row.isMeasured && text !== ""
+                Layout.fillWidth: true
+                text: row.appsText ?? ""
+                font: Theme.caption
+                color: Theme.warning
+            }
+        }
+
+        SheetText {
+            visible: row.isMeasured && text !== ""
+            text: row.filesText ?? ""
+            font: Theme.numberFont(11, Font.Normal)
+            color: Theme.textTertiary
+        }
+
+        SheetText {
+            visible: row.isMeasured
+            text: row.sizeText ?? ""
+            font: Theme.numberFont(13, Font.DemiBold)
+        }
+
+        Badge {
+            visible: row.isReleased
+            text: qsTr("released")
+            color: Theme.success
+            font: Theme.textFont(10, Font.Bold)
+        }
+
+        Badge {
+            visible: row.isBusy
+            text: qsTr("not measured")
+            color: Theme.warning
+            font: Theme.textFont(10, Font.Bold)
+        }
+    }
+}

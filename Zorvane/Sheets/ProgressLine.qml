@@ -1,0 +1,33 @@
+import QtQuick
+import Zorvane
+
+/// Tells, beside a spinner, how far something is.
+Item {
+    id: line
+
+    required property string text
+    property font font: Theme.caption
+
+    readonly property real indent: spinner.width + Theme.spacingSmall
+
+    implicitWidth: indent + label.implicitWidth
+    implicitHeight: Math.max(spinner.height, label.height)
+
+    Spinner {
+        id: spinner
+
+        anchors.verticalCenter: parent.verticalCenter
+        Accessible.ignored: true
+    }
+
+    SheetText {
+        id: label
+
+        x: line.indent
+        anchors.verticalCenter: parent.verticalCenter
+        width: line.width - x
+        text: line.text
+        font: line.font
+        color: Theme.textTertiary
+    }
+}

@@ -1,0 +1,96 @@
+pragma ComponentBehavior: Bound
+
+import QtQuick
+import Zorvane
+
+/// What a clean has freed, and what it left.
+Sheet {
+    id: sheet
+
+    required property AppState appState
+
+    onDismissed: appState.closeReport()
+
+    panel: SheetPanel {
+        name: report.freedText + " " + report.removedText
+        columnWidth: 470
+        buttons: Column {
+            spacing: 18
+
+            PrimaryButton {
+                anchors.horizontalCenter: parent.horizontalCenter
+                focus: true
+                text: qsTr("Scan again")
+                onClicked: {
+                    sheet.appState.closeReport();
+                    sheet.appState.startScan();
+                }
+            }
+
+            PlainButton {
+                anchors.horizontalCenter: parent.horizontalCenter
+                text: qsTr("Close")
+                font: Theme.body
+                color: Theme.textTertiary
+                onClicked: sheet.dismissed()
+            }
+        }
+
+        ReportModel {
+            id: report
+
+            appState: sheet.appState
+        }
+
+        Symbol {
+            anchors.horizontalCenter: parent.horizontalCenter
+            name: "checkmark.circle.fill"
+            size: 44
+            color: Theme.success
+        }
+
+        SheetText {
+            width: parent.width
+            horizontalAlignment: Text.AlignHCenter
+            text: report.freedText
+            font: Theme.numberFont(42, Font.Bold)
+        }
+
+        SheetText {
+            width: parent.width
+            horizontalAlignment: Text.AlignHCenter
+            text: report.removedText
+            font: Theme.body
+            color: Theme.textSecondary
+        }
+
+        Column {
+            anchors.horizontalCenter: parent.horizontalCenter
+            width: Math.min(parent.width, 420)
+            spacing: 4
+
+            SheetText {
+                visible: text !== ""
+                width: parent.width
+                horizontalAlignment: Text.AlignHCenter
+                text: report.visibleFreedText
+                font: Theme.calloutSemibold
+                color: Theme.success
+            }
+
+            SheetText {
+                width: parent.width
+                horizontalAlignment: Text.AlignHCenter
+                text: qsTr("macOS frees the rest in the background — the numbers can take a few hours to settle.")
+                font: Theme.caption
+                color: Theme.textTertiary
+            }
+        }
+
+        SkippedSummary {
+            visible: report.hasSkipped
+            width: parent.width
+            model: report
+        }
+    }
+}

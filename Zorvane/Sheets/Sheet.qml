@@ -1,0 +1,98 @@
+pragma ComponentBehavior: Bound
+
+import QtQuick
+import QtQuick.Templates as T
+import QtQuick.Window
+import Zorvane
+
+/// A modal panel in the middle of what it fills, which it dims and keeps from all input. The panel
+/// exists only while the sheet is shown. It holds the keyboard and gives it back to the item that
+/// had it.
+Item {
+    id: sheet
+
+    property bool shown: false
+    property bool closesOnEscape: true
+    /// A SheetPanel.
+    required property Component panel
+
+    /// Escape was pressed; whether the sheet closes is up to the owner.
+    signal dismissed
+
+    property bool isOpen: false
+    property Item previousFocus: null
+    property int focusReason: Qt.OtherFocusReason
+    property real presence: isOpen ? 1 : 0
+
+    function open() {
+        if (isOpen)
+            return;
+        previousFocus = Window.activeFocusItem;
+        const control = previousFocus as T.Control;
+        focusReason = control?.visualFocus ? Qt.TabFocusReason : Qt.OtherFocusReason;
+        isOpen = true;
+        fence.forceActiveFocus(focusReason);
+    }
+
+    function close() {
+        // What took the keyboard in the meantime, keeps it.
+        const hadFocus = fence.activeFocus;
+        isOpen = false;
+        if (hadFocus)
+            previousFocus?.forceActiveFocus(focusReason);
+        previousFocus = null;
+    }
+
+    onShownChanged: shown ? open() : close()
+    Component.onCompleted: {
+        if (shown)
+            open();
+    }
+
+    Behavior on presence {
+        enabled: Theme.animated
+        NumberAnimation {
+            duration: Theme.shortDuration
+            easing.type: Easing.OutCubic
+        }
+    }
+
+    Rectangle {
+        anchors.fill: parent
+        color: Theme.black(0.55)
+        opacity: sheet.presence
+        visible: opacity > 0
+    }
+
+    MouseArea {
+        anchors.fill: parent
+        visible: sheet.isOpen
+        acceptedButtons: Qt.AllButtons
+        hoverEnabled: true
+        cursorShape: Qt.ArrowCursor
+        onWheel: wheel => { wheel.accepted = true; }
+    }
+
+    FocusFence {
+        id: fence
+
+        anchors.fill: parent
+        visible: sheet.isOpen
+        Keys.onEscapePressed: event => {
+            event.accepted = sheet.closesOnEscape;
+            if (sheet.closesOnEscape)
+                sheet.dismissed();
+        }
+
+        Loader {
+            anchors.centerIn: parent
+            width: Math.min(implicitWidth, sheet.width - 2 * Theme.spacingHuge)
+            height: Math.min(implicitHeight, sheet.height - 2 * Theme.spacingHuge)
+            focus: true
+            active: sheet.isOpen
+            sourceComponent: sheet.panel
+            opacity: sheet.presence
+            scale: 0.97 + 0.03 * sheet.presence
+        }
+    }
+}

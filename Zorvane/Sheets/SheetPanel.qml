@@ -1,0 +1,107 @@
+import QtQuick
+import QtQuick.Templates as T
+import QtQuick.Window
+import Zorvane
+
+/// The panel of a sheet: a column of blocks, which scrolls when there is too little room, and below
+/// it, always in sight, the buttons.
+FocusScope {
+    id: panel
+
+    required property string name
+    property real columnWidth: 440
+    property real spacing: 18
+    default property alias blocks: column.data
+    property alias buttons: footer.data
+
+    readonly property int margin: 28
+    readonly property int cornerRadius: 18
+    readonly property bool scrolls: scroller.height < column.height
+
+    /// Scrolls the column so that the item with the keyboard is in sight.
+    function follow(item: Item) {
+        if (!item)
+            return;
+        for (let outer = item; outer !== column; outer = outer.parent) {
+            if (!outer)
+                return;
+        }
+        const top = item.mapToItem(column, 0, 0).y;
+        const lowest = Math.max(0, scroller.contentHeight - scroller.height);
+        const least = Math.min(top + item.height + 2 * margin - scroller.height, lowest);
+        scroller.contentY = Math.max(least, Math.min(scroller.contentY, top));
+    }
+
+    implicitWidth: Math.max(columnWidth, footer.implicitWidth) + 2 * margin
+    implicitHeight: column.height + spacing + footer.height + 2 * margin
+    Accessible.role: Accessible.Dialog
+    Accessible.name: name
+    Window.onActiveFocusItemChanged: follow(Window.activeFocusItem)
+
+    SoftShadow {
+        anchors.fill: parent
+        anchors.margins: -margin
+        color: Theme.black(0.6)
+        radius: 30
+        offsetY: 14
+        cornerRadius: panel.cornerRadius
+    }
+
+    Rectangle {
+        anchors.fill: parent
+        radius: panel.cornerRadius
+        color: Theme.background
+    }
+
+    Rectangle {
+        anchors.fill: parent
+        radius: panel.cornerRadius
+        color: "transparent"
+        border.width: 1
+        border.color: Theme.glassBorder
+    }
+
+    Flickable {
+        id: scroller
+
+        anchors.top: parent.top
+        anchors.topMargin: 1
+        anchors.bottom: edge.top
+        width: parent.width
+        contentHeight: column.height + panel.margin - 1
+        boundsBehavior: Flickable.StopAtBounds
+        interactive: panel.scrolls
+        clip: panel.scrolls
+
+        T.ScrollBar.vertical: ThinScrollBar {}
+
+        Column {
+            id: column
+
+            x: panel.margin
+            y: panel.margin - 1
+            width: scroller.width - 2 * panel.margin
+            spacing: panel.spacing
+        }
+    }
+
+    Rectangle {
+        id: edge
+
+        anchors.bottom: footer.top
+        anchors.bottomMargin: panel.spacing
+        width: parent.width
+        height: 1
+        color: Theme.glassBorder
+        opacity: panel.scrolls ? 1 : 0
+    }
+
+    Row {
+        id: footer
+
+        anchors.horizontalCenter: parent.horizontalCenter
+        anchors.bottom: parent.bottom
+        anchors.bottomMargin: panel.margin
+        spacing: Theme.spacingMedium
+    }
+}

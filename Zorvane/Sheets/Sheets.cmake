@@ -1,0 +1,26 @@
+# The panels that open over the results.
+qt_target_qml_sources(ZorvaneWindow
+  QML_FILES
+    Sheets/Acknowledgement.qml
+    Sheets/AppsNotice.qml
+    Sheets/ConfirmationSheet.qml
+    Sheets/ConfirmationSummary.qml
+    Sheets/EvictResult.qml
+    Sheets/Expectations.qml
+    Sheets/FocusFence.qml
+    Sheets/ICloudHeader.qml
+    Sheets/ICloudItemRow.qml
+    Sheets/ICloudList.qml
+    Sheets/ICloudSheet.qml
+    Sheets/NoticeBox.qml
+    Sheets/ProgressLine.qml
+    Sheets/ReasonRow.qml
+    Sheets/ReportSheet.qml
+    Sheets/Sheet.qml
+    Sheets/SheetHost.qml
+    Sheets/SheetPanel.qml
+    Sheets/SheetText.qml
+    Sheets/SkippedPaths.qml
+    Sheets/SkippedSummary.qml
+    Sheets/SymbolText.qml
+)
