@@ -32,6 +32,8 @@ FocusScope {
         scroller.contentY = Math.max(least, Math.min(scroller.contentY, top));
     }
 
+    anchors.fill: parent
+    focus: true
     implicitWidth: Math.max(columnWidth, footer.implicitWidth) + 2 * margin
     implicitHeight: column.height + spacing + footer.height + 2 * margin
     Accessible.role: Accessible.Dialog
