@@ -12,6 +12,8 @@ Sheet {
     onDismissed: appState.closeReport()
 
     panel: SheetPanel {
+        id: panel
+
         name: report.freedText + " " + report.removedText
         columnWidth: 470
         buttons: Column {
@@ -88,9 +90,15 @@ Sheet {
         }
 
         SkippedSummary {
+            id: skipped
+
             visible: report.hasSkipped
             width: parent.width
             model: report
+            onHeightChanged: {
+                if (showDetails)
+                    Qt.callLater(panel.follow, skipped);
+            }
         }
     }
 }

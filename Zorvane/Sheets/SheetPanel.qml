@@ -16,9 +16,9 @@ FocusScope {
 
     readonly property int margin: 28
     readonly property int cornerRadius: 18
-    readonly property bool scrolls: scroller.height < column.height
+    readonly property bool scrolls: scroller.height < column.y + column.height
 
-    /// Scrolls the column so that the item with the keyboard is in sight.
+    /// Scrolls the column as far as needed to bring an item of it in sight.
     function follow(item: Item) {
         if (!item)
             return;
@@ -68,14 +68,20 @@ FocusScope {
 
         anchors.top: parent.top
         anchors.topMargin: 1
-        anchors.bottom: edge.top
+        anchors.bottom: footer.top
+        anchors.bottomMargin: panel.spacing
         width: parent.width
-        contentHeight: column.height + panel.margin - 1
+        contentHeight: column.y + column.height + (panel.scrolls ? panel.spacing : 0)
         boundsBehavior: Flickable.StopAtBounds
         interactive: panel.scrolls
         clip: panel.scrolls
 
-        T.ScrollBar.vertical: ThinScrollBar {}
+        T.ScrollBar.vertical: ThinScrollBar {
+            parent: panel
+            x: panel.width - width - 3
+            y: scroller.y + panel.cornerRadius
+            height: scroller.height - panel.cornerRadius - 3
+        }
 
         Column {
             id: column
@@ -88,14 +94,11 @@ FocusScope {
     }
 
     Rectangle {
-        id: edge
-
-        anchors.bottom: footer.top
-        anchors.bottomMargin: panel.spacing
+        visible: panel.scrolls
+        anchors.top: scroller.bottom
         width: parent.width
         height: 1
         color: Theme.glassBorder
-        opacity: panel.scrolls ? 1 : 0
     }
 
     Row {
