@@ -12,10 +12,9 @@ Sheet {
     onDismissed: appState.closeReport()
 
     panel: SheetPanel {
-        id: panel
-
         name: report.freedText + " " + report.removedText
         columnWidth: 470
+        inSight: skipped.showDetails ? skipped : null
         buttons: Column {
             spacing: 18
 
@@ -95,10 +94,6 @@ Sheet {
             visible: report.hasSkipped
             width: parent.width
             model: report
-            onHeightChanged: {
-                if (showDetails)
-                    Qt.callLater(panel.follow, skipped);
-            }
         }
     }
 }

@@ -1,4 +1,5 @@
 import QtQuick
+import QtQuick.Layouts
 import QtQuick.Templates as T
 import QtQuick.Window
 import Zorvane
@@ -11,6 +12,8 @@ FocusScope {
     required property string name
     property real columnWidth: 440
     property real spacing: 18
+    /// A block that is scrolled to when the column grows or shrinks.
+    property Item inSight: null
     default property alias blocks: column.data
     property alias buttons: footer.data
 
@@ -72,6 +75,7 @@ FocusScope {
         anchors.bottomMargin: panel.spacing
         width: parent.width
         contentHeight: column.y + column.height + (panel.scrolls ? panel.spacing : 0)
+        onContentHeightChanged: panel.follow(panel.inSight)
         boundsBehavior: Flickable.StopAtBounds
         interactive: panel.scrolls
         clip: panel.scrolls
@@ -101,7 +105,7 @@ FocusScope {
         color: Theme.glassBorder
     }
 
-    Row {
+    RowLayout {
         id: footer
 
         anchors.horizontalCenter: parent.horizontalCenter
