@@ -56,6 +56,9 @@ int show(int& argc, char** argv, const ApplicationOptions& options,
     QGuiApplication::setApplicationVersion(QStringLiteral(ZORVANE_VERSION));
     QGuiApplication::setDesktopFileName(QStringLiteral("io.github.zorvane.Zorvane"));
 
+    // Sharper than the scene graph's own text, and the same with both ways of drawing.
+    QQuickWindow::setTextRenderType(QQuickWindow::NativeTextRendering);
+
     Zorvane::AppState state(std::move(environment));
     QQmlApplicationEngine engine;
     engine.addImportPath(QStringLiteral("qrc:/"));

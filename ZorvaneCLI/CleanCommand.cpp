@@ -114,16 +114,18 @@ std::vector<CleaningSelection> choose(const CleanOptions& options,
     return chosen;
 }
 
-/// Shows what will go and waits for "yes".
+/// Shows what will go and waits for "yes". Both take a terminal: nobody agrees to a list that went
+/// into a file.
 void askForConsent(std::span<const CleaningSelection> selections, const Workspace& workspace,
                    const Interruption& interruption)
 {
-    if (::isatty(STDIN_FILENO) != 1) {
+    const bool isShownByErrors = ::isatty(STDERR_FILENO) == 1;
+    if (::isatty(STDIN_FILENO) != 1 || (!isShownByErrors && ::isatty(STDOUT_FILENO) != 1)) {
         throw CommandError(ExitStatus::refused,
                            "there is no terminal to ask on; nothing was removed (--yes agrees)");
     }
-    std::cerr << previewText(selections, workspace.texts)
-              << "Type \"yes\" to remove: " << std::flush;
+    (isShownByErrors ? std::cerr : std::cout)
+        << previewText(selections, workspace.texts) << "Type \"yes\" to remove: " << std::flush;
     if (interruption.readLine() == "yes") {
         return;
     }

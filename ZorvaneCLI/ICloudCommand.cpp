@@ -61,10 +61,7 @@ ordered_json appsJson(const std::vector<ICloudAppBundle>& apps)
         setPath(object, app.path);
         object["localBytes"] = app.localBytes;
         object["fileCount"] = app.fileCount;
-        object["probePath"] = validUtf8(app.probePath);
-        if (object["probePath"] != app.probePath) {
-            object["probePathBytes"] = base64(app.probePath);
-        }
+        setPath(object, app.probePath, "probePath");
         array.push_back(std::move(object));
     }
     return array;
@@ -126,7 +123,7 @@ private:
     /// The named entries, each once and in their order; all where none is named.
     std::vector<std::string> chosenPaths() const
     {
-        const std::vector<std::string> listed = m_evictor.topLevelChildren();
+        std::vector<std::string> listed = m_evictor.topLevelChildren();
         if (m_options.paths.empty()) {
             if (m_options.action != ICloudAction::list) {
                 throw CommandError(ExitStatus::wrongUsage,

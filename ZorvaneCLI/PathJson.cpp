@@ -5,13 +5,13 @@
 
 namespace ZorvaneCLI {
 
-void setPath(nlohmann::ordered_json& object, std::string_view path)
+void setPath(nlohmann::ordered_json& object, std::string_view path, const std::string& member)
 {
     std::string text = validUtf8(path);
     const bool isExact = text == path;
-    object["path"] = std::move(text);
+    object[member] = std::move(text);
     if (!isExact) {
-        object["pathBytes"] = base64(path);
+        object[member + "Bytes"] = base64(path);
     }
 }
 

@@ -42,7 +42,7 @@ nlohmann::ordered_json itemJson(const ScannedItem& item, bool isSelected)
 void printJson(const Workspace& workspace, const SelectionState& selection)
 {
     nlohmann::ordered_json document;
-    document["home"] = validUtf8(workspace.environment.home);
+    setPath(document, workspace.environment.home, "home");
     document["categories"] = nlohmann::ordered_json::array();
     for (const CategoryResult& result : selection.results()) {
         nlohmann::ordered_json category;

@@ -2,6 +2,7 @@
 
 #include "CleanCore/Commands/CommandScanEngine.h"
 #include "CleanCore/Commands/SystemCommandRunner.h"
+#include "CleanCore/Scanning/Overlaps.h"
 #include "CleanCore/Scanning/ResultList.h"
 #include "CleanCore/Scanning/ScanEngine.h"
 #include "ZorvaneCLI/TerminalText.h"
@@ -77,7 +78,8 @@ runScan(const Workspace& workspace, CommandAreas commandAreas, const Interruptio
     if (!progress.results || interruption.happened()) {
         return std::nullopt;
     }
-    return CleanCore::resultList(std::move(*progress.results));
+    return CleanCore::resultList(
+        CleanCore::withoutOverlaps(std::move(*progress.results), *environment.fileManager));
 }
 
 } // namespace ZorvaneCLI

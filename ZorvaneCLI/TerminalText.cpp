@@ -103,19 +103,23 @@ std::string escaped(std::string_view text)
 
 std::string shortened(std::string text)
 {
-    constexpr std::size_t limit = 240;
-    if (text.size() > limit) {
-        const auto isInsideCharacter = [&](std::size_t at) {
-            return (static_cast<unsigned char>(text[at]) & 0xC0U) == 0x80U;
-        };
-        std::size_t end = limit;
-        while (end > 0 && isInsideCharacter(end)) {
-            --end;
-        }
-        text.resize(end);
-        text += "\u2026";
+    constexpr std::size_t limit = 320;
+    constexpr std::size_t endLength = 120;
+    if (text.size() <= limit) {
+        return text;
     }
-    return text;
+    const auto isInsideCharacter = [&](std::size_t at) {
+        return (static_cast<unsigned char>(text[at]) & 0xC0U) == 0x80U;
+    };
+    std::size_t first = limit - endLength;
+    while (first > 0 && isInsideCharacter(first)) {
+        --first;
+    }
+    std::size_t last = text.size() - endLength;
+    while (last < text.size() && isInsideCharacter(last)) {
+        ++last;
+    }
+    return text.replace(first, last - first, "\u2026");
 }
 
 std::size_t displayWidth(std::string_view text)

@@ -14,8 +14,8 @@ namespace ZorvaneCLI {
 /// UTF-8 as "\xFF".
 [[nodiscard]] std::string escaped(std::string_view text);
 
-/// `text` if it is short; else its beginning and "…", whole characters only. What a message quotes
-/// from a file may be as long as the file.
+/// `text` if it is short; else its beginning, "…" and its end, whole characters only. What a
+/// message quotes may be as long as a file.
 [[nodiscard]] std::string shortened(std::string text);
 
 /// The columns that an escaped text takes on a terminal.

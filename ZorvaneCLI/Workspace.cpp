@@ -35,7 +35,8 @@ CleanCore::Timestamp timeOf(const CommonOptions& options, const HomeEnvironment&
     const auto time = parseTime(*options.now);
     if (!time) {
         throw CommandError(ExitStatus::wrongUsage,
-                           "--now needs a time like 2026-01-31T08:00:00Z, not \"" +
+                           "--now needs a time from 1678 to 2261, like 2026-01-31T08:00:00Z, "
+                           "not \"" +
                                escaped(*options.now) + "\"");
     }
     return *time;
@@ -101,13 +102,16 @@ RulesCatalog loadCatalog(const std::optional<std::string>& file)
         throw CommandError(ExitStatus::catalogUnusable,
                            error.kind() == CleanCoreError::Kind::rulesCatalogMissing
                                ? "the bundled catalog is missing; install Zorvane again"
-                               : name + " is invalid: " + shortened(escaped(error.reason())));
+                               : name + " is invalid: " + escaped(error.reason()));
     } catch (const std::system_error& error) {
         throw CommandError(ExitStatus::catalogUnusable,
-                           name + " cannot be read: " + error.code().message());
+                           name + " cannot be read: " +
+                               (error.code() == std::errc::invalid_argument
+                                    ? "it is no regular file"
+                                    : error.code().message()));
     } catch (const nlohmann::json::exception& error) {
         throw CommandError(ExitStatus::catalogUnusable,
-                           name + " is invalid: " + shortened(escaped(withoutCode(error.what()))));
+                           name + " is invalid: " + escaped(withoutCode(error.what())));
     }
 }
 

@@ -6,8 +6,10 @@
 
 #include <CLI/CLI.hpp>
 #include <exception>
+#include <fcntl.h>
 #include <functional>
 #include <iostream>
+#include <unistd.h>
 
 namespace {
 
@@ -150,6 +152,18 @@ private:
     }
 };
 
+/// Without this the first files that are opened would be taken for the terminal.
+void openMissingStandardStreams()
+{
+    int file = 0;
+    do {
+        file = ::open("/dev/null", O_RDWR);
+    } while (file >= 0 && file <= STDERR_FILENO);
+    if (file > STDERR_FILENO) {
+        ::close(file);
+    }
+}
+
 int parseAndRun(int argc, char** argv)
 {
     CommandLine commandLine;
@@ -159,7 +173,13 @@ int parseAndRun(int argc, char** argv)
         if (error.get_exit_code() == static_cast<int>(CLI::ExitCodes::Success)) {
             return commandLine.app.exit(error);
         }
-        std::cerr << "zorvane-cli: " << escaped(error.what()) << " (--help tells more)\n";
+        // The parser asks for a command where one was given that it does not know.
+        const std::vector<std::string> unknown = commandLine.app.remaining(true);
+        const bool isUnknownCommand =
+            dynamic_cast<const CLI::RequiredError*>(&error) != nullptr && !unknown.empty();
+        const std::string complaint =
+            isUnknownCommand ? "there is no command \"" + unknown.front() + "\"" : error.what();
+        std::cerr << "zorvane-cli: " << shortened(escaped(complaint)) << " (--help tells more)\n";
         return static_cast<int>(ExitStatus::wrongUsage);
     }
     const Interruption interruption;
@@ -170,6 +190,7 @@ int parseAndRun(int argc, char** argv)
 
 int main(int argc, char** argv)
 {
+    openMissingStandardStreams();
     try {
         const int status = parseAndRun(argc, argv);
         if (!std::cout.flush()) {
@@ -177,10 +198,10 @@ int main(int argc, char** argv)
         }
         return status;
     } catch (const CommandError& error) {
-        std::cerr << "zorvane-cli: " << error.what() << '\n';
+        std::cerr << "zorvane-cli: " << shortened(error.what()) << '\n';
         return static_cast<int>(error.status());
     } catch (const std::exception& error) {
-        std::cerr << "zorvane-cli: " << escaped(error.what()) << '\n';
+        std::cerr << "zorvane-cli: " << shortened(escaped(error.what())) << '\n';
         return static_cast<int>(ExitStatus::incomplete);
     }
 }

@@ -42,7 +42,7 @@ CleaningReport CleanEngine::clean(std::span<const CleaningSelection> selections,
         m_fileManager->beginRemoval(m_home, m_safetyGuard.protectedFolders());
     for (const CleaningSelection& selection : selections) {
         const std::vector<std::string> bases =
-            PathExpander::expandAll(selection.rule.basePaths, m_home, *m_fileManager);
+            PathExpander::expandAll(selection.rule.basePaths, m_home, *m_fileManager, stop);
         for (const ScannedItem& item : selection.items) {
             if (stop.stop_requested()) {
                 return report;
@@ -52,12 +52,16 @@ CleaningReport CleanEngine::clean(std::span<const CleaningSelection> selections,
                 report.skipped.push_back({item.path, SkipReason::blockedBySafetyGuard});
                 continue;
             }
+            const std::string& holding = holdingBase(item.path, bases, *base);
             if (dryRun) {
-                report.removed.push_back({item.path, item.sizeBytes});
+                if (removal->check(holding, item.path, item.identity) == 0) {
+                    report.removed.push_back({item.path, item.sizeBytes});
+                } else {
+                    report.skipped.push_back({item.path, SkipReason::removalFailed});
+                }
                 continue;
             }
-            const RemovalOutcome outcome =
-                removal->remove(holdingBase(item.path, bases, *base), item.path, item.identity);
+            const RemovalOutcome outcome = removal->remove(holding, item.path, item.identity);
             if (outcome.error != 0) {
                 report.skipped.push_back({item.path, SkipReason::removalFailed});
             } else {

@@ -23,7 +23,8 @@ public:
                 std::span<const std::string> furtherProtected = {});
 
     /// Handles the items one after the other and never fails as a whole: every item ends up in
-    /// exactly one list of the report. A dry run takes the same way and stops short of the removal.
+    /// exactly one list of the report. A dry run takes the same way and stops short of the removal:
+    /// what a clean would refuse to begin with is skipped in it too.
     /// The stop token is looked at before each item: what was begun is finished, what was not
     /// reached is in neither list.
     [[nodiscard]] CleaningReport clean(std::span<const CleaningSelection> selections, bool dryRun,

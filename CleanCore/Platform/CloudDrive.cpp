@@ -31,7 +31,7 @@ std::optional<CloudFailure> openRequest(CloudRequest& request,
 
 } // namespace
 
-CloudDrive::CloudDrive(std::optional<std::string> confinement, std::string container,
+CloudDrive::CloudDrive(std::optional<std::string> confinement, const std::string& container,
                        std::optional<std::string> mirror, std::int64_t stepBytes)
     : m_confinement(std::move(confinement)),
       m_container(PathText::withoutTrailingSlashes(container)), m_mirror(std::move(mirror)),

@@ -28,7 +28,7 @@ public:
     /// `confinement` is the home that the run is confined to, and nothing on the account's own,
     /// where every request is refused; `container` and `mirror` must lie in it. Content is given up
     /// and brought back in steps of `stepBytes`, a multiple of 4,096.
-    CloudDrive(std::optional<std::string> confinement, std::string container,
+    CloudDrive(std::optional<std::string> confinement, const std::string& container,
                std::optional<std::string> mirror, std::int64_t stepBytes = defaultStepBytes);
 
     /// Turns the file at `path`, or every file in the folder there but those of application

@@ -16,24 +16,32 @@ FolderStack::Level& FolderStack::push(FileDescriptor folder, const EntryStatus& 
     return m_levels.back();
 }
 
-bool FolderStack::pop()
+bool FolderStack::openParent()
 {
-    const Level left = std::move(m_levels.back());
-    m_levels.pop_back();
-    if (m_levels.empty() || top().folder.isOpen()) {
+    if (m_levels.size() < 2 || m_levels[m_levels.size() - 2].folder.isOpen()) {
         return true;
     }
+    Level& above = m_levels[m_levels.size() - 2];
     constexpr int flags = O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC;
-    FileDescriptor parent(::openat(left.folder.get(), "..", flags));
+    FileDescriptor parent(::openat(top().folder.get(), "..", flags));
     EntryStatus status;
     if (!parent.isOpen() || readStatus(parent.get(), "", status) != 0 ||
-        status.identity != top().status.identity || status.mountId != top().status.mountId) {
+        status.identity != above.status.identity || status.mountId != above.status.mountId) {
+        return false;
+    }
+    above.folder = std::move(parent);
+    above.wasReopened = true;
+    m_firstOpen = m_levels.size() - 2;
+    return true;
+}
+
+bool FolderStack::pop()
+{
+    if (!openParent()) {
         clear();
         return false;
     }
-    top().folder = std::move(parent);
-    top().wasReopened = true;
-    m_firstOpen = m_levels.size() - 1;
+    m_levels.pop_back();
     return true;
 }
 

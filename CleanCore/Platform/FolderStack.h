@@ -51,6 +51,10 @@ public:
 
     Level& push(FileDescriptor folder, const EntryStatus& status, std::string name = {});
 
+    /// Opens the level above the top again if it is closed. False if it cannot be opened or is
+    /// another folder now.
+    [[nodiscard]] bool openParent();
+
     /// Leaves the top level. False, and empty, if the level above could not be reopened or is
     /// another folder now: the work has been moved elsewhere and must not go on there.
     [[nodiscard]] bool pop();

@@ -57,6 +57,27 @@ void requireFolder(const std::string& home)
     }
 }
 
+/// Whether two paths lead to the same folder, through a bind mount too.
+bool isSameFolder(const std::string& a, const std::string& b)
+{
+    struct stat first = {};
+    struct stat second = {};
+    return ::stat(a.c_str(), &first) == 0 && ::stat(b.c_str(), &second) == 0 &&
+           first.st_dev == second.st_dev && first.st_ino == second.st_ino;
+}
+
+/// Whether the resolved path `home` is `folder` or lies inside it, under whatever name it has.
+bool holds(const std::string& folder, std::string home)
+{
+    while (!isSameFolder(folder, home)) {
+        if (home == "/") {
+            return false;
+        }
+        home = PathText::parent(home);
+    }
+    return true;
+}
+
 void pointVariablesInto(const UserFolders& folders)
 {
     const auto set = [](const char* name, const std::string& value) {
@@ -88,8 +109,10 @@ HomeEnvironment HomeEnvironment::make(const std::optional<std::string>& requeste
 
     const std::string resolved = resolveSymbolicLinks(environment.home);
     const std::string resolvedAccount = account ? resolveSymbolicLinks(*account) : std::string();
-    environment.isConfined = resolved != resolvedAccount;
-    if (environment.isConfined && account && PathText::isSameOrInside(resolvedAccount, resolved)) {
+    environment.isConfined =
+        resolved != resolvedAccount && !isSameFolder(resolved, resolvedAccount);
+    if (environment.isConfined && account &&
+        (PathText::isSameOrInside(resolvedAccount, resolved) || holds(resolved, resolvedAccount))) {
         throw HomeError("the folder " + environment.home +
                         " holds this account's own home; choose a folder beside or below it");
     }

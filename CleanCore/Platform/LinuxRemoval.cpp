@@ -67,30 +67,48 @@ RemovalOutcome LinuxRemoval::remove(const std::string& base, const std::string& 
                                     const std::optional<EntryIdentity>& seen)
 {
     RemovalOutcome outcome;
-    Base opened;
-    outcome.error = openBase(base, opened);
-    if (outcome.error != 0) {
-        return outcome;
-    }
-    const std::vector<std::string> names = namesBelow(base, path);
-    EntryPin pin;
-    outcome.error = pinEntry(opened.folder.get(), names, pin, m_method);
-    if (outcome.error != 0) {
-        return outcome;
-    }
-    outcome.wasSymbolicLink = pin.status.isSymbolicLink();
-    outcome.error = reasonToKeep(pin, seen);
+    Held held;
+    outcome.error = hold(base, path, seen, held);
+    const EntryPin& pin = held.pin;
+    outcome.wasSymbolicLink = pin.entry.isOpen() && pin.status.isSymbolicLink();
     if (outcome.error == 0) {
         if (pin.status.isFolder()) {
-            outcome.error = removeFolder(opened, pin);
+            outcome.error = removeFolder(held.base, pin);
         } else if (::unlinkat(pin.parent.get(), pin.name.c_str(), 0) != 0) {
             outcome.error = errno;
         }
     }
-    if (outcome.error == 0 && names.size() == 1) {
-        removeTrashRecord(opened, names.front());
+    if (outcome.error == 0 && held.isDirect) {
+        removeTrashRecord(held.base, pin.name);
     }
     return outcome;
+}
+
+int LinuxRemoval::check(const std::string& base, const std::string& path,
+                        const std::optional<EntryIdentity>& seen)
+{
+    Held held;
+    return hold(base, path, seen, held);
+}
+
+int LinuxRemoval::hold(const std::string& base, const std::string& path,
+                       const std::optional<EntryIdentity>& seen, Held& held) const
+{
+    int error = openBase(base, held.base);
+    if (error != 0) {
+        return error;
+    }
+    const std::vector<std::string> names = namesBelow(base, path);
+    held.isDirect = names.size() == 1;
+    error = pinEntry(held.base.folder.get(), names, held.pin, m_method);
+    if (error == 0) {
+        error = reasonToKeep(held.pin, seen);
+    }
+    if (error != 0) {
+        return error;
+    }
+    // A folder that could not go in the end is not emptied first.
+    return ::faccessat(held.pin.parent.get(), ".", W_OK | X_OK, AT_EACCESS) == 0 ? 0 : errno;
 }
 
 int LinuxRemoval::openBase(const std::string& path, Base& base) const
@@ -134,10 +152,6 @@ int LinuxRemoval::reasonToKeep(const EntryPin& pin, const std::optional<EntryIde
 
 int LinuxRemoval::removeFolder(const Base& base, const EntryPin& pin) const
 {
-    // A folder that could not go in the end is not emptied first.
-    if (::faccessat(pin.parent.get(), ".", W_OK | X_OK, AT_EACCESS) != 0) {
-        return errno;
-    }
     OwnerAccess ownerAccess;
     FileDescriptor folder(::openat(pin.entry.get(), ".", openFolderFlags));
     if (!folder.isOpen() && errno == EACCES && ownerAccess.lend(pin.entry.get(), pin.status)) {

@@ -29,6 +29,8 @@ public:
 
     [[nodiscard]] RemovalOutcome remove(const std::string& base, const std::string& path,
                                         const std::optional<EntryIdentity>& seen) override;
+    [[nodiscard]] int check(const std::string& base, const std::string& path,
+                            const std::optional<EntryIdentity>& seen) override;
 
 private:
     struct Base
@@ -38,6 +40,18 @@ private:
         EntryStatus status;
     };
 
+    /// An entry that is held, and the base that it was reached from.
+    struct Held
+    {
+        Base base;
+        EntryPin pin;
+        // Whether the entry lies in the base itself.
+        bool isDirect = false;
+    };
+
+    /// Holds the entry and judges it: an errno, 0 when it may go.
+    [[nodiscard]] int hold(const std::string& base, const std::string& path,
+                           const std::optional<EntryIdentity>& seen, Held& held) const;
     /// Whether the confinement, if any, holds the folder open as `folder`.
     [[nodiscard]] bool isVisible(int folder) const;
     [[nodiscard]] int openBase(const std::string& path, Base& base) const;

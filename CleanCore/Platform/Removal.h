@@ -31,6 +31,14 @@ public:
     /// (ENOENT). What could not be removed stays, and its folders with it.
     [[nodiscard]] virtual RemovalOutcome remove(const std::string& base, const std::string& path,
                                                 const std::optional<EntryIdentity>& seen) = 0;
+
+    /// The errno with which remove() would refuse to begin; 0 when it would begin, or when that
+    /// cannot be told beforehand. Changes nothing.
+    [[nodiscard]] virtual int check(const std::string& /*base*/, const std::string& /*path*/,
+                                    const std::optional<EntryIdentity>& /*seen*/)
+    {
+        return 0;
+    }
 };
 
 } // namespace CleanCore

@@ -18,6 +18,7 @@ namespace {
 
 constexpr const char* bundleName = "CleanCore_CleanCore.bundle";
 constexpr int exitStatus = 3;
+constexpr std::size_t largestFile = std::size_t{64} * 1024 * 1024;
 
 std::string resolved(const char* path)
 {
@@ -83,8 +84,13 @@ std::optional<std::string> resource(const std::string& name, const std::string& 
 std::string readFile(const std::string& path)
 {
     const auto fail = [&] { throw std::system_error(errno, std::generic_category(), path); };
-    const FileDescriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC));
-    if (!file.isOpen()) {
+    const FileDescriptor file(::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
+    struct stat status = {};
+    if (!file.isOpen() || ::fstat(file.get(), &status) != 0) {
+        fail();
+    }
+    if (!S_ISREG(status.st_mode)) {
+        errno = S_ISDIR(status.st_mode) ? EISDIR : EINVAL;
         fail();
     }
     std::string bytes;
@@ -93,6 +99,10 @@ std::string readFile(const std::string& path)
         const ssize_t count = ::read(file.get(), chunk.data(), chunk.size());
         if (count == 0) {
             return bytes;
+        }
+        if (bytes.size() > largestFile) {
+            errno = EFBIG;
+            fail();
         }
         if (count > 0) {
             bytes.append(chunk.data(), static_cast<std::size_t>(count));

@@ -16,7 +16,8 @@ namespace CleanCore::ResourceBundle {
 [[nodiscard]] std::optional<std::string> resource(const std::string& name,
                                                   const std::string& extension);
 
-/// A whole file; throws std::system_error with the path in it when it cannot be read.
+/// A whole regular file; throws std::system_error with the path in it when it cannot be read, when
+/// it is none (EISDIR, EINVAL: a FIFO might never end) and beyond 64 MiB (EFBIG).
 [[nodiscard]] std::string readFile(const std::string& path);
 
 } // namespace CleanCore::ResourceBundle

@@ -112,6 +112,8 @@ private:
     void giveHalfAway();
     [[nodiscard]] bool isInPlace();
     void abandon();
+    void takeAllBack();
+    void takeBack(const std::string& name);
     void keep(int error);
 
     Job& m_job;
@@ -196,12 +198,48 @@ bool Walk::isInPlace()
 void Walk::abandon()
 {
     m_job.isIncomplete = true;
-    for (std::size_t i = 0; i < m_stack.depth(); ++i) {
-        if (m_stack.at(i).folder.isOpen()) {
-            m_job.limits.ownerAccess->takeBack(m_stack.at(i).folder.get(), m_stack.at(i).status);
-        }
+    if (m_job.limits.ownerAccess->hasLent()) {
+        takeAllBack();
     }
     m_stack.clear();
+}
+
+/// Gives every folder that can be reached its own permissions back, up from the top and, if the way
+/// breaks off at a folder that was moved, down from the root. The next folder is opened first: what
+/// is taken back may be the permission to look for it.
+void Walk::takeAllBack()
+{
+    const auto takeBackAlong = [&](std::size_t from, std::size_t count, bool goesUp) {
+        FileDescriptor held;
+        int folder = m_stack.at(from).folder.get();
+        std::size_t done = 0;
+        while (folder >= 0 && done < count) {
+            const FolderStack::Level& level = m_stack.at(goesUp ? from - done : from + done);
+            FileDescriptor reopened;
+            int next = -1;
+            if (++done < count) {
+                const FolderStack::Level& following =
+                    m_stack.at(goesUp ? from - done : from + done);
+                const char* const name = goesUp ? ".." : following.name.c_str();
+                next = following.folder.get();
+                if (next < 0) {
+                    reopened = FileDescriptor(
+                        ::openat(folder, name, O_PATH | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
+                    EntryStatus status;
+                    const bool isSame = readStatus(reopened.get(), "", status) == 0 &&
+                                        status.identity == following.status.identity;
+                    next = isSame ? reopened.get() : -1;
+                }
+            }
+            m_job.limits.ownerAccess->takeBack(folder, level.status);
+            held = std::move(reopened);
+            folder = next;
+        }
+        return done;
+    };
+    const std::size_t depth = m_stack.depth();
+    const std::size_t done = takeBackAlong(depth - 1, depth, true);
+    takeBackAlong(0, depth - done, false);
 }
 
 void Walk::enter(std::string name, std::size_t rescans)
@@ -355,15 +393,16 @@ void Walk::leave()
     FolderStack::Level& level = m_stack.top();
     const Progress progress = m_progress.back();
     std::string name = level.name;
+    // Before its permissions are taken back, which may be those to look for "..".
+    if (!m_stack.openParent()) {
+        abandon();
+        return;
+    }
     if (progress.kept > 0 && !m_job.isIncomplete) {
         m_job.limits.ownerAccess->takeBack(level.folder.get(), level.status);
     }
     m_progress.pop_back();
-    if (!m_stack.pop()) {
-        m_job.isIncomplete = true;
-        return;
-    }
-    if (m_stack.isEmpty()) {
+    if (!m_stack.pop() || m_stack.isEmpty()) {
         return;
     }
     if (progress.kept > 0) {
@@ -377,6 +416,18 @@ void Walk::leave()
         ++m_progress.back().removed;
     } else if (error != ENOENT && error != ENOTDIR) {
         keep(error);
+        takeBack(name);
+    }
+}
+
+/// Gives a subfolder of the top folder, which stays after all, its own permissions back.
+void Walk::takeBack(const std::string& name)
+{
+    const FileDescriptor folder(::openat(m_stack.top().folder.get(), name.c_str(),
+                                         O_PATH | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
+    EntryStatus status;
+    if (folder.isOpen() && readStatus(folder.get(), "", status) == 0) {
+        m_job.limits.ownerAccess->takeBack(folder.get(), status);
     }
 }
 

@@ -14,11 +14,11 @@ namespace {
 
 constexpr const char* wholeUserFolders[] = {".config", ".local", ".local/share"};
 
-// Everything of the system that a base could name; see hier(7). Folders for anyone's temporary
-// files and crash reports are no system folders.
-constexpr const char* systemFolders[] = {"/bin",   "/boot",  "/dev",    "/etc",  "/lib",
-                                         "/lib32", "/lib64", "/libx32", "/proc", "/run",
-                                         "/sbin",  "/snap",  "/sys",    "/usr",  "/var"};
+// Everything of the system, and of its other users, that a base could name; see hier(7). Folders
+// for anyone's temporary files and crash reports are no system folders.
+constexpr const char* systemFolders[] = {
+    "/bin",  "/boot", "/dev", "/etc",  "/home", "/lib", "/lib32", "/lib64", "/libx32", "/opt",
+    "/proc", "/root", "/run", "/sbin", "/snap", "/srv", "/sys",   "/usr",   "/var"};
 constexpr const char* publicFolders[] = {"/var/tmp", "/var/crash"};
 
 bool isPublic(const std::string& base)

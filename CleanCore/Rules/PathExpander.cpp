@@ -31,9 +31,19 @@ std::vector<std::string> sortedNames(const std::string& folder, const FileManage
     }
 }
 
-/// Looks for wildcards from component `first` on: an entry that is itself called "*" is a name.
-void appendMatches(const std::vector<std::string>& components, std::size_t first,
-                   const FileManager& fileManager, std::vector<std::string>& matches)
+/// One pattern's matches on their way.
+struct Matches
+{
+    const FileManager& fileManager;
+    const std::stop_token& stop;
+    std::size_t pathsLeft = pathLimit;
+    std::vector<std::string> paths = {};
+
+    /// Looks for wildcards from component `first` on: an entry that is itself called "*" is a name.
+    void append(const std::vector<std::string>& components, std::size_t first);
+};
+
+void Matches::append(const std::vector<std::string>& components, std::size_t first)
 {
     const auto begin = components.begin();
     const auto wildcard =
@@ -41,7 +51,7 @@ void appendMatches(const std::vector<std::string>& components, std::size_t first
     if (wildcard == components.end()) {
         std::string path = PathText::fromComponents(components);
         if (fileManager.exists(path)) {
-            matches.push_back(std::move(path));
+            paths.push_back(std::move(path));
         }
         return;
     }
@@ -49,15 +59,19 @@ void appendMatches(const std::vector<std::string>& components, std::size_t first
     const auto index = static_cast<std::size_t>(wildcard - begin);
     std::vector<std::string> next = components;
     for (std::string& name : sortedNames(folder, fileManager)) {
+        if (pathsLeft == 0 || stop.stop_requested()) {
+            return;
+        }
+        --pathsLeft;
         next[index] = std::move(name);
-        appendMatches(next, index + 1, fileManager, matches);
+        append(next, index + 1);
     }
 }
 
 } // namespace
 
 std::vector<std::string> expandAll(std::span<const std::string> patterns, const std::string& home,
-                                   const FileManager& fileManager)
+                                   const FileManager& fileManager, const std::stop_token& stop)
 {
     std::vector<std::string> bases;
     for (const std::string& pattern : patterns) {
@@ -66,7 +80,7 @@ std::vector<std::string> expandAll(std::span<const std::string> patterns, const 
             bases.push_back(std::move(base));
             continue;
         }
-        for (std::string& match : expandGlob(PathText::components(base), fileManager)) {
+        for (std::string& match : expandGlob(PathText::components(base), fileManager, stop)) {
             bases.push_back(std::move(match));
         }
     }
@@ -99,11 +113,11 @@ std::optional<std::string> expandToken(std::string_view pattern, const FileManag
 }
 
 std::vector<std::string> expandGlob(const std::vector<std::string>& components,
-                                    const FileManager& fileManager)
+                                    const FileManager& fileManager, const std::stop_token& stop)
 {
-    std::vector<std::string> matches;
-    appendMatches(components, 0, fileManager, matches);
-    return matches;
+    Matches matches{fileManager, stop};
+    matches.append(components, 0);
+    return std::move(matches.paths);
 }
 
 } // namespace CleanCore::PathExpander

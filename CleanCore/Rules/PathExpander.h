@@ -1,7 +1,9 @@
 #pragma once
 
+#include <cstddef>
 #include <optional>
 #include <span>
+#include <stop_token>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -18,11 +20,17 @@ class FileManager;
 /// fails: what cannot be expanded contributes nothing. Safe from any thread.
 namespace PathExpander {
 
+/// How many paths a pattern's wildcards may lead to. Several of them over folders of links that
+/// lead back would come to more than anybody can wait for; what lies beyond contributes nothing.
+constexpr std::size_t pathLimit = 200'000;
+
 /// The bases of all patterns, in pattern order, duplicates kept. Bases from a pattern with "*"
-/// exist and are in name order per folder; others are not looked for.
+/// exist and are in name order per folder; others are not looked for. After a stop request the
+/// result is incomplete.
 [[nodiscard]] std::vector<std::string> expandAll(std::span<const std::string> patterns,
                                                  const std::string& home,
-                                                 const FileManager& fileManager);
+                                                 const FileManager& fileManager,
+                                                 const std::stop_token& stop = {});
 
 /// One pattern, its "*" components as they stand.
 [[nodiscard]] std::string expand(const std::string& pattern, const std::string& home,
@@ -34,7 +42,8 @@ namespace PathExpander {
 
 /// The existing paths that `components` ("/" first) match.
 [[nodiscard]] std::vector<std::string> expandGlob(const std::vector<std::string>& components,
-                                                  const FileManager& fileManager);
+                                                  const FileManager& fileManager,
+                                                  const std::stop_token& stop = {});
 
 } // namespace PathExpander
 } // namespace CleanCore

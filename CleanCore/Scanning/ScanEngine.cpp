@@ -37,7 +37,8 @@ std::optional<CategoryResult> Scan::scanRule(const CleaningRule& rule) const
 {
     const ItemEnumerator enumerator(fileManager);
     CategoryResult result{rule, {}, false};
-    for (const std::string& base : PathExpander::expandAll(rule.basePaths, home, *fileManager)) {
+    for (const std::string& base :
+         PathExpander::expandAll(rule.basePaths, home, *fileManager, stop)) {
         if (stop.stop_requested()) {
             return std::nullopt;
         }
@@ -63,7 +64,7 @@ void Scan::run(const CleaningRule& rule)
     }
     std::optional<RuleCompleted> completed;
     if (result) {
-        completed.emplace(*result);
+        completed = RuleCompleted{*result};
     }
     const std::lock_guard lock(mutex);
     if (result) {

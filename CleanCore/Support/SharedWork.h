@@ -39,8 +39,10 @@ public:
             if (workOnNext(lock)) {
                 continue;
             }
+            // Anew each time: a helper may have been quicker to take what was offered.
             m_isCallerWaiting.store(true, std::memory_order_relaxed);
-            m_changed.wait(lock, [&] { return !m_pieces.empty() || m_unfinished == 0; });
+            m_changed.wait(lock);
+            m_isCallerWaiting.store(false, std::memory_order_relaxed);
         }
     }
 

@@ -6,6 +6,8 @@ Item {
     id: view
 
     required property AppState appState
+    property url termsURL
+    property url privacyURL
 
     AuroraBackground {
         anchors.fill: parent

@@ -1,5 +1,6 @@
 #include "Zorvane/State/ResultsModel.h"
 
+#include "CleanCore/Commands/CommandAreas.h"
 #include "Zorvane/Platform/DisplayText.h"
 #include "Zorvane/State/AppState.h"
 #include "Zorvane/State/RuleDisplay.h"
@@ -235,6 +236,11 @@ void ResultsModel::setSelected(int row, bool isSelected)
         m_appState->categoryBinding(place->category).set(isSelected);
     } else if (place && place->kind == RowKind::item) {
         const CategoryResult& result = m_appState->categories()[place->category];
+        if (CleanCore::clearsWholeArea(result.rule.id)) {
+            // Its tool knows no single items: whoever chooses one would lose them all unseen.
+            m_appState->categoryBinding(place->category).set(isSelected);
+            return;
+        }
         m_appState->itemBinding(result.rule.id, result.items[place->item].path).set(isSelected);
     }
 }

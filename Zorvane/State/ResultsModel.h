@@ -65,7 +65,8 @@ public:
 
     /// Opens or closes the category of a header row.
     Q_INVOKABLE void toggleExpanded(int row);
-    /// Ticks a header's or an item's check box.
+    /// Ticks a header's or an item's check box. Where a tool clears only whole areas, the boxes of
+    /// their items go together.
     Q_INVOKABLE void setSelected(int row, bool isSelected);
     /// The links of the details row.
     Q_INVOKABLE void selectAll(int row);

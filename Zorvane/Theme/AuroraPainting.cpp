@@ -9,6 +9,7 @@
 #include <array>
 #include <cmath>
 #include <cstddef>
+#include <vector>
 
 namespace Zorvane {
 namespace {
@@ -122,11 +123,12 @@ QImage enlarged(const std::array<Plane, 3>& channels, QSize size, double scale)
                 line[c][x] = above[x] + (above[width + x] - above[x]) * row.fraction;
         }
         auto* target = reinterpret_cast<QRgb*>(image.scanLine(y));
-        const float* noiseLine = noise.data() + (y % tile) * tile;
+        const float* noiseLine = noise.data() + static_cast<std::ptrdiff_t>(y % tile) * tile;
         for (int x = 0; x < size.width(); ++x) {
-            const auto [index, fraction] = columns[static_cast<std::size_t>(x)];
+            const Position column = columns[static_cast<std::size_t>(x)];
             const auto level = [&](const std::vector<float>& values) {
-                const float value = values[index] + (values[index + 1] - values[index]) * fraction;
+                const float left = values[column.index];
+                const float value = left + (values[column.index + 1] - left) * column.fraction;
                 return static_cast<int>(value + noiseLine[x % tile]);
             };
             target[x] = qRgb(level(line[0]), level(line[1]), level(line[2]));

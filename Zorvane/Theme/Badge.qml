@@ -14,18 +14,11 @@ Item {
     Accessible.role: Accessible.StaticText
     Accessible.name: text
 
-    Rectangle {
+    RoundedBox {
         anchors.fill: parent
-        radius: height / 2
+        cornerRadius: height / 2
         color: Theme.withOpacity(badge.color, 0.16)
-    }
-
-    Rectangle {
-        anchors.fill: parent
-        radius: height / 2
-        color: "transparent"
-        border.width: 1
-        border.color: Theme.withOpacity(badge.color, 0.25)
+        outlineColor: Theme.withOpacity(badge.color, 0.25)
     }
 
     Text {

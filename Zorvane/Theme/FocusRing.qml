@@ -2,18 +2,20 @@ import QtQuick
 import Zorvane
 
 /// Shows where the keyboard is, around the element that it fills.
-Rectangle {
+RoundedBox {
     id: ring
 
     required property bool shown
-    property real cornerRadius: Theme.radiusMedium
+    /// Of the element.
+    property real elementRadius: Theme.radiusMedium
     property real gap: 2
 
+    readonly property real thickness: 2
+
     anchors.fill: parent
-    anchors.margins: -gap - border.width
-    radius: Math.min(cornerRadius + gap + border.width, height / 2)
-    color: "transparent"
-    border.width: 2
-    border.color: Theme.primaryLight
+    anchors.margins: -gap - thickness
+    cornerRadius: elementRadius + gap + thickness
+    outlineWidth: thickness
+    outlineColor: Theme.primaryLight
     visible: shown
 }

@@ -39,7 +39,7 @@ Item {
 
         background: Rectangle {
             radius: 7
-            color: "#23222d"
+            color: Qt.tint(Theme.background, Theme.white(0.12))
             border.width: 1
             border.color: Theme.white(0.14)
         }

@@ -7,5 +7,4 @@ PlainButton {
     font.family: Theme.callout.family
     font.pixelSize: Theme.callout.pixelSize
     font.underline: true
-    Accessible.role: Accessible.Link
 }

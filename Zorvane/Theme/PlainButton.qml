@@ -20,6 +20,7 @@ T.Button {
 
     Accessible.role: Accessible.Button
     Accessible.name: text
+    Accessible.onPressAction: button.clicked()
     Keys.onReturnPressed: event => { if (!event.isAutoRepeat) button.clicked(); }
     Keys.onEnterPressed: event => { if (!event.isAutoRepeat) button.clicked(); }
 
@@ -47,7 +48,7 @@ T.Button {
 
         FocusRing {
             shown: button.visualFocus
-            cornerRadius: 4
+            elementRadius: 4
         }
     }
 }

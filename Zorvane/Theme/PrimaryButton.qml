@@ -82,10 +82,10 @@ T.Button {
             }
         }
 
-        Rectangle {
+        RoundedBox {
             visible: button.isDestructive
             anchors.fill: parent
-            radius: Theme.radiusMedium
+            cornerRadius: Theme.radiusMedium
             color: Theme.withOpacity(Theme.danger, button.fillOpacity)
 
             Behavior on color {
@@ -97,9 +97,9 @@ T.Button {
             }
         }
 
-        Rectangle {
+        RoundedBox {
             anchors.fill: parent
-            radius: Theme.radiusMedium
+            cornerRadius: Theme.radiusMedium
             color: "white"
             opacity: button.hovered && !button.down && !button.busy ? 0.09 : 0
 
@@ -114,7 +114,7 @@ T.Button {
 
         FocusRing {
             shown: button.visualFocus
-            cornerRadius: Theme.radiusMedium
+            elementRadius: Theme.radiusMedium
         }
     }
 

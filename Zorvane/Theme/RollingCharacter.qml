@@ -12,18 +12,22 @@ Item {
     property string shown: ""
     property string leaving: ""
     property real progress: 1
+    property bool complete: false
 
-    implicitWidth: current.implicitWidth
+    implicitWidth: previous.implicitWidth + (current.implicitWidth - previous.implicitWidth) * progress
     implicitHeight: current.implicitHeight
     clip: progress < 1
 
     onCharacterChanged: {
         leaving = shown;
         shown = character;
-        if (Theme.animated && leaving !== "")
+        if (Theme.animated && complete)
             roll.restart();
     }
-    Component.onCompleted: shown = character
+    Component.onCompleted: {
+        shown = character;
+        complete = true;
+    }
 
     NumberAnimation {
         id: roll
@@ -37,6 +41,8 @@ Item {
     }
 
     Text {
+        id: previous
+
         anchors.horizontalCenter: parent.horizontalCenter
         y: -place.progress * height
         visible: place.progress < 1
@@ -51,6 +57,7 @@ Item {
     Text {
         id: current
 
+        anchors.horizontalCenter: parent.horizontalCenter
         y: (1 - place.progress) * height
         opacity: place.progress
         text: place.shown

@@ -24,6 +24,7 @@ T.Button {
 
     Accessible.role: Accessible.Button
     Accessible.name: text
+    Accessible.onPressAction: button.clicked()
     Keys.onReturnPressed: event => { if (!event.isAutoRepeat) button.clicked(); }
     Keys.onEnterPressed: event => { if (!event.isAutoRepeat) button.clicked(); }
 
@@ -35,11 +36,12 @@ T.Button {
         spacing: button.spacing
     }
 
-    background: Rectangle {
+    background: RoundedBox {
         readonly property real fill: button.down ? 0.1 : button.hovered ? 0.085 : 0.06
 
-        radius: button.cornerRadius
+        cornerRadius: button.cornerRadius
         color: Theme.white(fill)
+        outlineColor: Theme.white(0.13)
 
         Behavior on color {
             enabled: Theme.animated
@@ -49,17 +51,9 @@ T.Button {
             }
         }
 
-        Rectangle {
-            anchors.fill: parent
-            radius: button.cornerRadius
-            color: "transparent"
-            border.width: 1
-            border.color: Theme.white(0.13)
-        }
-
         FocusRing {
             shown: button.visualFocus
-            cornerRadius: button.cornerRadius
+            elementRadius: button.cornerRadius
         }
     }
 }

@@ -25,15 +25,14 @@ T.CheckBox {
     Accessible.onPressAction: box.clicked()
     Accessible.onToggleAction: box.clicked()
 
-    indicator: Rectangle {
+    indicator: RoundedBox {
         anchors.centerIn: parent
         width: 16
         height: 16
-        radius: 4.5
+        cornerRadius: 4.5
         color: box.checked ? (box.down ? Theme.primaryDeep : Theme.primary)
                            : Theme.white(box.down ? 0.16 : box.hovered ? 0.12 : 0.07)
-        border.width: 1
-        border.color: box.checked ? Theme.primaryLight : Theme.white(box.hovered ? 0.42 : 0.3)
+        outlineColor: box.checked ? Theme.primaryLight : Theme.white(box.hovered ? 0.42 : 0.3)
 
         Behavior on color {
             enabled: Theme.animated
@@ -63,7 +62,7 @@ T.CheckBox {
 
         FocusRing {
             shown: box.visualFocus
-            cornerRadius: 4.5
+            elementRadius: 4.5
         }
     }
 }

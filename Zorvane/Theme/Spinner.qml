@@ -26,7 +26,7 @@ Item {
         color: spinner.color
         lineWidth: spinner.controlSize === Spinner.Large ? 3.5 : 2
 
-        RotationAnimation on rotation {
+        NumberAnimation on angle {
             running: spinner.visible && Theme.animated
             from: 0
             to: 360

@@ -31,6 +31,9 @@ void SpinnerArc::paint(QPainter* painter)
     track.setAlphaF(m_color.alphaF() * 0.16F);
     painter->setPen(QPen(track, m_lineWidth));
     painter->drawEllipse(circle);
+    painter->translate(circle.center());
+    painter->rotate(m_angle);
+    painter->translate(-circle.center());
     painter->setPen(QPen(fade, m_lineWidth, Qt::SolidLine, Qt::RoundCap));
     painter->drawArc(circle, 0, 270 * 16);
 }

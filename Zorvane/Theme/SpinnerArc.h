@@ -6,12 +6,15 @@
 
 namespace Zorvane {
 
-/// Three quarters of a circle whose end fades out, clockwise from its round head.
+/// Three quarters of a circle that fade out behind a round head. It is painted anew for each angle:
+/// an item turned as a picture gets ragged edges from the software renderer.
 class SpinnerArc : public QQuickPaintedItem
 {
     Q_OBJECT
     Q_PROPERTY(QColor color MEMBER m_color NOTIFY changed REQUIRED)
     Q_PROPERTY(qreal lineWidth MEMBER m_lineWidth NOTIFY changed REQUIRED)
+    /// Of the head, in degrees clockwise from three o'clock.
+    Q_PROPERTY(qreal angle MEMBER m_angle NOTIFY changed)
     QML_ELEMENT
 
 public:
@@ -25,6 +28,7 @@ signals:
 private:
     QColor m_color;
     qreal m_lineWidth = 2;
+    qreal m_angle = 0;
 };
 
 } // namespace Zorvane

@@ -1,5 +1,6 @@
 #include "Zorvane/Theme/SymbolImages.h"
 
+#include <QFile>
 #include <QPainter>
 #include <QQmlEngine>
 #include <QSvgRenderer>
@@ -11,9 +12,10 @@ constexpr QSize defaultSize(24, 24);
 
 QImage drawing(const QString& name, QSize size)
 {
-    QSvgRenderer renderer(QStringLiteral(":/Zorvane/Resources/symbols/%1.svg").arg(name));
-    if (!renderer.isValid())
+    const QString path = QStringLiteral(":/Zorvane/Resources/symbols/%1.svg").arg(name);
+    if (!QFile::exists(path))
         return {};
+    QSvgRenderer renderer(path);
     QImage image(size, QImage::Format_ARGB32_Premultiplied);
     image.fill(Qt::black);
     QPainter painter(&image);

@@ -16,7 +16,6 @@ namespace CleanCoreTests {
 namespace {
 
 using CleanCore::CloudDrive;
-using CleanCore::CloudRefusal;
 using CleanCore::CloudRefusalReason;
 using CleanCore::FileDescriptor;
 using testing::ElementsAre;
@@ -239,7 +238,7 @@ const std::vector<Obstacle>& obstacles()
          }},
         {"mirrorLiesOutsideTheHome", noMirror,
          [](CloudFolders& folders) {
-             const auto outside = std::make_shared<TemporaryFolder>();
+             auto outside = std::make_shared<TemporaryFolder>();
              fs::rename(folders.mirror, outside->path("mirror"));
              fs::create_directory_symlink(outside->path("mirror"), folders.mirror);
              return outside;

@@ -14,7 +14,6 @@
 namespace CleanCoreTests {
 namespace {
 
-using CleanCore::CloudDrive;
 using CleanCore::CloudRefusal;
 using CleanCore::ICloudAppBundle;
 using CleanCore::ICloudEvictor;

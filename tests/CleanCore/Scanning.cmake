@@ -6,6 +6,7 @@ zorvane_add_tests(ScanningTests
   Platform/TreeMeasurerTests.cpp
   Platform/UserFoldersTests.cpp
   Scanning/ItemEnumeratorTests.cpp
+  Scanning/OverlapsTests.cpp
   Scanning/ResultListTests.cpp
   Scanning/ScanEngineTests.cpp
   Support/EventStreamTests.cpp

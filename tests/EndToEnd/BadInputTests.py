@@ -67,8 +67,14 @@ class BadInput(ProgramTest):
     def test_catalogs_that_cannot_be_read(self):
         sealed = self.file("sealed.json")
         sealed.chmod(0)
+        fifo = self.world / "fifo.json"
+        os.mkfifo(fifo)
+        endless = self.world / "endless.json"
+        with open(endless, "wb") as file:
+            file.truncate(1 << 40)
         for path, word in ((self.world / "missing.json", "No such file"),
-                           (self.world, "directory"), (sealed, "Permission"),
+                           (self.world, "directory"), (fifo, "no regular file"),
+                           ("/dev/zero", "no regular file"), (endless, "too large"), (sealed, "Permission"),
                            (self.world / "new\nline\x1b[31m", "No such file"), ("", "No such file")):
             for command in ("scan", "rules"):
                 with self.subTest(path=str(path), command=command):
@@ -94,8 +100,24 @@ class BadInput(ProgramTest):
                 home = [] if arguments[0] == "--home" else ["--home", self.home]
                 self.assert_refused(self.run_program("scan", *home, *arguments), 2)
         self.assert_refused(self.run_program("scan", HOME=str(self.world / "missing")), 2, "missing")
-        for arguments in ([], ["unknown"], ["guard"], ["rules", "--home", self.home]):
+        for arguments in ([], ["guard"], ["rules", "--home", self.home]):
             self.assert_refused(self.run_program(*arguments), 2)
+        for arguments in (["unknown"], ["unknown", "--json"], ["icloud", "unknown"]):
+            self.assert_refused(self.run_program(*arguments), 2, 'no command "unknown"')
+        sealed = self.world / "sealed"
+        sealed.mkdir(mode=0)
+        self.assert_refused(self.run_program("scan", "--home", sealed), 2, str(sealed), "read")
+
+    def test_what_is_quoted_may_be_long(self):
+        long = "\u00e9" * 3000
+        for arguments, status, word in (
+                (["scan", "--home", f"/{long}"], 2, "does not exist"),
+                (["scan", "--catalog", f"/{long}"], 3, "cannot be read"),
+                (["scan", "--rule", long], 2, "there is no area"),
+                (["scan", f"--{long}"], 2, "not expected"), ([long], 2, "there is no command"),
+                (["clean", "--rule", "trash-user", "--item", f"/{long}"], 2, "lists no item")):
+            home = [] if "--home" in arguments or arguments == [long] else ["--home", self.home]
+            self.assert_refused(self.run_program(*arguments, *home), status, word)
 
     def test_help_and_version_are_no_errors(self):
         for arguments in (["--help"], ["--version"], ["scan", "--help"], ["rules", "--help"]):
@@ -126,6 +148,15 @@ class BadInput(ProgramTest):
                                      stdout=full, stderr=subprocess.PIPE, check=False)
         self.assertEqual(process.returncode, 1)
         self.assertRegex(process.stderr.decode(), r"\Azorvane-cli: .*\n\Z")
+
+    def test_standard_streams_that_are_closed(self):
+        self.file("home/area/entry")
+        arguments = ["scan", "--json", "--home", self.home, "--catalog", self.catalog(rule())]
+        for closed, output in (("<&-", True), ("<&- 2>&-", True), ("<&- >&- 2>&-", False)):
+            process = subprocess.run(["sh", "-c", f'exec "$@" {closed}', "sh", CLI, *arguments],
+                                     capture_output=True, check=False)
+            self.assertEqual((process.returncode, process.stderr), (0, b""), closed)
+            self.assertEqual(b"area/entry" in process.stdout, output)
 
     def test_a_current_folder_that_is_gone(self):
         gone = self.world / "gone"

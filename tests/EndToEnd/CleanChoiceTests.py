@@ -6,7 +6,7 @@ import sys
 import unittest
 
 from cleaning import CleaningTest, exact_path, snapshot, without
-from support import NOW, REPOSITORY, rule
+from support import NOW, REPOSITORY, paths, rule
 
 sys.path.append(str(REPOSITORY / "tools"))
 from sample_home.names import HARD_NAMES, longest
@@ -115,6 +115,35 @@ class CleanChoice(CleaningTest):
                                     *self.given)
                 self.assertEqual([exact_path(each) for each in report["removed"]], [item])
                 self.assert_snapshot(self.world, without(before, [item]))
+
+    def test_an_area_that_cannot_be_read_is_told(self):
+        sealed = self.home / "area/b"
+        self.given = ("--now", NOW, "--catalog", self.catalog(
+            rule("cache-area", [str(sealed), "~/other"]), rule("cache-review", ["~/review"])))
+        sealed.chmod(0)
+        before = snapshot(self.world)
+        process = self.run_program("clean", "--safe", "--yes", "--home", self.home, *self.given)
+        self.assertEqual(process.returncode, 1)
+        self.assertRegex(process.stderr.decode(), r"\Azorvane-cli: .*could not be read.*\n\Z")
+        self.assert_snapshot(self.world, without(before, [self.path("other/o"),
+                                                          self.path("review/r")]))
+        # What was not asked for does not matter.
+        self.clean("--rule", "cache-review", "--all", *self.given)
+
+    def test_overlapping_areas_offer_and_free_everything_once(self):
+        big = self.file("home/area/b/big", b"x" * 100_000)
+        os.symlink("area", self.home / "link")
+        self.given = ("--now", NOW, "--catalog", self.catalog(
+            rule("cache-outer", ["~/area", "~/area/", "~/link"]), rule("cache-same", ["~/link"]),
+            rule("cache-inner", ["~/area/b", "~/link/b"])))
+        scanned = self.scan(*self.given)
+        listed = [os.path.realpath(path) for path in paths(scanned)]
+        self.assertCountEqual(listed, [str(self.home / "area" / name) for name in
+                                       ("a", "excluded", "young", "b/inner", "b/big")])
+        report = self.clean("--safe", *self.given)
+        self.assertEqual(report["skipped"], [])
+        self.assertEqual(report["totalBytesFreed"], scanned["totalBytes"])
+        self.assertFalse(big.exists())
 
     def test_what_cannot_be_removed_is_reported_and_left(self):
         folder = self.home / "area"

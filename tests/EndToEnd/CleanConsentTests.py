@@ -3,11 +3,12 @@
 
 import json
 import os
+import pty
 import signal
 import subprocess
 import unittest
 
-from cleaning import CleaningTest, exact_path, snapshot, without
+from cleaning import CleaningTest, everything_shown, exact_path, snapshot, without
 from support import CLI, rule
 
 FOLDERS = 3000
@@ -64,6 +65,22 @@ class CleanConsent(CleaningTest):
                                   capture_output=True, check=False)
         self.assert_refused(answered, 4, "--yes")
         self.assert_snapshot(self.world, before)
+
+    def test_the_list_has_to_be_seen(self):
+        before = snapshot(self.world)
+        ours, theirs = pty.openpty()
+        os.write(ours, b"yes\n")
+        command = [CLI, *map(str, self.arguments), "--rule", "cache-other", "--all"]
+        unseen = subprocess.run(command, stdin=theirs, capture_output=True, check=False)
+        self.assert_refused(unseen, 4, "--yes")
+        self.assert_snapshot(self.world, before)
+        seen = subprocess.run(command, stdin=theirs, stdout=theirs, stderr=subprocess.PIPE,
+                              check=False)
+        os.close(theirs)
+        self.assertEqual((seen.returncode, seen.stderr), (0, b""))
+        self.assertIn(f"{self.home}/other/o\n", everything_shown(ours))
+        os.close(ours)
+        self.assert_snapshot(self.world, without(before, [self.home / "other/o"]))
 
     def test_ctrl_c_finishes_the_item_in_hand_and_leaves_the_rest(self):
         # A clean that is through before the signal comes tells nothing; then again.

@@ -102,13 +102,25 @@ class Confinement(ProgramTest):
             with self.subTest(arguments):
                 self.assert_refused(self.run_program("scan", "--catalog", harmless, *arguments,
                                                      wrapper=account), status, word)
-        for base in ("~", "~/innocent", "~/.config", "~/.local", "~/.local/share", self.world, "/*",
+        for base in ("~", "~/innocent", "/opt/x", "/srv/x", "/home/other", "~/.config", "~/.local", "~/.local/share", self.world, "/*",
                      "/usr/share", "/etc"):
             with self.subTest(base):
                 catalog = self.catalog(rule("cache-fine", ["~/.cache"]), rule(bases=[str(base)]))
                 for command in ("scan", "rules"):
                     process = self.run_program(command, "--catalog", catalog, wrapper=account)
                     self.assert_refused(process, 3, "refused")
+
+    def test_a_mount_of_the_accounts_own_home_is_that_home(self):
+        other = [self.world.parent / (self.world.name + name) for name in ("-home", "-above")]
+        for folder in other:
+            folder.mkdir()
+            self.addCleanup(folder.rmdir)
+        mounts = in_own_mounts('mount --bind "$1" /etc/passwd; mount --bind "$2" "$3"; '
+                               'mount --bind "$4" "$5"', self.account(), self.home, other[0],
+                               self.world, other[1])
+        for home, word in ((other[0], "--now"), (other[1], str(other[1]))):
+            self.assert_refused(self.run_program("scan", "--home", home, "--now", NOW,
+                                                 wrapper=mounts), 2, word)
 
     def test_any_catalog_may_be_tried_in_another_home(self):
         self.file("home/area/entry")

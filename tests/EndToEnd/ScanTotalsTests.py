@@ -156,6 +156,15 @@ class ScanTotals(ProgramTest):
                          [0, "2017-07-14T02:40:00.12Z", True])
         self.assertEqual(report["selectedBytes"], area["totalBytes"])
 
+    def test_a_home_of_any_bytes(self):
+        home = os.fsencode(self.world) + b"/home \xff"
+        os.mkdir(home)
+        process = self.run_program("scan", "--json", "--home", os.fsdecode(home))
+        self.assertEqual((process.stderr, process.returncode), (b"", 0))
+        report = json.loads(process.stdout)
+        self.assertEqual(report["home"], f"{self.world}/home \ufffd")
+        self.assertEqual(base64.b64decode(report["homeBytes"], validate=True), home)
+
     def test_ages_have_the_precision_of_the_file_system(self):
         for name, offset in (("exact", 0), ("younger", 1), ("older", -1)):
             path = self.file(f"home/area/{name}")

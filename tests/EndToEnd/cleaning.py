@@ -70,6 +70,21 @@ def exact_path(item):
     return os.fsencode(item["path"])
 
 
+def everything_shown(terminal, question=b"", keys=b""):
+    """What programs write to a terminal until they have all closed it; the keys are typed once the
+    question is there."""
+    shown = b""
+    try:
+        while chunk := os.read(terminal, 4096):
+            shown += chunk
+            if keys and question in shown:
+                os.write(terminal, keys)
+                keys = b""
+    except OSError:
+        pass  # The other end is closed.
+    return shown.decode().replace("\r\n", "\n")
+
+
 class CleaningTest(ProgramTest):
     def clean(self, *arguments, status=0, **options):
         """What `clean --json --yes` prints for the home."""
@@ -101,16 +116,7 @@ class CleaningTest(ProgramTest):
                               env={"PATH": os.environ["PATH"], "HOME": str(self.home),
                                    "LC_ALL": "C.UTF-8"}) as process:
             os.close(theirs)
-            shown = b""
-            typed = False
-            try:
-                while chunk := os.read(ours, 4096):
-                    shown += chunk
-                    if not typed and b'Type "yes"' in shown:
-                        os.write(ours, keys)
-                        typed = True
-            except OSError:
-                pass  # The program has closed its end.
+            shown = everything_shown(ours, b'Type "yes"', keys)
             output = process.stdout.read()
         os.close(ours)
-        return process.returncode, output.decode(), shown.decode().replace("\r\n", "\n")
+        return process.returncode, output.decode(), shown

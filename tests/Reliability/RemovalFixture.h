@@ -55,6 +55,9 @@ void inMountNamespace(const std::function<void()>& body);
 /// Runs `body` in a child process.
 void inChildProcess(const std::function<void()>& body);
 
+/// Takes from this process what lets it pass over permissions in its own namespaces.
+void dropCapabilities();
+
 void bindMount(const std::string& what, const std::string& where);
 void mountTemporaryFileSystem(const std::string& where);
 void remountReadOnly(const std::string& where);

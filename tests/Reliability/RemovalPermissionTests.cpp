@@ -58,6 +58,35 @@ TEST_F(RemovalPermission, SurvivorsKeepTheirPermissions)
     EXPECT_TRUE(home.has(".cache/other/a/kept/canary"));
 }
 
+TEST_F(RemovalPermission, AMountDeepInsideKeepsThePermissionsOfEveryFolderAboveIt)
+{
+    // Deeper than folders are held open, and with some that may not even be searched.
+    constexpr int depth = 40;
+    for (const unsigned mode : {0500U, 0000U, 0400U}) {
+        SCOPED_TRACE(mode);
+        const std::string entry = ".cache/" + std::to_string(mode);
+        std::vector<std::string> folders = {entry};
+        for (int i = 1; i < depth; ++i) {
+            folders.push_back(folders.back() + "/d");
+        }
+        home.makeFolder(folders.back() + "/mount");
+        home.makeFile(folders[depth / 2] + "/gone/file");
+        inMountNamespace([&] {
+            mountTemporaryFileSystem(home.path(folders.back() + "/mount"));
+            for (auto folder = folders.rbegin(); folder != folders.rend(); ++folder) {
+                home.setMode(*folder, mode);
+            }
+            dropCapabilities();
+            EXPECT_EQ(remove(entry), EXDEV);
+            for (const std::string& folder : folders) {
+                EXPECT_EQ(modeOf(folder), mode) << folder;
+                home.setMode(folder, 0700);
+            }
+            EXPECT_FALSE(home.has(folders[depth / 2] + "/gone"));
+        });
+    }
+}
+
 TEST_F(RemovalPermission, AMountInsideKeepsTheFoldersAboveItAndTheirPermissions)
 {
     home.makeFolder(".cache/entry/a/mount");
@@ -67,6 +96,7 @@ TEST_F(RemovalPermission, AMountInsideKeepsTheFoldersAboveItAndTheirPermissions)
         mountTemporaryFileSystem(home.path(".cache/entry/a/mount"));
         home.setMode(".cache/entry/a", 0500);
         home.setMode(".cache/entry", 0500);
+        dropCapabilities();
         EXPECT_EQ(remove(".cache/entry"), EXDEV);
         EXPECT_EQ(modeOf(".cache/entry"), 0500U);
         EXPECT_EQ(modeOf(".cache/entry/a"), 0500U);

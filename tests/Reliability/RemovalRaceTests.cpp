@@ -122,7 +122,7 @@ TEST_F(RemovalRace, AFolderMovedAwayTakesItsSubtreeOutOfTheWork)
 {
     // Both walks look whether they are in place at least every 16 folders (of 10 files and
     // themselves), each with what it has in hand.
-    constexpr std::size_t mostAfterMove = 2 * 2 * 17 * 11;
+    constexpr std::size_t mostAfterMove = std::size_t{2} * 2 * 17 * 11;
     std::size_t roundsWithSurvivors = 0;
     for (std::size_t round = 0; round < scaled(5, 50); ++round) {
         for (int folder = 0; folder < 400; ++folder) {

@@ -68,7 +68,7 @@ TEST_F(RemovalShape, AFlatFolderTakesLittleMemory)
         EXPECT_EQ(remove(".cache/entry"), 0);
         rusage after = {};
         ::getrusage(RUSAGE_SELF, &after);
-        constexpr long kibibytesAllowed = 64 * 1024;
+        constexpr long kibibytesAllowed = 64L * 1024;
         EXPECT_LT(after.ru_maxrss - before.ru_maxrss, kibibytesAllowed);
     });
     EXPECT_FALSE(home.has(".cache/entry"));
@@ -81,8 +81,9 @@ TEST_F(RemovalShape, NamesOfAnyBytes)
           std::string("-rf"), std::string("*"), std::string(" "), std::string("..."),
           std::string("e\xCC\x81"), std::string("\xC3\xA9"), std::string("$HOME")}) {
         SCOPED_TRACE(name);
-        home.makeFile(".cache/" + name + "/" + name);
-        EXPECT_EQ(remove(".cache/" + name), 0);
+        const std::string folder = ".cache/" + name;
+        home.makeFile(folder + '/' + name);
+        EXPECT_EQ(remove(folder), 0);
         EXPECT_EQ(countEntries(base), 0U);
     }
 }

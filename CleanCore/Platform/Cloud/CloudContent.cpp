@@ -9,7 +9,7 @@ namespace CleanCore {
 
 namespace {
 
-constexpr std::size_t bufferBytes = 256 * 1024;
+constexpr std::size_t bufferBytes = std::size_t{256} * 1024;
 constexpr std::uint64_t checksumStart = 0xcbf2'9ce4'8422'2325;
 constexpr std::uint64_t checksumPrime = 0x0000'0100'0000'01b3;
 

@@ -214,6 +214,8 @@ TEST(CleanEngine, FindsOutWhatChangedSinceTheScan)
         home.folder.makeFile("Documents/x");
         const CleaningSelection selection = home.select(".cache/item");
         each.make(home.folder);
+        const std::string promised = describe(home.clean(selection, true), selection.items.front());
+        EXPECT_EQ(promised, each.outcome) << each.change << ", in a dry run";
         EXPECT_EQ(home.outcomeOf(selection), each.outcome) << each.change;
         for (const std::string& relative : each.kept) {
             EXPECT_TRUE(home.folder.has(relative)) << each.change << ": " << relative;

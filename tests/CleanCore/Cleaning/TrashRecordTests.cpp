@@ -150,4 +150,24 @@ TEST(TrashRecord, IsLookedForBesideTheCleanedFolderAndThroughNoLink)
     }
 }
 
+TEST(TrashRecord, OutsideTheFolderThatARunIsConfinedToStays)
+{
+    const TemporaryFolder world;
+    const std::string home = world.makeFolder("Trash/files");
+    world.makeFile("Trash/files/a");
+    world.makeFile("Trash/info/a.trashinfo");
+    const auto pool = std::make_shared<TaskPool>(1);
+    for (const bool isConfined : {true, false}) {
+        const auto files = std::make_shared<LinuxFileManager>(
+            UserFolders::confinedTo(home), isConfined ? std::optional(home) : std::nullopt, pool);
+        CleaningSelection selection;
+        selection.rule.basePaths = {"~"};
+        selection.items = {{home + "/a", CleanableHome::selectedBytes}};
+        world.makeFile("Trash/files/a");
+        const CleaningReport report = CleanEngine(home, files).clean({&selection, 1}, false);
+        EXPECT_EQ(describe(report, selection.items.front()), "removed all");
+        EXPECT_EQ(world.has("Trash/info/a.trashinfo"), isConfined);
+    }
+}
+
 } // namespace CleanCoreTests

@@ -93,10 +93,14 @@ TEST_F(HomeEnvironmentTest, RefusesAHomeThatCannotBeWorkedIn)
     world.makeFile("file");
     world.makeLink("dangling", "nowhere");
     world.makeLink("root", "/");
+    world.makeFolder("sealed");
+    world.setMode("sealed", 0);
+    world.makeFolder("unlistable");
+    world.setMode("unlistable", 0300);
     for (const std::string& home :
          {std::string(), world.path("missing"), world.path("file"), world.path("dangling"),
-          world.path("file/x"), world.path() + std::string("\0/", 2), std::string("/"),
-          world.path("root")}) {
+          world.path("sealed"), world.path("unlistable"), world.path("file/x"),
+          world.path() + std::string("\0/", 2), std::string("/"), world.path("root")}) {
         EXPECT_THROW(static_cast<void>(HomeEnvironment::make(home)), HomeError) << home;
     }
     const std::string before = std::filesystem::current_path();

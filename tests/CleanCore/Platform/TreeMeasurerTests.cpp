@@ -1,5 +1,6 @@
 #include "CleanCore/Platform/TreeMeasurer.h"
 
+#include "CleanCore/Support/PathText.h"
 #include "CleanCore/Support/TaskPool.h"
 #include "tests/CleanCore/Support/RandomTree.h"
 #include "tests/CleanCore/Support/TemporaryFolder.h"
@@ -49,15 +50,16 @@ void addInside(const std::string& folder, Model& model)
     }
     while (const dirent* const entry = ::readdir(stream)) {
         const std::string name = entry->d_name;
+        const std::string path = PathText::join(folder, name);
         struct stat status = {};
-        if (name == "." || name == ".." || ::lstat((folder + '/' + name).c_str(), &status) != 0 ||
+        if (name == "." || name == ".." || ::lstat(path.c_str(), &status) != 0 ||
             S_ISLNK(status.st_mode)) {
             continue;
         }
         model.bytes += status.st_blocks * 512;
         model.newest = std::max(model.newest, modified(status));
         if (S_ISDIR(status.st_mode)) {
-            addInside(folder + '/' + name, model);
+            addInside(path, model);
         }
     }
     ::closedir(stream);

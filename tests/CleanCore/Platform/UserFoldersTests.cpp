@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <gtest/gtest.h>
 #include <map>
+#include <sys/stat.h>
+#include <unistd.h>
 
 namespace {
 
@@ -143,6 +145,26 @@ nonsense
     }
     EXPECT_TRUE(isProtected(UserFolders::confinedTo(home), home + "/Bilder"));
     EXPECT_FALSE(isProtected(UserFolders::confinedTo(home), home + "/Elsewhere"));
+}
+
+TEST(UserFolders, ReadsOnlyASmallRegularUserDirectoriesFile)
+{
+    const TemporaryFolder home;
+    const auto protectsPictures = [&] {
+        return isProtected(UserFolders::confinedTo(home.path()), home.path("Bilder"));
+    };
+    const std::string file =
+        home.makeFile(".config/user-dirs.dirs", "XDG_PICTURES_DIR=\"$HOME/Bilder\"\n");
+    EXPECT_TRUE(protectsPictures());
+    ASSERT_EQ(::truncate(file.c_str(), off_t{1} << 40), 0);
+    EXPECT_FALSE(protectsPictures());
+    // Nobody ever writes into these.
+    ASSERT_EQ(::unlink(file.c_str()), 0);
+    ASSERT_EQ(::mkfifo(file.c_str(), S_IRUSR | S_IWUSR), 0);
+    EXPECT_FALSE(protectsPictures());
+    ASSERT_EQ(::unlink(file.c_str()), 0);
+    home.makeLink(".config/user-dirs.dirs", "/dev/zero");
+    EXPECT_FALSE(protectsPictures());
 }
 
 } // namespace

@@ -24,6 +24,9 @@ TEST(ForeignCatalog, RefusesBasesThatHoldMoreThanLeftovers)
 {
     CleanCoreTests::ScriptedFileManager files;
     files.links = {{"/home/me", "/data/homes/me"},
+                   {"/home/me/.cache", "/data/homes/me/.cache"},
+                   {"/home/me/.cache/x", "/data/homes/me/.cache/x"},
+                   {"/home/me/innocent-2", "/data/homes/me/innocent-2"},
                    {"/home/me/.local", "/data/elsewhere/local"},
                    {"/data/homes/me/.local", "/data/elsewhere/local"},
                    {"/home/me/innocent", "/data/homes/me"},
@@ -57,6 +60,13 @@ TEST(ForeignCatalog, RefusesBasesThatHoldMoreThanLeftovers)
         {"/var/lib/apt", true},
         {"/run/user/1000", true},
         {"/opt", true},
+        {"/opt/app", true},
+        {"/srv/data", true},
+        {"/root/.cache", true},
+        {"/home/other", true},
+        {"/home/other/.cache", true},
+        {"/homes/x", false},
+        {"/media/me/disk", false},
         {"~/.cache/x", false},
         {"~/innocent-2", false},
         {"/data/homes/me/.config/app", false},
@@ -76,6 +86,8 @@ TEST(ForeignCatalog, RefusesBasesThatHoldMoreThanLeftovers)
         EXPECT_TRUE(refusedBase(catalogOf("~" + std::string(name)), "/plain", files)) << name;
         EXPECT_FALSE(refusedBase(catalogOf("~" + std::string(name) + "/app"), "/plain", files));
     }
+    // What lies in this home, wherever that is, is its own.
+    EXPECT_FALSE(refusedBase(catalogOf("/root/.cache"), "/root", files));
     EXPECT_FALSE(refusedBase(catalogOf("/etc", RuleKind::command), "/home/me", files));
 }
 

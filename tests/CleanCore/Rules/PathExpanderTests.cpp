@@ -83,6 +83,24 @@ TEST(PathExpander, CountsALinkAsAMatchOnlyIfItsTargetExists)
                        home.path("apps/real/Cache")}));
 }
 
+TEST(PathExpander, ComesToAnEndInFoldersOfLinksThatLeadBack)
+{
+    const TemporaryFolder home;
+    for (const char* const name : {"a", "b", "c", "d", "e", "f", "g", "h"}) {
+        home.makeLink("loop/" + std::string(name), ".");
+    }
+    const LinuxFileManager files({}, std::nullopt, std::make_shared<TaskPool>(1));
+    const Strings patterns = {"~/loop/*/*/*/*/*/*/*/*/*/*/*/*", "~/loop/*"};
+
+    const Strings bases = PathExpander::expandAll(patterns, home.path(), files);
+    EXPECT_LE(bases.size(), PathExpander::pathLimit + 8);
+    EXPECT_EQ(bases.back(), home.path("loop/h"));
+
+    std::stop_source stop;
+    stop.request_stop();
+    EXPECT_TRUE(PathExpander::expandAll(patterns, home.path(), files, stop.get_token()).empty());
+}
+
 TEST(PathExpander, SurvivesACurrentFolderThatIsGone)
 {
     const TemporaryFolder folder;

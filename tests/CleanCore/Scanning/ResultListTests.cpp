@@ -12,6 +12,7 @@ CategoryResult result(const std::string& id, const std::vector<std::int64_t>& si
     CategoryResult made;
     made.rule.id = id;
     made.hadAccessErrors = hadAccessErrors;
+    made.items.reserve(sizes.size());
     for (const std::int64_t size : sizes) {
         made.items.push_back({"/" + id + std::to_string(made.items.size()), size});
     }
@@ -26,6 +27,7 @@ TEST(ResultList, LeavesOutWhatIsEmptyAndSortsTheRestByTotal)
                     result("partly", {1}, true), result("tie-3", {5, 1, 1}),
                     result("beyond-32-bits", {3'000'000'000, 3'000'000'000})});
     std::vector<std::string> ids;
+    ids.reserve(list.size());
     for (const CategoryResult& entry : list) {
         ids.push_back(entry.rule.id);
     }

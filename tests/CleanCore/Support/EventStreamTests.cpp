@@ -15,6 +15,7 @@ TEST(EventStream, DeliversEverythingFromEveryWriterInItsOrder)
     constexpr int events = 5000;
     EventStream<std::pair<int, int>> stream;
     std::vector<std::thread> threads;
+    threads.reserve(writers);
     for (int writer = 0; writer < writers; ++writer) {
         threads.emplace_back([writer, sink = stream.sink()] {
             for (int i = 0; i < events; ++i) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "CleanCore/Support/PathText.h"
 #include "tests/CleanCore/Support/FileManagerDouble.h"
 
 #include <functional>
@@ -64,7 +65,7 @@ public:
         }
         std::vector<CleanCore::EntryMeasure> result;
         for (const std::string& name : names) {
-            const auto found = measures.find(folder + '/' + name);
+            const auto found = measures.find(CleanCore::PathText::join(folder, name));
             result.push_back(found == measures.end() ? CleanCore::EntryMeasure() : found->second);
         }
         return result;

@@ -73,6 +73,11 @@ private:
             }
             return outcome;
         }
+        [[nodiscard]] int check(const std::string& base, const std::string& path,
+                                const std::optional<CleanCore::EntryIdentity>& seen) override
+        {
+            return m_removal->check(base, path, seen);
+        }
 
     private:
         std::unique_ptr<CleanCore::Removal> m_removal;

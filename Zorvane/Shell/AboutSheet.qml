@@ -1,0 +1,51 @@
+import QtQuick
+import Zorvane
+
+/// What this program is.
+Sheet {
+    id: sheet
+
+    required property string version
+
+    panel: SheetPanel {
+        name: qsTr("About Zorvane")
+        buttons: [
+            SecondaryButton {
+                focus: true
+                text: qsTr("Close")
+                cornerRadius: 12
+                onClicked: sheet.dismissed()
+            }
+        ]
+
+        Image {
+            anchors.horizontalCenter: parent.horizontalCenter
+            source: "qrc:/Zorvane/Resources/zorvane.svg"
+            sourceSize: Qt.size(192, 192)
+            width: 96
+            height: 96
+            Accessible.ignored: true
+        }
+
+        SheetText {
+            width: parent.width
+            horizontalAlignment: Text.AlignHCenter
+            text: "Zorvane"
+            font: Theme.title
+        }
+
+        SheetText {
+            width: parent.width
+            horizontalAlignment: Text.AlignHCenter
+            text: qsTr("Version %1").arg(sheet.version)
+            color: Theme.textSecondary
+        }
+
+        SheetText {
+            width: parent.width
+            horizontalAlignment: Text.AlignHCenter
+            text: qsTr("Shows what caches, logs and leftovers hold, and removes what you choose. Free software under the Apache License, Version 2.0.")
+            color: Theme.textSecondary
+        }
+    }
+}

@@ -1,0 +1,32 @@
+import QtQuick
+import QtQuick.Templates as T
+import Zorvane
+
+/// A command of the application's menu.
+T.MenuItem {
+    id: item
+
+    implicitWidth: 208
+    implicitHeight: 32
+    padding: 10
+    font: Theme.body
+    opacity: enabled ? 1 : 0.4
+    Accessible.role: Accessible.MenuItem
+    Accessible.name: text
+    Accessible.onPressAction: item.triggered()
+
+    contentItem: Text {
+        text: item.text
+        textFormat: Text.PlainText
+        font: item.font
+        color: Theme.textPrimary
+        verticalAlignment: Text.AlignVCenter
+        elide: Text.ElideRight
+    }
+
+    background: Rectangle {
+        radius: 8
+        color: Theme.primary
+        opacity: item.highlighted && item.enabled ? 0.3 : 0
+    }
+}

@@ -1,0 +1,78 @@
+import QtQuick
+import QtQuick.Window
+import Zorvane
+
+/// The top of the window: moves it, and holds its menu and its buttons.
+Item {
+    id: bar
+
+    required property Window target
+    required property UpdaterController updater
+
+    signal aboutRequested
+
+    readonly property bool isMaximized: target.visibility === Window.Maximized
+
+    function toggleMaximized() {
+        isMaximized ? target.showNormal() : target.showMaximized();
+    }
+
+    implicitHeight: 40
+
+    DragHandler {
+        target: null
+        grabPermissions: PointerHandler.TakeOverForbidden
+        onActiveChanged: {
+            if (active)
+                bar.target.startSystemMove();
+        }
+    }
+
+    TapHandler {
+        onDoubleTapped: bar.toggleMaximized()
+    }
+
+    Row {
+        anchors.right: parent.right
+        anchors.rightMargin: Theme.spacingSmall
+        anchors.verticalCenter: parent.verticalCenter
+        spacing: Theme.spacingTiny
+
+        WindowButton {
+            id: menuButton
+
+            name: qsTr("Menu")
+            symbol: "line.3.horizontal"
+            onClicked: menu.open()
+
+            ApplicationMenu {
+                id: menu
+
+                y: menuButton.height + Theme.spacingTiny
+                x: menuButton.width - width
+                updater: bar.updater
+                onAboutRequested: bar.aboutRequested()
+                onQuitRequested: bar.target.close()
+            }
+        }
+
+        WindowButton {
+            name: qsTr("Minimize")
+            symbol: "minus"
+            onClicked: bar.target.showMinimized()
+        }
+
+        WindowButton {
+            name: bar.isMaximized ? qsTr("Restore") : qsTr("Maximize")
+            symbol: bar.isMaximized ? "square.on.square" : "square"
+            onClicked: bar.toggleMaximized()
+        }
+
+        WindowButton {
+            name: qsTr("Close")
+            symbol: "xmark"
+            hoverColor: Theme.danger
+            onClicked: bar.target.close()
+        }
+    }
+}

@@ -1,0 +1,48 @@
+import QtQuick
+import Zorvane
+
+/// A check for updates and its outcome.
+Sheet {
+    id: sheet
+
+    required property UpdaterController updater
+
+    shown: updater.isShown
+    onDismissed: updater.dismiss()
+
+    panel: SheetPanel {
+        name: qsTr("Software update")
+        buttons: [
+            SecondaryButton {
+                focus: true
+                text: qsTr("Close")
+                cornerRadius: 12
+                onClicked: sheet.dismissed()
+            },
+            PrimaryButton {
+                visible: sheet.updater.offersUpdate
+                text: qsTr("Open download page")
+                onClicked: sheet.updater.openDownload()
+            }
+        ]
+
+        Spinner {
+            anchors.horizontalCenter: parent.horizontalCenter
+            visible: sheet.updater.isChecking
+        }
+
+        SheetText {
+            width: parent.width
+            horizontalAlignment: Text.AlignHCenter
+            text: sheet.updater.message
+            font: Theme.headline
+        }
+
+        SheetText {
+            visible: sheet.updater.offersUpdate
+            width: parent.width
+            text: sheet.updater.notes
+            color: Theme.textSecondary
+        }
+    }
+}

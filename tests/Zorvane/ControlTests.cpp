@@ -1,0 +1,161 @@
+#include "tests/Zorvane/Support/Stage.h"
+
+#include <QAccessible>
+#include <QSignalSpy>
+#include <QTest>
+
+#include <gmock/gmock.h>
+
+namespace ZorvaneTests {
+namespace {
+
+QQuickItem& focused(const Stage& stage)
+{
+    QQuickItem& control = stage.item(QStringLiteral("control"));
+    control.forceActiveFocus(Qt::TabFocusReason);
+    return control;
+}
+
+TEST(Controls, ArePressedByTheKeysThatSuitThem)
+{
+    struct Case
+    {
+        const char* control;
+        int bySpace;
+        int byReturn;
+    };
+    constexpr Case cases[] = {
+        {"PrimaryButton { text: \"Scan\"", 1, 1},
+        {"PrimaryButton { text: \"Delete\"; isDestructive: true", 1, 0},
+        {"PrimaryButton { text: \"Delete\"; busy: true", 0, 0},
+        {"PrimaryButton { text: \"Delete\"; enabled: false", 0, 0},
+        {"SecondaryButton { text: \"Cancel\"", 1, 1},
+        {"PlainButton { text: \"Details\"", 1, 1},
+        {"LinkButton { text: \"Terms\"", 1, 1},
+        {"SelectionBox { accessibleName: \"Caches\"", 1, 0},
+    };
+    for (const Case& entry : cases) {
+        SCOPED_TRACE(entry.control);
+        const Stage stage(QLatin1String(entry.control) +
+                          QStringLiteral("; objectName: \"control\" }"));
+        QQuickItem& control = focused(stage);
+        const QSignalSpy clicks(&control, SIGNAL(clicked()));
+        QTest::keyClick(&stage.window(), Qt::Key_Space);
+        EXPECT_EQ(clicks.count(), entry.bySpace);
+        QTest::keyClick(&stage.window(), Qt::Key_Return);
+        QTest::keyClick(&stage.window(), Qt::Key_Enter);
+        EXPECT_EQ(clicks.count(), entry.bySpace + 2 * entry.byReturn);
+    }
+}
+
+TEST(Controls, AreAccessibleByRoleNameAndAction)
+{
+    struct Case
+    {
+        const char* control;
+        QAccessible::Role role;
+        const char* name;
+        const char* action;
+    };
+    const Case cases[] = {
+        {"PrimaryButton { text: \"Scan\"", QAccessible::Button, "Scan", "Press"},
+        {"PrimaryButton { text: \"Scan\"; isDestructive: true", QAccessible::Button, "Scan",
+         "Press"},
+        {"SecondaryButton { text: \"Rescan\"; symbol: \"arrow.clockwise\"", QAccessible::Button,
+         "Rescan", "Press"},
+        {"PlainButton { text: \"Details\"; symbol: \"chevron.down\"", QAccessible::Button,
+         "Details", "Press"},
+        {"LinkButton { text: \"Terms\"", QAccessible::Button, "Terms", "Press"},
+        {"SelectionBox { accessibleName: \"Caches\"", QAccessible::CheckBox, "Caches", "Toggle"},
+    };
+    for (const Case& entry : cases) {
+        SCOPED_TRACE(entry.control);
+        const Stage stage(QLatin1String(entry.control) +
+                          QStringLiteral("; objectName: \"control\" }"));
+        QQuickItem& control = focused(stage);
+        const QSignalSpy clicks(&control, SIGNAL(clicked()));
+        QAccessibleInterface* accessible = QAccessible::queryAccessibleInterface(&control);
+        ASSERT_NE(accessible, nullptr);
+        EXPECT_EQ(accessible->role(), entry.role);
+        EXPECT_EQ(accessible->text(QAccessible::Name), QLatin1String(entry.name));
+        ASSERT_NE(accessible->actionInterface(), nullptr);
+        accessible->actionInterface()->doAction(QLatin1String(entry.action));
+        EXPECT_EQ(clicks.count(), 1);
+    }
+}
+
+TEST(Controls, TextsThatAreNoControlsAreReadAsPlainText)
+{
+    for (const char* element : {"Badge { text: \"1.2 GB\"", "RollingFigure { text: \"1.2 GB\""}) {
+        SCOPED_TRACE(element);
+        const Stage stage(QLatin1String(element) + QStringLiteral("; objectName: \"control\" }"));
+        QAccessibleInterface* accessible =
+            QAccessible::queryAccessibleInterface(&stage.item(QStringLiteral("control")));
+        ASSERT_NE(accessible, nullptr);
+        EXPECT_EQ(accessible->role(), QAccessible::StaticText);
+        EXPECT_EQ(accessible->text(QAccessible::Name), QStringLiteral("1.2 GB"));
+        EXPECT_EQ(accessible->childCount(), 0);
+    }
+}
+
+TEST(Controls, SelectionBoxAsksAndLetsItsOwnerDecide)
+{
+    const Stage stage(QStringLiteral(R"(
+        id: window
+        property bool chosen: true
+        property bool refused: true
+        property int asked: 0
+        SelectionBox { objectName: "control"; accessibleName: "Caches"; checked: window.chosen
+            onToggled: { ++window.asked; if (!window.refused) window.chosen = !window.chosen } })"));
+    QQuickItem& box = focused(stage);
+    const auto press = [&] {
+        QTest::mouseClick(&stage.window(), Qt::LeftButton, {}, box.mapToScene({8, 8}).toPoint());
+    };
+    press();
+    EXPECT_EQ(stage.window().property("asked"), 1);
+    EXPECT_EQ(box.property("checked"), true);
+
+    stage.window().setProperty("refused", false);
+    press();
+    EXPECT_EQ(stage.window().property("asked"), 2);
+    EXPECT_EQ(box.property("checked"), false);
+    QTest::keyClick(&stage.window(), Qt::Key_Space);
+    EXPECT_EQ(box.property("checked"), true);
+
+    QAccessibleInterface* accessible = QAccessible::queryAccessibleInterface(&box);
+    EXPECT_TRUE(accessible->state().checkable);
+    EXPECT_TRUE(accessible->state().checked);
+    stage.window().setProperty("chosen", false);
+    EXPECT_FALSE(accessible->state().checked);
+}
+
+TEST(Controls, ShowTheFocusOnlyWhenTheKeyboardGaveIt)
+{
+    for (const char* control :
+         {"PrimaryButton { text: \"Scan\"", "SecondaryButton { text: \"Scan\"",
+          "PlainButton { text: \"Scan\"", "SelectionBox { accessibleName: \"a\""}) {
+        SCOPED_TRACE(control);
+        const Stage stage(QLatin1String(control) +
+                          QStringLiteral("; objectName: \"control\"; x: 100; y: 100 }"));
+        QQuickItem& item = stage.item(QStringLiteral("control"));
+        const QImage resting = stage.picture();
+        item.forceActiveFocus(Qt::MouseFocusReason);
+        EXPECT_EQ(stage.picture(), resting);
+        item.setFocus(false);
+        item.forceActiveFocus(Qt::TabFocusReason);
+        EXPECT_NE(stage.picture(), resting);
+    }
+}
+
+TEST(Controls, RollingFigureShowsItsNewTextAtOnceWhenNothingMoves)
+{
+    const QString figure =
+        QStringLiteral("RollingFigure { objectName: \"control\"; text: \"%1\" }");
+    const Stage stage(figure.arg(QStringLiteral("998.5 MB")));
+    stage.item(QStringLiteral("control")).setProperty("text", QStringLiteral("1.27 GB"));
+    const Stage expected(figure.arg(QStringLiteral("1.27 GB")));
+    EXPECT_EQ(stage.picture(), expected.picture());
+}
+
+} // namespace
+} // namespace ZorvaneTests

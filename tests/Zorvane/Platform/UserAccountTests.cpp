@@ -1,0 +1,32 @@
+#include "Zorvane/Platform/UserAccount.h"
+
+#include <gtest/gtest.h>
+
+namespace ZorvaneTests {
+namespace {
+
+TEST(UserAccountTest, CallsPeopleByTheFirstPieceOfTheirName)
+{
+    const struct
+    {
+        const char* fullName;
+        const char* userName;
+    } cases[] = {
+        {"Ada Lovelace", "Ada"}, {"Ada", "Ada"}, {" Ada", ""},           {"Ada  L", "Ada"},
+        {"", "login"},           {" ", ""},      {"Jörg\tM", "Jörg\tM"},
+    };
+    for (const auto& [fullName, userName] : cases) {
+        const Zorvane::UserAccount account{QString::fromUtf8(fullName), QStringLiteral("login")};
+        EXPECT_EQ(account.userName().toStdString(), userName) << '"' << fullName << '"';
+    }
+}
+
+TEST(UserAccountTest, KnowsTheAccountOfTheProcess)
+{
+    const auto account = Zorvane::UserAccount::ofProcess();
+    EXPECT_FALSE(account.loginName.isEmpty());
+    EXPECT_FALSE(account.fullName.contains(u','));
+}
+
+} // namespace
+} // namespace ZorvaneTests

@@ -1,0 +1,81 @@
+#include "CleanCore/Support/TaskPool.h"
+#include "tests/Zorvane/Support/ScriptedApplication.h"
+
+#include <QCoreApplication>
+#include <gtest/gtest.h>
+#include <random>
+
+namespace ZorvaneTests {
+namespace {
+
+using CleanCore::EntryAttributes;
+using CleanCore::EntryKind;
+using CleanCore::RuleTier;
+using Zorvane::AppState;
+using Zorvane::Phase;
+
+const std::string container = "/home/me/Library/Mobile Documents/com~apple~CloudDocs";
+
+void addDrive(ScriptedDisk& disk)
+{
+    for (const char* name : {"a", "b", "c"}) {
+        disk.folders[container].names.emplace_back(name);
+        disk.trees[container + '/' + name] = {{"file", EntryAttributes{EntryKind::file, 4096}}};
+    }
+}
+
+/// Everything that a person does in one sitting, as fast as it can be done. Meant for the thread
+/// sanitizer; the state goes at a moment that differs from round to round.
+TEST(AppStateLifeTest, ScansCancelsCleansMeasuresReleasesAndGoes)
+{
+    constexpr int rounds = 200;
+    std::mt19937 random(1); // NOLINT(cert-msc51-cpp): the same moments in every run
+    std::uniform_int_distribution<int> upToFour(0, 4);
+    for (int round = 0; round < rounds; ++round) {
+        ScriptedApplication application;
+        for (const char* id : {"cache-a", "cache-b", "logs-c", "dev-d"}) {
+            application.addArea(id, RuleTier::safe, {30, 20, 10});
+        }
+        application.addSnapshots({"2026-01-01-000000"});
+        addDrive(*application.disk);
+        auto state = std::make_unique<AppState>(application.environment());
+        const int last = upToFour(random);
+
+        state->startScan();
+        for (int events = upToFour(random); events > 0; --events) {
+            QCoreApplication::processEvents();
+        }
+        state->cancelScan();
+        EXPECT_NE(state->phase(), Phase::scanning);
+        state->startScan();
+        if (last == 0) {
+            continue;
+        }
+        waitUntil([&] { return state->phase() == Phase::results; });
+        EXPECT_EQ(state->totalRecoverableBytes(), 240);
+
+        state->performClean();
+        state->reloadICloud();
+        state->categoryBinding(0).set(false);
+        if (last == 1) {
+            continue;
+        }
+        waitUntil([&] { return !state->isCleaning() && state->icloudPending() == 0; });
+        EXPECT_EQ(application.disk->removed().size(), 12U);
+
+        state->setICloudSelected(container + "/a", true);
+        state->setICloudSelected(container + "/b", true);
+        state->requestEvict();
+        if (last == 2) {
+            continue;
+        }
+        waitUntil([&] { return !state->isEvicting(); });
+        state->startScan();
+        if (last == 3) {
+            state->requestClose();
+        }
+    }
+}
+
+} // namespace
+} // namespace ZorvaneTests

@@ -1,0 +1,76 @@
+#include "Zorvane/State/Mailbox.h"
+#include "tests/Zorvane/Support/ScriptedApplication.h"
+
+#include <QCoreApplication>
+#include <gtest/gtest.h>
+#include <memory>
+#include <thread>
+#include <vector>
+
+namespace ZorvaneTests {
+namespace {
+
+using Zorvane::Mailbox;
+using Zorvane::MailboxReader;
+
+TEST(MailboxTest, RunsLettersOfManyThreadsOnTheReadersThreadInEachSendersOrder)
+{
+    constexpr int senders = 4;
+    constexpr int letters = 1000;
+    const auto mailbox = std::make_shared<Mailbox>();
+    const MailboxReader reader(mailbox);
+    std::vector<std::vector<int>> received(senders);
+    const auto mainThread = std::this_thread::get_id();
+    int strangers = 0;
+    std::vector<std::jthread> threads;
+    for (int sender = 0; sender < senders; ++sender) {
+        threads.emplace_back([&, sender] {
+            for (int letter = 0; letter < letters; ++letter) {
+                mailbox->post([&, sender, letter] {
+                    received[static_cast<std::size_t>(sender)].push_back(letter);
+                    strangers += std::this_thread::get_id() == mainThread ? 0 : 1;
+                });
+            }
+        });
+    }
+    std::size_t count = 0;
+    waitUntil([&] {
+        count = 0;
+        for (const auto& one : received) {
+            count += one.size();
+        }
+        return count == std::size_t{senders} * letters;
+    });
+    EXPECT_EQ(strangers, 0);
+    for (const auto& one : received) {
+        EXPECT_TRUE(std::ranges::is_sorted(one));
+    }
+}
+
+TEST(MailboxTest, DropsWhatComesAfterItsReaderHasGone)
+{
+    const auto mailbox = std::make_shared<Mailbox>();
+    auto reader = std::make_unique<MailboxReader>(mailbox);
+    const auto held = std::make_shared<int>(0);
+    bool hasRun = false;
+    mailbox->post([&, held] { hasRun = true; });
+    reader.reset();
+    mailbox->post([&, held] { hasRun = true; });
+    QCoreApplication::processEvents();
+    EXPECT_FALSE(hasRun);
+    EXPECT_EQ(held.use_count(), 1);
+}
+
+TEST(MailboxTest, LetsALetterEndTheReader)
+{
+    const auto mailbox = std::make_shared<Mailbox>();
+    auto reader = std::make_unique<MailboxReader>(mailbox);
+    bool hasRun = false;
+    mailbox->post([&] { reader.reset(); });
+    mailbox->post([&] { hasRun = true; });
+    waitUntil([&] { return reader == nullptr; });
+    EXPECT_FALSE(hasRun);
+}
+
+} // namespace
+} // namespace ZorvaneTests

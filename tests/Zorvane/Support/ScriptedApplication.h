@@ -1,0 +1,111 @@
+#pragma once
+
+#include "CleanCore/ICloud/ICloudEvictor.h"
+#include "Zorvane/State/AppState.h"
+#include "tests/CleanCore/Support/ScriptedCommandRunner.h"
+#include "tests/CleanCore/Support/ScriptedFileManager.h"
+#include "tests/CleanCore/Support/TemporaryFolder.h"
+
+#include <QString>
+#include <atomic>
+#include <chrono>
+#include <functional>
+#include <latch>
+#include <memory>
+#include <set>
+#include <string>
+#include <vector>
+
+namespace ZorvaneTests {
+
+using Strings = std::vector<std::string>;
+
+/// A scripted file system that also removes, releases and has a free space, all as written down.
+class ScriptedDisk : public CleanCoreTests::ScriptedFileManager
+{
+public:
+    /// What availableCapacity() answers, call by call; the last one stays. Nothing: unknown.
+    std::vector<std::optional<std::int64_t>> capacities = {0};
+    /// Paths whose removal fails.
+    std::set<std::string> irremovable;
+    /// Called before an item is removed, on the removing thread.
+    std::function<void(const std::string& path)> onRemove;
+    /// Called before an item is released, on the releasing thread.
+    std::function<void(const std::string& path)> onRelease;
+    /// The files of a folder, for the walk, in order.
+    std::map<std::string, std::vector<std::pair<std::string, CleanCore::EntryAttributes>>> trees;
+    /// Called before a folder is walked, on the walking thread.
+    std::function<void(const std::string& path)> onVisit;
+
+    [[nodiscard]] Strings removed() const;
+    [[nodiscard]] Strings released() const;
+
+    [[nodiscard]] std::optional<std::int64_t>
+    availableCapacity(const std::string& path) const override;
+    [[nodiscard]] std::unique_ptr<CleanCore::Removal>
+    beginRemoval(const std::string& home,
+                 std::span<const std::string> protectedFolders) const override;
+    [[nodiscard]] std::optional<CleanCore::EntryAttributes>
+    attributes(const std::string& path) const override;
+    bool visitTree(const std::string& path, const CleanCore::TreeVisitor& visit) const override;
+    [[nodiscard]] std::vector<CleanCore::CloudRefusal>
+    releaseLocalCopy(const std::string& path) const override;
+
+    void noteRemoved(const std::string& path) const;
+
+private:
+    mutable std::mutex m_mutex;
+    mutable std::size_t m_capacityCalls = 0;
+    mutable Strings m_removed;
+    mutable Strings m_released;
+};
+
+/// The collaborators of an application state, as a test writes them down. The home is "/home/me";
+/// the terms are accepted unless a test says otherwise.
+struct ScriptedApplication
+{
+    ScriptedApplication();
+
+    static constexpr const char* home = "/home/me";
+
+    CleanCoreTests::TemporaryFolder folder;
+    std::shared_ptr<ScriptedDisk> disk = std::make_shared<ScriptedDisk>();
+    std::shared_ptr<CleanCore::TaskPool> pool;
+    CleanCore::RulesCatalog catalog;
+    bool isCatalogBroken = false;
+    CleanCoreTests::ScriptedCommandRunner::Script script;
+    /// Called with each run of a tool, on the thread that runs it.
+    std::function<void()> whenToolRuns;
+    std::map<std::string, std::string, std::less<>> texts;
+    std::function<std::chrono::steady_clock::time_point()> steadyNow = [] {
+        return std::chrono::steady_clock::time_point();
+    };
+    std::vector<Strings> revealed;
+    QString fullName = QStringLiteral("Ada Lovelace");
+
+    [[nodiscard]] QString preferencesFile() const;
+    [[nodiscard]] Zorvane::Environment environment();
+
+    /// Adds a rule of files whose base holds items of these sizes, named "item0", "item1", ….
+    void addArea(const std::string& id, CleanCore::RuleTier tier,
+                 const std::vector<std::int64_t>& sizes);
+    /// Adds a rule of files whose base exists and cannot be read.
+    void addUnreadableArea(const std::string& id);
+    void addToolArea(const std::string& id, CleanCore::RuleTier tier);
+    /// Lets tmutil list snapshots, which are items of no size.
+    void addSnapshots(const Strings& dates);
+
+    [[nodiscard]] static std::string itemPath(const std::string& id, std::size_t item);
+};
+
+/// Runs the event loop until `isTrue`. Waits for events, not for time; a test that waits in vain
+/// ends by the test runner's limit.
+void waitUntil(const std::function<bool()>& isTrue);
+
+/// Scans and waits for the results.
+void scan(Zorvane::AppState& state);
+
+/// "id:bytes" of every category.
+[[nodiscard]] Strings categoryTexts(const Zorvane::AppState& state);
+
+} // namespace ZorvaneTests
