@@ -1,5 +1,6 @@
 """Drives a program's window as a person would: by what things are called, by mouse and keyboard."""
 
+import itertools
 import os
 import pathlib
 import signal
@@ -52,6 +53,8 @@ class Program:
             application = desktop.get_child_at_index(index)
             if (application and application.get_process_id() == self.process.pid
                     and application.get_child_count() > 0):
+                # What was remembered of things would soon be wrong: not every change is told.
+                application.set_cache_mask(Atspi.Cache.NONE)
                 self.application = application
                 return True
         return False
@@ -162,6 +165,28 @@ class Program:
                 return
         raise NotSeen(f"{name!r} cannot be pressed")
 
+    def drag(self, start, end, has_come_about, what):
+        """Presses at one place of the screen and moves to another until something has come about."""
+        DESKTOP.run("xdotool", "mousemove", *start, "mousedown", 1)
+        steps = itertools.cycle((0, 1))
+
+        def move():
+            # The window manager may take the mouse over at any time, and sees only what follows.
+            DESKTOP.run("xdotool", "mousemove", end[0] + next(steps), end[1])
+            return has_come_about()
+
+        try:
+            self.wait_for(move, what)
+        finally:
+            DESKTOP.run("xdotool", "mouseup", 1)
+
+    def focus(self, name, role=None):
+        self.see(name, role).grab_focus()
+        self.wait_for(lambda: self.has_focus(name), f"the focus on {name!r}")
+
+    def has_focus(self, name):
+        return self.has_state(name, Atspi.StateType.FOCUSED)
+
     def key(self, *keys):
         DESKTOP.run("xdotool", "key", *keys)
 
@@ -169,9 +194,13 @@ class Program:
         return DESKTOP.run("xdotool", "search", "--onlyvisible", "--pid",
                            self.process.pid).split()[0]
 
-    def size(self):
+    def place(self):
+        """The window's left and top edge, its width and height."""
         frame = self.see("Zorvane", "frame").get_extents(Atspi.CoordType.SCREEN)
-        return frame.width, frame.height
+        return frame.x, frame.y, frame.width, frame.height
+
+    def size(self):
+        return self.place()[2:]
 
     # Ending
 
