@@ -21,7 +21,7 @@ Item {
 
     DragHandler {
         target: null
-        grabPermissions: PointerHandler.TakeOverForbidden
+        grabPermissions: PointerHandler.CanTakeOverFromAnything
         onActiveChanged: {
             if (active)
                 bar.target.startSystemMove();
