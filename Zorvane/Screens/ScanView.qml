@@ -2,14 +2,81 @@ import QtQuick
 import Zorvane
 
 /// The root of the window: the background and, on it, the screen of the phase.
-Item {
+FocusScope {
     id: view
 
     required property AppState appState
     property url termsURL
     property url privacyURL
 
+    /// By the name of the phase.
+    readonly property var screens: ({
+        termsAcceptance: terms,
+        needsPermission: onboarding,
+        ready: ready,
+        scanning: scanning,
+        results: results
+    })
+
+    focus: true
+
     AuroraBackground {
         anchors.fill: parent
+    }
+
+    Loader {
+        anchors.fill: parent
+        focus: true
+        sourceComponent: view.screens[view.appState.phaseName]
+    }
+
+    // A loader of Qt 6.4 cannot create bound components, so the linter does not know what `view` is.
+    // qmllint disable unqualified
+
+    Component {
+        id: terms
+
+        TermsView {
+            focus: true
+            appState: view.appState
+            termsURL: view.termsURL
+            privacyURL: view.privacyURL
+        }
+    }
+
+    Component {
+        id: onboarding
+
+        OnboardingView {
+            focus: true
+            appState: view.appState
+        }
+    }
+
+    Component {
+        id: ready
+
+        ReadyScreen {
+            focus: true
+            appState: view.appState
+        }
+    }
+
+    Component {
+        id: scanning
+
+        ScanningScreen {
+            focus: true
+            appState: view.appState
+        }
+    }
+
+    Component {
+        id: results
+
+        ResultsView {
+            focus: true
+            appState: view.appState
+        }
     }
 }

@@ -282,6 +282,15 @@ QHash<int, QByteArray> ICloudModel::roleNames() const
             {SizeTextRole, "sizeText"}};
 }
 
+void ICloudModel::open()
+{
+    const bool isFirstTime = !isMeasured();
+    m_appState->openICloud();
+    if (isFirstTime) {
+        m_appState->reloadICloud();
+    }
+}
+
 void ICloudModel::setSelected(int row, bool isSelected)
 {
     if (row >= 0 && static_cast<std::size_t>(row) < m_itemCount) {

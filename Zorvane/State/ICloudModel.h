@@ -88,6 +88,8 @@ public:
     [[nodiscard]] QVariant data(const QModelIndex& index, int role) const override;
     [[nodiscard]] QHash<int, QByteArray> roleNames() const override;
 
+    /// Opens the sheet; the first time it starts the measuring too.
+    Q_INVOKABLE void open();
     /// Ticks the check box of a measured entry.
     Q_INVOKABLE void setSelected(int row, bool isSelected);
     /// Shows all applications of the notice in the desktop's file manager.

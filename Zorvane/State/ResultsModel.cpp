@@ -102,7 +102,7 @@ QVariant ResultsModel::data(const QModelIndex& index, int role) const
     case KindRole:
         return kindName(place->kind);
     case HasSelectedLookRole:
-        return place->kind != RowKind::card && hasSelectedLook(place->category);
+        return place->kind != RowKind::card && m_hasSelectedLook[place->category];
     case IsLastRole: {
         const std::optional<Place> next = placeOf(index.row() + 1);
         return !next || next->kind == RowKind::category || next->kind == RowKind::card;
@@ -183,10 +183,14 @@ QVariant ResultsModel::itemData(const Place& place, int role) const
     }
 }
 
-bool ResultsModel::hasSelectedLook(std::size_t category) const
+void ResultsModel::updateSelectedLooks()
 {
-    return m_appState->categories()[category].rule.tier == RuleTier::safe &&
-           m_appState->selectedBytes(category) > 0;
+    const auto& categories = m_appState->categories();
+    m_hasSelectedLook.resize(categories.size());
+    for (std::size_t category = 0; category < categories.size(); ++category) {
+        m_hasSelectedLook[category] = categories[category].rule.tier == RuleTier::safe &&
+                                      m_appState->selectedBytes(category) > 0;
+    }
 }
 
 QHash<int, QByteArray> ResultsModel::roleNames() const
@@ -263,11 +267,13 @@ void ResultsModel::rebuild()
 {
     beginResetModel();
     m_isExpanded.assign(m_appState->categories().size(), false);
+    updateSelectedLooks();
     endResetModel();
 }
 
 void ResultsModel::refreshSelection()
 {
+    updateSelectedLooks();
     emit dataChanged(index(0), index(rowCount() - 1), {IsSelectedRole, HasSelectedLookRole});
 }
 

@@ -88,13 +88,15 @@ private:
     [[nodiscard]] QVariant categoryData(std::size_t category, int role) const;
     [[nodiscard]] QVariant detailsData(std::size_t category, int role) const;
     [[nodiscard]] QVariant itemData(const Place& place, int role) const;
-    [[nodiscard]] bool hasSelectedLook(std::size_t category) const;
     void rebuild();
     void refreshSelection();
+    void updateSelectedLooks();
 
     AppState* m_appState = nullptr;
     /// One for each category.
     std::vector<bool> m_isExpanded;
+    /// One for each category. Every row of a category asks for it, and it takes all its items.
+    std::vector<bool> m_hasSelectedLook;
 };
 
 } // namespace Zorvane

@@ -1,0 +1,182 @@
+import QtQuick
+import QtQuick.Layouts
+import QtQuick.Templates as T
+import Zorvane
+
+/// The header of a category.
+ResultsRow {
+    id: row
+
+    required property string title
+    required property string countText
+    required property string sizeText
+    required property bool isSelected
+    required property bool isSelectable
+    required property bool isDiagnostic
+    required property bool isReviewRequired
+    required property bool hadAccessErrors
+    required property bool isExpanded
+
+    /// A header that is reused for another category shows its state at once.
+    property bool turnsSlowly: false
+
+    signal expansionToggled()
+    signal selectionToggled(isSelected: bool)
+
+    isFirst: true
+    topGap: 10
+    contentHeight: line.implicitHeight + 28
+    focusTarget: header
+    highlight: Theme.white(header.down ? 0.05 : row.hovered ? 0.03 : 0)
+    ListView.onPooled: turnsSlowly = false
+
+    T.AbstractButton {
+        id: header
+
+        anchors.fill: parent
+        focus: true
+        focusPolicy: row.controlFocusPolicy
+        Accessible.role: Accessible.Button
+        Accessible.name: qsTr("%1, %2, %3").arg(row.title).arg(row.countText).arg(row.sizeText)
+        Accessible.description: row.isExpanded ? qsTr("Expanded") : qsTr("Collapsed")
+        Keys.onReturnPressed: event => { if (!event.isAutoRepeat) header.clicked(); }
+        Keys.onEnterPressed: event => { if (!event.isAutoRepeat) header.clicked(); }
+        onClicked: {
+            row.turnsSlowly = true;
+            row.expansionToggled();
+        }
+
+        HoverHandler {
+            cursorShape: Qt.PointingHandCursor
+        }
+
+        FocusRing {
+            shown: header.visualFocus
+            gap: -2
+            cornerRadius: Theme.radiusLarge
+        }
+    }
+
+    RowLayout {
+        id: line
+
+        anchors.fill: parent
+        anchors.margins: 14
+        spacing: Theme.spacingMedium
+
+        Item {
+            implicitWidth: 18
+            implicitHeight: 18
+
+            SelectionBox {
+                visible: row.isSelectable
+                focusPolicy: row.controlFocusPolicy
+                checked: row.isSelected
+                accessibleName: qsTr("Select %1").arg(row.title)
+                onToggled: row.selectionToggled(!row.isSelected)
+            }
+        }
+
+        ColumnLayout {
+            Layout.fillWidth: true
+            Layout.maximumWidth: Math.ceil(Math.max(title.implicitWidth, count.implicitWidth))
+            spacing: 2
+
+            ScreenText {
+                id: title
+
+                Layout.fillWidth: true
+                text: row.title
+                font: Theme.textFont(14, Font.DemiBold)
+                elide: Text.ElideRight
+                Accessible.ignored: true
+            }
+
+            ScreenText {
+                id: count
+
+                Layout.fillWidth: true
+                text: row.countText
+                font: Theme.caption
+                color: Theme.textSecondary
+                elide: Text.ElideRight
+                Accessible.ignored: true
+            }
+        }
+
+        Row {
+            visible: row.isDiagnostic || row.isReviewRequired
+            spacing: 6
+
+            Badge {
+                visible: row.isDiagnostic
+                text: qsTr("diagnostic")
+                color: Theme.catOther
+            }
+
+            Badge {
+                visible: row.isReviewRequired
+                text: qsTr("review required")
+                color: Theme.warning
+            }
+        }
+
+        Item {
+            id: lock
+
+            implicitWidth: lockSymbol.implicitWidth
+            implicitHeight: lockSymbol.implicitHeight
+            visible: row.hadAccessErrors
+            activeFocusOnTab: row.isTabStop
+            Accessible.role: Accessible.StaticText
+            Accessible.name: lockHelp.text
+
+            Symbol {
+                id: lockSymbol
+
+                name: "lock.fill"
+                size: 12
+                color: Theme.warning
+            }
+
+            FocusRing {
+                shown: lock.activeFocus
+                cornerRadius: 4
+            }
+
+            HoverHelp {
+                id: lockHelp
+
+                text: qsTr("Area could not be read due to missing permission")
+            }
+        }
+
+        Item {
+            Layout.fillWidth: true
+            Layout.preferredWidth: 0
+        }
+
+        ScreenText {
+            Layout.minimumWidth: 78
+            text: row.sizeText
+            font: Theme.numberFont(14, Font.Bold)
+            horizontalAlignment: Text.AlignRight
+            Accessible.ignored: true
+        }
+
+        Symbol {
+            name: "chevron.down"
+            size: 10
+            color: Theme.textTertiary
+            rotation: row.isExpanded ? 180 : 0
+
+            Behavior on rotation {
+                enabled: Theme.animated && row.turnsSlowly
+                NumberAnimation {
+                    duration: Theme.shortDuration
+                    easing.type: Easing.OutCubic
+                }
+            }
+        }
+    }
+}

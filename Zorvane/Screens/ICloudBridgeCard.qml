@@ -1,0 +1,140 @@
+import QtQuick
+import QtQuick.Layouts
+import QtQuick.Templates as T
+import Zorvane
+
+/// Leads to the release of what the cloud drive keeps on this computer.
+ResultsRow {
+    id: card
+
+    required property AppState appState
+
+    isFirst: true
+    topGap: 10
+    contentHeight: line.implicitHeight + 28
+    focusTarget: area
+    highlight: Theme.white(area.down ? 0.05 : card.hovered ? 0.03 : 0)
+
+    ICloudModel {
+        id: icloud
+
+        appState: card.appState
+    }
+
+    T.AbstractButton {
+        id: area
+
+        anchors.fill: parent
+        focus: true
+        focusPolicy: card.controlFocusPolicy
+        Accessible.role: Accessible.Button
+        Accessible.name: title.text
+        Accessible.description: description.text
+        Keys.onReturnPressed: event => { if (!event.isAutoRepeat) area.clicked(); }
+        Keys.onEnterPressed: event => { if (!event.isAutoRepeat) area.clicked(); }
+        onClicked: icloud.open()
+
+        HoverHandler {
+            cursorShape: Qt.PointingHandCursor
+        }
+
+        FocusRing {
+            shown: area.visualFocus
+            gap: -2
+            cornerRadius: Theme.radiusLarge
+        }
+    }
+
+    RowLayout {
+        id: line
+
+        anchors.fill: parent
+        anchors.margins: 14
+        spacing: Theme.spacingMedium
+
+        Item {
+            implicitWidth: 18
+        }
+
+        ColumnLayout {
+            Layout.fillWidth: true
+            spacing: 3
+
+            RowLayout {
+                spacing: Theme.spacingSmall
+
+                Symbol {
+                    name: "icloud.fill"
+                    size: 12
+                    color: Theme.catOther
+                }
+
+                ScreenText {
+                    id: title
+
+                    text: qsTr("iCloud Drive")
+                    font: Theme.textFont(14, Font.DemiBold)
+                    Accessible.ignored: true
+                }
+
+                Badge {
+                    text: qsTr("Nothing is deleted")
+                    color: Theme.catOther
+                }
+            }
+
+            ScreenText {
+                id: description
+
+                Layout.fillWidth: true
+                text: qsTr("Frees the space taken by iCloud files downloaded on this Mac. Nothing is deleted from the cloud.")
+                font: Theme.textFont(12, Font.Normal)
+                color: Theme.textSecondary
+                wrapMode: Text.Wrap
+                Accessible.ignored: true
+            }
+        }
+
+        ColumnLayout {
+            visible: !icloud.isMeasured
+            spacing: 3
+
+            SecondaryButton {
+                Layout.alignment: Qt.AlignHCenter
+                text: qsTr("Measure")
+                small: true
+                cornerRadius: Theme.radiusCapsule
+                focusPolicy: card.controlFocusPolicy
+                onClicked: icloud.open()
+            }
+
+            ScreenText {
+                Layout.alignment: Qt.AlignHCenter
+                text: qsTr("takes a moment")
+                font: Theme.caption
+                color: Theme.textTertiary
+            }
+        }
+
+        Spinner {
+            visible: icloud.isMeasuring
+            color: Theme.catOther
+            Accessible.name: qsTr("Measuring…")
+        }
+
+        ScreenText {
+            Layout.minimumWidth: 78
+            visible: icloud.isMeasured && !icloud.isMeasuring
+            text: icloud.downloadedText
+            font: Theme.numberFont(14, Font.Bold)
+            horizontalAlignment: Text.AlignRight
+        }
+
+        Symbol {
+            visible: icloud.isMeasured
+            name: "chevron.right"
+            size: 10
+            color: Theme.textTertiary
+        }
+    }
+}

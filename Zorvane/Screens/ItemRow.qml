@@ -1,0 +1,72 @@
+import QtQuick
+import Zorvane
+
+/// One item of an open category. There may be a hundred thousand of them: the height is fixed.
+ResultsRow {
+    id: row
+
+    required property string path
+    required property string sizeText
+    required property bool isSelected
+
+    readonly property real lineHeight: 30
+
+    signal selectionToggled(isSelected: bool)
+
+    contentHeight: isLast ? lineHeight + Theme.spacingSmall : lineHeight
+    focusTarget: box
+
+    Rectangle {
+        x: 36
+        width: parent.width - x - 8
+        height: row.lineHeight
+        radius: 8
+        color: "white"
+        opacity: row.hovered ? 0.045 : 0
+    }
+
+    SelectionBox {
+        id: box
+
+        x: 44
+        y: (row.lineHeight - height) / 2
+        focus: true
+        focusPolicy: row.controlFocusPolicy
+        checked: row.isSelected
+        accessibleName: row.path
+        onToggled: row.selectionToggled(!row.isSelected)
+    }
+
+    ScreenText {
+        id: pathText
+
+        x: 72
+        width: size.x - x - Theme.spacingMedium
+        height: row.lineHeight
+        verticalAlignment: Text.AlignVCenter
+        text: row.path
+        font: Theme.callout
+        color: Theme.textSecondary
+        elide: Text.ElideMiddle
+        Accessible.ignored: true
+    }
+
+    ScreenText {
+        id: size
+
+        // Ends where the header's size does.
+        x: row.width - 38 - width
+        width: Math.max(implicitWidth, 64)
+        height: row.lineHeight
+        horizontalAlignment: Text.AlignRight
+        verticalAlignment: Text.AlignVCenter
+        text: row.sizeText
+        font: Theme.numberFont(11, Font.Medium)
+        color: Theme.textSecondary
+    }
+
+    HoverHelp {
+        parent: row
+        text: pathText.truncated && (row.hovered || box.visualFocus) ? row.path : ""
+    }
+}

@@ -1,0 +1,48 @@
+import QtQuick
+import Zorvane
+
+/// How far a running scan is.
+ScreenStack {
+    id: screen
+
+    required property AppState appState
+
+    padding: 48
+    minimumWidth: 520
+    Keys.onEscapePressed: screen.appState.cancelScan()
+
+    Figures {
+        id: figures
+
+        appState: screen.appState
+    }
+
+    Spinner {
+        anchors.horizontalCenter: parent.horizontalCenter
+        controlSize: Spinner.Large
+        color: Theme.primary
+        Accessible.name: qsTr("Scanning")
+    }
+
+    RollingFigure {
+        anchors.horizontalCenter: parent.horizontalCenter
+        text: figures.bytesFoundText
+        font: Theme.numberFont(44, Font.Bold)
+        color: Theme.textPrimary
+    }
+
+    ScreenText {
+        anchors.horizontalCenter: parent.horizontalCenter
+        width: Math.min(implicitWidth, screen.availableWidth)
+        text: figures.statusText
+        color: Theme.textSecondary
+        elide: Text.ElideRight
+    }
+
+    SecondaryButton {
+        anchors.horizontalCenter: parent.horizontalCenter
+        focus: true
+        text: qsTr("Cancel")
+        onClicked: screen.appState.cancelScan()
+    }
+}

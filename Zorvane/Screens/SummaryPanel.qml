@@ -1,0 +1,93 @@
+pragma ComponentBehavior: Bound
+
+import QtQuick
+import QtQuick.Layouts
+import Zorvane
+
+/// What the last scan found, by groups and in total.
+Item {
+    id: panel
+
+    required property AppState appState
+
+    readonly property real padding: 20
+
+    implicitWidth: 300
+    implicitHeight: column.implicitHeight + 2 * padding
+
+    GlassSurface {
+        anchors.fill: parent
+    }
+
+    SummaryModel {
+        id: summary
+
+        appState: panel.appState
+    }
+
+    ColumnLayout {
+        id: column
+
+        anchors.fill: parent
+        anchors.margins: panel.padding
+        spacing: Theme.spacingLarge
+
+        DonutChart {
+            Layout.alignment: Qt.AlignHCenter
+            segments: summary
+            totalText: summary.totalText
+        }
+
+        ColumnLayout {
+            Layout.fillWidth: true
+            visible: legend.count > 0
+            spacing: 9
+
+            Repeater {
+                id: legend
+
+                model: summary
+
+                RowLayout {
+                    id: line
+
+                    required property string label
+                    required property string colorName
+                    required property string sizeText
+
+                    spacing: Theme.spacingSmall
+
+                    Rectangle {
+                        implicitWidth: 8
+                        implicitHeight: 8
+                        radius: 2.5
+                        color: Theme[line.colorName]
+                    }
+
+                    ScreenText {
+                        Layout.fillWidth: true
+                        text: line.label
+                        font: Theme.callout
+                        color: Theme.textSecondary
+                        elide: Text.ElideRight
+                    }
+
+                    ScreenText {
+                        text: line.sizeText
+                        font: Theme.numberFont(12, Font.Medium)
+                    }
+                }
+            }
+        }
+
+        NoticeRow {
+            Layout.fillWidth: true
+            visible: summary.anyAccessErrors
+            maximumWidth: panel.width - 2 * panel.padding
+            symbol: "exclamationmark.triangle"
+            text: qsTr("Some areas could not be read — grant Full Disk Access for the full amount")
+            font: Theme.caption
+            color: Theme.warning
+        }
+    }
+}

@@ -1,0 +1,89 @@
+import QtQuick
+import Zorvane
+
+/// Asks for the acceptance of the terms, without which nothing begins.
+ScreenStack {
+    id: view
+
+    required property AppState appState
+    property url termsURL
+    property url privacyURL
+
+    padding: 40
+    spacing: 24
+
+    GradientTile {
+        anchors.horizontalCenter: parent.horizontalCenter
+        symbol: "doc.text.magnifyingglass"
+        symbolSize: 38
+        shadow: true
+    }
+
+    ScreenText {
+        anchors.horizontalCenter: parent.horizontalCenter
+        text: qsTr("Before you start")
+        font: Theme.title
+    }
+
+    GlassCard {
+        anchors.horizontalCenter: parent.horizontalCenter
+        padding: Theme.spacingLarge
+
+        contentItem: Column {
+            spacing: Theme.spacingMedium
+
+            NoticeRow {
+                maximumWidth: Math.min(480, view.availableWidth) - 2 * Theme.spacingLarge
+                symbol: "eye.slash.fill"
+                symbolColor: Theme.primaryLight
+                text: qsTr("The app collects no data: no accounts, no telemetry, nothing leaves your Mac.")
+                font: Theme.body
+            }
+        }
+    }
+
+    Column {
+        anchors.horizontalCenter: parent.horizontalCenter
+        spacing: Theme.spacingSmall
+
+        ScreenText {
+            anchors.horizontalCenter: parent.horizontalCenter
+            width: Math.min(implicitWidth, view.availableWidth)
+            text: qsTr("By continuing, you agree to the Terms of Service and Privacy Policy.")
+            font: Theme.callout
+            color: Theme.textSecondary
+            horizontalAlignment: Text.AlignHCenter
+            wrapMode: Text.Wrap
+        }
+
+        Row {
+            anchors.horizontalCenter: parent.horizontalCenter
+            spacing: 18
+
+            LinkButton {
+                text: qsTr("Terms of Service")
+                onClicked: Qt.openUrlExternally(view.termsURL)
+            }
+
+            LinkButton {
+                text: qsTr("Privacy Policy")
+                onClicked: Qt.openUrlExternally(view.privacyURL)
+            }
+        }
+    }
+
+    PrimaryButton {
+        anchors.horizontalCenter: parent.horizontalCenter
+        focus: true
+        text: qsTr("Accept and continue")
+        minimumWidth: 220
+        onClicked: view.appState.acceptTerms()
+    }
+
+    PlainButton {
+        anchors.horizontalCenter: parent.horizontalCenter
+        text: qsTr("Quit")
+        font: Theme.callout
+        onClicked: Qt.quit()
+    }
+}
