@@ -21,18 +21,19 @@ FocusScope {
     readonly property int cornerRadius: 18
     readonly property bool scrolls: scroller.height < column.y + column.height
 
-    /// Scrolls the column as far as needed to bring an item of it in sight.
+    /// Scrolls the column as far as needed to bring an item of it in sight, if possible with all of
+    /// its block.
     function follow(item: Item) {
-        if (!item)
+        let block = item;
+        while (block && block.parent !== column)
+            block = block.parent;
+        if (!block)
             return;
-        for (let outer = item; outer !== column; outer = outer.parent) {
-            if (!outer)
-                return;
-        }
-        const top = item.mapToItem(column, 0, 0).y;
+        const target = block.height < scroller.height ? block : item;
+        const top = column.y + target.mapToItem(column, 0, 0).y - spacing;
+        const least = top + target.height + 2 * spacing - scroller.height;
         const lowest = Math.max(0, scroller.contentHeight - scroller.height);
-        const least = Math.min(top + item.height + 2 * margin - scroller.height, lowest);
-        scroller.contentY = Math.max(least, Math.min(scroller.contentY, top));
+        scroller.contentY = Math.max(0, Math.min(lowest, top, Math.max(least, scroller.contentY)));
     }
 
     anchors.fill: parent
@@ -43,27 +44,26 @@ FocusScope {
     Accessible.name: name
     Window.onActiveFocusItemChanged: follow(Window.activeFocusItem)
 
+    // Painted small and drawn large: so wide a blur has no detail, and takes long at full size.
     SoftShadow {
-        anchors.fill: parent
-        anchors.margins: -margin
+        readonly property int enlargement: 6
+
+        anchors.centerIn: parent
+        width: panel.width / enlargement + 2 * margin
+        height: panel.height / enlargement + 2 * margin
+        scale: enlargement
+        smooth: true
         color: Theme.black(0.6)
-        radius: 30
-        offsetY: 14
+        radius: 5
+        offsetY: 2
+        cornerRadius: panel.cornerRadius / enlargement
+    }
+
+    RoundedBox {
+        anchors.fill: parent
         cornerRadius: panel.cornerRadius
-    }
-
-    Rectangle {
-        anchors.fill: parent
-        radius: panel.cornerRadius
         color: Theme.background
-    }
-
-    Rectangle {
-        anchors.fill: parent
-        radius: panel.cornerRadius
-        color: "transparent"
-        border.width: 1
-        border.color: Theme.glassBorder
+        outlineColor: Theme.glassBorder
     }
 
     Flickable {
