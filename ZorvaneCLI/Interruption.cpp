@@ -13,7 +13,8 @@
 
 namespace ZorvaneCLI {
 
-Interruption::Interruption() : m_wake(::eventfd(0, EFD_CLOEXEC))
+Interruption::Interruption()
+    : m_wake(std::make_shared<const CleanCore::FileDescriptor>(::eventfd(0, EFD_CLOEXEC)))
 {
     sigset_t signals;
     sigemptyset(&signals);
@@ -21,13 +22,13 @@ Interruption::Interruption() : m_wake(::eventfd(0, EFD_CLOEXEC))
     sigaddset(&signals, SIGTERM);
     sigaddset(&signals, SIGHUP);
     pthread_sigmask(SIG_BLOCK, &signals, nullptr);
-    std::thread([signals, source = m_source, wake = m_wake.get()]() mutable {
+    std::thread([signals, source = m_source, wake = m_wake]() mutable {
         int signal = 0;
         while (sigwait(&signals, &signal) != 0) {
         }
         source.request_stop();
         const std::uint64_t once = 1;
-        static_cast<void>(::write(wake, &once, sizeof once));
+        static_cast<void>(::write(wake->get(), &once, sizeof once));
         while (sigwait(&signals, &signal) != 0) {
         }
         std::_Exit(static_cast<int>(ExitStatus::interrupted));
@@ -38,7 +39,7 @@ std::optional<std::string> Interruption::readLine() const
 {
     std::string line;
     for (;;) {
-        pollfd sources[] = {{STDIN_FILENO, POLLIN, 0}, {m_wake.get(), POLLIN, 0}};
+        pollfd sources[] = {{STDIN_FILENO, POLLIN, 0}, {m_wake->get(), POLLIN, 0}};
         if (::poll(sources, 2, -1) < 0 && errno != EINTR) {
             return std::nullopt;
         }

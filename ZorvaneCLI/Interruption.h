@@ -2,6 +2,7 @@
 
 #include "CleanCore/Support/FileDescriptor.h"
 
+#include <memory>
 #include <optional>
 #include <stop_token>
 #include <string>
@@ -28,8 +29,9 @@ public:
 
 private:
     std::stop_source m_source;
-    // Becomes readable with the first signal.
-    CleanCore::FileDescriptor m_wake;
+    // Becomes readable with the first signal. The thread that waits for signals lives as long as
+    // the process and shares it.
+    std::shared_ptr<const CleanCore::FileDescriptor> m_wake;
 };
 
 } // namespace ZorvaneCLI

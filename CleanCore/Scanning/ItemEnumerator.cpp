@@ -51,10 +51,15 @@ std::vector<ScannedItem> ItemEnumerator::items(const std::string& inBase, std::i
     for (const std::string& exclusion : exclusions) {
         excluded.insert(canonicalForm(exclusion));
     }
-    std::erase_if(names,
-                  [&](const std::string& name) { return excluded.contains(canonicalForm(name)); });
-
+    if (!excluded.empty()) {
+        std::erase_if(names, [&](const std::string& name) {
+            return stop.stop_requested() || excluded.contains(canonicalForm(name));
+        });
+    }
     const std::vector<EntryMeasure> measures = m_fileManager->measure(inBase, names, stop);
+    if (stop.stop_requested()) {
+        return {};
+    }
     const Timestamp latestAllowed = minAgeDays == 0 ? Timestamp::max() : cutoff(now, minAgeDays);
     std::vector<ScannedItem> items;
     for (std::size_t i = 0; i < names.size(); ++i) {

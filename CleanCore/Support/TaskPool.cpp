@@ -52,7 +52,7 @@ TaskPool::~TaskPool()
     m_shared->hasWork.notify_all();
     // Long enough for a worker between two looks at its stop token, short enough to be felt by
     // nobody when one hangs in the kernel.
-    constexpr std::chrono::milliseconds grace(100);
+    constexpr std::chrono::milliseconds grace(50);
     m_shared->workerLeft.wait_for(lock, grace, [&] { return m_shared->liveWorkers == 0; });
 }
 

@@ -42,6 +42,7 @@ NoticeBox {
                     spacing: Theme.spacingMedium
 
                     SheetText {
+                        Layout.alignment: Qt.AlignBaseline
                         Layout.fillWidth: true
                         text: app.modelData
                         font: Theme.captionMedium
@@ -51,6 +52,7 @@ NoticeBox {
                     }
 
                     SheetText {
+                        Layout.alignment: Qt.AlignBaseline
                         text: notice.model.appSizes[app.index] ?? ""
                         font: Theme.numberFont(11, Font.Normal)
                         color: Theme.textSecondary

@@ -30,12 +30,14 @@ GlassCard {
                 spacing: Theme.spacingSmall
 
                 SheetText {
+                    Layout.alignment: Qt.AlignBaseline
                     Layout.fillWidth: true
                     Layout.maximumWidth: Math.ceil(implicitWidth)
                     text: area.title
                 }
 
                 SheetText {
+                    Layout.alignment: Qt.AlignBaseline
                     visible: area.isReviewRequired
                     text: qsTr("review required")
                     font: Theme.textFont(10, Font.Bold)
@@ -47,6 +49,7 @@ GlassCard {
                 }
 
                 SheetText {
+                    Layout.alignment: Qt.AlignBaseline
                     text: area.sizeText
                     font: Theme.numberFont(12, Font.Normal)
                     color: Theme.textSecondary
@@ -65,12 +68,14 @@ GlassCard {
             width: parent.width
 
             SheetText {
+                Layout.alignment: Qt.AlignBaseline
                 Layout.fillWidth: true
                 text: qsTr("Total")
                 font: Theme.calloutBold
             }
 
             SheetText {
+                Layout.alignment: Qt.AlignBaseline
                 text: summary.model.totalText
                 font: Theme.numberFont(12, Font.Bold)
             }

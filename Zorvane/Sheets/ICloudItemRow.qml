@@ -18,6 +18,8 @@ Item {
     readonly property bool isMeasured: !isBusy && !isReleased
 
     signal toggled
+    /// The keyboard came here.
+    signal reached
 
     implicitHeight: content.implicitHeight + 18
 
@@ -43,6 +45,10 @@ Item {
             opacity: row.isMeasured ? 1 : 0
             Accessible.ignored: !row.isMeasured
             onToggled: row.toggled()
+            onActiveFocusChanged: {
+                if (activeFocus)
+                    row.reached();
+            }
         }
 
         Symbol {

@@ -4,35 +4,37 @@ import QtQuick
 import QtQuick.Templates as T
 import Zorvane
 
-/// The entries of the cloud drive that are downloaded.
-ListView {
-    id: list
+/// The entries of the cloud drive that are downloaded, and those that could not be measured.
+Item {
+    id: frame
 
-    required property ICloudModel entries
+    required property ICloudModel model
 
-    model: entries
-    implicitHeight: Math.min(contentHeight, 220)
-    spacing: 6
-    clip: true
-    boundsBehavior: Flickable.StopAtBounds
-    Accessible.role: Accessible.List
-    Accessible.name: qsTr("iCloud Drive")
+    implicitHeight: list.height
+    visible: list.count > 0
 
-    T.ScrollBar.vertical: ThinScrollBar {
-        parent: list.parent
-        x: list.x + list.width + 4
-        y: list.y
-        height: list.height
-    }
+    ListView {
+        id: list
 
-    delegate: ICloudItemRow {
-        id: row
+        width: parent.width
+        height: Math.min(contentHeight, 220)
+        model: frame.model
+        spacing: 6
+        clip: true
+        boundsBehavior: Flickable.StopAtBounds
+        Accessible.role: Accessible.List
+        Accessible.name: qsTr("iCloud Drive")
 
-        width: list.width
-        onToggled: list.entries.setSelected(index, !isSelected)
-        onActiveFocusChanged: {
-            if (activeFocus)
-                list.positionViewAtIndex(index, ListView.Contain);
+        T.ScrollBar.vertical: ThinScrollBar {
+            parent: frame
+            x: frame.width + 6
+            height: list.height
+        }
+
+        delegate: ICloudItemRow {
+            width: list.width
+            onToggled: frame.model.setSelected(index, !isSelected)
+            onReached: list.positionViewAtIndex(index, ListView.Contain)
         }
     }
 }

@@ -91,9 +91,8 @@ Sheet {
         }
 
         ICloudList {
-            visible: count > 0
             width: parent.width
-            entries: icloud
+            model: icloud
         }
 
         NoticeBox {

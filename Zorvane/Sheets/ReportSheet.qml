@@ -14,6 +14,7 @@ Sheet {
     panel: SheetPanel {
         name: report.freedText + " " + report.removedText
         columnWidth: 470
+        inSight: skipped.showDetails ? skipped : null
         buttons: Column {
             spacing: 18
 
@@ -88,6 +89,8 @@ Sheet {
         }
 
         SkippedSummary {
+            id: skipped
+
             visible: report.hasSkipped
             width: parent.width
             model: report

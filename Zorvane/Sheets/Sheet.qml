@@ -1,5 +1,3 @@
-pragma ComponentBehavior: Bound
-
 import QtQuick
 import QtQuick.Templates as T
 import QtQuick.Window
@@ -19,7 +17,8 @@ Item {
     /// Escape was pressed; whether the sheet closes is up to the owner.
     signal dismissed
 
-    property bool isOpen: false
+    property SheetPanel content: null
+    readonly property bool isOpen: content !== null
     property Item previousFocus: null
     property int focusReason: Qt.OtherFocusReason
     property real presence: isOpen ? 1 : 0
@@ -30,14 +29,17 @@ Item {
         previousFocus = Window.activeFocusItem;
         const control = previousFocus as T.Control;
         focusReason = control?.visualFocus ? Qt.TabFocusReason : Qt.OtherFocusReason;
-        isOpen = true;
+        content = panel.createObject(place) as SheetPanel;
         fence.forceActiveFocus(focusReason);
     }
 
     function close() {
+        if (!isOpen)
+            return;
         // What took the keyboard in the meantime, keeps it.
         const hadFocus = fence.activeFocus;
-        isOpen = false;
+        content.destroy();
+        content = null;
         if (hadFocus)
             previousFocus?.forceActiveFocus(focusReason);
         previousFocus = null;
@@ -84,13 +86,13 @@ Item {
                 sheet.dismissed();
         }
 
-        Loader {
+        FocusScope {
+            id: place
+
             anchors.centerIn: parent
-            width: Math.min(implicitWidth, sheet.width - 2 * Theme.spacingHuge)
-            height: Math.min(implicitHeight, sheet.height - 2 * Theme.spacingHuge)
+            width: Math.min(sheet.content?.implicitWidth ?? 0, sheet.width - 2 * Theme.spacingHuge)
+            height: Math.min(sheet.content?.implicitHeight ?? 0, sheet.height - 2 * Theme.spacingHuge)
             focus: true
-            active: sheet.isOpen
-            sourceComponent: sheet.panel
             opacity: sheet.presence
             scale: 0.97 + 0.03 * sheet.presence
         }

@@ -1,4 +1,5 @@
 import QtQuick
+import QtQuick.Layouts
 import QtQuick.Templates as T
 import QtQuick.Window
 import Zorvane
@@ -11,14 +12,16 @@ FocusScope {
     required property string name
     property real columnWidth: 440
     property real spacing: 18
+    /// A block that is scrolled to when the column grows or shrinks.
+    property Item inSight: null
     default property alias blocks: column.data
     property alias buttons: footer.data
 
     readonly property int margin: 28
     readonly property int cornerRadius: 18
-    readonly property bool scrolls: scroller.height < column.height
+    readonly property bool scrolls: scroller.height < column.y + column.height
 
-    /// Scrolls the column so that the item with the keyboard is in sight.
+    /// Scrolls the column as far as needed to bring an item of it in sight.
     function follow(item: Item) {
         if (!item)
             return;
@@ -32,6 +35,8 @@ FocusScope {
         scroller.contentY = Math.max(least, Math.min(scroller.contentY, top));
     }
 
+    anchors.fill: parent
+    focus: true
     implicitWidth: Math.max(columnWidth, footer.implicitWidth) + 2 * margin
     implicitHeight: column.height + spacing + footer.height + 2 * margin
     Accessible.role: Accessible.Dialog
@@ -66,14 +71,21 @@ FocusScope {
 
         anchors.top: parent.top
         anchors.topMargin: 1
-        anchors.bottom: edge.top
+        anchors.bottom: footer.top
+        anchors.bottomMargin: panel.spacing
         width: parent.width
-        contentHeight: column.height + panel.margin - 1
+        contentHeight: column.y + column.height + (panel.scrolls ? panel.spacing : 0)
+        onContentHeightChanged: panel.follow(panel.inSight)
         boundsBehavior: Flickable.StopAtBounds
         interactive: panel.scrolls
         clip: panel.scrolls
 
-        T.ScrollBar.vertical: ThinScrollBar {}
+        T.ScrollBar.vertical: ThinScrollBar {
+            parent: panel
+            x: panel.width - width - 3
+            y: scroller.y + panel.cornerRadius
+            height: scroller.height - panel.cornerRadius - 3
+        }
 
         Column {
             id: column
@@ -86,17 +98,14 @@ FocusScope {
     }
 
     Rectangle {
-        id: edge
-
-        anchors.bottom: footer.top
-        anchors.bottomMargin: panel.spacing
+        visible: panel.scrolls
+        anchors.top: scroller.bottom
         width: parent.width
         height: 1
         color: Theme.glassBorder
-        opacity: panel.scrolls ? 1 : 0
     }
 
-    Row {
+    RowLayout {
         id: footer
 
         anchors.horizontalCenter: parent.horizontalCenter

@@ -202,6 +202,7 @@ TEST_F(RemovalRace, AFolderThatIsRefilledEndsTheWorkSomehow)
 
 TEST_F(RemovalRace, TwoRemovalsOfOneTreeDoNotDisturbEachOther)
 {
+    ASSERT_TRUE(pool()) << "made before two threads ask for it";
     for (std::size_t round = 0; round < scaled(10, 200); ++round) {
         for (int folder = 0; folder < 50; ++folder) {
             makeFiles(home, ".cache/entry/" + std::to_string(folder), 20);

@@ -1,0 +1,189 @@
+"""Drives a program's window as a person would: by what things are called, by mouse and keyboard."""
+
+import os
+import pathlib
+import signal
+import subprocess
+
+from desktop import Desktop
+
+DESKTOP = Desktop()
+os.environ.update(DESKTOP.environment)
+
+import gi
+
+gi.require_version("Atspi", "2.0")
+from gi.repository import Atspi, GLib
+
+Atspi.init()
+
+# Each wait ends by an event. The ticks are for what tells nobody, such as the end of a process.
+TICK = 100
+PATIENCE = 60_000
+EVENTS = ("object:children-changed", "object:state-changed", "object:property-change",
+          "object:bounds-changed", "object:text-changed", "object:visible-data-changed", "window:")
+
+
+class NotSeen(AssertionError):
+    pass
+
+
+class Program:
+    """A running program with one window."""
+
+    def __init__(self, *arguments, environment=None, errors):
+        self.errors = pathlib.Path(errors)
+        self.stderr = self.errors.open("wb")
+        self.process = subprocess.Popen(
+            list(map(str, arguments)), stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL,
+            stderr=self.stderr, env={**DESKTOP.environment, **(environment or {})})
+        self.listener = Atspi.EventListener.new(lambda event: None)
+        for event in EVENTS:
+            self.listener.register(event)
+        self.application = None
+        self.wait_for(self._connect, "the window")
+
+    def _connect(self):
+        if self.process.poll() is not None:
+            raise NotSeen(f"the program ended: {self.errors.read_text()}")
+        desktop = Atspi.get_desktop(0)
+        desktop.clear_cache()
+        for index in range(desktop.get_child_count()):
+            application = desktop.get_child_at_index(index)
+            if (application and application.get_process_id() == self.process.pid
+                    and application.get_child_count() > 0):
+                self.application = application
+                return True
+        return False
+
+    def wait_for(self, condition, what):
+        """What `condition` returns once it is true; it is asked again after each event."""
+        patience = PATIENCE // TICK
+        while True:
+            try:
+                result = condition()
+            except GLib.Error:
+                # The thing was gone when it was looked at.
+                result = None
+            if result:
+                return result
+            patience -= 1
+            if patience == 0:
+                raise NotSeen(f"did not see {what}; there is:\n" + "\n".join(self.texts()))
+            ticked = []
+            source = GLib.timeout_add(TICK, lambda: ticked.append(True))
+            GLib.MainContext.default().iteration(True)
+            if not ticked:
+                GLib.source_remove(source)
+
+    # Looking
+
+    def everything(self):
+        """All that is showing, in the order of the tree."""
+        found = []
+
+        def visit(thing):
+            for index in range(thing.get_child_count()):
+                child = thing.get_child_at_index(index)
+                if child is None:
+                    continue
+                child.clear_cache_single()
+                states = child.get_state_set()
+                if states.contains(Atspi.StateType.SHOWING):
+                    found.append(child)
+                    visit(child)
+
+        if self.application is not None:
+            self.application.clear_cache()
+            visit(self.application)
+        return found
+
+    def texts(self):
+        try:
+            return [f"{thing.get_role_name()}: {thing.get_name()}" for thing in self.everything()
+                    if thing.get_name()]
+        except GLib.Error:
+            return []
+
+    def seen(self, name, role=None):
+        """The showing things of a name; `name` may be a test of names."""
+        matches = name if callable(name) else lambda text: text == name
+        return [thing for thing in self.everything()
+                if matches(thing.get_name() or "") and role in (None, thing.get_role_name())]
+
+    def see(self, name, role=None):
+        return self.wait_for(lambda: self.seen(name, role), repr(name))[0]
+
+    def see_no(self, name, role=None):
+        self.wait_for(lambda: not self.seen(name, role), f"the end of {name!r}")
+
+    def has_state(self, name, state, role=None):
+        return any(thing.get_state_set().contains(state) for thing in self.seen(name, role))
+
+    def wait_for_state(self, name, state, role=None, is_set=True):
+        self.wait_for(
+            lambda: self.seen(name, role) and self.has_state(name, state, role) == is_set,
+            f"{name!r} {'' if is_set else 'not '}{state}")
+
+    def is_ticked(self, name):
+        return self.has_state(name, Atspi.StateType.CHECKED)
+
+    def wait_for_tick(self, name, is_ticked=True):
+        self.wait_for_state(name, Atspi.StateType.CHECKED, is_set=is_ticked)
+
+    def is_enabled(self, name):
+        return self.has_state(name, Atspi.StateType.ENABLED)
+
+    # Acting
+
+    def box(self, name, role=None):
+        """The place of a thing on the screen, once it has come to rest."""
+        places = []
+
+        def is_at_rest():
+            extents = self.see(name, role).get_extents(Atspi.CoordType.SCREEN)
+            places.append((extents.x, extents.y, extents.width, extents.height))
+            return len(places) > 1 and places[-1] == places[-2] and extents.width > 0
+
+        self.wait_for(is_at_rest, f"{name!r} at rest")
+        return places[-1]
+
+    def click(self, name, role=None):
+        x, y, width, height = self.box(name, role)
+        self.click_at(x + width // 2, y + height // 2)
+
+    def click_at(self, x, y, times=1):
+        DESKTOP.run("xdotool", "mousemove", x, y, "click", "--repeat", times, 1)
+
+    def press(self, name, role=None):
+        """What an assistive tool does, where the mouse would not reach."""
+        thing = self.see(name, role)
+        for index in range(thing.get_n_actions()):
+            if thing.get_action_name(index) in ("Press", "Toggle"):
+                thing.do_action(index)
+                return
+        raise NotSeen(f"{name!r} cannot be pressed")
+
+    def key(self, *keys):
+        DESKTOP.run("xdotool", "key", *keys)
+
+    def window(self):
+        return DESKTOP.run("xdotool", "search", "--onlyvisible", "--pid",
+                           self.process.pid).split()[0]
+
+    def size(self):
+        frame = self.see("Zorvane", "frame").get_extents(Atspi.CoordType.SCREEN)
+        return frame.width, frame.height
+
+    # Ending
+
+    def wait_for_end(self):
+        self.wait_for(lambda: self.process.poll() is not None, "the end of the program")
+        self.listener = None
+        self.stderr.close()
+        return self.process.returncode
+
+    def kill(self):
+        if self.process.poll() is None:
+            self.process.send_signal(signal.SIGKILL)
+        self.wait_for_end()
