@@ -62,6 +62,11 @@ FocusScope {
         figures: figures
     }
 
+    SheetHost {
+        anchors.fill: parent
+        appState: view.appState
+    }
+
     CleaningOverlay {
         anchors.fill: parent
         visible: view.appState.isCleaning

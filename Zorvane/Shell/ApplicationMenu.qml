@@ -30,6 +30,7 @@ T.Menu {
     }
 
     T.MenuSeparator {
+        implicitHeight: 11
         padding: 5
         contentItem: Rectangle {
             implicitHeight: 1

@@ -27,7 +27,8 @@ class Desktop:
             "NO_AT_BRIDGE": "1",
         }
         self.environment["DISPLAY"] = ":" + self._start_and_read(
-            ["Xvfb", "-displayfd", "{pipe}", "-screen", "0", f"{size}x24", "-nolisten", "tcp"])
+            ["Xvfb", "-displayfd", "{pipe}", "-screen", "0", f"{size}x24", "-nolisten", "tcp",
+             "-noreset"])
         self.environment["DBUS_SESSION_BUS_ADDRESS"] = self._start_and_read(
             ["dbus-daemon", "--session", "--nofork", "--print-address={pipe}"])
         self._start_window_manager()

@@ -18,6 +18,7 @@ from gi.repository import Atspi, GLib
 Atspi.init()
 
 # Each wait ends by an event. The ticks are for what tells nobody, such as the end of a process.
+# Milliseconds.
 TICK = 100
 PATIENCE = 60_000
 EVENTS = ("object:children-changed", "object:state-changed", "object:property-change",
@@ -47,7 +48,6 @@ class Program:
         if self.process.poll() is not None:
             raise NotSeen(f"the program ended: {self.errors.read_text()}")
         desktop = Atspi.get_desktop(0)
-        desktop.clear_cache()
         for index in range(desktop.get_child_count()):
             application = desktop.get_child_at_index(index)
             if (application and application.get_process_id() == self.process.pid
@@ -58,7 +58,7 @@ class Program:
 
     def wait_for(self, condition, what):
         """What `condition` returns once it is true; it is asked again after each event."""
-        patience = PATIENCE // TICK
+        end = GLib.get_monotonic_time() + PATIENCE * 1000
         while True:
             try:
                 result = condition()
@@ -67,8 +67,7 @@ class Program:
                 result = None
             if result:
                 return result
-            patience -= 1
-            if patience == 0:
+            if GLib.get_monotonic_time() > end:
                 raise NotSeen(f"did not see {what}; there is:\n" + "\n".join(self.texts()))
             ticked = []
             source = GLib.timeout_add(TICK, lambda: ticked.append(True))
@@ -87,7 +86,6 @@ class Program:
                 child = thing.get_child_at_index(index)
                 if child is None:
                     continue
-                child.clear_cache_single()
                 states = child.get_state_set()
                 if states.contains(Atspi.StateType.SHOWING):
                     found.append(child)
