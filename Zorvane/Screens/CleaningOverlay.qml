@@ -1,4 +1,5 @@
 import QtQuick
+import QtQuick.Window
 import Zorvane
 
 /// Covers the screen while a clean runs, and takes its input.
@@ -7,10 +8,21 @@ FocusScope {
 
     readonly property string text: qsTr("Cleaning…")
 
+    /// Gets the keyboard back, also when a sheet returns it here after the clean.
+    property Item previousFocus: null
+
     Keys.onPressed: event => { event.accepted = true; }
     onVisibleChanged: {
-        if (visible)
+        if (visible) {
+            previousFocus = Window.activeFocusItem;
             forceActiveFocus();
+        } else if (activeFocus) {
+            previousFocus?.forceActiveFocus();
+        }
+    }
+    onActiveFocusChanged: {
+        if (activeFocus && !visible)
+            previousFocus?.forceActiveFocus();
     }
 
     Rectangle {
