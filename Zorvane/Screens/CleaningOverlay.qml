@@ -1,5 +1,4 @@
 import QtQuick
-import QtQuick.Window
 import Zorvane
 
 /// Covers the screen while a clean runs, and takes its input.
@@ -8,22 +7,17 @@ FocusScope {
 
     readonly property string text: qsTr("Cleaning…")
 
-    /// Gets the keyboard back, also when a sheet returns it here after the clean.
-    property Item previousFocus: null
+    /// Gets the keyboard after the clean, also when a sheet returns it here.
+    required property Item followingFocus
+
+    function releaseKeyboard() {
+        if (activeFocus && !visible)
+            followingFocus.forceActiveFocus();
+    }
 
     Keys.onPressed: event => { event.accepted = true; }
-    onVisibleChanged: {
-        if (visible) {
-            previousFocus = Window.activeFocusItem;
-            forceActiveFocus();
-        } else if (activeFocus) {
-            previousFocus?.forceActiveFocus();
-        }
-    }
-    onActiveFocusChanged: {
-        if (activeFocus && !visible)
-            previousFocus?.forceActiveFocus();
-    }
+    onVisibleChanged: visible ? forceActiveFocus() : releaseKeyboard()
+    onActiveFocusChanged: releaseKeyboard()
 
     Rectangle {
         anchors.fill: parent

@@ -43,6 +43,8 @@ FocusScope {
     }
 
     ResultsList {
+        id: list
+
         anchors.top: topBar.bottom
         anchors.bottom: actionBar.top
         anchors.left: summary.right
@@ -70,5 +72,6 @@ FocusScope {
     CleaningOverlay {
         anchors.fill: parent
         visible: view.appState.isCleaning
+        followingFocus: list
     }
 }
