@@ -5,35 +5,33 @@ import Zorvane
 Item {
     id: slice
 
-    property bool isFirst: false
-    property bool isLast: false
+    required property bool isFirst
+    required property bool isLast
     property bool selected: false
-    /// Lies over the fill, for rows that answer to the pointer.
-    property color highlight: "transparent"
+    /// How much white lies over the fill, for rows that answer to the pointer.
+    property real highlight: 0
 
-    readonly property real hiddenTop: isFirst ? 0 : Theme.radiusLarge + 1
-    readonly property real hiddenBottom: isLast ? 0 : Theme.radiusLarge + 1
-
-    clip: !(isFirst && isLast)
-
-    GlassSurface {
-        id: surface
-
-        y: -slice.hiddenTop
-        width: parent.width
-        height: parent.height + slice.hiddenTop + slice.hiddenBottom
+    CardPart {
+        anchors.fill: parent
+        isFirst: slice.isFirst
+        isLast: slice.isLast
         cornerRadius: Theme.radiusLarge
-        selected: slice.selected
+        color: slice.selected ? Theme.glassSelectedFill : Theme.glassFill
+        outlineColor: slice.selected ? Theme.glassSelectedBorder : Theme.glassBorder
     }
 
-    Rectangle {
-        anchors.fill: surface
-        radius: surface.cornerRadius
-        color: slice.highlight
+    CardPart {
+        anchors.fill: parent
+        visible: opacity > 0
+        isFirst: slice.isFirst
+        isLast: slice.isLast
+        cornerRadius: Theme.radiusLarge
+        color: "white"
+        opacity: slice.highlight
 
-        Behavior on color {
+        Behavior on opacity {
             enabled: Theme.animated
-            ColorAnimation { duration: Theme.pressDuration }
+            NumberAnimation { duration: Theme.pressDuration }
         }
     }
 }

@@ -27,7 +27,7 @@ ResultsRow {
     topGap: 10
     contentHeight: line.implicitHeight + 28
     focusTarget: header
-    highlight: Theme.white(header.down ? 0.05 : row.hovered ? 0.03 : 0)
+    highlight: header.down ? 0.05 : row.hovered ? 0.03 : 0
     ListView.onPooled: turnsSlowly = false
 
     T.AbstractButton {

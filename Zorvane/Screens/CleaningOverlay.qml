@@ -25,7 +25,16 @@ FocusScope {
         onWheel: wheel => { wheel.accepted = true; }
     }
 
+    // Keeps what lies below from showing through the glass.
+    RoundedBox {
+        anchors.fill: card
+        cornerRadius: card.cornerRadius
+        color: Theme.withOpacity(Theme.background, 0.88)
+    }
+
     GlassCard {
+        id: card
+
         anchors.centerIn: parent
         padding: 24
 

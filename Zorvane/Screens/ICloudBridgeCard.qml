@@ -13,7 +13,7 @@ ResultsRow {
     topGap: 10
     contentHeight: line.implicitHeight + 28
     focusTarget: area
-    highlight: Theme.white(area.down ? 0.05 : card.hovered ? 0.03 : 0)
+    highlight: area.down ? 0.05 : card.hovered ? 0.03 : 0
 
     ICloudModel {
         id: icloud

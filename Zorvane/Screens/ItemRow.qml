@@ -16,13 +16,13 @@ ResultsRow {
     contentHeight: isLast ? lineHeight + Theme.spacingSmall : lineHeight
     focusTarget: box
 
-    Rectangle {
+    RoundedBox {
+        visible: row.hovered
         x: 36
         width: parent.width - x - 8
         height: row.lineHeight
-        radius: 8
-        color: "white"
-        opacity: row.hovered ? 0.045 : 0
+        cornerRadius: 8
+        color: Theme.white(0.045)
     }
 
     SelectionBox {

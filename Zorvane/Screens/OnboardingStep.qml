@@ -14,12 +14,12 @@ Item {
     implicitWidth: textIndent + label.width
     implicitHeight: Math.max(disc.height, label.height)
 
-    Rectangle {
+    RoundedBox {
         id: disc
 
         width: 24
         height: 24
-        radius: 12
+        cornerRadius: 12
         color: Theme.withOpacity(Theme.primary, 0.15)
 
         ScreenText {

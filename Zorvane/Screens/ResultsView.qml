@@ -8,8 +8,14 @@ FocusScope {
     required property AppState appState
 
     readonly property real margin: 20
-    readonly property real contentWidth: Math.min(width - 2 * margin, 1180)
-    readonly property real contentX: Math.round((width - contentWidth) / 2)
+    readonly property real contentWidth: aligned(Math.min(width - 2 * margin, 1180))
+    readonly property real contentX: aligned((width - contentWidth) / 2)
+
+    /// A multiple of 4 is whole in the screen's pixels at the scales 1.25, 1.5 and 1.75 too, so
+    /// that the edges of the parts of a card that rows draw meet.
+    function aligned(length: real): real {
+        return 4 * Math.floor(length / 4);
+    }
 
     implicitWidth: 900
     implicitHeight: 640
@@ -64,5 +70,10 @@ FocusScope {
     CleaningOverlay {
         anchors.fill: parent
         visible: view.appState.isCleaning
+    }
+
+    SheetHost {
+        anchors.fill: parent
+        appState: view.appState
     }
 }

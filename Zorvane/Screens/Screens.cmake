@@ -1,5 +1,6 @@
 # The screens of the main window.
 target_sources(ZorvaneWindow PRIVATE
+  Screens/CardPart.cpp
   Screens/RingArc.cpp
 )
 # The registration of the QML types includes their headers by file name.

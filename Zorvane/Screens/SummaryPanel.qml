@@ -57,10 +57,10 @@ Item {
 
                     spacing: Theme.spacingSmall
 
-                    Rectangle {
+                    RoundedBox {
                         implicitWidth: 8
                         implicitHeight: 8
-                        radius: 2.5
+                        cornerRadius: 2.5
                         color: Theme[line.colorName]
                     }
 

@@ -12,19 +12,9 @@ T.Pane {
     implicitWidth: implicitContentWidth + leftPadding + rightPadding
     implicitHeight: implicitContentHeight + topPadding + bottomPadding
 
-    background: Item {
-        Rectangle {
-            anchors.fill: parent
-            radius: Theme.radiusMedium
-            color: Theme.withOpacity(box.color, 0.08)
-        }
-
-        Rectangle {
-            anchors.fill: parent
-            radius: Theme.radiusMedium
-            color: "transparent"
-            border.width: 1
-            border.color: Theme.withOpacity(box.color, 0.22)
-        }
+    background: RoundedBox {
+        cornerRadius: Theme.radiusMedium
+        color: Theme.withOpacity(box.color, 0.08)
+        outlineColor: Theme.withOpacity(box.color, 0.22)
     }
 }

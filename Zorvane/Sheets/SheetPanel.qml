@@ -21,18 +21,19 @@ FocusScope {
     readonly property int cornerRadius: 18
     readonly property bool scrolls: scroller.height < column.y + column.height
 
-    /// Scrolls the column as far as needed to bring an item of it in sight.
+    /// Scrolls the column as far as needed to bring an item of it in sight, if possible with all of
+    /// its block.
     function follow(item: Item) {
-        if (!item)
+        let block = item;
+        while (block && block.parent !== column)
+            block = block.parent;
+        if (!block)
             return;
-        for (let outer = item; outer !== column; outer = outer.parent) {
-            if (!outer)
-                return;
-        }
-        const top = item.mapToItem(column, 0, 0).y;
+        const target = block.height < scroller.height ? block : item;
+        const top = column.y + target.mapToItem(column, 0, 0).y - spacing;
+        const least = top + target.height + 2 * spacing - scroller.height;
         const lowest = Math.max(0, scroller.contentHeight - scroller.height);
-        const least = Math.min(top + item.height + 2 * margin - scroller.height, lowest);
-        scroller.contentY = Math.max(least, Math.min(scroller.contentY, top));
+        scroller.contentY = Math.max(0, Math.min(lowest, top, Math.max(least, scroller.contentY)));
     }
 
     anchors.fill: parent
@@ -52,18 +53,11 @@ FocusScope {
         cornerRadius: panel.cornerRadius
     }
 
-    Rectangle {
+    RoundedBox {
         anchors.fill: parent
-        radius: panel.cornerRadius
+        cornerRadius: panel.cornerRadius
         color: Theme.background
-    }
-
-    Rectangle {
-        anchors.fill: parent
-        radius: panel.cornerRadius
-        color: "transparent"
-        border.width: 1
-        border.color: Theme.glassBorder
+        outlineColor: Theme.glassBorder
     }
 
     Flickable {
