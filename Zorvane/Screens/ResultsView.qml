@@ -71,9 +71,4 @@ FocusScope {
         anchors.fill: parent
         visible: view.appState.isCleaning
     }
-
-    SheetHost {
-        anchors.fill: parent
-        appState: view.appState
-    }
 }
