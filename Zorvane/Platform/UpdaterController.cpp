@@ -75,7 +75,6 @@ void UpdaterController::finishCheck()
     QNetworkReply* const reply = std::exchange(m_reply, nullptr);
     reply->deleteLater();
     conclude(reply->error() == QNetworkReply::NoError ? reply->readAll() : QByteArray());
-    emit changed();
 }
 
 void UpdaterController::conclude(const QByteArray& feed)
@@ -90,6 +89,8 @@ void UpdaterController::conclude(const QByteArray& feed)
         m_message = tr("Zorvane %1 is the latest version.").arg(m_installedVersion);
         m_offer.reset();
     }
+    m_isShown = true;
+    emit changed();
 }
 
 void UpdaterController::openDownload()

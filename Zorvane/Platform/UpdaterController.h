@@ -41,6 +41,9 @@ public:
     [[nodiscard]] QString notes() const;
     [[nodiscard]] bool offersUpdate() const { return m_offer.has_value(); }
 
+    /// Ends a check with what the feed answered: nothing when it did not.
+    void conclude(const QByteArray& feed);
+
     Q_INVOKABLE void checkForUpdates();
     /// Opens the page of the offered version in the browser.
     Q_INVOKABLE void openDownload();
@@ -52,7 +55,6 @@ signals:
 
 private:
     void finishCheck();
-    void conclude(const QByteArray& feed);
 
     const QUrl m_feed;
     const QString m_installedVersion;

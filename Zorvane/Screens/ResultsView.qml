@@ -73,5 +73,6 @@ FocusScope {
         anchors.fill: parent
         visible: view.appState.isCleaning
         followingFocus: list
+
     }
 }

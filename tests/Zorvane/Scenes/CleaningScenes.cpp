@@ -1,0 +1,173 @@
+#include "tests/Zorvane/Scenes/Sample.h"
+#include "tests/Zorvane/Scenes/Scene.h"
+
+namespace ZorvaneTests {
+
+namespace {
+
+using CleanCore::RuleTier;
+
+/// Opens the confirmation with what is chosen by itself and all of these areas.
+void confirm(MainWindow& window, const Strings& areas)
+{
+    Zorvane::AppState& state = window.openResults();
+    for (const std::string& area : areas) {
+        state.selectAll(area);
+    }
+    state.requestClean();
+    window.settle();
+}
+
+void confirmTypical(MainWindow& window, const Strings& areas)
+{
+    Sample::addTypicalAreas(window.application);
+    confirm(window, areas);
+}
+
+void confirmAcknowledged(MainWindow& window)
+{
+    confirmTypical(window, {"dev-gradle", "trash-user"});
+    window.itemOfType(QStringLiteral("Acknowledgement")).setProperty("checked", true);
+    window.settle();
+}
+
+void confirmWithoutWarning(MainWindow& window)
+{
+    window.application.texts["rule.own.title"] = "An area of one's own";
+    Sample::addFolder(window.application, "own", RuleTier::reviewRequired, "/areas/own",
+                      {{"a", 12 * Sample::MB}});
+    confirm(window, {"own"});
+}
+
+void confirmNoBytes(MainWindow& window)
+{
+    window.application.addSnapshots({"2024-01-05-091500"});
+    confirm(window, {"tm-local-snapshots"});
+}
+
+void confirmLongTitles(MainWindow& window)
+{
+    for (const char* id : {"cache-long", "dev-long", "other-long"}) {
+        window.application.texts[std::string("rule.") + id + ".title"] = Sample::longTitle();
+        window.application.texts[std::string("category.warning.") + id] =
+            Sample::longTitle() + ". " + Sample::longTitle() + '.';
+        Sample::addFolder(window.application, id,
+                          id[0] == 'c' ? RuleTier::safe : RuleTier::reviewRequired,
+                          std::string("/areas/") + id, {{"a", 999'990 * Sample::MB}});
+    }
+    window.application.texts["rule.hostile.title"] = "<b>Bold</b> & <img src=x>\n\u202Esdrawkcab";
+    Sample::addFolder(window.application, "hostile", RuleTier::reviewRequired, "/areas/hostile",
+                      {{"a", Sample::largest}});
+    confirm(window, {"dev-long", "other-long", "hostile"});
+}
+
+void confirmManyAreas(MainWindow& window)
+{
+    for (const CleanCore::CleaningRule& rule : CleanCore::RulesCatalog::loadBundled().rules) {
+        if (rule.kind == CleanCore::RuleKind::fileSystem) {
+            Sample::addFolder(window.application, rule.id, rule.tier, "/areas/" + rule.id,
+                              {{"a", 10 * Sample::MB}});
+        }
+    }
+    confirm(window, {"dev-gradle", "dev-maven", "trash-user", "whatsapp-media", "dev-ai-models"});
+}
+
+void showCleaning(MainWindow& window)
+{
+    Sample::addTypicalAreas(window.application);
+    window.application.disk->onRemove = [gate = window.gate](const std::string&) { gate->pass(); };
+    window.openResults().performClean();
+    window.gate->waitUntilReached();
+    window.settle();
+}
+
+void showClosing(MainWindow& window)
+{
+    showCleaning(window);
+    window.state().requestClose();
+    window.settle();
+}
+
+enum class Skipped { nothing, inUse, protectedOnes, both };
+
+void report(MainWindow& window, Skipped skipped)
+{
+    Sample::addTypicalAreas(window.application);
+    ScriptedDisk& disk = *window.application.disk;
+    if (skipped == Skipped::inUse || skipped == Skipped::both) {
+        disk.irremovable = {"/home/me/.npm/_npx", "/home/me/.cache/evince"};
+    }
+    if (skipped == Skipped::protectedOnes || skipped == Skipped::both) {
+        disk.links["/home/me/.cache/babl"] = "/home/me/Documents/babl";
+    }
+    disk.capacities = {0, 3'120 * Sample::MB};
+    Zorvane::AppState& state = window.openResults();
+    state.performClean();
+    waitUntil([&] { return !state.isCleaning(); });
+    window.settle();
+}
+
+void reportDetails(MainWindow& window)
+{
+    Sample::Sizes items;
+    for (const std::string& name : Sample::hostileNames()) {
+        items.emplace_back(name, 10 * Sample::MB);
+        window.application.disk->irremovable.insert("/home/me/.cache/" + name);
+    }
+    Sample::addFolder(window.application, "cache-user", RuleTier::safe, "/home/me/.cache", items);
+    report(window, Skipped::both);
+    window.itemOfType(QStringLiteral("SkippedSummary")).setProperty("showDetails", true);
+    window.settle();
+}
+
+void reportNothingFreed(MainWindow& window)
+{
+    window.application.addArea("cache-links", RuleTier::safe, {0, 0, 0});
+    Zorvane::AppState& state = window.openResults();
+    state.performClean();
+    waitUntil([&] { return !state.isCleaning(); });
+    window.settle();
+}
+
+void reportHugeFigures(MainWindow& window)
+{
+    window.application.addArea("cache-huge", RuleTier::safe, {Sample::largest, Sample::largest});
+    window.application.disk->capacities = {0, Sample::largest};
+    Zorvane::AppState& state = window.openResults();
+    state.performClean();
+    waitUntil([&] { return !state.isCleaning(); });
+    window.settle();
+}
+
+} // namespace
+
+Scenes cleaningScenes()
+{
+    const auto confirming = [](const Strings& areas) {
+        return [areas](MainWindow& window) { confirmTypical(window, areas); };
+    };
+    const auto reporting = [](Skipped skipped) {
+        return [skipped](MainWindow& window) { report(window, skipped); };
+    };
+    return {
+        {"results", "cleaning", showCleaning, true},
+        {"results", "closing", showClosing},
+        {"confirmation", "safe-only", confirming({})},
+        {"confirmation", "one-review-area", confirming({"dev-gradle"})},
+        {"confirmation", "two-review-areas", confirming({"dev-gradle", "trash-user"}), true},
+        {"confirmation", "no-warning", confirmWithoutWarning},
+        {"confirmation", "acknowledged", confirmAcknowledged},
+        {"confirmation", "zero-bytes", confirmNoBytes},
+        {"confirmation", "long-titles", confirmLongTitles},
+        {"confirmation", "many-areas", confirmManyAreas, true},
+        {"report", "nothing-skipped", reporting(Skipped::nothing), true},
+        {"report", "in-use", reporting(Skipped::inUse)},
+        {"report", "protected", reporting(Skipped::protectedOnes)},
+        {"report", "both", reporting(Skipped::both)},
+        {"report", "details", reportDetails, true},
+        {"report", "zero-freed", reportNothingFreed},
+        {"report", "huge-figures", reportHugeFigures},
+    };
+}
+
+} // namespace ZorvaneTests

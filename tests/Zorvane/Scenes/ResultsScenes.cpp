@@ -1,0 +1,137 @@
+#include "tests/Zorvane/Scenes/Sample.h"
+#include "tests/Zorvane/Scenes/Scene.h"
+
+namespace ZorvaneTests {
+
+namespace {
+
+using CleanCore::RuleTier;
+
+void showTypical(MainWindow& window)
+{
+    Sample::addTypicalAreas(window.application);
+    Sample::grantAccess(window.application);
+    window.openResults();
+}
+
+void showExpanded(MainWindow& window)
+{
+    showTypical(window);
+    window.click(QStringLiteral("%1, ").arg(title(window, "dev-npm")));
+    window.click(QStringLiteral("%1, ").arg(title(window, "cache-browsers")));
+}
+
+void showToolArea(MainWindow& window)
+{
+    window.application.addSnapshots(
+        {"2024-01-05-091500", "2024-01-06-091500", "2024-01-07-091500"});
+    window.openResults();
+    window.click(QStringLiteral("%1, ").arg(title(window, "tm-local-snapshots")));
+}
+
+void showUnreadable(MainWindow& window)
+{
+    Sample::addTypicalAreas(window.application);
+    window.application.addUnreadableArea("cache-thumbnails");
+    window.openResults();
+    window.click(QStringLiteral("%1, ").arg(title(window, "cache-thumbnails")));
+}
+
+void showHugeCategory(MainWindow& window)
+{
+    Sample::Sizes items;
+    items.reserve(100'000);
+    for (int item = 0; item < 100'000; ++item) {
+        items.emplace_back("entry-" + std::to_string(item), 512 * Sample::kB - item);
+    }
+    Sample::addFolder(window.application, "cache-user", RuleTier::safe, "/home/me/.cache", items);
+    window.openResults();
+    window.click(QStringLiteral("%1, ").arg(title(window, "cache-user")));
+}
+
+void showHugeFigures(MainWindow& window)
+{
+    const auto add = [&](const char* id, RuleTier tier, std::int64_t bytes) {
+        Sample::addFolder(window.application, id, tier, std::string("/areas/") + id,
+                          {{"a", bytes}, {"b", bytes}});
+    };
+    add("cache-user", RuleTier::safe, Sample::largest);
+    add("dev-npm", RuleTier::safe, 499'995 * Sample::GB * 1'000);
+    add("whatsapp-media", RuleTier::reviewRequired, 499'995 * Sample::GB);
+    add("other-area", RuleTier::reviewRequired, 999 * Sample::PB);
+    window.openResults();
+    window.click(QStringLiteral("%1, ").arg(title(window, "cache-user")));
+}
+
+void showHostileNames(MainWindow& window)
+{
+    Sample::Sizes items;
+    for (const std::string& name : Sample::hostileNames()) {
+        items.emplace_back(name, 10 * Sample::MB);
+    }
+    Sample::addFolder(window.application, "trash-user", RuleTier::reviewRequired,
+                      "/home/me/.local/share/Trash/files", items);
+    window.application.fullName = QStringLiteral("<b>Ada</b>\n\u202EAugusta ").repeated(12);
+    window.openResults();
+    window.click(QStringLiteral("%1, ").arg(title(window, "trash-user")));
+}
+
+void showLongTitles(MainWindow& window)
+{
+    for (const char* id : {"cache-long", "dev-long"}) {
+        window.application.texts[std::string("rule.") + id + ".title"] = Sample::longTitle();
+        window.application.texts[std::string("category.explanation.") + id] =
+            Sample::longTitle() + ". " + Sample::longTitle() + '.';
+        Sample::addFolder(window.application, id,
+                          id[0] == 'c' ? RuleTier::safe : RuleTier::reviewRequired,
+                          std::string("/home/me/") + id,
+                          {{"a", 999'990 * Sample::MB}, {"b", 40 * Sample::MB}});
+    }
+    window.application.addUnreadableArea("dev-long-unreadable");
+    window.application.catalog.rules.back().tier = RuleTier::reviewRequired;
+    window.application.texts["rule.dev-long-unreadable.title"] = Sample::longTitle();
+    window.openResults();
+    window.click(QString::fromStdString(Sample::longTitle()));
+}
+
+void showRing(MainWindow& window)
+{
+    Sample::addFolder(window.application, "cache-user", RuleTier::safe, "/areas/a", {{"a", 75}});
+    Sample::addFolder(window.application, "dev-npm", RuleTier::safe, "/areas/b", {{"b", 25}});
+    window.openResults();
+}
+
+void showNothingSelected(MainWindow& window)
+{
+    showTypical(window);
+    for (const auto& category : std::vector(window.state().categories())) {
+        window.state().deselectAll(category.rule.id);
+    }
+    window.settle();
+}
+
+} // namespace
+
+QString title(const MainWindow& window, const std::string& ruleId)
+{
+    return QString::fromStdString(window.state().texts().ruleTitle(ruleId));
+}
+
+Scenes resultsScenes()
+{
+    return {
+        {"results", "empty", [](MainWindow& window) { window.openResults(); }, true},
+        {"results", "typical", showTypical, true},
+        {"results", "expanded", showExpanded, true},
+        {"results", "tool-area", showToolArea},
+        {"results", "unreadable-area", showUnreadable, true},
+        {"results", "100000-items", showHugeCategory},
+        {"results", "huge-figures", showHugeFigures, true},
+        {"results", "hostile-names", showHostileNames},
+        {"results", "long-titles", showLongTitles},
+        {"results", "three-to-one", showRing},
+        {"results", "nothing-selected", showNothingSelected},
+    };
+}
+
+} // namespace ZorvaneTests
