@@ -9,10 +9,6 @@ namespace Zorvane {
 
 namespace {
 
-constexpr char32_t firstPrintable = 0x20;
-constexpr char32_t deleteCharacter = 0x7F;
-constexpr char32_t controlPictures = 0x2400;
-constexpr char32_t deletePicture = 0x2421;
 constexpr char32_t zeroWidthNonJoiner = 0x200C;
 constexpr char32_t zeroWidthJoiner = 0x200D;
 
@@ -33,11 +29,7 @@ bool isHarmful(char32_t character)
 
 void append(QString& text, char32_t character)
 {
-    if (character < firstPrintable) {
-        text += QChar(static_cast<char16_t>(controlPictures + character));
-    } else if (character == deleteCharacter) {
-        text += QChar(static_cast<char16_t>(deletePicture));
-    } else if (isHarmful(character)) {
+    if (isHarmful(character)) {
         constexpr int digits = 4;
         constexpr int hexadecimal = 16;
         text += QStringLiteral("⟨U+%1⟩").arg(

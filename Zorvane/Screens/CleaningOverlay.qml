@@ -35,7 +35,7 @@ FocusScope {
     RoundedBox {
         anchors.fill: card
         cornerRadius: card.cornerRadius
-        color: Theme.withOpacity(Theme.background, 0.88)
+        color: Theme.background
     }
 
     GlassCard {

@@ -1,5 +1,6 @@
 #include "Zorvane/State/Figures.h"
 
+#include "Zorvane/Platform/DisplayText.h"
 #include "Zorvane/State/AppState.h"
 #include "Zorvane/State/RuleDisplay.h"
 
@@ -25,7 +26,8 @@ void Figures::setAppState(AppState* appState)
 
 QString Figures::userName() const
 {
-    return m_appState == nullptr ? QString() : m_appState->userName();
+    return m_appState == nullptr ? QString()
+                                 : displayText(m_appState->userName().toStdString());
 }
 
 QString Figures::bytesFoundText() const

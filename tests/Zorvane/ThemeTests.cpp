@@ -1,5 +1,6 @@
 #include "Zorvane/Theme/GaussianBlur.h"
 #include "Zorvane/Theme/SymbolImages.h"
+#include "tests/Zorvane/Support/Colors.h"
 #include "tests/Zorvane/Support/Stage.h"
 
 #include <gmock/gmock.h>
@@ -22,23 +23,6 @@ const QColor primary(139, 92, 246);
 const QColor primaryLight(167, 139, 250);
 const QColor primaryDeep(124, 58, 237);
 const QColor danger(248, 113, 113);
-
-QColor over(const QColor& below, const QColor& above, double opacity)
-{
-    const auto mix = [opacity](int from, int to) {
-        return static_cast<int>(std::lround(from + (to - from) * opacity));
-    };
-    return {mix(below.red(), above.red()), mix(below.green(), above.green()),
-            mix(below.blue(), above.blue())};
-}
-
-MATCHER_P2(IsColor, expected, tolerance, QColor(expected).name().toStdString())
-{
-    *result_listener << QColor(arg).name().toStdString();
-    return std::abs(arg.red() - expected.red()) <= tolerance &&
-           std::abs(arg.green() - expected.green()) <= tolerance &&
-           std::abs(arg.blue() - expected.blue()) <= tolerance;
-}
 
 TEST(Theme, HasTheColorsOfThePalette)
 {

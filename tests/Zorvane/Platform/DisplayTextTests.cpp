@@ -14,9 +14,9 @@ TEST(DisplayTextTest, MakesWhatCannotBeSeenVisible)
         const char* text;
     } cases[] = {
         {"plain <b>text</b> & more", "plain <b>text</b> & more"},
-        {"line\nbreak\ttab\x1B[31m", "line␊break␉tab␛[31m"},
-        {"\x7F", "␡"},
-        {std::string_view("a\0b", 3), "a␀b"},
+        {"line\nbreak\ttab\x1B[31m", "line⟨U+000A⟩break⟨U+0009⟩tab⟨U+001B⟩[31m"},
+        {"\x7F", "⟨U+007F⟩"},
+        {std::string_view("a\0b", 3), "a⟨U+0000⟩b"},
         {"\xC2\x85", "⟨U+0085⟩"},
         {"abc\xE2\x80\xAE"
          "fdp.exe",
@@ -39,7 +39,7 @@ TEST(DisplayTextTest, MakesWhatCannotBeSeenVisible)
 
 TEST(DisplayTextTest, NamesAnEntryByItsLastComponent)
 {
-    EXPECT_EQ(Zorvane::displayName("/a/b\n").toStdString(), "b␊");
+    EXPECT_EQ(Zorvane::displayName("/a/b\n").toStdString(), "b⟨U+000A⟩");
     EXPECT_EQ(Zorvane::displayName("/a/b/").toStdString(), "b");
 }
 

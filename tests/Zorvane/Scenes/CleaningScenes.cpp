@@ -95,7 +95,7 @@ void report(MainWindow& window, Skipped skipped)
     Sample::addTypicalAreas(window.application);
     ScriptedDisk& disk = *window.application.disk;
     if (skipped == Skipped::inUse || skipped == Skipped::both) {
-        disk.irremovable = {"/home/me/.npm/_npx", "/home/me/.cache/evince"};
+        disk.irremovable.insert({"/home/me/.npm/_npx", "/home/me/.cache/evince"});
     }
     if (skipped == Skipped::protectedOnes || skipped == Skipped::both) {
         disk.links["/home/me/.cache/babl"] = "/home/me/Documents/babl";
@@ -112,9 +112,9 @@ void reportDetails(MainWindow& window)
     Sample::Sizes items;
     for (const std::string& name : Sample::hostileNames()) {
         items.emplace_back(name, 10 * Sample::MB);
-        window.application.disk->irremovable.insert("/home/me/.cache/" + name);
+        window.application.disk->irremovable.insert("/home/me/.npm/_tmp/" + name);
     }
-    Sample::addFolder(window.application, "cache-user", RuleTier::safe, "/home/me/.cache", items);
+    Sample::addFolder(window.application, "temp-npm", RuleTier::safe, "/home/me/.npm/_tmp", items);
     report(window, Skipped::both);
     window.itemOfType(QStringLiteral("SkippedSummary")).setProperty("showDetails", true);
     window.settle();

@@ -14,7 +14,7 @@ const std::string cloud = "/home/me/Library/Mobile Documents/com~apple~CloudDocs
 
 void grantAccess(ScriptedApplication& application)
 {
-    application.disk->folders["/home/me/Library/Safari"];
+    application.disk->folders["/home/me/.cache"];
 }
 
 void addFolder(ScriptedApplication& application, const std::string& id, RuleTier tier,

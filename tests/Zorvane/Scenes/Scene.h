@@ -32,5 +32,7 @@ using Scenes = std::vector<Scene>;
 
 /// All of them.
 [[nodiscard]] Scenes allScenes();
+/// Throws when there is none.
+[[nodiscard]] Scene sceneNamed(const std::string& screen, const std::string& state);
 
 } // namespace ZorvaneTests

@@ -210,7 +210,7 @@ TEST(ResultsModelTest, ShowsHostileNamesHarmlesslyAndStillRemovesThem)
     // Both rows show the same; only the one that was unticked stays.
     EXPECT_EQ(value(model, 2, ResultsModel::PathRole), value(model, 3, ResultsModel::PathRole));
     EXPECT_EQ(value(model, 2, ResultsModel::PathRole).toString(),
-              QStringLiteral("/areas/cache-a/evil⟨U+202E⟩gpj␊\uFFFD<b>"));
+              QStringLiteral("/areas/cache-a/evil⟨U+202E⟩gpj⟨U+000A⟩\uFFFD<b>"));
     model.setSelected(3, false);
     state.performClean();
     waitUntil([&] { return !state.isCleaning(); });

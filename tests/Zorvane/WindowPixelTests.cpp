@@ -1,0 +1,191 @@
+#include "tests/Zorvane/Scenes/Sample.h"
+#include "tests/Zorvane/Scenes/Scene.h"
+#include "tests/Zorvane/Support/Colors.h"
+
+#include <gtest/gtest.h>
+
+#include <numbers>
+
+namespace ZorvaneTests {
+namespace {
+
+constexpr QSize ordinary(1080, 760);
+
+const QColor background(7, 7, 12);
+const QColor primaryLight(167, 139, 250);
+const QColor danger(248, 113, 113);
+const QColor ofWhatsApp(52, 211, 153);
+const QColor ofCaches(139, 92, 246);
+const QColor ofDev(45, 212, 191);
+const QColor ofOther(96, 165, 250);
+
+void show(MainWindow& window, const std::string& screen, const std::string& state)
+{
+    sceneNamed(screen, state).show(window);
+}
+
+QPointF centreOf(const QQuickItem& item)
+{
+    return item.mapToScene({item.width() / 2, item.height() / 2});
+}
+
+/// In the middle of the ring's line, at a fraction of the circle from twelve o'clock, clockwise.
+QPointF onRing(const QQuickItem& chart, double fraction)
+{
+    const double angle = 2 * std::numbers::pi * fraction;
+    return centreOf(chart) + QPointF(std::sin(angle), -std::cos(angle)) * (170.0 / 2);
+}
+
+TEST(WindowPixels, TheRingShowsThreeQuartersAndOneQuarter)
+{
+    MainWindow window(ordinary);
+    show(window, "results", "three-to-one");
+    const QQuickItem& chart = window.itemOfType(QStringLiteral("DonutChart"));
+    const QImage picture = window.picture();
+    const auto color = [&](double fraction) {
+        return picture.pixelColor(onRing(chart, fraction).toPoint());
+    };
+    for (const double fraction : {0.01, 0.1, 0.25, 0.5, 0.74}) {
+        EXPECT_THAT(color(fraction), IsColor(ofCaches, 3)) << fraction;
+    }
+    for (const double fraction : {0.76, 0.85, 0.99}) {
+        EXPECT_THAT(color(fraction), IsColor(ofDev, 3)) << fraction;
+    }
+    // The line is 13 wide, with nothing of it beyond.
+    const QPointF outwards(1, 0);
+    const QPointF right = onRing(chart, 0.25);
+    EXPECT_THAT(picture.pixelColor((right - 5 * outwards).toPoint()), IsColor(ofCaches, 3));
+    EXPECT_THAT(picture.pixelColor((right + 5 * outwards).toPoint()), IsColor(ofCaches, 3));
+    EXPECT_THAT(picture.pixelColor((right - 9 * outwards).toPoint()),
+                testing::Not(IsColor(ofCaches, 60)));
+    EXPECT_THAT(picture.pixelColor((right + 9 * outwards).toPoint()),
+                testing::Not(IsColor(ofCaches, 60)));
+}
+
+TEST(WindowPixels, TheRingOfNothingIsItsTrack)
+{
+    MainWindow window(ordinary);
+    show(window, "results", "empty");
+    const QQuickItem& chart = window.itemOfType(QStringLiteral("DonutChart"));
+    const QImage picture = window.picture();
+    for (const double fraction : {0.0, 0.25, 0.5, 0.75}) {
+        const QPointF place = onRing(chart, fraction);
+        const QColor beside = picture.pixelColor((place + QPointF(10, 10)).toPoint());
+        EXPECT_THAT(picture.pixelColor(place.toPoint()), IsColor(over(beside, Qt::white, 0.08), 4));
+    }
+}
+
+TEST(WindowPixels, TheLegendShowsTheColorsOfTheGroups)
+{
+    MainWindow window(ordinary);
+    Sample::addTypicalAreas(window.application);
+    window.openResults();
+    const auto swatches = window.items([](const QQuickItem& item) {
+        return item.inherits("Zorvane::RoundedBox") && item.width() == 8 && item.height() == 8;
+    });
+    const QImage picture = window.picture();
+    // Local snapshots hold no bytes, so nothing of another kind is shown.
+    const QColor expected[] = {ofWhatsApp, ofCaches, ofDev};
+    ASSERT_EQ(swatches.size(), std::size(expected));
+    for (std::size_t i = 0; i < swatches.size(); ++i) {
+        EXPECT_THAT(picture.pixelColor(centreOf(*swatches[i]).toPoint()), IsColor(expected[i], 2));
+    }
+}
+
+TEST(WindowPixels, SheetsLieOnTheBackgroundColorAndDimWhatIsBelow)
+{
+    MainWindow window(ordinary);
+    show(window, "confirmation", "safe-only");
+    const QQuickItem& panel = window.itemOfType(QStringLiteral("SheetPanel"));
+    EXPECT_THAT(window.colorAt(panel.mapToScene({12, panel.height() / 2})), IsColor(background, 1));
+
+    MainWindow below(ordinary);
+    show(below, "results", "typical");
+    const QPointF place(40, 120);
+    EXPECT_THAT(window.colorAt(place), IsColor(over(below.colorAt(place), Qt::black, 0.55), 3));
+}
+
+TEST(WindowPixels, TheCleaningOverlayDimsTheScreen)
+{
+    MainWindow window(ordinary);
+    show(window, "results", "cleaning");
+    MainWindow below(ordinary);
+    show(below, "results", "typical");
+    for (const QPointF place : {QPointF(40, 120), QPointF(540, 20), QPointF(700, 700)}) {
+        EXPECT_THAT(window.colorAt(place), IsColor(over(below.colorAt(place), Qt::black, 0.4), 3));
+    }
+}
+
+/// The colour of a button's fill near its left edge, where no letter is.
+QColor fillOf(const MainWindow& window, const QQuickItem& button)
+{
+    return window.colorAt(button.mapToScene({10, button.height() / 2}));
+}
+
+TEST(WindowPixels, ButtonsWithNothingToDoAreHalfAsOpaque)
+{
+    struct Case
+    {
+        const char* name;
+        const char* screen;
+        const char* disabledState;
+        const char* enabledState;
+    };
+    constexpr Case cases[] = {
+        {"Clean", "results", "nothing-selected", "typical"},
+        {"Delete", "confirmation", "two-review-areas", "acknowledged"},
+        {"Free up", "icloud", "nothing-selected", "selected"},
+    };
+    for (const Case& entry : cases) {
+        SCOPED_TRACE(entry.name);
+        const QString name = QString::fromLatin1(entry.name);
+        MainWindow disabled(ordinary);
+        show(disabled, entry.screen, entry.disabledState);
+        QQuickItem& button = disabled.control(name);
+        EXPECT_FALSE(button.isEnabled());
+        const QColor half = fillOf(disabled, button);
+        button.setOpacity(0);
+        const QColor below = fillOf(disabled, button);
+        MainWindow enabled(ordinary);
+        show(enabled, entry.screen, entry.enabledState);
+        EXPECT_TRUE(enabled.control(name).isEnabled());
+        const QColor whole = fillOf(enabled, enabled.control(name));
+        EXPECT_THAT(half, IsColor(over(below, whole, 0.5), 6));
+    }
+}
+
+TEST(WindowPixels, TheDestructiveButtonHasTheColorOfDanger)
+{
+    MainWindow window(ordinary);
+    show(window, "confirmation", "acknowledged");
+    EXPECT_THAT(fillOf(window, window.control(QStringLiteral("Delete"))),
+                IsColor(over(background, danger, 0.9), 3));
+}
+
+TEST(WindowPixels, SelectedCategoriesHaveTheSelectedLookUnlessTheyWantReview)
+{
+    MainWindow window(ordinary);
+    show(window, "confirmation", "safe-only");
+    window.state().selectAll("dev-gradle");
+    window.state().setShowConfirmation(false);
+    window.settle();
+    const auto cards =
+        window.items([](const QQuickItem& item) { return isOfType(item, QStringLiteral("CardSlice")); });
+    ASSERT_GE(cards.size(), 3U);
+    const QImage picture = window.picture();
+    const auto violet = [&](const QQuickItem& card) {
+        const QColor color = picture.pixelColor(card.mapToScene({8, card.height() / 2}).toPoint());
+        return color.blue() - color.green();
+    };
+    // By size: browsers, Gradle, npm.
+    const std::string order[] = {window.state().categories()[0].rule.id,
+                                 window.state().categories()[1].rule.id,
+                                 window.state().categories()[2].rule.id};
+    for (std::size_t i = 0; i < 3; ++i) {
+        const bool isSelected = order[i] != "dev-gradle";
+        EXPECT_EQ(violet(*cards[i]) > 20, isSelected) << order[i];
+    }
+}
+
+} // namespace
+} // namespace ZorvaneTests
