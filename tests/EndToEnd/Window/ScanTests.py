@@ -128,12 +128,17 @@ class ScanTests(WindowTest):
         program.wait_for(lambda: program.size() == (900, 640), "the old size")
 
         # By its edge and by its bar.
-        x, y, width, _ = program.place()
-        program.drag((x + width - 2, y + 300), (x + width + 98, y + 300),
-                     lambda: program.size()[0] > 950, "a wider window")
+        def on_right_edge():
+            x, y, width, _ = program.place()
+            return x + width - 2, y + 300
+
+        def on_bar():
+            x, y, _, _ = program.place()
+            return x + 300, y + 12
+
+        program.drag(on_right_edge, lambda: program.size()[0] > 950, "a wider window")
         x, y, _, _ = program.place()
-        program.drag((x + 300, y + 12), (x + 340, y + 52),
-                     lambda: program.place()[:2] != (x, y), "another place")
+        program.drag(on_bar, lambda: program.place()[:2] != (x, y), "another place")
 
         program.click("Menu")
         self.assertTrue(program.see("About Zorvane", "menu item"))

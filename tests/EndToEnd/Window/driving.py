@@ -1,6 +1,5 @@
 """Drives a program's window as a person would: by what things are called, by mouse and keyboard."""
 
-import itertools
 import os
 import pathlib
 import signal
@@ -14,7 +13,7 @@ os.environ.update(DESKTOP.environment)
 import gi
 
 gi.require_version("Atspi", "2.0")
-from gi.repository import Atspi, GLib
+from gi.repository import Atspi, Gio, GLib
 
 Atspi.init()
 
@@ -158,27 +157,22 @@ class Program:
 
     def press(self, name, role=None):
         """What an assistive tool does, where the mouse would not reach."""
-        thing = self.see(name, role)
-        for index in range(thing.get_n_actions()):
-            if thing.get_action_name(index) in ("Press", "Toggle"):
-                thing.do_action(index)
-                return
-        raise NotSeen(f"{name!r} cannot be pressed")
+        self.see(name, role).do_action(0)
 
-    def drag(self, start, end, has_come_about, what):
-        """Presses at one place of the screen and moves to another until something has come about."""
-        DESKTOP.run("xdotool", "mousemove", *start, "mousedown", 1)
-        steps = itertools.cycle((0, 1))
-
-        def move():
-            # The window manager may take the mouse over at any time, and sees only what follows.
-            DESKTOP.run("xdotool", "mousemove", end[0] + next(steps), end[1])
+    def drag(self, start, has_come_about, what):
+        """Presses at a place of the screen, which is given anew for each try, moves on to the lower
+        right and lets go, until something has come about."""
+        def attempt():
+            x, y = start()
+            DESKTOP.run("xdotool", "mousemove", x, y, "mousedown", 1)
+            for step in range(1, 30):
+                DESKTOP.run("xdotool", "mousemove", x + 4 * step, y + 2 * step)
+                # The window manager takes over in the middle and needs the program's request.
+                self.place()
+            DESKTOP.run("xdotool", "mouseup", 1)
             return has_come_about()
 
-        try:
-            self.wait_for(move, what)
-        finally:
-            DESKTOP.run("xdotool", "mouseup", 1)
+        self.wait_for(attempt, what)
 
     def focus(self, name, role=None):
         self.see(name, role).grab_focus()
