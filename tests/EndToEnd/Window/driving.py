@@ -80,7 +80,14 @@ class Program:
     # Looking
 
     def everything(self):
-        """All that is showing, in the order of the tree."""
+        """All that is showing, in the order of the tree; while there is a dialog, it alone."""
+        things = self._everything(self.application)
+        for thing in things:
+            if thing.get_role_name() == "dialog":
+                return self._everything(thing)
+        return things
+
+    def _everything(self, root):
         found = []
 
         def visit(thing):
@@ -93,9 +100,8 @@ class Program:
                     found.append(child)
                     visit(child)
 
-        if self.application is not None:
-            self.application.clear_cache()
-            visit(self.application)
+        if root is not None:
+            visit(root)
         return found
 
     def texts(self):
@@ -190,7 +196,7 @@ class Program:
 
     def place(self):
         """The window's left and top edge, its width and height."""
-        frame = self.see("Zorvane", "frame").get_extents(Atspi.CoordType.SCREEN)
+        frame = self.application.get_child_at_index(0).get_extents(Atspi.CoordType.SCREEN)
         return frame.x, frame.y, frame.width, frame.height
 
     def size(self):
