@@ -104,7 +104,7 @@ class ScanTests(WindowTest):
                  minAgeDays=0, exclusions=[])))
         self.scan_in_window(program)
         program.click("cache-<i>x, 1 items, 4 KB")
-        program.see(f"{self.home}/area/<b>bold <img src=x>␊⟨U+202E⟩gpj.exe", "check box")
+        program.see(f"{self.home}/area/<b>bold <img src=x>⟨U+000A⟩⟨U+202E⟩gpj.exe", "check box")
         self.close(program)
 
     def test_the_window_behaves_as_a_window(self):

@@ -81,6 +81,9 @@ class Program:
 
     def everything(self):
         """All that is showing, in the order of the tree; while there is a dialog, it alone."""
+        if self.application is None:
+            return []
+        self.application.clear_cache()
         things = self._everything(self.application)
         for thing in things:
             if thing.get_role_name() == "dialog":
@@ -100,8 +103,7 @@ class Program:
                     found.append(child)
                     visit(child)
 
-        if root is not None:
-            visit(root)
+        visit(root)
         return found
 
     def texts(self):
