@@ -69,6 +69,7 @@ FocusScope {
 
     CleaningOverlay {
         anchors.fill: parent
-        visible: view.appState.isCleaning
+        // While the window closes it says so itself.
+        visible: view.appState.isCleaning && !view.appState.isClosing
     }
 }
