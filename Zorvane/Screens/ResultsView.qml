@@ -71,8 +71,8 @@ FocusScope {
 
     CleaningOverlay {
         anchors.fill: parent
-        visible: view.appState.isCleaning
+        // While the window closes it says so itself.
+        visible: view.appState.isCleaning && !view.appState.isClosing
         followingFocus: list
-
     }
 }

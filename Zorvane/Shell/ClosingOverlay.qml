@@ -17,7 +17,16 @@ Item {
         onWheel: wheel => { wheel.accepted = true; }
     }
 
+    // Keeps what lies below from showing through the glass.
+    RoundedBox {
+        anchors.fill: card
+        cornerRadius: card.cornerRadius
+        color: Theme.background
+    }
+
     GlassCard {
+        id: card
+
         anchors.centerIn: parent
         padding: 24
         cornerRadius: 14

@@ -12,6 +12,9 @@ target_sources(ZorvaneWindow PRIVATE
   Theme/SpinnerArc.cpp
   Theme/SymbolImages.cpp
 )
+# Without optimisation each shadow would take a second, and every debug build and test wait for it.
+set_source_files_properties(Theme/GaussianBlur.cpp Theme/AuroraPainting.cpp
+  PROPERTIES COMPILE_OPTIONS $<$<CONFIG:Debug>:-O2>)
 # The registration of the QML types includes their headers by file name.
 target_include_directories(ZorvaneWindow PRIVATE Theme)
 

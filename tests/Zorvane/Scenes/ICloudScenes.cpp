@@ -142,8 +142,8 @@ void showHostileNames(MainWindow& window)
 
 void showHugeFigures(MainWindow& window)
 {
-    addCloudFolder(window.application, "Everything", 60'000, Sample::largest,
-                   {{"Giant.app", Sample::largest}});
+    addCloudFolder(window.application, "Everything", 60'000, Sample::largest - Sample::PB,
+                   {{"Giant.app", Sample::PB}});
     addCloudFolder(window.application, "The rest", 3, 999'990 * Sample::GB);
     openMeasured(window, {"Everything", "The rest"});
 }
