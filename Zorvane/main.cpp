@@ -47,6 +47,8 @@ struct CommandLine
 int show(int& argc, char** argv, const ApplicationOptions& options,
          Zorvane::Environment environment)
 {
+    // The screens are part of the program; it leaves no copies of them in the home that it cleans.
+    qputenv("QML_DISABLE_DISK_CACHE", "1");
     if (options.software) {
         QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
     }

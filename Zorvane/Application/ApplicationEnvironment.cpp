@@ -11,6 +11,7 @@
 
 #include <exception>
 #include <filesystem>
+#include <sys/stat.h>
 
 namespace Zorvane {
 
@@ -99,6 +100,11 @@ void requireUsable(const std::string& file, const std::function<RulesCatalog()>&
 Environment makeEnvironment(const ApplicationOptions& options)
 {
     HomeEnvironment home = openHome(options);
+    if (home.isConfined) {
+        // Qt, and the tools that are started, expect their temporary folder to be there. Where it
+        // cannot be made they say so themselves.
+        ::mkdir(home.folders.temporaryFolder.c_str(), S_IRWXU);
+    }
     if (options.mirror) {
         requireOtherHome(home, "--mirror");
     }

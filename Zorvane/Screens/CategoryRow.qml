@@ -39,6 +39,7 @@ ResultsRow {
         Accessible.role: Accessible.Button
         Accessible.name: qsTr("%1, %2, %3").arg(row.title).arg(row.countText).arg(row.sizeText)
         Accessible.description: row.isExpanded ? qsTr("Expanded") : qsTr("Collapsed")
+        Accessible.onPressAction: header.clicked()
         Keys.onReturnPressed: event => { if (!event.isAutoRepeat) header.clicked(); }
         Keys.onEnterPressed: event => { if (!event.isAutoRepeat) header.clicked(); }
         onClicked: {

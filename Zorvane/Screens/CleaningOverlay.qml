@@ -7,11 +7,17 @@ FocusScope {
 
     readonly property string text: qsTr("Cleaning…")
 
-    Keys.onPressed: event => { event.accepted = true; }
-    onVisibleChanged: {
-        if (visible)
-            forceActiveFocus();
+    /// Gets the keyboard after the clean, also when a sheet returns it here.
+    required property Item followingFocus
+
+    function releaseKeyboard() {
+        if (activeFocus && !visible)
+            followingFocus.forceActiveFocus();
     }
+
+    Keys.onPressed: event => { event.accepted = true; }
+    onVisibleChanged: visible ? forceActiveFocus() : releaseKeyboard()
+    onActiveFocusChanged: releaseKeyboard()
 
     Rectangle {
         anchors.fill: parent

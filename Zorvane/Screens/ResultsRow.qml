@@ -43,10 +43,13 @@ FocusScope {
         if (Theme.animated)
             opening.restart();
     }
+    // The list only stops painting what it keeps for later; assistive tools would still see it.
     ListView.onPooled: {
         opening.stop();
         body.opacity = 1;
+        visible = false;
     }
+    ListView.onReused: visible = true
 
     HoverHandler {
         id: pointer

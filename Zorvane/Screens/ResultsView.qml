@@ -43,6 +43,8 @@ FocusScope {
     }
 
     ResultsList {
+        id: list
+
         anchors.top: topBar.bottom
         anchors.bottom: actionBar.top
         anchors.left: summary.right
@@ -71,5 +73,6 @@ FocusScope {
         anchors.fill: parent
         // While the window closes it says so itself.
         visible: view.appState.isCleaning && !view.appState.isClosing
+        followingFocus: list
     }
 }

@@ -38,6 +38,9 @@ Item {
             return;
         // What took the keyboard in the meantime, keeps it.
         const hadFocus = fence.activeFocus;
+        // It goes later, and must not keep the keyboard from the next one.
+        content.focus = false;
+        content.visible = false;
         content.destroy();
         content = null;
         if (hadFocus)

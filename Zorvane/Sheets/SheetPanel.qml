@@ -44,13 +44,19 @@ FocusScope {
     Accessible.name: name
     Window.onActiveFocusItemChanged: follow(Window.activeFocusItem)
 
+    // Painted small and drawn large: so wide a blur has no detail, and takes long at full size.
     SoftShadow {
-        anchors.fill: parent
-        anchors.margins: -margin
+        readonly property int enlargement: 6
+
+        anchors.centerIn: parent
+        width: panel.width / enlargement + 2 * margin
+        height: panel.height / enlargement + 2 * margin
+        scale: enlargement
+        smooth: true
         color: Theme.black(0.6)
-        radius: 30
-        offsetY: 14
-        cornerRadius: panel.cornerRadius
+        radius: 5
+        offsetY: 2
+        cornerRadius: panel.cornerRadius / enlargement
     }
 
     RoundedBox {

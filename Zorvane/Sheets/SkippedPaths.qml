@@ -34,6 +34,9 @@ ListView {
         color: activeFocus ? Theme.textPrimary : Theme.textTertiary
         elide: Text.ElideMiddle
         maximumLineCount: 1
+        // The list only stops painting what it keeps for later.
+        ListView.onPooled: visible = false
+        ListView.onReused: visible = true
         Accessible.role: Accessible.ListItem
         Accessible.name: path
 

@@ -1,3 +1,5 @@
+pragma ComponentBehavior: Bound
+
 import QtQuick
 import Zorvane
 
@@ -21,7 +23,8 @@ Sheet {
         Image {
             anchors.horizontalCenter: parent.horizontalCenter
             source: "qrc:/Zorvane/Resources/zorvane.svg"
-            sourceSize: Qt.size(192, 192)
+            sourceSize.width: 192
+            sourceSize.height: 192
             width: 96
             height: 96
             Accessible.ignored: true

@@ -13,6 +13,8 @@ T.MenuItem {
     opacity: enabled ? 1 : 0.4
     Accessible.role: Accessible.MenuItem
     Accessible.name: text
+    // Qt 6.4 does not tell assistive tools that a control is disabled.
+    Accessible.description: enabled ? "" : qsTr("Not available")
     Accessible.onPressAction: item.triggered()
 
     contentItem: Text {

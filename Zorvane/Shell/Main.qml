@@ -38,7 +38,7 @@ Window {
     }
 
     Shortcut {
-        sequences: [StandardKey.Quit, StandardKey.Close]
+        sequences: ["Ctrl+Q", "Ctrl+W"]
         onActivated: window.close()
     }
 

@@ -11,12 +11,15 @@ Item {
 
     readonly property int thickness: 6
 
-    component Edge: MouseArea {
+    visible: target.visibility === Window.Windowed
+
+    component Edge: SystemMoveArea {
         required property int edges
 
-        enabled: area.target.visibility === Window.Windowed
-        acceptedButtons: Qt.LeftButton
-        onPressed: area.target.startSystemResize(edges)
+        onPressed: {
+            area.target.startSystemResize(edges);
+            letGo();
+        }
     }
 
     Edge {

@@ -7,6 +7,7 @@ qt_target_qml_sources(ZorvaneWindow
     Shell/ClosingOverlay.qml
     Shell/Main.qml
     Shell/ResizeEdges.qml
+    Shell/SystemMoveArea.qml
     Shell/TitleBar.qml
     Shell/UpdateSheet.qml
     Shell/WindowButton.qml

@@ -19,17 +19,19 @@ Item {
 
     implicitHeight: 40
 
-    DragHandler {
-        target: null
-        grabPermissions: PointerHandler.TakeOverForbidden
-        onActiveChanged: {
-            if (active)
-                bar.target.startSystemMove();
-        }
-    }
+    SystemMoveArea {
+        property point pressed
 
-    TapHandler {
-        onDoubleTapped: bar.toggleMaximized()
+        anchors.fill: parent
+        onPressed: mouse => { pressed = Qt.point(mouse.x, mouse.y); }
+        onPositionChanged: mouse => {
+            const distance = Math.abs(mouse.x - pressed.x) + Math.abs(mouse.y - pressed.y);
+            if (distance > Application.styleHints.startDragDistance) {
+                bar.target.startSystemMove();
+                letGo();
+            }
+        }
+        onDoubleClicked: bar.toggleMaximized()
     }
 
     Row {

@@ -1,6 +1,7 @@
 #include "Zorvane/State/ScanJob.h"
 
 #include "CleanCore/Commands/CommandScanEngine.h"
+#include "CleanCore/Scanning/Overlaps.h"
 #include "CleanCore/Scanning/ResultList.h"
 #include "CleanCore/Scanning/ScanEngine.h"
 #include "CleanCore/Support/SaturatingSum.h"
@@ -66,6 +67,7 @@ void ScanJob::run(const std::stop_token& cancelled) const
     if (cancelled.stop_requested()) {
         return;
     }
+    listener.results = CleanCore::withoutOverlaps(std::move(listener.results), *home.fileManager);
     filesScanned();
     const CleanCore::CommandScanEngine commandEngine(runner, tools);
     std::vector<CategoryResult> ofTools = commandEngine.scan(catalog->rules);

@@ -20,6 +20,8 @@ T.Button {
 
     Accessible.role: Accessible.Button
     Accessible.name: text
+    // Qt 6.4 does not tell assistive tools that a control is disabled.
+    Accessible.description: enabled ? "" : qsTr("Not available")
     Accessible.onPressAction: button.clicked()
     Keys.onReturnPressed: event => { if (!event.isAutoRepeat) button.clicked(); }
     Keys.onEnterPressed: event => { if (!event.isAutoRepeat) button.clicked(); }

@@ -29,6 +29,8 @@ T.Button {
 
     Accessible.role: Accessible.Button
     Accessible.name: text
+    // Qt 6.4 does not tell assistive tools that a control is disabled.
+    Accessible.description: enabled ? "" : qsTr("Not available")
     Accessible.onPressAction: button.pressByKey()
     Keys.onReturnPressed: event => button.pressByReturn(event)
     Keys.onEnterPressed: event => button.pressByReturn(event)

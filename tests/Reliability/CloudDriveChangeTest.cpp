@@ -35,7 +35,8 @@ class Writer
 {
 public:
     Writer(const CloudFolders& folders, int files, unsigned seed, Report& report)
-        : m_folders(folders), m_report(report), m_random(seed), m_files(files)
+        : m_folders(folders), m_report(report), m_random(seed),
+          m_files(static_cast<std::size_t>(files))
     {
         for (int i = 0; i < files; ++i) {
             File& file = m_files[static_cast<std::size_t>(i)];

@@ -1,5 +1,6 @@
 // Trees of every shape: deep, wide, oddly named, and full of things that are not files.
 
+#include "CleanCore/Support/PathText.h"
 #include "tests/Reliability/RemovalFixture.h"
 
 #include <fcntl.h>
@@ -82,7 +83,7 @@ TEST_F(RemovalShape, NamesOfAnyBytes)
           std::string("e\xCC\x81"), std::string("\xC3\xA9"), std::string("$HOME")}) {
         SCOPED_TRACE(name);
         const std::string folder = ".cache/" + name;
-        home.makeFile(folder + '/' + name);
+        home.makeFile(CleanCore::PathText::join(folder, name));
         EXPECT_EQ(remove(folder), 0);
         EXPECT_EQ(countEntries(base), 0U);
     }

@@ -13,7 +13,7 @@ os.environ.update(DESKTOP.environment)
 import gi
 
 gi.require_version("Atspi", "2.0")
-from gi.repository import Atspi, GLib
+from gi.repository import Atspi, Gio, GLib
 
 Atspi.init()
 
@@ -52,6 +52,8 @@ class Program:
             application = desktop.get_child_at_index(index)
             if (application and application.get_process_id() == self.process.pid
                     and application.get_child_count() > 0):
+                # What was remembered of things would soon be wrong: not every change is told.
+                application.set_cache_mask(Atspi.Cache.NONE)
                 self.application = application
                 return True
         return False
@@ -78,7 +80,17 @@ class Program:
     # Looking
 
     def everything(self):
-        """All that is showing, in the order of the tree."""
+        """All that is showing, in the order of the tree; while there is a dialog, it alone."""
+        if self.application is None:
+            return []
+        self.application.clear_cache()
+        things = self._everything(self.application)
+        for thing in things:
+            if thing.get_role_name() == "dialog":
+                return self._everything(thing)
+        return things
+
+    def _everything(self, root):
         found = []
 
         def visit(thing):
@@ -91,9 +103,7 @@ class Program:
                     found.append(child)
                     visit(child)
 
-        if self.application is not None:
-            self.application.clear_cache()
-            visit(self.application)
+        visit(root)
         return found
 
     def texts(self):
@@ -130,7 +140,7 @@ class Program:
         self.wait_for_state(name, Atspi.StateType.CHECKED, is_set=is_ticked)
 
     def is_enabled(self, name):
-        return self.has_state(name, Atspi.StateType.ENABLED)
+        return self.see(name).get_description() != "Not available"
 
     # Acting
 
@@ -155,12 +165,29 @@ class Program:
 
     def press(self, name, role=None):
         """What an assistive tool does, where the mouse would not reach."""
-        thing = self.see(name, role)
-        for index in range(thing.get_n_actions()):
-            if thing.get_action_name(index) in ("Press", "Toggle"):
-                thing.do_action(index)
-                return
-        raise NotSeen(f"{name!r} cannot be pressed")
+        self.see(name, role).do_action(0)
+
+    def drag(self, start, has_come_about, what):
+        """Presses at a place of the screen, which is given anew for each try, moves on to the lower
+        right and lets go, until something has come about."""
+        def attempt():
+            x, y = start()
+            DESKTOP.run("xdotool", "mousemove", x, y, "mousedown", 1)
+            for step in range(1, 30):
+                DESKTOP.run("xdotool", "mousemove", x + 4 * step, y + 2 * step)
+                # The window manager takes over in the middle and needs the program's request.
+                self.place()
+            DESKTOP.run("xdotool", "mouseup", 1)
+            return has_come_about()
+
+        self.wait_for(attempt, what)
+
+    def focus(self, name, role=None):
+        self.see(name, role).grab_focus()
+        self.wait_for(lambda: self.has_focus(name), f"the focus on {name!r}")
+
+    def has_focus(self, name):
+        return self.has_state(name, Atspi.StateType.FOCUSED)
 
     def key(self, *keys):
         DESKTOP.run("xdotool", "key", *keys)
@@ -169,9 +196,13 @@ class Program:
         return DESKTOP.run("xdotool", "search", "--onlyvisible", "--pid",
                            self.process.pid).split()[0]
 
+    def place(self):
+        """The window's left and top edge, its width and height."""
+        frame = self.application.get_child_at_index(0).get_extents(Atspi.CoordType.SCREEN)
+        return frame.x, frame.y, frame.width, frame.height
+
     def size(self):
-        frame = self.see("Zorvane", "frame").get_extents(Atspi.CoordType.SCREEN)
-        return frame.width, frame.height
+        return self.place()[2:]
 
     # Ending
 

@@ -122,7 +122,8 @@ void showReleasing(MainWindow& window)
     Zorvane::AppState& state =
         openMeasured(window, {"Photos", "Documents from the old laptop", "Scans"});
     state.requestEvict();
-    waitUntil([&] { return state.icloudEvictProgress() && state.icloudEvictProgress()->index == 2; });
+    waitUntil(
+        [&] { return state.icloudEvictProgress() && state.icloudEvictProgress()->index == 2; });
     window.settle();
 }
 

@@ -82,10 +82,9 @@ void showLongTitles(MainWindow& window)
         window.application.texts[std::string("rule.") + id + ".title"] = Sample::longTitle();
         window.application.texts[std::string("category.explanation.") + id] =
             Sample::longTitle() + ". " + Sample::longTitle() + '.';
-        Sample::addFolder(window.application, id,
-                          id[0] == 'c' ? RuleTier::safe : RuleTier::reviewRequired,
-                          std::string("/home/me/") + id,
-                          {{"a", 999'990 * Sample::MB}, {"b", 40 * Sample::MB}});
+        Sample::addFolder(
+            window.application, id, id[0] == 'c' ? RuleTier::safe : RuleTier::reviewRequired,
+            std::string("/home/me/") + id, {{"a", 999'990 * Sample::MB}, {"b", 40 * Sample::MB}});
     }
     window.application.addUnreadableArea("dev-long-unreadable");
     window.application.catalog.rules.back().tier = RuleTier::reviewRequired;

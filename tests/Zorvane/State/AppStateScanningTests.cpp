@@ -61,6 +61,17 @@ TEST(AppStateScanningTest, PublishesFilteredResultsLargestFirstFilesBeforeTools)
     EXPECT_EQ(state.bytesFoundSoFar(), 105);
 }
 
+TEST(AppStateScanningTest, OffersWhatTwoAreasFindOnlyOnce)
+{
+    ScriptedApplication application;
+    application.addArea("cache-a", RuleTier::safe, {8, 4});
+    application.addArea("dev-b", RuleTier::reviewRequired, {});
+    application.catalog.rules[1].basePaths = application.catalog.rules[0].basePaths;
+    AppState state(application.environment());
+    scan(state);
+    EXPECT_EQ(categoryTexts(state), (Strings{"dev-b:12"}));
+}
+
 TEST(AppStateScanningTest, AScanThatFindsNothingEndsInResults)
 {
     ScriptedApplication application;

@@ -67,6 +67,22 @@ struct MeasuredDrive
     }
 };
 
+TEST(ICloudModelTest, MeasuresWhenItIsOpenedForTheFirstTimeOnly)
+{
+    MeasuredDrive drive;
+    drive.model.open();
+    EXPECT_TRUE(drive.state.showICloud());
+    EXPECT_TRUE(drive.model.isMeasured());
+    waitUntil([&] { return drive.state.icloudPending() == 0; });
+
+    drive.state.setShowICloud(false);
+    drive.application.disk->folders[container].names = {"note.txt"};
+    drive.model.open();
+    EXPECT_TRUE(drive.state.showICloud());
+    EXPECT_EQ(drive.state.icloudPending(), 0);
+    EXPECT_EQ(drive.model.rowCount(), 2);
+}
+
 TEST(ICloudModelTest, ShowsTheMeasuringAsItGoes)
 {
     MeasuredDrive drive;

@@ -58,7 +58,8 @@ QString accessibleName(const QQuickItem& item)
 
 bool isOfType(const QQuickItem& item, const QString& type)
 {
-    return QString::fromLatin1(item.metaObject()->className()).startsWith(type + QLatin1String("_QMLTYPE"));
+    return QString::fromLatin1(item.metaObject()->className())
+        .startsWith(type + QLatin1String("_QMLTYPE"));
 }
 
 MainWindow::MainWindow(QSize size, Wording wording) : m_size(size), m_wording(wording)

@@ -9,7 +9,7 @@
 
 namespace ZorvaneTests {
 
-Stage::Stage(const QString& content, QSize size)
+Stage::Stage(const QString& content, QSize size, const QVariantMap& properties)
 {
     QObject::connect(&m_engine, &QQmlEngine::warnings, &m_engine,
                      [this](const QList<QQmlError>& warnings) {
@@ -27,7 +27,7 @@ Stage::Stage(const QString& content, QSize size)
                           .arg(content)
                           .toUtf8(),
                       QUrl());
-    m_window.reset(qobject_cast<QQuickWindow*>(component.create()));
+    m_window.reset(qobject_cast<QQuickWindow*>(component.createWithInitialProperties(properties)));
     if (m_window == nullptr)
         throw std::runtime_error(component.errorString().toStdString());
     if (!QTest::qWaitForWindowExposed(m_window.get()))

@@ -6,6 +6,7 @@
 #include <QQuickWindow>
 #include <QSize>
 #include <QStringList>
+#include <QVariantMap>
 
 #include <memory>
 
@@ -15,9 +16,10 @@ namespace ZorvaneTests {
 class Stage
 {
 public:
-    /// `content` is the inside of the window, with the theme imported. Fails the test if it doesn't
-    /// load or warns.
-    explicit Stage(const QString& content, QSize size = QSize(400, 300));
+    /// `content` is the inside of the window, with the theme imported; `properties` are values of
+    /// the properties that it declares. Fails the test if it doesn't load or warns.
+    explicit Stage(const QString& content, QSize size = QSize(400, 300),
+                   const QVariantMap& properties = {});
     ~Stage();
     Stage(const Stage&) = delete;
     Stage& operator=(const Stage&) = delete;
