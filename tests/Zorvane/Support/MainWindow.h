@@ -54,8 +54,8 @@ public:
     [[nodiscard]] QQuickItem& control(const QString& name) const;
     /// The first visible item of a QML type. Throws when there is none.
     [[nodiscard]] QQuickItem& itemOfType(const QString& type) const;
-    /// Clicks in the middle of a control.
-    void click(const QString& name) const;
+    /// Presses a control, also one that is scrolled out of sight, as an assistive tool does.
+    void press(const QString& name) const;
     /// Handles what is due, and lays everything out.
     void settle() const;
 
