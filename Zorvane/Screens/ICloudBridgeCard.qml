@@ -30,6 +30,7 @@ ResultsRow {
         Accessible.role: Accessible.Button
         Accessible.name: title.text
         Accessible.description: description.text
+        Accessible.onPressAction: area.clicked()
         Keys.onReturnPressed: event => { if (!event.isAutoRepeat) area.clicked(); }
         Keys.onEnterPressed: event => { if (!event.isAutoRepeat) area.clicked(); }
         onClicked: icloud.open()

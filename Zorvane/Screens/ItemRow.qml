@@ -45,7 +45,7 @@ ResultsRow {
         height: row.lineHeight
         verticalAlignment: Text.AlignVCenter
         text: row.path
-        font: Theme.callout
+        font: Theme.fileFont(12, Font.Normal)
         color: Theme.textSecondary
         elide: Text.ElideMiddle
         Accessible.ignored: true

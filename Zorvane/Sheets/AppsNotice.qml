@@ -45,7 +45,7 @@ NoticeBox {
                         Layout.alignment: Qt.AlignBaseline
                         Layout.fillWidth: true
                         text: app.modelData
-                        font: Theme.captionMedium
+                        font: Theme.fileFont(11, Font.Medium)
                         wrapMode: Text.NoWrap
                         elide: Text.ElideMiddle
                         maximumLineCount: 1

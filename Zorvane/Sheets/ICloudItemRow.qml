@@ -64,7 +64,7 @@ Item {
             SheetText {
                 Layout.fillWidth: true
                 text: row.name
-                font: Theme.bodyMedium
+                font: Theme.fileFont(13, Font.Medium)
                 wrapMode: Text.NoWrap
                 elide: Text.ElideMiddle
                 maximumLineCount: 1

@@ -66,6 +66,12 @@ QtObject {
         return Qt.font({ family: "Inter", pixelSize: Math.round(size), weight: weight });
     }
 
+    /// For names of files and folders: no letter is exchanged for one that looks better beside its
+    /// neighbours, as the "x" in "9x1" is otherwise.
+    function fileFont(size: real, weight: int): font {
+        return Qt.font({ family: "Inter", pixelSize: Math.round(size), weight: weight, preferShaping: false });
+    }
+
     /// For byte figures: all digits have the same width.
     function numberFont(size: real, weight: int): font {
         return Qt.font({ family: "M PLUS 1", pixelSize: Math.round(size), weight: weight });

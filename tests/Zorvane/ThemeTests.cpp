@@ -80,6 +80,18 @@ TEST(Theme, DigitsOfByteFiguresHaveOneWidth)
         EXPECT_EQ(texts[digit]->implicitWidth(), texts[0]->implicitWidth()) << digit;
 }
 
+TEST(Theme, NamesOfFilesKeepTheirLetters)
+{
+    const Stage stage(QStringLiteral(R"(
+        Row { objectName: "apart"
+            Text { text: "9"; font: Theme.fileFont(40, Font.Normal) }
+            Text { text: "x"; font: Theme.fileFont(40, Font.Normal) }
+            Text { text: "1"; font: Theme.fileFont(40, Font.Normal) } }
+        Text { objectName: "together"; text: "9x1"; font: Theme.fileFont(40, Font.Normal) })"));
+    EXPECT_NEAR(stage.item(QStringLiteral("together")).implicitWidth(),
+                stage.item(QStringLiteral("apart")).implicitWidth(), 1);
+}
+
 TEST(Theme, PrimaryButtonShowsItsFill)
 {
     struct Case
