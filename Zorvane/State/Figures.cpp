@@ -26,8 +26,7 @@ void Figures::setAppState(AppState* appState)
 
 QString Figures::userName() const
 {
-    return m_appState == nullptr ? QString()
-                                 : displayText(m_appState->userName().toStdString());
+    return m_appState == nullptr ? QString() : displayText(m_appState->userName().toStdString());
 }
 
 QString Figures::bytesFoundText() const

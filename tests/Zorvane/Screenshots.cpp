@@ -35,16 +35,14 @@ bool take(const Scene& scene, QSize size, const Options& options)
 {
     MainWindow window(size, options.wording);
     scene.show(window);
-    const QString name = QStringLiteral("%1-%2%3-%4x%5-%6-%7.png")
-                             .arg(QString::fromStdString(scene.screen),
-                                  QString::fromStdString(scene.state),
-                                  options.wording == Wording::lengthened
-                                      ? QStringLiteral("-long-texts")
-                                      : QString())
-                             .arg(size.width())
-                             .arg(size.height())
-                             .arg(window.window().effectiveDevicePixelRatio())
-                             .arg(options.renderer);
+    const QString name =
+        QStringLiteral("%1-%2%3-%4x%5-%6-%7.png")
+            .arg(QString::fromStdString(scene.screen), QString::fromStdString(scene.state),
+                 options.wording == Wording::lengthened ? QStringLiteral("-long-texts") : QString())
+            .arg(size.width())
+            .arg(size.height())
+            .arg(window.window().effectiveDevicePixelRatio())
+            .arg(options.renderer);
     const bool isWritten = window.picture().save(options.folder.filePath(name));
     if (!isWritten) {
         std::cerr << "screenshots: " << name.toStdString() << " cannot be written\n";
@@ -94,8 +92,8 @@ int main(int argc, char** argv)
     const Options options{
         .folder = QDir(parser.positionalArguments().constFirst()),
         .renderer = isOpenGL ? QStringLiteral("opengl") : QStringLiteral("software"),
-        .wording = parser.isSet(QStringLiteral("long-texts")) ? Wording::lengthened
-                                                              : Wording::english,
+        .wording =
+            parser.isSet(QStringLiteral("long-texts")) ? Wording::lengthened : Wording::english,
         .only = parser.value(QStringLiteral("only")),
     };
     bool isFine = true;

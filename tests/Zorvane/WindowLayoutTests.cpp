@@ -147,9 +147,8 @@ TEST(Window, GivesItsPartsTheirWidths)
             shown = name;
         }
         const QString part = QString::fromLatin1(entry.part);
-        const QQuickItem& item = part.startsWith(QLatin1Char('='))
-                                     ? window->control(part.mid(1))
-                                     : window->itemOfType(part);
+        const QQuickItem& item = part.startsWith(QLatin1Char('=')) ? window->control(part.mid(1))
+                                                                   : window->itemOfType(part);
         EXPECT_GE(item.width(), entry.least);
         EXPECT_LE(item.width(), entry.most);
     }

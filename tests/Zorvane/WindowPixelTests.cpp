@@ -29,8 +29,8 @@ QPointF centreOf(const QQuickItem& item)
     return item.mapToScene({item.width() / 2, item.height() / 2});
 }
 
-/// In the middle of the ring's line or further out, at a fraction of the circle from twelve o'clock,
-/// clockwise.
+/// In the middle of the ring's line or further out, at a fraction of the circle from twelve
+/// o'clock, clockwise.
 QPointF onRing(const QQuickItem& chart, double fraction, double outwards = 0)
 {
     const double angle = 2 * std::numbers::pi * fraction;

@@ -17,8 +17,8 @@ void showTypical(MainWindow& window)
 void showExpanded(MainWindow& window)
 {
     showTypical(window);
-    window.click(QStringLiteral("%1, ").arg(title(window, "dev-npm")));
-    window.click(QStringLiteral("%1, ").arg(title(window, "cache-browsers")));
+    window.press(QStringLiteral("%1, ").arg(title(window, "dev-npm")));
+    window.press(QStringLiteral("%1, ").arg(title(window, "cache-browsers")));
 }
 
 void showToolArea(MainWindow& window)
@@ -26,7 +26,7 @@ void showToolArea(MainWindow& window)
     window.application.addSnapshots(
         {"2024-01-05-091500", "2024-01-06-091500", "2024-01-07-091500"});
     window.openResults();
-    window.click(QStringLiteral("%1, ").arg(title(window, "tm-local-snapshots")));
+    window.press(QStringLiteral("%1, ").arg(title(window, "tm-local-snapshots")));
 }
 
 void showUnreadable(MainWindow& window)
@@ -34,7 +34,7 @@ void showUnreadable(MainWindow& window)
     Sample::addTypicalAreas(window.application);
     window.application.addUnreadableArea("cache-thumbnails");
     window.openResults();
-    window.click(QStringLiteral("%1, ").arg(title(window, "cache-thumbnails")));
+    window.press(QStringLiteral("%1, ").arg(title(window, "cache-thumbnails")));
 }
 
 void showHugeCategory(MainWindow& window)
@@ -46,7 +46,7 @@ void showHugeCategory(MainWindow& window)
     }
     Sample::addFolder(window.application, "cache-user", RuleTier::safe, "/home/me/.cache", items);
     window.openResults();
-    window.click(QStringLiteral("%1, ").arg(title(window, "cache-user")));
+    window.press(QStringLiteral("%1, ").arg(title(window, "cache-user")));
 }
 
 void showHugeFigures(MainWindow& window)
@@ -60,7 +60,7 @@ void showHugeFigures(MainWindow& window)
     add("whatsapp-media", RuleTier::reviewRequired, 499'995 * Sample::GB);
     add("other-area", RuleTier::reviewRequired, 999 * Sample::PB);
     window.openResults();
-    window.click(QStringLiteral("%1, ").arg(title(window, "cache-user")));
+    window.press(QStringLiteral("%1, ").arg(title(window, "cache-user")));
 }
 
 void showHostileNames(MainWindow& window)
@@ -73,7 +73,7 @@ void showHostileNames(MainWindow& window)
                       "/home/me/.local/share/Trash/files", items);
     window.application.fullName = QStringLiteral("<b>Ada</b>\n\u202EAugusta ").repeated(12);
     window.openResults();
-    window.click(QStringLiteral("%1, ").arg(title(window, "trash-user")));
+    window.press(QStringLiteral("%1, ").arg(title(window, "trash-user")));
 }
 
 void showLongTitles(MainWindow& window)
@@ -82,16 +82,15 @@ void showLongTitles(MainWindow& window)
         window.application.texts[std::string("rule.") + id + ".title"] = Sample::longTitle();
         window.application.texts[std::string("category.explanation.") + id] =
             Sample::longTitle() + ". " + Sample::longTitle() + '.';
-        Sample::addFolder(window.application, id,
-                          id[0] == 'c' ? RuleTier::safe : RuleTier::reviewRequired,
-                          std::string("/home/me/") + id,
-                          {{"a", 999'990 * Sample::MB}, {"b", 40 * Sample::MB}});
+        Sample::addFolder(
+            window.application, id, id[0] == 'c' ? RuleTier::safe : RuleTier::reviewRequired,
+            std::string("/home/me/") + id, {{"a", 999'990 * Sample::MB}, {"b", 40 * Sample::MB}});
     }
     window.application.addUnreadableArea("dev-long-unreadable");
     window.application.catalog.rules.back().tier = RuleTier::reviewRequired;
     window.application.texts["rule.dev-long-unreadable.title"] = Sample::longTitle();
     window.openResults();
-    window.click(QString::fromStdString(Sample::longTitle()));
+    window.press(QString::fromStdString(Sample::longTitle()));
 }
 
 void showRing(MainWindow& window)

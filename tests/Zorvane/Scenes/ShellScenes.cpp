@@ -11,13 +11,13 @@ void showMenu(MainWindow& window)
 {
     Sample::grantAccess(window.application);
     window.open();
-    window.click(QCoreApplication::translate("TitleBar", "Menu"));
+    window.press(QCoreApplication::translate("TitleBar", "Menu"));
 }
 
 void showAbout(MainWindow& window)
 {
     showMenu(window);
-    window.click(QCoreApplication::translate("ApplicationMenu", "About Zorvane"));
+    window.press(QCoreApplication::translate("ApplicationMenu", "About Zorvane"));
 }
 
 void conclude(MainWindow& window, const QByteArray& feed)

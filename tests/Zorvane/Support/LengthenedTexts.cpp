@@ -6,8 +6,8 @@ namespace ZorvaneTests {
 
 QString lengthened(const QString& text)
 {
-    static const QMap<QChar, QChar> dotted = {
-        {u'a', u'ä'}, {u'o', u'ö'}, {u'u', u'ü'}, {u'A', u'Ä'}, {u'O', u'Ö'}, {u'U', u'Ü'}};
+    static const QMap<QChar, QChar> dotted = {{u'a', u'ä'}, {u'o', u'ö'}, {u'u', u'ü'},
+                                              {u'A', u'Ä'}, {u'O', u'Ö'}, {u'U', u'Ü'}};
     static const QString filler = QStringLiteral("Überprüfungsgenehmigungsverfahren");
     QString result;
     bool isMarkup = false;

@@ -58,7 +58,8 @@ QString accessibleName(const QQuickItem& item)
 
 bool isOfType(const QQuickItem& item, const QString& type)
 {
-    return QString::fromLatin1(item.metaObject()->className()).startsWith(type + QLatin1String("_QMLTYPE"));
+    return QString::fromLatin1(item.metaObject()->className())
+        .startsWith(type + QLatin1String("_QMLTYPE"));
 }
 
 MainWindow::MainWindow(QSize size, Wording wording) : m_size(size), m_wording(wording)
@@ -144,13 +145,10 @@ QQuickItem& MainWindow::itemOfType(const QString& type) const
     return *found.front();
 }
 
-void MainWindow::click(const QString& name) const
+void MainWindow::press(const QString& name) const
 {
-    const QQuickItem& item = control(name);
-    QTest::mouseClick(m_window, Qt::LeftButton, {},
-                      item.mapToScene({item.width() / 2, item.height() / 2}).toPoint());
-    // Leave no hover behind.
-    QTest::mouseMove(m_window, {1, m_window->height() / 2});
+    QAccessibleInterface* interface = QAccessible::queryAccessibleInterface(&control(name));
+    interface->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
     settle();
 }
 

@@ -23,8 +23,8 @@ enum class Wording { english, lengthened };
 
 /// The program's window over a scripted application, without anything moving.
 ///
-/// First the application is written down, then the window opened. Work that is held at the gate goes
-/// on when the window goes.
+/// First the application is written down, then the window opened. Work that is held at the gate
+/// goes on when the window goes.
 class MainWindow
 {
 public:
@@ -49,13 +49,13 @@ public:
     /// Every visible item for which `isWanted` holds, in the order of the tree.
     [[nodiscard]] std::vector<QQuickItem*>
     items(const std::function<bool(const QQuickItem&)>& isWanted) const;
-    /// The visible control whose accessible name begins so, the topmost of several. Throws when there
-    /// is none.
+    /// The visible control whose accessible name begins so, the topmost of several. Throws when
+    /// there is none.
     [[nodiscard]] QQuickItem& control(const QString& name) const;
     /// The first visible item of a QML type. Throws when there is none.
     [[nodiscard]] QQuickItem& itemOfType(const QString& type) const;
-    /// Clicks in the middle of a control.
-    void click(const QString& name) const;
+    /// Presses a control, also one that is scrolled out of sight, as an assistive tool does.
+    void press(const QString& name) const;
     /// Handles what is due, and lays everything out.
     void settle() const;
 
