@@ -27,7 +27,8 @@ ListView {
 
     clip: true
     reuseItems: true
-    cacheBuffer: 160
+    // Rows in the buffer would be made later, and Qt 6.4 warns when they are gone by then.
+    cacheBuffer: 0
     boundsBehavior: Flickable.StopAtBounds
     keyNavigationEnabled: false
     highlightMoveDuration: 0

@@ -18,6 +18,8 @@ Item {
 
         width: parent.width
         height: Math.min(contentHeight, 220)
+        // As in the list of results.
+        cacheBuffer: 0
         model: frame.model
         spacing: 6
         clip: true

@@ -13,6 +13,8 @@ ListView {
     clip: true
     boundsBehavior: Flickable.StopAtBounds
     reuseItems: true
+    // As in the list of results.
+    cacheBuffer: 0
     activeFocusOnTab: true
     keyNavigationEnabled: true
     Accessible.role: Accessible.List

@@ -65,11 +65,6 @@ class ICloudTests(WindowTest):
         return sum(path.lstat().st_blocks * 512 for path in (self.container / name).rglob("*")
                    if path.is_file() and not path.is_symlink())
 
-    def shown_rows(self, program):
-        """The names of the sheet's rows that can be chosen, in order."""
-        boxes = [thing for thing in program.everything() if thing.get_role_name() == "check box"]
-        return [box.get_name() for box in boxes]
-
     def test_releases_what_was_chosen_and_shows_it_again_when_it_is_back(self):
         manager = DesktopsFileManager()
         self.addCleanup(manager.end)
@@ -77,7 +72,7 @@ class ICloudTests(WindowTest):
         program = self.start_and_measure()
         program.see("Rescan")
         expected = sorted(listed, key=lambda name: -listed[name]["localBytes"])
-        self.assertEqual([name for name in self.shown_rows(program) if name in listed], expected)
+        self.assertEqual([name for name in program.rows("check box") if name in listed], expected)
         for name in ("Photos 2023", "Tools"):
             program.see(byte_count(listed[name]["localBytes"]))
         self.assertFalse(program.is_enabled("Free up Zero KB"))
@@ -115,7 +110,7 @@ class ICloudTests(WindowTest):
         self.assertGreater(listed["Photos 2023"]["localBytes"], 10**6)
         for name in expected:
             program.see(byte_count(listed[name]["localBytes"]))
-        self.assertEqual([name for name in self.shown_rows(program) if name in listed], expected)
+        self.assertEqual([name for name in program.rows("check box") if name in listed], expected)
         program.key("Escape")
         program.see_no("Free up iCloud space")
         # The card now tells what is downloaded, and opens without measuring again.

@@ -16,8 +16,7 @@ class ScanTests(WindowTest):
         program = self.start(*self.tool_options())
         self.scan_in_window(program)
         expected = self.scan_in_terminal()
-        shown = [thing.get_name() for thing in program.everything()
-                 if thing.get_role_name() == "push button" and " items, " in thing.get_name()]
+        shown = [name for name in program.rows("push button") if " items, " in name]
         self.assertGreater(len(shown), 5)
         self.assertEqual(shown, [header(category) for category in expected["categories"]][:len(shown)])
         program.see("Selected: " + byte_count(expected["selectedBytes"]))

@@ -119,6 +119,14 @@ class Program:
         return [thing for thing in self.everything()
                 if matches(thing.get_name() or "") and role in (None, thing.get_role_name())]
 
+    def rows(self, role):
+        """The names of the showing things of a role, from the top of the screen to its bottom."""
+        def top(thing):
+            return thing.get_extents(Atspi.CoordType.SCREEN).y
+
+        things = [thing for thing in self.everything() if thing.get_role_name() == role]
+        return [thing.get_name() for thing in sorted(things, key=top)]
+
     def see(self, name, role=None):
         return self.wait_for(lambda: self.seen(name, role), repr(name))[0]
 
