@@ -3,6 +3,7 @@
 #include "CleanCore/ICloud/TreeCount.h"
 #include "CleanCore/Platform/FileManager.h"
 #include "CleanCore/Support/PathText.h"
+#include "CleanCore/Support/SaturatingSum.h"
 #include "CleanCore/Support/SharedWork.h"
 
 #include <algorithm>
@@ -51,7 +52,7 @@ std::int64_t ICloudEvictor::EvictReport::appsStillBytes() const
 {
     std::int64_t bytes = 0;
     for (const ICloudAppBundle& app : appsStillDownloaded) {
-        bytes += app.localBytes;
+        bytes = saturatingSum(bytes, app.localBytes);
     }
     return bytes;
 }

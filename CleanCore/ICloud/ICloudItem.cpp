@@ -1,5 +1,7 @@
 #include "CleanCore/ICloud/ICloudItem.h"
 
+#include "CleanCore/Support/SaturatingSum.h"
+
 #include <algorithm>
 
 namespace CleanCore {
@@ -8,7 +10,7 @@ std::int64_t ICloudItem::appBytes() const
 {
     std::int64_t bytes = 0;
     for (const ICloudAppBundle& app : apps) {
-        bytes += app.localBytes;
+        bytes = saturatingSum(bytes, app.localBytes);
     }
     return bytes;
 }
@@ -17,7 +19,7 @@ std::int64_t ICloudItem::appFileCount() const
 {
     std::int64_t files = 0;
     for (const ICloudAppBundle& app : apps) {
-        files += app.fileCount;
+        files = saturatingSum(files, app.fileCount);
     }
     return files;
 }

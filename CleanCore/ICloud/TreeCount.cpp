@@ -2,6 +2,7 @@
 
 #include "CleanCore/Support/AppBundleName.h"
 #include "CleanCore/Support/PathText.h"
+#include "CleanCore/Support/SaturatingSum.h"
 
 #include <utility>
 
@@ -23,10 +24,10 @@ bool TreeCount::add(const TreeEntry& entry)
         return false;
     }
     const std::int64_t size = entry.attributes.allocatedBytes;
-    bytes += size;
+    bytes = saturatingSum(bytes, size);
     ++files;
     if (m_isBundleOpen) {
-        m_bundle.localBytes += size;
+        m_bundle.localBytes = saturatingSum(m_bundle.localBytes, size);
         ++m_bundle.fileCount;
         if (size > 0 && m_bundle.probePath.empty()) {
             m_bundle.probePath = entry.path;

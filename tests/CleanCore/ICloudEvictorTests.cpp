@@ -1,4 +1,5 @@
 #include "CleanCore/ICloud/ICloudEvictor.h"
+#include "CleanCore/ICloud/TreeCount.h"
 #include "CleanCore/Platform/HomeEnvironment.h"
 #include "CleanCore/Platform/LinuxFileManager.h"
 #include "CleanCore/Support/TaskPool.h"
@@ -9,6 +10,7 @@
 #include <filesystem>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <limits>
 #include <sys/stat.h>
 
 namespace CleanCoreTests {
@@ -184,6 +186,26 @@ TEST_F(ICloudEvictorTests, releasableFiguresAreNeverNegative)
     EXPECT_EQ(item.appFileCount(), 2);
     EXPECT_EQ(item.releasableBytes(), 0);
     EXPECT_EQ(item.releasableFileCount(), 0);
+}
+
+TEST(TreeCountTest, figuresBeyondTheLargestStayAtIt)
+{
+    constexpr std::int64_t most = std::numeric_limits<std::int64_t>::max();
+    const CleanCore::EntryAttributes folder{CleanCore::EntryKind::folder, 0};
+    const CleanCore::EntryAttributes file{CleanCore::EntryKind::file, most / 2 + 1};
+    CleanCore::TreeCount count;
+    count.add({"/drive/x/A.app", folder});
+    count.add({"/drive/x/A.app/one", file});
+    count.add({"/drive/x/A.app/two", file});
+    count.add({"/drive/x/B.app", folder});
+    count.add({"/drive/x/B.app/one", file});
+    count.closeBundle();
+    EXPECT_EQ(count.bytes, most);
+    ASSERT_EQ(count.apps.size(), 2U);
+    EXPECT_EQ(count.apps[0].localBytes, most);
+    const ICloudItem item{"/drive/x", count.bytes, count.files, count.apps};
+    EXPECT_EQ(item.appBytes(), most);
+    EXPECT_EQ(item.releasableBytes(), 0);
 }
 
 TEST_F(ICloudEvictorTests, theDeadlineIsLookedAtBeforeAFolderAndEvery256Files)
