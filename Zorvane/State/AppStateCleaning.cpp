@@ -159,9 +159,10 @@ void AppState::performClean()
     setShowConfirmation(false);
 
     std::vector<CleaningSelection> ofFiles = m_selection.selections();
-    const auto firstOfTools = std::ranges::stable_partition(ofFiles, [](const auto& selection) {
-                                  return selection.rule.kind == RuleKind::fileSystem;
-                              }).begin();
+    const auto firstOfTools =
+        std::stable_partition(ofFiles.begin(), ofFiles.end(), [](const auto& selection) {
+            return selection.rule.kind == RuleKind::fileSystem;
+        });
     std::vector<CleaningSelection> ofTools(std::make_move_iterator(firstOfTools),
                                            std::make_move_iterator(ofFiles.end()));
     ofFiles.erase(firstOfTools, ofFiles.end());
