@@ -56,6 +56,7 @@ int show(int& argc, char** argv, const ApplicationOptions& options,
     QGuiApplication::setApplicationName(QStringLiteral("zorvane"));
     QGuiApplication::setApplicationDisplayName(QStringLiteral("Zorvane"));
     QGuiApplication::setApplicationVersion(QStringLiteral(ZORVANE_VERSION));
+    QGuiApplication::setWindowIcon(QIcon(QStringLiteral(":/Zorvane/Resources/zorvane.svg")));
     QGuiApplication::setDesktopFileName(QStringLiteral("io.github.zorvane.Zorvane"));
 
     // Sharper than the scene graph's own text, and the same with both ways of drawing.

@@ -3,6 +3,7 @@
 #include "CleanCore/Support/PathText.h"
 
 #include <QByteArray>
+#include <QCoreApplication>
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
@@ -52,6 +53,7 @@ void revealInFileManager(const std::vector<std::string>& paths)
     call << uris << startupId;
     auto* const watcher =
         new QDBusPendingCallWatcher(QDBusConnection::sessionBus().asyncCall(call));
+    watcher->setParent(QCoreApplication::instance());
     QObject::connect(watcher, &QDBusPendingCallWatcher::finished,
                      [paths](QDBusPendingCallWatcher* finished) {
                          if (finished->isError()) {

@@ -11,7 +11,7 @@ namespace Zorvane {
 namespace {
 
 constexpr int patience = 15'000; // milliseconds
-constexpr qint64 largestFeed = 256 * 1024;
+constexpr qint64 largestFeed = qint64{256} * 1024;
 
 } // namespace
 
