@@ -250,11 +250,11 @@ QVariant ICloudModel::data(const QModelIndex& index, int role) const
     case IsSelectedRole:
         return !isBusy && m_appState->icloudSelection().contains(m_paths[row]);
     default:
-        return isBusy ? QVariant() : itemData(items()[row], role);
+        return isBusy ? QVariant() : dataOfItem(items()[row], role);
     }
 }
 
-QVariant ICloudModel::itemData(const ICloudItem& item, int role) const
+QVariant ICloudModel::dataOfItem(const ICloudItem& item, int role) const
 {
     switch (role) {
     case AppsTextRole:

@@ -108,7 +108,7 @@ private:
     [[nodiscard]] bool showsSelection() const;
     [[nodiscard]] QString bytes(std::int64_t count) const;
     [[nodiscard]] QString count(std::int64_t number) const;
-    [[nodiscard]] QVariant itemData(const CleanCore::ICloudItem& item, int role) const;
+    [[nodiscard]] QVariant dataOfItem(const CleanCore::ICloudItem& item, int role) const;
     void updateRows();
     void refreshRows();
 

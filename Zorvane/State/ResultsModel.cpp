@@ -112,18 +112,18 @@ QVariant ResultsModel::data(const QModelIndex& index, int role) const
     }
     switch (place->kind) {
     case RowKind::category:
-        return categoryData(place->category, role);
+        return dataOfCategory(place->category, role);
     case RowKind::details:
-        return detailsData(place->category, role);
+        return dataOfDetails(place->category, role);
     case RowKind::item:
-        return itemData(*place, role);
+        return dataOfItem(*place, role);
     case RowKind::card:
         break;
     }
     return {};
 }
 
-QVariant ResultsModel::categoryData(std::size_t category, int role) const
+QVariant ResultsModel::dataOfCategory(std::size_t category, int role) const
 {
     const CategoryResult& result = m_appState->categories()[category];
     const bool isReviewRequired = result.rule.tier == RuleTier::reviewRequired;
@@ -152,7 +152,7 @@ QVariant ResultsModel::categoryData(std::size_t category, int role) const
     }
 }
 
-QVariant ResultsModel::detailsData(std::size_t category, int role) const
+QVariant ResultsModel::dataOfDetails(std::size_t category, int role) const
 {
     const CategoryResult& result = m_appState->categories()[category];
     switch (role) {
@@ -168,7 +168,7 @@ QVariant ResultsModel::detailsData(std::size_t category, int role) const
     }
 }
 
-QVariant ResultsModel::itemData(const Place& place, int role) const
+QVariant ResultsModel::dataOfItem(const Place& place, int role) const
 {
     const auto& item = m_appState->categories()[place.category].items[place.item];
     switch (role) {

@@ -85,9 +85,9 @@ private:
 
     [[nodiscard]] std::optional<Place> placeOf(int row) const;
     [[nodiscard]] std::size_t rowsBelowHeader(std::size_t category) const;
-    [[nodiscard]] QVariant categoryData(std::size_t category, int role) const;
-    [[nodiscard]] QVariant detailsData(std::size_t category, int role) const;
-    [[nodiscard]] QVariant itemData(const Place& place, int role) const;
+    [[nodiscard]] QVariant dataOfCategory(std::size_t category, int role) const;
+    [[nodiscard]] QVariant dataOfDetails(std::size_t category, int role) const;
+    [[nodiscard]] QVariant dataOfItem(const Place& place, int role) const;
     void rebuild();
     void refreshSelection();
     void updateSelectedLooks();

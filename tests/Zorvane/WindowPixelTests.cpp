@@ -12,12 +12,10 @@ namespace {
 constexpr QSize ordinary(1080, 760);
 
 const QColor background(7, 7, 12);
-const QColor primaryLight(167, 139, 250);
 const QColor danger(248, 113, 113);
 const QColor ofWhatsApp(52, 211, 153);
 const QColor ofCaches(139, 92, 246);
 const QColor ofDev(45, 212, 191);
-const QColor ofOther(96, 165, 250);
 
 void show(MainWindow& window, const std::string& screen, const std::string& state)
 {

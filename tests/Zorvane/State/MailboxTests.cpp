@@ -23,6 +23,7 @@ TEST(MailboxTest, RunsLettersOfManyThreadsOnTheReadersThreadInEachSendersOrder)
     const auto mainThread = std::this_thread::get_id();
     int strangers = 0;
     std::vector<std::jthread> threads;
+    threads.reserve(senders);
     for (int sender = 0; sender < senders; ++sender) {
         threads.emplace_back([&, sender] {
             for (int letter = 0; letter < letters; ++letter) {
