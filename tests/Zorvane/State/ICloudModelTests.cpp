@@ -45,7 +45,8 @@ struct MeasuredDrive
         for (int app = 1; app <= 5; ++app) {
             const std::string name = "App" + std::to_string(app) + ".app";
             work.push_back({name, EntryAttributes{EntryKind::folder, 0}});
-            work.push_back({name + "/binary", EntryAttributes{EntryKind::file, app * 1000}});
+            work.push_back(
+                {name + "/binary", EntryAttributes{EntryKind::file, std::int64_t{1000} * app}});
         }
         disk.trees[container] = {{"note.txt", EntryAttributes{EntryKind::file, 4000}}};
         model.setAppState(&state);
