@@ -37,7 +37,8 @@ ResultsRow {
         focus: true
         focusPolicy: row.controlFocusPolicy
         Accessible.role: Accessible.Button
-        Accessible.name: qsTr("%1, %2, %3").arg(row.title).arg(row.countText).arg(row.sizeText)
+        // The title goes in last: it may hold what looks like the place of another text.
+        Accessible.name: qsTr("%3, %1, %2").arg(row.countText).arg(row.sizeText).arg(row.title)
         Accessible.description: row.isExpanded ? qsTr("Expanded") : qsTr("Collapsed")
         Accessible.onPressAction: header.clicked()
         Keys.onReturnPressed: event => { if (!event.isAutoRepeat) header.clicked(); }

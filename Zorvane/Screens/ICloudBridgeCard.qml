@@ -106,7 +106,11 @@ ResultsRow {
                 small: true
                 cornerRadius: Theme.radiusCapsule
                 focusPolicy: card.controlFocusPolicy
-                onClicked: icloud.open()
+                onClicked: {
+                    // It goes once something is measured; the card is what stays.
+                    area.forceActiveFocus(visualFocus ? Qt.TabFocusReason : Qt.MouseFocusReason);
+                    icloud.open();
+                }
             }
 
             ScreenText {

@@ -43,8 +43,10 @@ Item {
         content.visible = false;
         content.destroy();
         content = null;
-        if (hadFocus)
-            previousFocus?.forceActiveFocus(focusReason);
+        if (hadFocus && previousFocus?.visible)
+            previousFocus.forceActiveFocus(focusReason);
+        else
+            fence.focus = false;
         previousFocus = null;
     }
 

@@ -1,9 +1,15 @@
 import QtQuick
 import Zorvane
 
-/// Covers the window while it finishes what it has in hand.
-Item {
+/// Covers the window while it finishes what it has in hand, and takes its input.
+FocusScope {
     id: overlay
+
+    Keys.onPressed: event => { event.accepted = true; }
+    onVisibleChanged: {
+        if (visible)
+            forceActiveFocus();
+    }
 
     Rectangle {
         anchors.fill: parent

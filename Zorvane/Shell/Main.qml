@@ -24,6 +24,12 @@ Window {
         window.appState.requestClose();
     }
 
+    // Nothing has the keyboard when what had it went while a menu or a sheet was open.
+    onActiveFocusItemChanged: {
+        if (active && activeFocusItem === contentItem)
+            screens.forceActiveFocus();
+    }
+
     Component.onCompleted: {
         Theme.animated = window.animated;
         window.appState.refreshPermissionState();
@@ -47,6 +53,8 @@ Window {
     }
 
     ScanView {
+        id: screens
+
         anchors.fill: parent
         appState: window.appState
         termsURL: LegalPages.termsURL

@@ -212,7 +212,7 @@ private:
     void setCleaningReport(std::optional<CleanCore::CleaningReport> report);
     void changeSelection(const std::function<void(CleanCore::SelectionState&)>& change);
     void publishResults(const CleanCore::SelectionState& results);
-    void finishClean(const CleanCore::CleaningReport& report, std::int64_t freed);
+    void finishClean(CleanCore::CleaningReport report, std::int64_t freed);
     void measureICloudChildren(std::vector<std::string> children);
     void handleMeasureProgress(const std::string& path, MeasureProgress progress);
     void handleMeasureResult(const CleanCore::ICloudEvictor::MeasureResult& result);

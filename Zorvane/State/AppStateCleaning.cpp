@@ -2,6 +2,7 @@
 #include "CleanCore/Commands/CommandCleanEngine.h"
 #include "CleanCore/Commands/CommandRunning.h"
 #include "CleanCore/Platform/FileManager.h"
+#include "CleanCore/Support/TaskPool.h"
 #include "Zorvane/State/AppState.h"
 #include "Zorvane/State/RuleDisplay.h"
 
@@ -24,8 +25,7 @@ struct CleanJob
     CleanCore::HomeEnvironment home;
     CleanCore::ToolLocations tools;
     std::shared_ptr<const CleanCore::CommandRunning> runner;
-    std::vector<CleaningSelection> ofFiles;
-    std::vector<CleaningSelection> ofTools;
+    CleanCore::SelectionState chosen;
 
     [[nodiscard]] std::int64_t volumeFreeBytes() const
     {
@@ -34,6 +34,15 @@ struct CleanJob
 
     [[nodiscard]] CleaningReport run(const std::stop_token& stop) const
     {
+        std::vector<CleaningSelection> ofFiles = chosen.selections();
+        const auto firstOfTools =
+            std::stable_partition(ofFiles.begin(), ofFiles.end(), [](const auto& selection) {
+                return selection.rule.kind == RuleKind::fileSystem;
+            });
+        const std::vector<CleaningSelection> ofTools(std::make_move_iterator(firstOfTools),
+                                                     std::make_move_iterator(ofFiles.end()));
+        ofFiles.erase(firstOfTools, ofFiles.end());
+
         const CleanCore::CleanEngine engine(home.home, home.fileManager,
                                             home.folders.protectedFolders);
         CleaningReport report = engine.clean(ofFiles, false, stop);
@@ -158,32 +167,26 @@ void AppState::performClean()
     emit isCleaningChanged();
     setShowConfirmation(false);
 
-    std::vector<CleaningSelection> ofFiles = m_selection.selections();
-    const auto firstOfTools =
-        std::stable_partition(ofFiles.begin(), ofFiles.end(), [](const auto& selection) {
-            return selection.rule.kind == RuleKind::fileSystem;
-        });
-    std::vector<CleaningSelection> ofTools(std::make_move_iterator(firstOfTools),
-                                           std::make_move_iterator(ofFiles.end()));
-    ofFiles.erase(firstOfTools, ofFiles.end());
     // Unlike a listing, what a tool has begun to remove it finishes.
     CleanJob job{m_environment.home, m_environment.tools, m_environment.commandRunner({}),
-                 std::move(ofFiles), std::move(ofTools)};
+                 m_selection};
     m_clean = std::jthread(
         [this, job = std::move(job), mailbox = m_mailbox](const std::stop_token& stop) {
             const std::int64_t before = job.volumeFreeBytes();
-            const CleaningReport report = job.run(stop);
+            CleaningReport report = job.run(stop);
             const std::int64_t after = job.volumeFreeBytes();
             const std::int64_t freed = std::max<std::int64_t>(0, after - before);
-            mailbox->post([this, report, freed] { finishClean(report, freed); });
+            mailbox->post([this, report = std::move(report), freed]() mutable {
+                finishClean(std::move(report), freed);
+            });
         });
 }
 
-void AppState::finishClean(const CleaningReport& report, std::int64_t freed)
+void AppState::finishClean(CleaningReport report, std::int64_t freed)
 {
     m_lastVisibleFreedBytes = freed;
     emit lastVisibleFreedBytesChanged();
-    setCleaningReport(report);
+    setCleaningReport(std::move(report));
     m_isCleaning = false;
     emit isCleaningChanged();
     closeWhenReady();
@@ -196,8 +199,12 @@ void AppState::closeReport()
 
 void AppState::setCleaningReport(std::optional<CleaningReport> report)
 {
-    m_cleaningReport = std::move(report);
+    std::swap(m_cleaningReport, report);
     emit cleaningReportChanged();
+    if (report) {
+        // So many paths take a while to be freed, and the main thread has other things to do.
+        m_environment.home.pool->submit([old = std::move(report)] {});
+    }
 }
 
 } // namespace Zorvane

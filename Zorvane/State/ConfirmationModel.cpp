@@ -20,14 +20,20 @@ void ConfirmationModel::setAppState(AppState* appState)
     emit appStateChanged();
 }
 
+QString ConfirmationModel::acknowledgement()
+{
+    return tr("I understand that the selected **review required** items (%1) may "
+              "**not be recoverable**.");
+}
+
 QString ConfirmationModel::acknowledgementText() const
 {
-    return styledText(m_acknowledgement);
+    return styledText(acknowledgement()).arg(m_reviewTitles.toHtmlEscaped());
 }
 
 QString ConfirmationModel::plainAcknowledgementText() const
 {
-    return plainText(m_acknowledgement);
+    return plainText(acknowledgement()).arg(m_reviewTitles);
 }
 
 int ConfirmationModel::rowCount(const QModelIndex& parent) const
@@ -84,9 +90,7 @@ void ConfirmationModel::rebuild()
         titles.push_back(category.title);
     }
     m_needsAcknowledgement = !titles.empty();
-    m_acknowledgement = tr("I understand that the selected **review required** items (%1) may "
-                           "**not be recoverable**.")
-                            .arg(titles.join(QStringLiteral(", ")));
+    m_reviewTitles = titles.join(QStringLiteral(", "));
     endResetModel();
     emit changed();
 }

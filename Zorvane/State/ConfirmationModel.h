@@ -53,6 +53,8 @@ private:
         QString sizeText;
     };
 
+    /// With the place of the titles, which may hold anything and are put in last.
+    [[nodiscard]] static QString acknowledgement();
     void rebuild();
 
     AppState* m_appState = nullptr;
@@ -60,7 +62,7 @@ private:
     QString m_totalText;
     QStringList m_warnings;
     bool m_needsAcknowledgement = false;
-    QString m_acknowledgement;
+    QString m_reviewTitles;
 };
 
 } // namespace Zorvane

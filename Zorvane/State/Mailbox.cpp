@@ -24,23 +24,30 @@ void Mailbox::post(Letter letter)
     }
     m_letters.push_back(std::move(letter));
     if (m_letters.size() == 1) {
-        // The counter cannot overflow: it is set to zero before the letters are taken.
+        // The counter cannot overflow: it is set to zero with the last letter that is taken.
         const std::uint64_t one = 1;
         [[maybe_unused]] const auto written = ::write(m_wakeUp.get(), &one, sizeof one);
     }
 }
 
-std::vector<Mailbox::Letter> Mailbox::takeAll()
+std::optional<Mailbox::Letter> Mailbox::takeFirst()
 {
-    std::uint64_t count = 0;
-    [[maybe_unused]] const auto read = ::read(m_wakeUp.get(), &count, sizeof count);
     const std::lock_guard lock(m_mutex);
-    return std::exchange(m_letters, {});
+    if (m_letters.empty()) {
+        return std::nullopt;
+    }
+    std::optional<Letter> first(std::move(m_letters.front()));
+    m_letters.pop_front();
+    if (m_letters.empty()) {
+        std::uint64_t count = 0;
+        [[maybe_unused]] const auto read = ::read(m_wakeUp.get(), &count, sizeof count);
+    }
+    return first;
 }
 
 void Mailbox::close()
 {
-    std::vector<Letter> dropped;
+    std::deque<Letter> dropped;
     const std::lock_guard lock(m_mutex);
     m_isClosed = true;
     dropped.swap(m_letters);
@@ -62,12 +69,14 @@ void MailboxReader::runLetters()
 {
     // A letter may end the application's state, and this reader with it.
     const QPointer<MailboxReader> self(this);
-    for (const Mailbox::Letter& letter : m_mailbox->takeAll()) {
-        if (!self) {
+    const auto end = std::chrono::steady_clock::now() + patience;
+    do {
+        const std::optional<Mailbox::Letter> letter = m_mailbox->takeFirst();
+        if (!letter) {
             return;
         }
-        letter();
-    }
+        (*letter)();
+    } while (self && std::chrono::steady_clock::now() < end);
 }
 
 } // namespace Zorvane

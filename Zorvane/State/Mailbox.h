@@ -4,16 +4,18 @@
 
 #include <QObject>
 #include <QSocketNotifier>
+#include <chrono>
+#include <deque>
 #include <functional>
 #include <memory>
 #include <mutex>
-#include <vector>
+#include <optional>
 
 namespace Zorvane {
 
 /// The one way from a worker to the main thread: letters, which are closures that hold all they
-/// need by value, run there in the order in which they were posted. Letters that pile up while the
-/// main thread is busy cost it one wake-up.
+/// need by value, run there in the order in which they were posted. However many pile up, the main
+/// thread gets to its other events every few milliseconds.
 ///
 /// Workers hold the box by shared_ptr and may outlive its reader: what they post then is dropped.
 /// Posting is safe from any thread and touches nothing of Qt's.
@@ -29,12 +31,14 @@ public:
 
 private:
     friend class MailboxReader;
-    [[nodiscard]] std::vector<Letter> takeAll();
+    /// The oldest letter, if there is one.
+    [[nodiscard]] std::optional<Letter> takeFirst();
     void close();
 
+    /// Readable while there are letters.
     CleanCore::FileDescriptor m_wakeUp;
     std::mutex m_mutex;
-    std::vector<Letter> m_letters;
+    std::deque<Letter> m_letters;
     bool m_isClosed = false;
 };
 
@@ -44,6 +48,9 @@ class MailboxReader : public QObject
 {
     Q_OBJECT
 public:
+    /// After this long other events get their turn. Half of what a frame has.
+    static constexpr std::chrono::milliseconds patience{8};
+
     explicit MailboxReader(std::shared_ptr<Mailbox> mailbox, QObject* parent = nullptr);
     ~MailboxReader() override;
 

@@ -31,18 +31,26 @@ Plane rowsBlurredAndTransposed(const Plane& plane, std::span<const float> weight
     const auto height = static_cast<std::size_t>(plane.height);
     Plane result{plane.height, plane.width, std::vector<float>(plane.values.size())};
     std::vector<float> row(width + 2 * reach);
+    std::vector<float> blurred(width);
+    std::span<const float> previous;
     for (std::size_t y = 0; y < height; ++y) {
         const std::span<const float> source(plane.values.data() + y * width, width);
-        std::fill_n(row.begin(), reach, source.front());
-        const auto after = std::copy(source.begin(), source.end(),
-                                     row.begin() + static_cast<std::ptrdiff_t>(reach));
-        std::fill(after, row.end(), source.back());
-        for (std::size_t x = 0; x < width; ++x) {
-            float sum = 0;
-            for (std::size_t i = 0; i < weights.size(); ++i)
-                sum += weights[i] * row[x + i];
-            result.values[x * height + y] = sum;
+        // Most rows of a shape are like the one above.
+        if (!std::ranges::equal(source, previous)) {
+            std::fill_n(row.begin(), reach, source.front());
+            const auto after = std::copy(source.begin(), source.end(),
+                                         row.begin() + static_cast<std::ptrdiff_t>(reach));
+            std::fill(after, row.end(), source.back());
+            std::ranges::fill(blurred, 0.0F);
+            for (std::size_t i = 0; i < weights.size(); ++i) {
+                const float* const shifted = row.data() + i;
+                for (std::size_t x = 0; x < width; ++x)
+                    blurred[x] += weights[i] * shifted[x];
+            }
+            previous = source;
         }
+        for (std::size_t x = 0; x < width; ++x)
+            result.values[x * height + y] = blurred[x];
     }
     return result;
 }

@@ -1,4 +1,5 @@
 import QtQuick
+import QtQuick.Window
 import Zorvane
 
 /// Turns while something goes on whose end is not known.
@@ -13,6 +14,8 @@ Item {
     property int controlSize: Spinner.Small
     property color color: Theme.primary
 
+    /// Not while nobody can see it: each turn costs processor time.
+    readonly property bool turns: visible && Theme.animated && Window.visibility !== Window.Minimized
     readonly property int side: controlSize === Spinner.Large ? 36 : 16
 
     implicitWidth: side
@@ -27,7 +30,7 @@ Item {
         lineWidth: spinner.controlSize === Spinner.Large ? 3.5 : 2
 
         NumberAnimation on angle {
-            running: spinner.visible && Theme.animated
+            running: spinner.turns
             from: 0
             to: 360
             duration: Theme.spinDuration

@@ -281,6 +281,21 @@ TEST(Theme, EverySymbolIsDrawnInItsTint)
         provider.requestImage(QStringLiteral("no.such?ffffffff"), &size, QSize(26, 26)).isNull());
 }
 
+TEST(Spinner, TurnsOnlyWhereItCanBeSeen)
+{
+    const Stage stage(QStringLiteral("Spinner { objectName: \"spinner\"\n"
+                                     "Component.onCompleted: Theme.animated = true }"));
+    QQuickItem& spinner = stage.item(QStringLiteral("spinner"));
+    const auto turns = [&] { return spinner.property("turns").toBool(); };
+    EXPECT_TRUE(turns());
+    stage.window().setWindowState(Qt::WindowMinimized);
+    EXPECT_FALSE(turns());
+    stage.window().setWindowState(Qt::WindowNoState);
+    EXPECT_TRUE(turns());
+    spinner.setVisible(false);
+    EXPECT_FALSE(turns());
+}
+
 TEST(GaussianBlur, SpreadsAPointByItsRadiusAndLosesNothing)
 {
     Zorvane::Plane plane{61, 61, std::vector<float>(61 * 61)};

@@ -135,6 +135,8 @@ esac''')
 
         program.click("Close", "push button")
         program.see("Finishing the item in hand, then closing…")
+        program.key("Tab", "Down")
+        self.assertEqual(program.focused(), [])
         self.assertFalse(self.deleted.exists())
         gate.write_text("")
         self.assertEqual(program.wait_for_end(), 0)

@@ -144,6 +144,9 @@ class ICloudTests(WindowTest):
         program.see("Nothing downloaded — your iCloud Drive is already optimized.")
         program.key("Escape")
         program.see("Zero KB")
+        # The button that opened the sheet is no longer there.
+        program.see_no("Measure")
+        program.wait_for(lambda: program.has_focus("iCloud Drive"), "the keyboard on the card")
         self.close(program)
 
 

@@ -6,6 +6,7 @@ import unittest
 
 from driving import DESKTOP
 from window_test import WindowTest, byte_count, header
+from support import rule
 
 SCRIPT = "#!/bin/sh\n"
 
@@ -44,6 +45,42 @@ class ScanTests(WindowTest):
         self.scan_in_window(program)
         program.see("Selected: 4 KB")
         # The first tool still waits; closing ends it.
+        self.close(program)
+
+    def test_the_keyboard_comes_back_to_a_screen_that_changed_below_a_sheet_or_a_menu(self):
+        (self.home / ".cache").mkdir()
+        self.file("home/area/item", b"x" * 4096)
+        tool = self.home / ".tools/usr/bin/tmutil"
+        tool.parent.mkdir(parents=True)
+        answer = self.world / "answer"
+        os.mkfifo(answer)
+        tool.write_text(SCRIPT + f"cat {answer}\n")
+        tool.chmod(0o755)
+        catalog = self.catalog(rule("cache-a", ["~/area"]),
+                               rule("tm-local-snapshots", [], "B", kind="command"))
+        program = self.start("--tools", self.home / ".tools", "--catalog", catalog)
+        program.click("Scan my Mac")
+        program.see("Cancel")
+        program.click("Menu")
+        program.click("About Zorvane")
+        program.see(lambda name: name.startswith("Version "))
+        answer.write_text("")
+        program.wait_for(
+            lambda: "Rescan" in [thing.get_name() for thing in program.everything_below()],
+            "the results below the sheet")
+        program.key("Escape")
+        program.wait_for(lambda: program.has_focus("cache-a, 1 items, 4 KB"),
+                         "the keyboard on the results")
+
+        program.click("Rescan")
+        program.see("Cancel")
+        program.click("Menu")
+        program.see("About Zorvane")
+        answer.write_text("")
+        program.see("Rescan")
+        program.key("Escape")
+        program.wait_for(lambda: program.has_focus("cache-a, 1 items, 4 KB"),
+                         "the keyboard on the results")
         self.close(program)
 
     def test_choosing_by_mouse_and_by_keyboard(self):
@@ -99,10 +136,10 @@ class ScanTests(WindowTest):
         (self.home / ".cache").mkdir()
         self.file("home/area/<b>bold <img src=x>\n\u202egpj.exe", b"x" * 4096)
         program = self.start("--catalog", self.catalog(
-            dict(id="cache-<i>x", tier="A", kind="fileSystem", titleKey="", basePaths=["~/area"],
+            dict(id="cache-<i>%1%2&x", tier="A", kind="fileSystem", titleKey="", basePaths=["~/area"],
                  minAgeDays=0, exclusions=[])))
         self.scan_in_window(program)
-        program.click("cache-<i>x, 1 items, 4 KB")
+        program.click("cache-<i>%1%2&x, 1 items, 4 KB")
         program.see(f"{self.home}/area/<b>bold <img src=x>⟨U+000A⟩⟨U+202E⟩gpj.exe", "check box")
         self.close(program)
 

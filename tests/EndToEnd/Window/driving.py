@@ -90,6 +90,11 @@ class Program:
                 return self._everything(thing)
         return things
 
+    def everything_below(self):
+        """All that is showing, whether or not there is a dialog above it."""
+        self.application.clear_cache()
+        return self._everything(self.application)
+
     def _everything(self, root):
         found = []
 
@@ -196,6 +201,11 @@ class Program:
 
     def has_focus(self, name):
         return self.has_state(name, Atspi.StateType.FOCUSED)
+
+    def focused(self):
+        """The names of all that has the keyboard, scopes included."""
+        return [thing.get_name() for thing in self.everything()
+                if thing.get_state_set().contains(Atspi.StateType.FOCUSED)]
 
     def key(self, *keys):
         DESKTOP.run("xdotool", "key", *keys)

@@ -97,6 +97,19 @@ TEST(AppStateCleaningTest, BindingsOutliveTheirScanAndTheState)
     EXPECT_FALSE(item.get());
 }
 
+TEST(AppStateCleaningTest, RemovesWhatWasChosenWhenItBegan)
+{
+    ScriptedApplication application;
+    application.addArea("cache-a", RuleTier::safe, {1, 2});
+    AppState state(application.environment());
+    scan(state);
+    state.itemBinding("cache-a", ScriptedApplication::itemPath("cache-a", 0)).set(false);
+    state.performClean();
+    state.selectAll("cache-a");
+    waitUntil([&] { return !state.isCleaning(); });
+    EXPECT_EQ(removedPaths(state), (Strings{ScriptedApplication::itemPath("cache-a", 1)}));
+}
+
 TEST(AppStateCleaningTest, WarnsOfChosenReviewAreasThatHaveAText)
 {
     ScriptedApplication application;

@@ -32,7 +32,7 @@ TEST(ConfirmationModelTest, ListsAreasWithChosenBytesAndFollowsTheSelection)
     application.addArea("cache-a", RuleTier::safe, {300, 200});
     application.addArea("dev-b", RuleTier::reviewRequired, {40});
     application.addArea("dev-c", RuleTier::reviewRequired, {0});
-    application.texts = {{"rule.dev-b.title", "Builds <b>B</b>"},
+    application.texts = {{"rule.dev-b.title", "Builds <b>B</b> **%1**"},
                          {"category.warning.dev-b", "Takes long to build again."}};
     AppState state(application.environment());
     scan(state);
@@ -47,16 +47,17 @@ TEST(ConfirmationModelTest, ListsAreasWithChosenBytesAndFollowsTheSelection)
     state.selectAll("dev-c");
     state.selectAll("dev-b");
     state.itemBinding("cache-a", ScriptedApplication::itemPath("cache-a", 1)).set(false);
-    EXPECT_EQ(rowTexts(model), (Strings{"cache-a 300 bytes", "Builds <b>B</b> (review) 40 bytes"}));
+    EXPECT_EQ(rowTexts(model),
+              (Strings{"cache-a 300 bytes", "Builds <b>B</b> **%1** (review) 40 bytes"}));
     EXPECT_EQ(model.totalText(), QStringLiteral("340 bytes"));
     EXPECT_EQ(model.warnings(), (QStringList{QStringLiteral("Takes long to build again.")}));
     EXPECT_TRUE(model.needsAcknowledgement());
     EXPECT_EQ(model.plainAcknowledgementText(),
               QStringLiteral("I understand that the selected review required items (Builds "
-                             "<b>B</b>, dev-c) may not be recoverable."));
+                             "<b>B</b> **%1**, dev-c) may not be recoverable."));
     EXPECT_EQ(model.acknowledgementText(),
               QStringLiteral("I understand that the selected <b>review required</b> items (Builds "
-                             "&lt;b&gt;B&lt;/b&gt;, dev-c) may <b>not be recoverable</b>."));
+                             "&lt;b&gt;B&lt;/b&gt; **%1**, dev-c) may <b>not be recoverable</b>."));
 
     state.deselectAll("cache-a");
     state.deselectAll("dev-b");

@@ -2,8 +2,10 @@
 #include "tests/Zorvane/Support/ScriptedApplication.h"
 
 #include <QCoreApplication>
+#include <chrono>
 #include <gtest/gtest.h>
 #include <memory>
+#include <string>
 #include <thread>
 #include <vector>
 
@@ -46,6 +48,29 @@ TEST(MailboxTest, RunsLettersOfManyThreadsOnTheReadersThreadInEachSendersOrder)
     for (const auto& one : received) {
         EXPECT_TRUE(std::ranges::is_sorted(one));
     }
+}
+
+TEST(MailboxTest, LetsOtherEventsHaveTheirTurnBetweenLetters)
+{
+    const auto mailbox = std::make_shared<Mailbox>();
+    const MailboxReader reader(mailbox);
+    QObject receiver;
+    std::string order;
+    const auto takeLong = [] {
+        const auto end = std::chrono::steady_clock::now() + 2 * MailboxReader::patience;
+        while (std::chrono::steady_clock::now() < end) {
+        }
+    };
+    mailbox->post([&] {
+        QMetaObject::invokeMethod(
+            &receiver, [&] { order += "event "; }, Qt::QueuedConnection);
+        takeLong();
+        order += "first ";
+    });
+    mailbox->post([&] { order += "second "; });
+    mailbox->post([&] { order += "last"; });
+    waitUntil([&] { return order.ends_with("last"); });
+    EXPECT_EQ(order, "first event second last");
 }
 
 TEST(MailboxTest, DropsWhatComesAfterItsReaderHasGone)
