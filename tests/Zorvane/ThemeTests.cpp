@@ -298,15 +298,19 @@ TEST(Spinner, TurnsOnlyWhereItCanBeSeen)
 
 TEST(GaussianBlur, SpreadsAPointByItsRadiusAndLosesNothing)
 {
-    Zorvane::Plane plane{61, 61, std::vector<float>(61 * 61)};
-    plane.values[30 * 61 + 30] = 1;
+    constexpr int side = 61;
+    const auto at = [](int x, int y) {
+        return static_cast<std::size_t>(y) * side + static_cast<std::size_t>(x);
+    };
+    Zorvane::Plane plane{side, side, std::vector<float>(at(0, side))};
+    plane.values[at(30, 30)] = 1;
     const Zorvane::Plane blurred = Zorvane::gaussianBlurred(plane, 6);
     double sum = 0;
     double varianceX = 0;
     double varianceY = 0;
-    for (int y = 0; y < 61; ++y) {
-        for (int x = 0; x < 61; ++x) {
-            const double value = blurred.values[static_cast<std::size_t>(y * 61 + x)];
+    for (int y = 0; y < side; ++y) {
+        for (int x = 0; x < side; ++x) {
+            const double value = blurred.values[at(x, y)];
             sum += value;
             varianceX += value * (x - 30) * (x - 30);
             varianceY += value * (y - 30) * (y - 30);

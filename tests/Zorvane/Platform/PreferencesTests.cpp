@@ -42,7 +42,7 @@ TEST(PreferencesTest, ReplacesTheFileInsteadOfWritingIntoIt)
 TEST(PreferencesTest, AFileThatIsNoneOfOursCountsAsEmpty)
 {
     const TemporaryFolder folder;
-    folder.makeFile("garbage.ini", std::string("\0\xFF[[[\n=\n", 9));
+    folder.makeFile("garbage.ini", std::string("\0\xFF[[[\n=\n", 8));
     EXPECT_FALSE(Preferences(in(folder, "garbage.ini")).acceptedTermsVersion());
     folder.makeFolder("folder.ini");
     EXPECT_FALSE(Preferences(in(folder, "folder.ini")).acceptedTermsVersion());

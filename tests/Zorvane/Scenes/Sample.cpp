@@ -1,5 +1,7 @@
 #include "tests/Zorvane/Scenes/Sample.h"
 
+#include "CleanCore/Support/PathText.h"
+
 namespace ZorvaneTests::Sample {
 
 using CleanCore::EntryAttributes;
@@ -28,7 +30,7 @@ void addFolder(ScriptedApplication& application, const std::string& id, RuleTier
     application.catalog.rules.push_back(rule);
     for (const auto& [name, bytes] : items) {
         application.disk->folders[base].names.push_back(name);
-        application.disk->measures[base + '/' + name].sizeBytes = bytes;
+        application.disk->measures[CleanCore::PathText::join(base, name)].sizeBytes = bytes;
     }
     application.disk->folders[base];
 }

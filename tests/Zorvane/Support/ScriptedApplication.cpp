@@ -1,6 +1,7 @@
 #include "tests/Zorvane/Support/ScriptedApplication.h"
 
 #include "CleanCore/Platform/Removal.h"
+#include "CleanCore/Support/PathText.h"
 #include "CleanCore/Support/TaskPool.h"
 
 #include <QCoreApplication>
@@ -77,7 +78,7 @@ std::optional<CleanCore::EntryAttributes> ScriptedDisk::attributes(const std::st
 {
     for (const auto& [folder, entries] : trees) {
         for (const auto& [name, attributes] : entries) {
-            if (folder + '/' + name == path) {
+            if (CleanCore::PathText::join(folder, name) == path) {
                 return attributes;
             }
         }
@@ -97,7 +98,7 @@ bool ScriptedDisk::visitTree(const std::string& path, const CleanCore::TreeVisit
         return false;
     }
     for (const auto& [name, attributes] : tree->second) {
-        const std::string entry = path + '/' + name;
+        const std::string entry = CleanCore::PathText::join(path, name);
         if (!visit({entry, attributes})) {
             break;
         }
