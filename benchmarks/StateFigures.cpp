@@ -25,7 +25,6 @@
 
 namespace {
 
-using CleanCore::CategoryResult;
 using CleanCore::CleaningRule;
 using Clock = std::chrono::steady_clock;
 
@@ -89,7 +88,7 @@ CleaningRule rule(const std::string& id, const std::string& base)
     return rule;
 }
 
-Zorvane::Environment environment(std::shared_ptr<const CleanCore::FileManager> disk,
+Zorvane::Environment environment(const std::shared_ptr<const CleanCore::FileManager>& disk,
                                  CleanCore::RulesCatalog catalog)
 {
     CleanCore::HomeEnvironment home;
@@ -172,7 +171,6 @@ void timeLargeAreas()
     });
     time("selectedBytes()", [&] { (void)state.selection().selectedBytes(); });
     time("selections()", [&] { (void)state.selection().selections(); });
-    time("the selection copied", [&] { const auto copy = state.selection(); });
 }
 
 void timeScan(const std::string& folder)
