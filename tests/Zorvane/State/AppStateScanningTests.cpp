@@ -87,13 +87,13 @@ TEST(AppStateScanningTest, AScanThatFindsNothingEndsInResults)
 TEST(AppStateScanningTest, ABrokenCatalogLeadsBackToReady)
 {
     ScriptedApplication application;
-    application.isCatalogBroken = true;
+    *application.isCatalogBroken = true;
     AppState state(application.environment());
     state.startScan();
     EXPECT_EQ(state.phase(), Phase::scanning);
     waitUntil([&] { return state.phase() == Phase::ready; });
     // And it may be mended.
-    application.isCatalogBroken = false;
+    *application.isCatalogBroken = false;
     scan(state);
 }
 

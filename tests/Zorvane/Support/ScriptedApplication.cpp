@@ -147,8 +147,8 @@ Zorvane::Environment ScriptedApplication::environment()
         .tools = CleanCore::ToolLocations::ofSystem(),
         .commandRunner = [runner](const std::stop_token& /*stop*/) { return runner; },
         .loadCatalog =
-            [this, given = catalog] {
-                if (isCatalogBroken) {
+            [isBroken = isCatalogBroken, given = catalog] {
+                if (*isBroken) {
                     throw std::runtime_error("no catalog");
                 }
                 return given;

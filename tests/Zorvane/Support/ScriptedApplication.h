@@ -72,7 +72,8 @@ struct ScriptedApplication
     std::shared_ptr<ScriptedDisk> disk = std::make_shared<ScriptedDisk>();
     std::shared_ptr<CleanCore::TaskPool> pool;
     CleanCore::RulesCatalog catalog;
-    bool isCatalogBroken = false;
+    /// Shared with scans, which may outlive the test.
+    std::shared_ptr<std::atomic<bool>> isCatalogBroken = std::make_shared<std::atomic<bool>>(false);
     CleanCoreTests::ScriptedCommandRunner::Script script;
     /// Called with each run of a tool, on the thread that runs it.
     std::function<void()> whenToolRuns;
