@@ -137,6 +137,22 @@ class ICloudTests(WindowTest):
         program.key("Escape")
         self.close(program)
 
+    def test_opens_the_folder_of_the_apps_where_there_is_no_file_manager(self):
+        opener = self.world / "bin/xdg-open"
+        opener.parent.mkdir()
+        opener.write_text(f'#!/bin/sh\necho "$1" >> {self.world}/opened\n')
+        opener.chmod(0o755)
+        program = self.start_and_measure(PATH=f"{opener.parent}:{DESKTOP.environment['PATH']}")
+        program.see("Rescan")
+        program.click("Tools", "check box")
+        program.click("Show in Finder")
+        opened = self.world / "opened"
+        program.wait_for(lambda: opened.exists() and opened.read_text(), "the opened folder")
+        folder = urllib.parse.unquote(opened.read_text().strip()).removeprefix("file://")
+        self.assertEqual(folder.rstrip("/"), str(self.container / "Tools"))
+        program.key("Escape")
+        self.close(program)
+
     def test_an_empty_drive_says_so(self):
         for path in sorted(self.container.iterdir()):
             path.rename(self.world / path.name)
