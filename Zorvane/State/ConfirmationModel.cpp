@@ -6,18 +6,11 @@
 
 namespace Zorvane {
 
-ConfirmationModel::ConfirmationModel(QObject* parent) : QAbstractListModel(parent) {}
-
-void ConfirmationModel::setAppState(AppState* appState)
+void ConfirmationModel::follow(AppState& appState)
 {
-    if (m_appState != nullptr) {
-        m_appState->disconnect(this);
-    }
-    m_appState = appState;
-    connect(appState, &AppState::categoriesChanged, this, &ConfirmationModel::rebuild);
-    connect(appState, &AppState::selectionChanged, this, &ConfirmationModel::rebuild);
+    connect(&appState, &AppState::categoriesChanged, this, &ConfirmationModel::rebuild);
+    connect(&appState, &AppState::selectionChanged, this, &ConfirmationModel::rebuild);
     rebuild();
-    emit appStateChanged();
 }
 
 QString ConfirmationModel::acknowledgement()
@@ -69,24 +62,24 @@ QHash<int, QByteArray> ConfirmationModel::roleNames() const
 void ConfirmationModel::rebuild()
 {
     beginResetModel();
-    const ByteCountFormatter& formatter = m_appState->byteCountFormatter();
+    const ByteCountFormatter& formatter = appState()->byteCountFormatter();
     m_rows.clear();
-    for (std::size_t category = 0; category < m_appState->categories().size(); ++category) {
-        const CleanCore::CleaningRule& rule = m_appState->categories()[category].rule;
-        const std::int64_t bytes = m_appState->selectedBytes(category);
+    for (std::size_t category = 0; category < appState()->categories().size(); ++category) {
+        const CleanCore::CleaningRule& rule = appState()->categories()[category].rule;
+        const std::int64_t bytes = appState()->selectedBytes(category);
         if (bytes >= 1) {
-            m_rows.push_back({RuleDisplay::title(rule.id, m_appState->texts()),
+            m_rows.push_back({RuleDisplay::title(rule.id, appState()->texts()),
                               rule.tier == CleanCore::RuleTier::reviewRequired,
                               formatter.string(bytes)});
         }
     }
-    m_totalText = formatter.string(m_appState->selection().selectedBytes());
+    m_totalText = formatter.string(appState()->selection().selectedBytes());
     m_warnings.clear();
-    for (const QString& warning : m_appState->selectedTierBWarnings()) {
+    for (const QString& warning : appState()->selectedTierBWarnings()) {
         m_warnings.push_back(warning);
     }
     QStringList titles;
-    for (const AppState::TierBCategory& category : m_appState->selectedTierBCategories()) {
+    for (const AppState::TierBCategory& category : appState()->selectedTierBCategories()) {
         titles.push_back(category.title);
     }
     m_needsAcknowledgement = !titles.empty();

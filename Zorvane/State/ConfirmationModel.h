@@ -1,22 +1,19 @@
 #pragma once
 
-#include <QAbstractListModel>
+#include "Zorvane/State/StateListModel.h"
+
 #include <QStringList>
 #include <QtQml/qqmlregistration.h>
 #include <vector>
 
 namespace Zorvane {
 
-class AppState;
-
 /// What a clean is about to remove: one row for each area of which at least one byte is chosen, in
 /// the order of the results. It follows the selection. Main thread only.
-class ConfirmationModel : public QAbstractListModel
+class ConfirmationModel : public Zorvane::StateListModel
 {
     Q_OBJECT
     QML_ELEMENT
-    Q_PROPERTY(
-        Zorvane::AppState* appState READ appState WRITE setAppState NOTIFY appStateChanged REQUIRED)
     Q_PROPERTY(QString totalText READ totalText NOTIFY changed)
     Q_PROPERTY(QStringList warnings READ warnings NOTIFY changed)
     /// Whether something is chosen that wants to be reviewed.
@@ -27,10 +24,8 @@ class ConfirmationModel : public QAbstractListModel
 public:
     enum Role { TitleRole = Qt::UserRole + 1, IsReviewRequiredRole, SizeTextRole };
 
-    explicit ConfirmationModel(QObject* parent = nullptr);
+    using StateListModel::StateListModel;
 
-    [[nodiscard]] AppState* appState() const { return m_appState; }
-    void setAppState(AppState* appState);
     [[nodiscard]] QString totalText() const { return m_totalText; }
     [[nodiscard]] QStringList warnings() const { return m_warnings; }
     [[nodiscard]] bool needsAcknowledgement() const { return m_needsAcknowledgement; }
@@ -41,9 +36,8 @@ public:
     [[nodiscard]] QVariant data(const QModelIndex& index, int role) const override;
     [[nodiscard]] QHash<int, QByteArray> roleNames() const override;
 
-signals:
-    void appStateChanged();
-    void changed();
+protected:
+    void follow(AppState& appState) override;
 
 private:
     struct Row
@@ -57,7 +51,6 @@ private:
     [[nodiscard]] static QString acknowledgement();
     void rebuild();
 
-    AppState* m_appState = nullptr;
     std::vector<Row> m_rows;
     QString m_totalText;
     QStringList m_warnings;

@@ -26,51 +26,44 @@ std::vector<ICloudAppBundle> firstOf(std::vector<ICloudAppBundle> apps)
 
 } // namespace
 
-ICloudModel::ICloudModel(QObject* parent) : QAbstractListModel(parent) {}
-
-void ICloudModel::setAppState(AppState* appState)
+void ICloudModel::follow(AppState& appState)
 {
-    if (m_appState != nullptr) {
-        m_appState->disconnect(this);
-    }
-    m_appState = appState;
-    connect(appState, &AppState::icloudItemsChanged, this, &ICloudModel::updateRows);
-    connect(appState, &AppState::icloudBusyFoldersChanged, this, &ICloudModel::updateRows);
-    connect(appState, &AppState::icloudSelectionChanged, this, &ICloudModel::refreshRows);
-    connect(appState, &AppState::icloudReleasedPathsChanged, this, &ICloudModel::refreshRows);
-    connect(appState, &AppState::icloudPendingChanged, this, &ICloudModel::changed);
-    connect(appState, &AppState::icloudMeasuredChanged, this, &ICloudModel::changed);
-    connect(appState, &AppState::icloudEvictProgressChanged, this, &ICloudModel::changed);
-    connect(appState, &AppState::icloudEvictReportChanged, this, &ICloudModel::changed);
-    connect(appState, &AppState::isEvictingChanged, this, &ICloudModel::changed);
+    connect(&appState, &AppState::icloudItemsChanged, this, &ICloudModel::updateRows);
+    connect(&appState, &AppState::icloudBusyFoldersChanged, this, &ICloudModel::updateRows);
+    connect(&appState, &AppState::icloudSelectionChanged, this, &ICloudModel::refreshRows);
+    connect(&appState, &AppState::icloudReleasedPathsChanged, this, &ICloudModel::refreshRows);
+    connect(&appState, &AppState::icloudPendingChanged, this, &ICloudModel::changed);
+    connect(&appState, &AppState::icloudMeasuredChanged, this, &ICloudModel::changed);
+    connect(&appState, &AppState::icloudEvictProgressChanged, this, &ICloudModel::changed);
+    connect(&appState, &AppState::icloudEvictReportChanged, this, &ICloudModel::changed);
+    connect(&appState, &AppState::isEvictingChanged, this, &ICloudModel::changed);
     updateRows();
-    emit appStateChanged();
 }
 
 const std::vector<ICloudItem>& ICloudModel::items() const
 {
     static const std::vector<ICloudItem> none;
-    return isMeasured() ? *m_appState->icloudItems() : none;
+    return isMeasured() ? *appState()->icloudItems() : none;
 }
 
 QString ICloudModel::bytes(std::int64_t count) const
 {
-    return m_appState->byteCountFormatter().string(count);
+    return appState()->byteCountFormatter().string(count);
 }
 
 QString ICloudModel::count(std::int64_t number) const
 {
-    return m_appState->byteCountFormatter().count(number);
+    return appState()->byteCountFormatter().count(number);
 }
 
 bool ICloudModel::isMeasured() const
 {
-    return m_appState != nullptr && m_appState->icloudItems().has_value();
+    return appState() != nullptr && appState()->icloudItems().has_value();
 }
 
 bool ICloudModel::isMeasuring() const
 {
-    return m_appState != nullptr && m_appState->icloudPending() >= 1;
+    return appState() != nullptr && appState()->icloudPending() >= 1;
 }
 
 QString ICloudModel::measuringText() const
@@ -78,24 +71,24 @@ QString ICloudModel::measuringText() const
     if (!isMeasuring()) {
         return {};
     }
-    if (m_appState->icloudMeasuredFiles() < 1) {
-        return tr("Measuring… %1 folders left").arg(count(m_appState->icloudPending()));
+    if (appState()->icloudMeasuredFiles() < 1) {
+        return tr("Measuring… %1 folders left").arg(count(appState()->icloudPending()));
     }
     return tr("Measuring… %1 files seen · %2 on this Mac so far")
-        .arg(count(m_appState->icloudMeasuredFiles()), bytes(m_appState->icloudMeasuredBytes()));
+        .arg(count(appState()->icloudMeasuredFiles()), bytes(appState()->icloudMeasuredBytes()));
 }
 
 QString ICloudModel::downloadedText() const
 {
-    return m_appState == nullptr ? QString() : bytes(m_appState->icloudDownloadedBytes());
+    return appState() == nullptr ? QString() : bytes(appState()->icloudDownloadedBytes());
 }
 
 QString ICloudModel::freeingText() const
 {
-    if (m_appState == nullptr || !m_appState->icloudEvictProgress()) {
+    if (appState() == nullptr || !appState()->icloudEvictProgress()) {
         return {};
     }
-    const AppState::EvictProgress& progress = *m_appState->icloudEvictProgress();
+    const AppState::EvictProgress& progress = *appState()->icloudEvictProgress();
     return tr("Freeing %1 of %2 — %3… iCloud is removing the downloads; large folders take a "
               "while.")
         .arg(count(progress.index), count(progress.total), displayText(progress.name));
@@ -103,17 +96,17 @@ QString ICloudModel::freeingText() const
 
 bool ICloudModel::isEmpty() const
 {
-    return m_appState != nullptr && items().empty() && m_appState->icloudBusyFolders().empty() &&
+    return appState() != nullptr && items().empty() && appState()->icloudBusyFolders().empty() &&
            !isMeasuring();
 }
 
 QString ICloudModel::busyText() const
 {
-    if (m_appState == nullptr || isMeasuring() || m_appState->icloudBusyFolders().empty()) {
+    if (appState() == nullptr || isMeasuring() || appState()->icloudBusyFolders().empty()) {
         return {};
     }
     QStringList names;
-    for (const std::string& folder : m_appState->icloudBusyFolders()) {
+    for (const std::string& folder : appState()->icloudBusyFolders()) {
         names.push_back(displayName(folder));
     }
     return tr("“%1” went past 90 seconds and measuring was stopped. This usually happens for a few "
@@ -123,42 +116,42 @@ QString ICloudModel::busyText() const
 
 QString ICloudModel::selectedText() const
 {
-    return m_appState == nullptr ? QString() : bytes(m_appState->icloudSelectedBytes());
+    return appState() == nullptr ? QString() : bytes(appState()->icloudSelectedBytes());
 }
 
 bool ICloudModel::hasSelectedBytes() const
 {
-    return m_appState != nullptr && m_appState->icloudSelectedBytes() != 0;
+    return appState() != nullptr && appState()->icloudSelectedBytes() != 0;
 }
 
 bool ICloudModel::canEvict() const
 {
-    return hasSelectedBytes() && !m_appState->isEvicting() && !isMeasuring();
+    return hasSelectedBytes() && !appState()->isEvicting() && !isMeasuring();
 }
 
 bool ICloudModel::showsSelection() const
 {
-    return m_appState != nullptr && !hasReport() && !isMeasuring() && !m_appState->isEvicting();
+    return appState() != nullptr && !hasReport() && !isMeasuring() && !appState()->isEvicting();
 }
 
 QString ICloudModel::beforeFreeingText() const
 {
-    if (!showsSelection() || m_appState->icloudSelectedBytes() < 1) {
+    if (!showsSelection() || appState()->icloudSelectedBytes() < 1) {
         return {};
     }
-    const std::int64_t files = m_appState->icloudSelectedFileCount();
+    const std::int64_t files = appState()->icloudSelectedFileCount();
     return tr("iCloud will release %1 in %2 files — this usually takes %3.")
         .arg(selectedText(), count(files), estimate(files));
 }
 
 bool ICloudModel::hasReport() const
 {
-    return m_appState != nullptr && m_appState->icloudEvictReport().has_value();
+    return appState() != nullptr && appState()->icloudEvictReport().has_value();
 }
 
 bool ICloudModel::hasFreed() const
 {
-    return hasReport() && m_appState->icloudEvictReport()->freedBytes >= 1;
+    return hasReport() && appState()->icloudEvictReport()->freedBytes >= 1;
 }
 
 QString ICloudModel::reportText() const
@@ -167,15 +160,15 @@ QString ICloudModel::reportText() const
         return tr("Nothing was released this time.");
     }
     return tr("Freed %1 — your files stay in iCloud.")
-        .arg(bytes(m_appState->icloudEvictReport()->freedBytes));
+        .arg(bytes(appState()->icloudEvictReport()->freedBytes));
 }
 
 std::vector<ICloudAppBundle> ICloudModel::noticeApps() const
 {
     if (hasReport()) {
-        return m_appState->icloudEvictReport()->appsStillDownloaded;
+        return appState()->icloudEvictReport()->appsStillDownloaded;
     }
-    return showsSelection() ? m_appState->icloudSelectedApps() : std::vector<ICloudAppBundle>();
+    return showsSelection() ? appState()->icloudSelectedApps() : std::vector<ICloudAppBundle>();
 }
 
 QString ICloudModel::appsTitle() const
@@ -185,10 +178,10 @@ QString ICloudModel::appsTitle() const
     }
     if (hasReport()) {
         return tr("Still on this Mac: %1 in apps.")
-            .arg(bytes(m_appState->icloudEvictReport()->appsStillBytes()));
+            .arg(bytes(appState()->icloudEvictReport()->appsStillBytes()));
     }
     return tr("%1 are apps stored in iCloud Drive.")
-        .arg(bytes(m_appState->icloudSelectedAppBytes()));
+        .arg(bytes(appState()->icloudSelectedAppBytes()));
 }
 
 QStringList ICloudModel::appNames() const
@@ -246,9 +239,9 @@ QVariant ICloudModel::data(const QModelIndex& index, int role) const
     case IsBusyRole:
         return isBusy;
     case IsReleasedRole:
-        return !isBusy && m_appState->icloudReleasedPaths().contains(m_paths[row]);
+        return !isBusy && appState()->icloudReleasedPaths().contains(m_paths[row]);
     case IsSelectedRole:
-        return !isBusy && m_appState->icloudSelection().contains(m_paths[row]);
+        return !isBusy && appState()->icloudSelection().contains(m_paths[row]);
     default:
         return isBusy ? QVariant() : dataOfItem(items()[row], role);
     }
@@ -285,48 +278,57 @@ QHash<int, QByteArray> ICloudModel::roleNames() const
 void ICloudModel::open()
 {
     const bool isFirstTime = !isMeasured();
-    m_appState->openICloud();
+    appState()->openICloud();
     if (isFirstTime) {
-        m_appState->reloadICloud();
+        appState()->reloadICloud();
     }
 }
 
 void ICloudModel::setSelected(int row, bool isSelected)
 {
     if (row >= 0 && static_cast<std::size_t>(row) < m_itemCount) {
-        m_appState->setICloudSelected(m_paths[static_cast<std::size_t>(row)], isSelected);
+        appState()->setICloudSelected(m_paths[static_cast<std::size_t>(row)], isSelected);
     }
 }
 
 void ICloudModel::revealApps()
 {
-    m_appState->revealICloudApps(noticeApps());
+    appState()->revealICloudApps(noticeApps());
+}
+
+const std::string& ICloudModel::pathAt(std::size_t row) const
+{
+    return row < items().size() ? items()[row].path
+                                : appState()->icloudBusyFolders()[row - items().size()];
 }
 
 void ICloudModel::updateRows()
 {
-    std::vector<std::string> paths;
-    for (const ICloudItem& item : items()) {
-        paths.push_back(item.path);
-    }
-    const std::size_t itemCount = paths.size();
-    const std::vector<std::string>& busy = m_appState->icloudBusyFolders();
-    paths.insert(paths.end(), busy.begin(), busy.end());
-
+    const std::size_t count = items().size() + appState()->icloudBusyFolders().size();
+    const auto isSame = [this](std::size_t row, std::size_t now) {
+        return m_paths[row] == pathAt(now);
+    };
     // While a measuring goes on rows come one by one, and the list should keep its place.
-    const auto [oldEnd, newEnd] = std::ranges::mismatch(m_paths, paths);
-    const bool isOneMore = paths.size() == m_paths.size() + 1 &&
-                           std::equal(oldEnd, m_paths.end(), std::next(newEnd), paths.end());
+    std::size_t place = 0;
+    while (place < std::min(count, m_paths.size()) && isSame(place, place)) {
+        ++place;
+    }
+    bool isOneMore = count == m_paths.size() + 1;
+    for (std::size_t row = place; isOneMore && row < m_paths.size(); ++row) {
+        isOneMore = isSame(row, row + 1);
+    }
     if (isOneMore) {
-        const auto row = static_cast<int>(newEnd - paths.begin());
-        beginInsertRows({}, row, row);
-        m_paths = std::move(paths);
-        m_itemCount = itemCount;
+        beginInsertRows({}, static_cast<int>(place), static_cast<int>(place));
+        m_paths.insert(m_paths.begin() + static_cast<std::ptrdiff_t>(place), pathAt(place));
+        m_itemCount = items().size();
         endInsertRows();
     } else {
         beginResetModel();
-        m_paths = std::move(paths);
-        m_itemCount = itemCount;
+        m_paths.clear();
+        for (std::size_t row = 0; row < count; ++row) {
+            m_paths.push_back(pathAt(row));
+        }
+        m_itemCount = items().size();
         endResetModel();
     }
     emit changed();

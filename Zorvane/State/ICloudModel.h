@@ -1,8 +1,8 @@
 #pragma once
 
 #include "CleanCore/ICloud/ICloudItem.h"
+#include "Zorvane/State/StateListModel.h"
 
-#include <QAbstractListModel>
 #include <QStringList>
 #include <QtQml/qqmlregistration.h>
 #include <cstdint>
@@ -10,16 +10,12 @@
 
 namespace Zorvane {
 
-class AppState;
-
 /// What the cloud drive's sheet and card show. The rows are the measured entries, largest first,
 /// then those whose measuring ran out of time. Main thread only.
-class ICloudModel : public QAbstractListModel
+class ICloudModel : public Zorvane::StateListModel
 {
     Q_OBJECT
     QML_ELEMENT
-    Q_PROPERTY(
-        Zorvane::AppState* appState READ appState WRITE setAppState NOTIFY appStateChanged REQUIRED)
     /// Whether a measuring has ever been started.
     Q_PROPERTY(bool isMeasured READ isMeasured NOTIFY changed)
     Q_PROPERTY(bool isMeasuring READ isMeasuring NOTIFY changed)
@@ -60,10 +56,7 @@ public:
         SizeTextRole,
     };
 
-    explicit ICloudModel(QObject* parent = nullptr);
-
-    [[nodiscard]] AppState* appState() const { return m_appState; }
-    void setAppState(AppState* appState);
+    using StateListModel::StateListModel;
 
     [[nodiscard]] bool isMeasured() const;
     [[nodiscard]] bool isMeasuring() const;
@@ -98,9 +91,8 @@ public:
     /// How long the release of so many files usually takes.
     [[nodiscard]] static QString estimate(std::int64_t files);
 
-signals:
-    void appStateChanged();
-    void changed();
+protected:
+    void follow(AppState& appState) override;
 
 private:
     [[nodiscard]] const std::vector<CleanCore::ICloudItem>& items() const;
@@ -109,10 +101,11 @@ private:
     [[nodiscard]] QString bytes(std::int64_t count) const;
     [[nodiscard]] QString count(std::int64_t number) const;
     [[nodiscard]] QVariant dataOfItem(const CleanCore::ICloudItem& item, int role) const;
+    /// The path that a row has by now.
+    [[nodiscard]] const std::string& pathAt(std::size_t row) const;
     void updateRows();
     void refreshRows();
 
-    AppState* m_appState = nullptr;
     /// The paths of the rows as they were last told to the views.
     std::vector<std::string> m_paths;
     std::size_t m_itemCount = 0;

@@ -9,58 +9,51 @@ namespace Zorvane {
 
 using CleanCore::CleaningReport;
 
-ReportModel::ReportModel(QObject* parent) : QAbstractListModel(parent) {}
-
-void ReportModel::setAppState(AppState* appState)
+void ReportModel::follow(AppState& appState)
 {
-    if (m_appState != nullptr) {
-        m_appState->disconnect(this);
-    }
-    m_appState = appState;
-    connect(appState, &AppState::cleaningReportChanged, this, &ReportModel::rebuild);
-    connect(appState, &AppState::lastVisibleFreedBytesChanged, this, &ReportModel::changed);
+    connect(&appState, &AppState::cleaningReportChanged, this, &ReportModel::rebuild);
+    connect(&appState, &AppState::lastVisibleFreedBytesChanged, this, &ReportModel::changed);
     rebuild();
-    emit appStateChanged();
 }
 
 QString ReportModel::freedText() const
 {
-    const bool hasReport = m_appState != nullptr && m_appState->hasCleaningReport();
-    return hasReport ? m_appState->byteCountFormatter().string(
-                           m_appState->cleaningReport()->totalBytesFreed())
+    const bool hasReport = appState() != nullptr && appState()->hasCleaningReport();
+    return hasReport ? appState()->byteCountFormatter().string(
+                           appState()->cleaningReport()->totalBytesFreed())
                      : QString();
 }
 
 QString ReportModel::removedText() const
 {
-    if (m_appState == nullptr || !m_appState->hasCleaningReport()) {
+    if (appState() == nullptr || !appState()->hasCleaningReport()) {
         return {};
     }
-    const auto count = static_cast<std::int64_t>(m_appState->cleaningReport()->removed.size());
-    return tr("freed — %1 items removed").arg(m_appState->byteCountFormatter().count(count));
+    const auto count = static_cast<std::int64_t>(appState()->cleaningReport()->removed.size());
+    return tr("freed — %1 items removed").arg(appState()->byteCountFormatter().count(count));
 }
 
 QString ReportModel::visibleFreedText() const
 {
-    if (m_appState == nullptr || !m_appState->lastVisibleFreedBytes()) {
+    if (appState() == nullptr || !appState()->lastVisibleFreedBytes()) {
         return {};
     }
     return tr("Visible in Finder right now: %1")
-        .arg(m_appState->byteCountFormatter().string(*m_appState->lastVisibleFreedBytes()));
+        .arg(appState()->byteCountFormatter().string(*appState()->lastVisibleFreedBytes()));
 }
 
 QString ReportModel::inUseTitle() const
 {
     return m_inUse == 0 ? QString()
                         : tr("%1 in use by an open app")
-                              .arg(m_appState->byteCountFormatter().count(m_inUse));
+                              .arg(appState()->byteCountFormatter().count(m_inUse));
 }
 
 QString ReportModel::protectedTitle() const
 {
     return m_protected == 0 ? QString()
                             : tr("%1 protected by Zorvane")
-                                  .arg(m_appState->byteCountFormatter().count(m_protected));
+                                  .arg(appState()->byteCountFormatter().count(m_protected));
 }
 
 int ReportModel::rowCount(const QModelIndex& parent) const
@@ -74,7 +67,7 @@ QVariant ReportModel::data(const QModelIndex& index, int role) const
         return {};
     }
     const auto row = static_cast<std::size_t>(index.row());
-    return displayText(m_appState->cleaningReport()->skipped[row].path);
+    return displayText(appState()->cleaningReport()->skipped[row].path);
 }
 
 QHash<int, QByteArray> ReportModel::roleNames() const
@@ -87,7 +80,7 @@ void ReportModel::rebuild()
     beginResetModel();
     m_inUse = 0;
     m_protected = 0;
-    if (const auto& report = m_appState->cleaningReport()) {
+    if (const auto& report = appState()->cleaningReport()) {
         m_inUse = std::ranges::count(report->skipped, CleaningReport::SkipReason::removalFailed,
                                      &CleaningReport::SkippedItem::reason);
         m_protected = static_cast<std::int64_t>(report->skipped.size()) - m_inUse;

@@ -1,21 +1,18 @@
 #pragma once
 
-#include <QAbstractListModel>
+#include "Zorvane/State/StateListModel.h"
+
 #include <QtQml/qqmlregistration.h>
 #include <cstdint>
 
 namespace Zorvane {
 
-class AppState;
-
 /// The outcome of the last clean; its rows are the paths of everything that was skipped, in the
 /// report's order. Main thread only.
-class ReportModel : public QAbstractListModel
+class ReportModel : public Zorvane::StateListModel
 {
     Q_OBJECT
     QML_ELEMENT
-    Q_PROPERTY(
-        Zorvane::AppState* appState READ appState WRITE setAppState NOTIFY appStateChanged REQUIRED)
     Q_PROPERTY(QString freedText READ freedText NOTIFY changed)
     Q_PROPERTY(QString removedText READ removedText NOTIFY changed)
     /// Empty when the growth of the volume's free space is not known.
@@ -27,10 +24,8 @@ class ReportModel : public QAbstractListModel
 public:
     enum Role { PathRole = Qt::UserRole + 1 };
 
-    explicit ReportModel(QObject* parent = nullptr);
+    using StateListModel::StateListModel;
 
-    [[nodiscard]] AppState* appState() const { return m_appState; }
-    void setAppState(AppState* appState);
     [[nodiscard]] QString freedText() const;
     [[nodiscard]] QString removedText() const;
     [[nodiscard]] QString visibleFreedText() const;
@@ -42,14 +37,12 @@ public:
     [[nodiscard]] QVariant data(const QModelIndex& index, int role) const override;
     [[nodiscard]] QHash<int, QByteArray> roleNames() const override;
 
-signals:
-    void appStateChanged();
-    void changed();
+protected:
+    void follow(AppState& appState) override;
 
 private:
     void rebuild();
 
-    AppState* m_appState = nullptr;
     std::int64_t m_inUse = 0;
     std::int64_t m_protected = 0;
 };

@@ -40,23 +40,16 @@ bool offersSelectAll(const CategoryResult& category)
 
 } // namespace
 
-ResultsModel::ResultsModel(QObject* parent) : QAbstractListModel(parent) {}
-
-void ResultsModel::setAppState(AppState* appState)
+void ResultsModel::follow(AppState& appState)
 {
-    if (m_appState != nullptr) {
-        m_appState->disconnect(this);
-    }
-    m_appState = appState;
-    connect(appState, &AppState::categoriesChanged, this, &ResultsModel::rebuild);
-    connect(appState, &AppState::selectionChanged, this, &ResultsModel::refreshSelection);
+    connect(&appState, &AppState::categoriesChanged, this, &ResultsModel::rebuild);
+    connect(&appState, &AppState::selectionChanged, this, &ResultsModel::refreshSelection);
     rebuild();
-    emit appStateChanged();
 }
 
 int ResultsModel::rowCount(const QModelIndex& parent) const
 {
-    if (parent.isValid() || m_appState == nullptr) {
+    if (parent.isValid() || appState() == nullptr) {
         return 0;
     }
     std::size_t rows = 1;
@@ -69,7 +62,7 @@ int ResultsModel::rowCount(const QModelIndex& parent) const
 
 std::size_t ResultsModel::rowsBelowHeader(std::size_t category) const
 {
-    return m_isExpanded[category] ? 1 + m_appState->categories()[category].items.size() : 0;
+    return m_isExpanded[category] ? 1 + appState()->categories()[category].items.size() : 0;
 }
 
 std::optional<ResultsModel::Place> ResultsModel::placeOf(int row) const
@@ -125,18 +118,18 @@ QVariant ResultsModel::data(const QModelIndex& index, int role) const
 
 QVariant ResultsModel::dataOfCategory(std::size_t category, int role) const
 {
-    const CategoryResult& result = m_appState->categories()[category];
+    const CategoryResult& result = appState()->categories()[category];
     const bool isReviewRequired = result.rule.tier == RuleTier::reviewRequired;
-    const ByteCountFormatter& formatter = m_appState->byteCountFormatter();
+    const ByteCountFormatter& formatter = appState()->byteCountFormatter();
     switch (role) {
     case TitleRole:
-        return RuleDisplay::title(result.rule.id, m_appState->texts());
+        return RuleDisplay::title(result.rule.id, appState()->texts());
     case CountTextRole:
         return tr("%1 items").arg(formatter.count(static_cast<std::int64_t>(result.items.size())));
     case SizeTextRole:
         return formatter.string(result.totalBytes());
     case IsSelectedRole:
-        return m_appState->selection().isWhollySelected(category);
+        return appState()->selection().isWhollySelected(category);
     case IsSelectableRole:
         return !isReviewRequired;
     case IsDiagnosticRole:
@@ -154,15 +147,15 @@ QVariant ResultsModel::dataOfCategory(std::size_t category, int role) const
 
 QVariant ResultsModel::dataOfDetails(std::size_t category, int role) const
 {
-    const CategoryResult& result = m_appState->categories()[category];
+    const CategoryResult& result = appState()->categories()[category];
     switch (role) {
     case ExplanationRole:
         return QString::fromStdString(
-            m_appState->texts().text("category.explanation." + result.rule.id));
+            appState()->texts().text("category.explanation." + result.rule.id));
     case OffersSelectAllRole:
         return offersSelectAll(result);
     case TitleRole:
-        return RuleDisplay::title(result.rule.id, m_appState->texts());
+        return RuleDisplay::title(result.rule.id, appState()->texts());
     default:
         return {};
     }
@@ -170,14 +163,14 @@ QVariant ResultsModel::dataOfDetails(std::size_t category, int role) const
 
 QVariant ResultsModel::dataOfItem(const Place& place, int role) const
 {
-    const auto& item = m_appState->categories()[place.category].items[place.item];
+    const auto& item = appState()->categories()[place.category].items[place.item];
     switch (role) {
     case PathRole:
         return displayText(item.path);
     case SizeTextRole:
-        return m_appState->byteCountFormatter().string(item.sizeBytes);
+        return appState()->byteCountFormatter().string(item.sizeBytes);
     case IsSelectedRole:
-        return m_appState->selection().isSelected(place.category, place.item);
+        return appState()->selection().isSelected(place.category, place.item);
     default:
         return {};
     }
@@ -185,11 +178,11 @@ QVariant ResultsModel::dataOfItem(const Place& place, int role) const
 
 void ResultsModel::updateSelectedLooks()
 {
-    const auto& categories = m_appState->categories();
+    const auto& categories = appState()->categories();
     m_hasSelectedLook.resize(categories.size());
     for (std::size_t category = 0; category < categories.size(); ++category) {
         m_hasSelectedLook[category] = categories[category].rule.tier == RuleTier::safe &&
-                                      m_appState->selectedBytes(category) > 0;
+                                      appState()->selectedBytes(category) > 0;
     }
 }
 
@@ -220,7 +213,7 @@ void ResultsModel::toggleExpanded(int row)
     if (!place || place->kind != RowKind::category) {
         return;
     }
-    const auto below = static_cast<int>(1 + m_appState->categories()[place->category].items.size());
+    const auto below = static_cast<int>(1 + appState()->categories()[place->category].items.size());
     if (m_isExpanded[place->category]) {
         beginRemoveRows({}, row + 1, row + below);
         m_isExpanded[place->category] = false;
@@ -237,36 +230,36 @@ void ResultsModel::setSelected(int row, bool isSelected)
 {
     const std::optional<Place> place = placeOf(row);
     if (place && place->kind == RowKind::category) {
-        m_appState->categoryBinding(place->category).set(isSelected);
+        appState()->categoryBinding(place->category).set(isSelected);
     } else if (place && place->kind == RowKind::item) {
-        const CategoryResult& result = m_appState->categories()[place->category];
+        const CategoryResult& result = appState()->categories()[place->category];
         if (CleanCore::clearsWholeArea(result.rule.id)) {
             // Its tool knows no single items: whoever chooses one would lose them all unseen.
-            m_appState->categoryBinding(place->category).set(isSelected);
+            appState()->categoryBinding(place->category).set(isSelected);
             return;
         }
-        m_appState->itemBinding(result.rule.id, result.items[place->item].path).set(isSelected);
+        appState()->itemBinding(result.rule.id, result.items[place->item].path).set(isSelected);
     }
 }
 
 void ResultsModel::selectAll(int row)
 {
     if (const std::optional<Place> place = placeOf(row)) {
-        m_appState->selectAll(m_appState->categories()[place->category].rule.id);
+        appState()->selectAll(appState()->categories()[place->category].rule.id);
     }
 }
 
 void ResultsModel::clearSelection(int row)
 {
     if (const std::optional<Place> place = placeOf(row)) {
-        m_appState->deselectAll(m_appState->categories()[place->category].rule.id);
+        appState()->deselectAll(appState()->categories()[place->category].rule.id);
     }
 }
 
 void ResultsModel::rebuild()
 {
     beginResetModel();
-    m_isExpanded.assign(m_appState->categories().size(), false);
+    m_isExpanded.assign(appState()->categories().size(), false);
     updateSelectedLooks();
     endResetModel();
 }

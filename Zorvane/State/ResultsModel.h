@@ -1,6 +1,7 @@
 #pragma once
 
-#include <QAbstractListModel>
+#include "Zorvane/State/StateListModel.h"
+
 #include <QtQml/qqmlregistration.h>
 #include <cstddef>
 #include <optional>
@@ -8,19 +9,15 @@
 
 namespace Zorvane {
 
-class AppState;
-
 /// The results as one flat list: for each category its header and, while it is expanded, its
 /// details and its items; after them the card of the cloud drive. Main thread only.
 ///
 /// Rows are identified by their position, never by what they show. Expansion belongs to the model
 /// and ends with the results that it was about. A change of the selection costs one notification.
-class ResultsModel : public QAbstractListModel
+class ResultsModel : public Zorvane::StateListModel
 {
     Q_OBJECT
     QML_ELEMENT
-    Q_PROPERTY(
-        Zorvane::AppState* appState READ appState WRITE setAppState NOTIFY appStateChanged REQUIRED)
 public:
     enum class RowKind { category, details, item, card };
 
@@ -54,10 +51,7 @@ public:
         PathRole,
     };
 
-    explicit ResultsModel(QObject* parent = nullptr);
-
-    [[nodiscard]] AppState* appState() const { return m_appState; }
-    void setAppState(AppState* appState);
+    using StateListModel::StateListModel;
 
     [[nodiscard]] int rowCount(const QModelIndex& parent = {}) const override;
     [[nodiscard]] QVariant data(const QModelIndex& index, int role) const override;
@@ -72,8 +66,8 @@ public:
     Q_INVOKABLE void selectAll(int row);
     Q_INVOKABLE void clearSelection(int row);
 
-signals:
-    void appStateChanged();
+protected:
+    void follow(AppState& appState) override;
 
 private:
     struct Place
@@ -92,7 +86,6 @@ private:
     void refreshSelection();
     void updateSelectedLooks();
 
-    AppState* m_appState = nullptr;
     /// One for each category.
     std::vector<bool> m_isExpanded;
     /// One for each category. Every row of a category asks for it, and it takes all its items.

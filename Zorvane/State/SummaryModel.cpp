@@ -6,29 +6,22 @@
 
 namespace Zorvane {
 
-SummaryModel::SummaryModel(QObject* parent) : QAbstractListModel(parent) {}
-
-void SummaryModel::setAppState(AppState* appState)
+void SummaryModel::follow(AppState& appState)
 {
-    if (m_appState != nullptr) {
-        m_appState->disconnect(this);
-    }
-    m_appState = appState;
-    connect(appState, &AppState::categoriesChanged, this, &SummaryModel::rebuild);
+    connect(&appState, &AppState::categoriesChanged, this, &SummaryModel::rebuild);
     rebuild();
-    emit appStateChanged();
 }
 
 QString SummaryModel::totalText() const
 {
-    return m_appState == nullptr
+    return appState() == nullptr
                ? QString()
-               : m_appState->byteCountFormatter().string(m_appState->totalRecoverableBytes());
+               : appState()->byteCountFormatter().string(appState()->totalRecoverableBytes());
 }
 
 bool SummaryModel::anyAccessErrors() const
 {
-    return m_appState != nullptr && m_appState->anyAccessErrors();
+    return appState() != nullptr && appState()->anyAccessErrors();
 }
 
 int SummaryModel::rowCount(const QModelIndex& parent) const
@@ -50,7 +43,7 @@ QVariant SummaryModel::data(const QModelIndex& index, int role) const
         return QString::fromUtf8(segment.color.data(),
                                  static_cast<qsizetype>(segment.color.size()));
     case SizeTextRole:
-        return m_appState->byteCountFormatter().string(segment.bytes);
+        return appState()->byteCountFormatter().string(segment.bytes);
     case StartRole:
         return m_arcs[row].start;
     case EndRole:
@@ -72,9 +65,9 @@ QHash<int, QByteArray> SummaryModel::roleNames() const
 void SummaryModel::rebuild()
 {
     beginResetModel();
-    m_segments = m_appState->ringSegments();
+    m_segments = appState()->ringSegments();
     m_arcs.assign(m_segments.size(), {});
-    const std::int64_t total = m_appState->totalRecoverableBytes();
+    const std::int64_t total = appState()->totalRecoverableBytes();
     double start = 0;
     for (std::size_t row = 0; row < m_segments.size() && total >= 1; ++row) {
         const double end =

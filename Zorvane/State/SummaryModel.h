@@ -1,22 +1,18 @@
 #pragma once
 
 #include "Zorvane/State/RingSegment.h"
+#include "Zorvane/State/StateListModel.h"
 
-#include <QAbstractListModel>
 #include <QtQml/qqmlregistration.h>
 #include <vector>
 
 namespace Zorvane {
 
-class AppState;
-
 /// The groups of the summary's ring and its legend, one row each. Main thread only.
-class SummaryModel : public QAbstractListModel
+class SummaryModel : public Zorvane::StateListModel
 {
     Q_OBJECT
     QML_ELEMENT
-    Q_PROPERTY(
-        Zorvane::AppState* appState READ appState WRITE setAppState NOTIFY appStateChanged REQUIRED)
     Q_PROPERTY(QString totalText READ totalText NOTIFY changed)
     Q_PROPERTY(bool anyAccessErrors READ anyAccessErrors NOTIFY changed)
 public:
@@ -31,10 +27,8 @@ public:
         EndRole,
     };
 
-    explicit SummaryModel(QObject* parent = nullptr);
+    using StateListModel::StateListModel;
 
-    [[nodiscard]] AppState* appState() const { return m_appState; }
-    void setAppState(AppState* appState);
     [[nodiscard]] QString totalText() const;
     [[nodiscard]] bool anyAccessErrors() const;
 
@@ -42,9 +36,8 @@ public:
     [[nodiscard]] QVariant data(const QModelIndex& index, int role) const override;
     [[nodiscard]] QHash<int, QByteArray> roleNames() const override;
 
-signals:
-    void appStateChanged();
-    void changed();
+protected:
+    void follow(AppState& appState) override;
 
 private:
     struct Arc
@@ -55,7 +48,6 @@ private:
 
     void rebuild();
 
-    AppState* m_appState = nullptr;
     std::vector<RingSegment> m_segments;
     std::vector<Arc> m_arcs;
 };

@@ -222,6 +222,12 @@ class Program:
     def size(self):
         return self.place()[2:]
 
+    def resize(self, width, height, comes_to=None):
+        """Asks the window manager for a size, and waits for what it comes to."""
+        DESKTOP.run("xdotool", "windowsize", self.window(), width, height)
+        expected = comes_to or (width, height)
+        self.wait_for(lambda: self.size() == expected, f"the size {expected}")
+
     # Ending
 
     def wait_for_end(self):
