@@ -3,6 +3,7 @@
 #include "CleanCore/Platform/FileManager.h"
 #include "CleanCore/Rules/CleanCoreError.h"
 #include "CleanCore/Rules/ForeignCatalog.h"
+#include "CleanCore/Support/TextEquality.h"
 #include "ZorvaneCLI/ExitStatus.h"
 #include "ZorvaneCLI/TerminalText.h"
 #include "ZorvaneCLI/TimeText.h"
@@ -54,11 +55,13 @@ std::vector<CleaningRule> rulesNamed(const std::vector<std::string>& ids,
                                      const std::vector<CleaningRule>& rules)
 {
     const auto isNamed = [&](const CleaningRule& rule) {
-        return std::find(ids.begin(), ids.end(), rule.id) != ids.end();
+        return std::ranges::any_of(
+            ids, [&](const std::string& id) { return CleanCore::areEquivalent(id, rule.id); });
     };
     for (const std::string& id : ids) {
-        if (std::none_of(rules.begin(), rules.end(),
-                         [&](const CleaningRule& rule) { return rule.id == id; })) {
+        if (std::ranges::none_of(rules, [&](const CleaningRule& rule) {
+                return CleanCore::areEquivalent(id, rule.id);
+            })) {
             throw CommandError(ExitStatus::wrongUsage, "there is no area \"" + escaped(id) +
                                                            "\"; zorvane-cli rules lists them");
         }
@@ -145,10 +148,11 @@ Workspace openWorkspace(const CommonOptions& options)
     HomeEnvironment environment = openHome(options.home);
     CleanCore::ToolLocations tools = toolsFor(options, environment);
     const CleanCore::Timestamp now = timeOf(options, environment);
-    const RulesCatalog catalog = loadCatalog(options.catalog);
+    RulesCatalog catalog = loadCatalog(options.catalog);
     requireHarmless(catalog, options, environment);
-    return {std::move(environment), std::move(tools), rulesNamed(options.ruleIds, catalog.rules),
-            loadTexts(), now};
+    std::vector<CleaningRule> named = rulesNamed(options.ruleIds, catalog.rules);
+    return {std::move(environment), std::move(tools), std::move(catalog.rules),
+            std::move(named),       loadTexts(),      now};
 }
 
 CleanCore::TextTable loadTexts()

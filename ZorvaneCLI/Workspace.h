@@ -17,6 +17,9 @@ struct Workspace
 {
     CleanCore::HomeEnvironment environment;
     CleanCore::ToolLocations tools;
+    /// Every rule of the catalog.
+    std::vector<CleanCore::CleaningRule> catalog;
+    /// Those of them that are asked for.
     std::vector<CleanCore::CleaningRule> rules;
     CleanCore::TextTable texts;
     CleanCore::Timestamp now;

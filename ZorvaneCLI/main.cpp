@@ -41,7 +41,8 @@ void addCommon(CLI::App& command, CommonOptions& options)
     command.add_option("--now", options.now, "In another home: the time that ages refer to")
         ->type_name("RFC3339");
     command.add_option("--rule", options.ruleIds, "Only this area; may be given more than once")
-        ->type_name("ID");
+        ->type_name("ID")
+        ->allow_extra_args(false);
     command.add_flag("--json", options.json, "Print JSON");
 }
 
@@ -98,7 +99,8 @@ private:
                          "Everything that is selected by default: all items of safe areas");
         command.add_flag("--all", cleanOptions.all, "With --rule: every item of those areas");
         command.add_option("--item", cleanOptions.items, "With --rule: only this item")
-            ->type_name("PATH");
+            ->type_name("PATH")
+            ->allow_extra_args(false);
         command.add_flag("--dry-run", cleanOptions.dryRun, "Remove nothing, show what would go");
         command.add_flag("--yes", cleanOptions.yes, "Do not ask");
         command.callback(
@@ -145,8 +147,8 @@ private:
         command.add_flag("--json", iCloudOptions.json, "Print JSON");
         command.callback([this, action] {
             iCloudOptions.action = action;
-            run = [this](const Interruption&) {
-                return runICloud(iCloudOptions, openHome(iCloudCommon.home));
+            run = [this](const Interruption& interruption) {
+                return runICloud(iCloudOptions, openHome(iCloudCommon.home), interruption.token());
             };
         });
     }
