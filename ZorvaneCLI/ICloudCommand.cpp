@@ -30,7 +30,6 @@ namespace {
 constexpr std::chrono::seconds measuringTime{90};
 /// Never comes, but for one who is interrupted.
 constexpr auto noHurry = ICloudEvictor::Deadline::max() - measuringTime;
-constexpr const char* defaultContainer = "Library/Mobile Documents/com~apple~CloudDocs";
 
 std::string absolute(const std::string& path)
 {
@@ -96,8 +95,7 @@ public:
     Run(const ICloudOptions& options, const HomeEnvironment& environment,
         const std::stop_token& stop)
         : m_options(options), m_stop(stop),
-          m_container(absolute(
-              options.container.value_or(PathText::join(environment.home, defaultContainer)))),
+          m_container(absolute(options.container.value_or(environment.cloudContainer()))),
           m_drive(environment.cloudDrive(m_container, options.mirror
                                                           ? std::optional(absolute(*options.mirror))
                                                           : std::nullopt)),
@@ -162,7 +160,7 @@ private:
         for (const std::string& path : m_options.paths) {
             if (std::find(listed.begin(), listed.end(), path) == listed.end()) {
                 throw CommandError(ExitStatus::wrongUsage,
-                                   "\"icloud list\" shows no entry " + escaped(path));
+                                   "\"icloud list\" shows no entry " + path);
             }
             if (std::find(chosen.begin(), chosen.end(), path) == chosen.end()) {
                 chosen.push_back(path);

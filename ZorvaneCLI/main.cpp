@@ -1,8 +1,9 @@
+#include "CleanCore/Startup/StartError.h"
+#include "CleanCore/Startup/Startup.h"
 #include "ZorvaneCLI/Commands.h"
 #include "ZorvaneCLI/ICloudCommand.h"
 #include "ZorvaneCLI/Interruption.h"
 #include "ZorvaneCLI/TerminalText.h"
-#include "ZorvaneCLI/Workspace.h"
 
 #include <CLI/CLI.hpp>
 #include <exception>
@@ -148,7 +149,8 @@ private:
         command.callback([this, action] {
             iCloudOptions.action = action;
             run = [this](const Interruption& interruption) {
-                return runICloud(iCloudOptions, openHome(iCloudCommon.home), interruption.token());
+                return runICloud(iCloudOptions, CleanCore::Startup::openHome(iCloudCommon.home),
+                                 interruption.token());
             };
         });
     }
@@ -164,6 +166,13 @@ void openMissingStandardStreams()
     if (file > STDERR_FILENO) {
         ::close(file);
     }
+}
+
+/// What was given is quoted as it is, so that the whole line is escaped.
+int complain(const std::exception& error, int status)
+{
+    std::cerr << "zorvane-cli: " << shortened(escaped(error.what())) << '\n';
+    return status;
 }
 
 int parseAndRun(int argc, char** argv)
@@ -200,10 +209,10 @@ int main(int argc, char** argv)
         }
         return status;
     } catch (const CommandError& error) {
-        std::cerr << "zorvane-cli: " << shortened(error.what()) << '\n';
-        return static_cast<int>(error.status());
+        return complain(error, static_cast<int>(error.status()));
+    } catch (const CleanCore::StartError& error) {
+        return complain(error, static_cast<int>(error.reason()));
     } catch (const std::exception& error) {
-        std::cerr << "zorvane-cli: " << shortened(escaped(error.what())) << '\n';
-        return static_cast<int>(ExitStatus::incomplete);
+        return complain(error, static_cast<int>(ExitStatus::incomplete));
     }
 }

@@ -61,7 +61,7 @@ Zorvane::Environment environment(const std::shared_ptr<const CleanCore::FileMana
         .loadCatalog = [catalog = std::move(catalog)] { return catalog; },
         .texts = {},
         .locale = {},
-        .preferences = Zorvane::Preferences(QStringLiteral("/nonexistent/preferences.ini")),
+        .preferences = Zorvane::Preferences(QStringLiteral("/dev/null/none")),
         .account = {},
         .reveal = [](const std::vector<std::string>&) {},
         .openPermissionSettings = [] {},
