@@ -99,7 +99,8 @@ public:
     /// Moves on from needsPermission without the permission.
     Q_INVOKABLE void continueWithoutPermission();
     Q_INVOKABLE void openPermissionSettings();
-    /// Does nothing while a scan runs. A catalog that cannot be loaded leads back to ready.
+    /// Does nothing while a scan or a clean runs. A catalog that cannot be loaded leads back to
+    /// ready.
     Q_INVOKABLE void startScan();
     /// Nothing that the cancelled scan still finds is published. A tool that already runs is left
     /// to end.

@@ -185,6 +185,17 @@ TEST(AppStateCleaningTest, CleansFilesThenToolsAndMergesTheirReports)
     EXPECT_EQ(state.selectedBytes(0), 60);
 }
 
+TEST(AppStateCleaningTest, AConfirmationGoesWithTheResultsThatItIsAbout)
+{
+    ScriptedApplication application;
+    application.addArea("cache-a", RuleTier::safe, {1});
+    AppState state(application.environment());
+    scan(state);
+    state.requestClean();
+    scan(state);
+    EXPECT_FALSE(state.showConfirmation());
+}
+
 TEST(AppStateCleaningTest, MeasuresTheGrowthOfFreeSpaceAndNeverLess)
 {
     using Capacities = std::vector<std::optional<std::int64_t>>;
@@ -210,7 +221,7 @@ TEST(AppStateCleaningTest, MeasuresTheGrowthOfFreeSpaceAndNeverLess)
     }
 }
 
-TEST(AppStateCleaningTest, StartsNoSecondCleanAndKeepsToWhatWasChosenAtFirst)
+TEST(AppStateCleaningTest, StartsNothingElseAndKeepsToWhatWasChosenAtFirst)
 {
     ScriptedApplication application;
     application.addArea("cache-a", RuleTier::safe, {2, 1});
@@ -221,8 +232,11 @@ TEST(AppStateCleaningTest, StartsNoSecondCleanAndKeepsToWhatWasChosenAtFirst)
     state.performClean();
     EXPECT_TRUE(state.isCleaning());
     const QSignalSpy told(&state, &AppState::isCleaningChanged);
+    const QSignalSpy moved(&state, &AppState::phaseChanged);
     state.performClean();
+    state.startScan();
     EXPECT_EQ(told.size(), 0);
+    EXPECT_EQ(moved.size(), 0);
     state.deselectAll("cache-a");
     isOpen = true;
     isOpen.notify_all();
