@@ -11,6 +11,7 @@ Item {
 
     signal aboutRequested
 
+    readonly property bool isMenuOpen: menu.visible
     readonly property bool isMaximized: target.visibility === Window.Maximized
 
     function toggleMaximized() {
