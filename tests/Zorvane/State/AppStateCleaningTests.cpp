@@ -68,13 +68,25 @@ TEST(AppStateCleaningTest, ACategorysBindingChoosesAllOrNoneAtOnce)
     const QSignalSpy told(&state, &AppState::selectionChanged);
     const BooleanBinding binding = state.categoryBinding(0);
     EXPECT_FALSE(binding.get());
-    binding.set(true);
-    EXPECT_TRUE(binding.get());
-    EXPECT_EQ(state.selectedBytes(0), 31);
-    binding.set(false);
-    EXPECT_EQ(state.selectedBytes(0), 0);
+    // A second write changes nothing.
+    for (const int repetition : {1, 2}) {
+        SCOPED_TRACE(repetition);
+        binding.set(true);
+        EXPECT_TRUE(binding.get());
+        EXPECT_EQ(state.selectedBytes(0), 31);
+        EXPECT_EQ(told.size(), 1);
+    }
+    for (const int repetition : {1, 2}) {
+        SCOPED_TRACE(repetition);
+        binding.set(false);
+        EXPECT_EQ(state.selectedBytes(0), 0);
+        EXPECT_EQ(told.size(), 2);
+    }
+    const BooleanBinding empty = state.categoryBinding(1);
+    empty.set(true);
+    EXPECT_FALSE(empty.get());
+    empty.set(false);
     EXPECT_EQ(told.size(), 2);
-    EXPECT_FALSE(state.categoryBinding(1).get());
 }
 
 TEST(AppStateCleaningTest, BindingsOutliveTheirScanAndTheState)
