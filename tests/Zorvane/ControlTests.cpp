@@ -197,6 +197,29 @@ TEST(Controls, ShowTheFocusOnlyWhenTheKeyboardGaveIt)
     }
 }
 
+TEST(Controls, AreExplainedWhenThePointerOrTheKeyboardComes)
+{
+    const Stage stage(
+        QStringLiteral("PlainButton { objectName: \"control\"; x: 100; y: 100; text: \"Scan\"\n"
+                       "HoverHelp { objectName: \"help\"; text: \"Finds what can go\" } }\n"
+                       "Item { objectName: \"area\"; x: 200; width: 9; height: 9\n"
+                       "HoverHelp { objectName: \"help of area\"; text: \"Locked\" } }"));
+    QQuickItem& control = stage.item(QStringLiteral("control"));
+    const QQuickItem& help = stage.item(QStringLiteral("help"));
+    const auto isWanted = [](const QQuickItem& item) { return item.property("isWanted").toBool(); };
+    control.forceActiveFocus(Qt::MouseFocusReason);
+    EXPECT_FALSE(isWanted(help));
+    control.setFocus(false);
+    control.forceActiveFocus(Qt::TabFocusReason);
+    EXPECT_TRUE(isWanted(help));
+    // What is no control is not clicked.
+    stage.item(QStringLiteral("area")).forceActiveFocus();
+    EXPECT_FALSE(isWanted(help));
+    EXPECT_TRUE(isWanted(stage.item(QStringLiteral("help of area"))));
+    QTest::mouseMove(&stage.window(), control.mapToScene({8, 8}).toPoint());
+    EXPECT_TRUE(isWanted(help));
+}
+
 TEST(Controls, RollingFigureShowsItsNewTextAtOnceWhenNothingMoves)
 {
     const QString figure =
