@@ -12,7 +12,6 @@ ResultsRow {
     topGap: 10
     contentHeight: line.implicitHeight + 28
     focusTarget: area
-    highlight: area.down ? 0.05 : card.hovered ? 0.03 : 0
 
     ICloudModel {
         id: icloud
@@ -98,7 +97,6 @@ ResultsRow {
             SecondaryButton {
                 Layout.alignment: Qt.AlignHCenter
                 text: qsTr("Measure")
-                small: true
                 cornerRadius: Theme.radiusCapsule
                 focusPolicy: card.controlFocusPolicy
                 onClicked: {
