@@ -68,13 +68,25 @@ TEST(AppStateCleaningTest, ACategorysBindingChoosesAllOrNoneAtOnce)
     const QSignalSpy told(&state, &AppState::selectionChanged);
     const BooleanBinding binding = state.categoryBinding(0);
     EXPECT_FALSE(binding.get());
-    binding.set(true);
-    EXPECT_TRUE(binding.get());
-    EXPECT_EQ(state.selectedBytes(0), 31);
-    binding.set(false);
-    EXPECT_EQ(state.selectedBytes(0), 0);
+    // A second write changes nothing.
+    for (const int repetition : {1, 2}) {
+        SCOPED_TRACE(repetition);
+        binding.set(true);
+        EXPECT_TRUE(binding.get());
+        EXPECT_EQ(state.selectedBytes(0), 31);
+        EXPECT_EQ(told.size(), 1);
+    }
+    for (const int repetition : {1, 2}) {
+        SCOPED_TRACE(repetition);
+        binding.set(false);
+        EXPECT_EQ(state.selectedBytes(0), 0);
+        EXPECT_EQ(told.size(), 2);
+    }
+    const BooleanBinding empty = state.categoryBinding(1);
+    empty.set(true);
+    EXPECT_FALSE(empty.get());
+    empty.set(false);
     EXPECT_EQ(told.size(), 2);
-    EXPECT_FALSE(state.categoryBinding(1).get());
 }
 
 TEST(AppStateCleaningTest, BindingsOutliveTheirScanAndTheState)
@@ -185,6 +197,17 @@ TEST(AppStateCleaningTest, CleansFilesThenToolsAndMergesTheirReports)
     EXPECT_EQ(state.selectedBytes(0), 60);
 }
 
+TEST(AppStateCleaningTest, AConfirmationGoesWithTheResultsThatItIsAbout)
+{
+    ScriptedApplication application;
+    application.addArea("cache-a", RuleTier::safe, {1});
+    AppState state(application.environment());
+    scan(state);
+    state.requestClean();
+    scan(state);
+    EXPECT_FALSE(state.showConfirmation());
+}
+
 TEST(AppStateCleaningTest, MeasuresTheGrowthOfFreeSpaceAndNeverLess)
 {
     using Capacities = std::vector<std::optional<std::int64_t>>;
@@ -210,7 +233,7 @@ TEST(AppStateCleaningTest, MeasuresTheGrowthOfFreeSpaceAndNeverLess)
     }
 }
 
-TEST(AppStateCleaningTest, StartsNoSecondCleanAndKeepsToWhatWasChosenAtFirst)
+TEST(AppStateCleaningTest, StartsNothingElseAndKeepsToWhatWasChosenAtFirst)
 {
     ScriptedApplication application;
     application.addArea("cache-a", RuleTier::safe, {2, 1});
@@ -221,8 +244,11 @@ TEST(AppStateCleaningTest, StartsNoSecondCleanAndKeepsToWhatWasChosenAtFirst)
     state.performClean();
     EXPECT_TRUE(state.isCleaning());
     const QSignalSpy told(&state, &AppState::isCleaningChanged);
+    const QSignalSpy moved(&state, &AppState::phaseChanged);
     state.performClean();
+    state.startScan();
     EXPECT_EQ(told.size(), 0);
+    EXPECT_EQ(moved.size(), 0);
     state.deselectAll("cache-a");
     isOpen = true;
     isOpen.notify_all();
