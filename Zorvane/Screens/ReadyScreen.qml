@@ -8,7 +8,6 @@ ScreenStack {
     required property AppState appState
 
     padding: 48
-    minimumWidth: 520
 
     GradientTile {
         anchors.horizontalCenter: parent.horizontalCenter

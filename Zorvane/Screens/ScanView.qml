@@ -19,12 +19,16 @@ FocusScope {
     })
 
     focus: true
+    implicitWidth: loader.implicitWidth
+    implicitHeight: loader.implicitHeight
 
     AuroraBackground {
         anchors.fill: parent
     }
 
     Loader {
+        id: loader
+
         anchors.fill: parent
         focus: true
         sourceComponent: view.screens[view.appState.phaseName]

@@ -8,7 +8,6 @@ ScreenStack {
     required property AppState appState
 
     padding: 48
-    minimumWidth: 520
     Keys.onEscapePressed: screen.appState.cancelScan()
 
     Figures {

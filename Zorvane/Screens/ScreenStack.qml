@@ -7,18 +7,19 @@ FocusScope {
     default property alias content: column.data
     required property real padding
     property real spacing: 20
-    property real minimumWidth: 0
 
     /// What the elements may take at most.
     readonly property real availableWidth: width - 2 * padding
 
+    // In less room texts would be cut off, at the latest those of longer languages.
+    implicitWidth: 520
+    implicitHeight: 640
+
     Column {
         id: column
 
-        readonly property real minimumContentWidth: stack.minimumWidth - 2 * stack.padding
-
         anchors.centerIn: parent
-        width: Math.max(minimumContentWidth, implicitWidth)
+        width: Math.max(stack.implicitWidth - 2 * stack.padding, implicitWidth)
         spacing: stack.spacing
     }
 }

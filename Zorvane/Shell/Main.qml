@@ -17,8 +17,12 @@ Window {
     visible: true
     width: 1080
     height: 760
-    minimumWidth: 900
-    minimumHeight: 640
+    // The results need more room than the screens before them; a smaller window grows then. There is
+    // no screen while one replaces another.
+    minimumWidth: Math.max(520, screens.implicitWidth)
+    minimumHeight: Math.max(640, screens.implicitHeight)
+    onMinimumWidthChanged: width = Math.max(width, minimumWidth)
+    onMinimumHeightChanged: height = Math.max(height, minimumHeight)
     title: "Zorvane"
     color: Theme.background
     flags: Qt.Window | Qt.FramelessWindowHint

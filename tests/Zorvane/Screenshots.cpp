@@ -18,8 +18,7 @@ using ZorvaneTests::Scene;
 using ZorvaneTests::Wording;
 
 constexpr QSize ordinarySize(1080, 760);
-constexpr QSize smallestSize(900, 640);
-constexpr QSize furtherSizes[] = {smallestSize, QSize(1440, 900), QSize(2560, 1440)};
+constexpr QSize furtherSizes[] = {QSize(1440, 900), QSize(2560, 1440)};
 
 struct Options
 {
@@ -56,17 +55,18 @@ bool take(const Scene& scene, QSize size, const Options& options)
 std::vector<QSize> sizesFor(const Scene& scene, const Options& options)
 {
     if (options.wording == Wording::lengthened) {
-        return {smallestSize};
+        return {ZorvaneTests::smallestWindow(scene)};
     }
     const bool isScaled = qEnvironmentVariableIsSet("QT_SCALE_FACTOR");
     if (!scene.isRepresentative) {
         return isScaled ? std::vector<QSize>() : std::vector{ordinarySize};
     }
     if (isScaled) {
-        return {ordinarySize, smallestSize};
+        return {ordinarySize, ZorvaneTests::smallestWindow(scene)};
     }
     std::vector sizes(std::begin(furtherSizes), std::end(furtherSizes));
     sizes.push_back(ordinarySize);
+    sizes.push_back(ZorvaneTests::smallestWindow(scene));
     return sizes;
 }
 

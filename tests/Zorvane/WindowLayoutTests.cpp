@@ -9,7 +9,6 @@
 namespace ZorvaneTests {
 namespace {
 
-constexpr QSize smallest(900, 640);
 constexpr QSize ordinary(1080, 760);
 /// Half a pixel is nobody's fault.
 constexpr qreal tolerance = 0.5;
@@ -73,8 +72,10 @@ class EveryState : public testing::TestWithParam<StateCase>
 
 TEST_P(EveryState, KeepsItsTextsInTheSmallestWindowAndWarnsOfNothing)
 {
+    const QSize smallest = smallestWindow(GetParam().scene);
     MainWindow window(smallest, GetParam().wording);
     GetParam().scene.show(window);
+    ASSERT_EQ(window.window().size(), smallest);
     const auto texts = window.items(isText);
     ASSERT_FALSE(texts.empty());
     for (const QQuickItem* text : texts) {
@@ -98,6 +99,26 @@ INSTANTIATE_TEST_SUITE_P(Window, EveryState, testing::ValuesIn(everyState()), []
     std::ranges::replace(name, '-', '_');
     return name;
 });
+
+TEST(Window, IsAsSmallAsItsScreenAllows)
+{
+    MainWindow window(QSize(100, 100));
+    const auto waitForSize = [&](QSize size) {
+        waitUntil([&] { return window.window().size() == size; });
+    };
+    Sample::grantAccess(window.application);
+    Zorvane::AppState& state = window.open();
+    waitForSize({520, 640});
+    scan(state);
+    waitForSize({900, 640});
+    // It does not become smaller by itself, only for whoever wants it to be.
+    state.startScan();
+    window.window().resize(700, 700);
+    waitForSize({700, 700});
+    waitUntil([&] { return state.phase() == Zorvane::Phase::results; });
+    waitForSize({900, 700});
+    EXPECT_EQ(window.warnings().join(QLatin1Char('\n')).toStdString(), "");
+}
 
 TEST(Window, GivesItsPartsTheirWidths)
 {

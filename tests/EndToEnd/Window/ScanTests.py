@@ -148,17 +148,17 @@ class ScanTests(WindowTest):
         program = self.start()
         program.see("Scan my Mac")
         program.resize(1200, 800)
-        program.resize(300, 200, comes_to=(900, 640))
+        program.resize(300, 200, comes_to=(520, 640))
         program.click("Maximize")
         program.see("Restore")
         program.wait_for(lambda: program.size() == (1600, 1100), "the whole screen")
         program.click("Restore")
-        program.wait_for(lambda: program.size() == (900, 640), "the old size")
+        program.wait_for(lambda: program.size() == (520, 640), "the old size")
         x, y, _, _ = program.place()
         program.click_at(x + 300, y + 12, times=2)
         program.wait_for(lambda: program.size() == (1600, 1100), "the whole screen")
         program.click("Restore")
-        program.wait_for(lambda: program.size() == (900, 640), "the old size")
+        program.wait_for(lambda: program.size() == (520, 640), "the old size")
 
         # By its edge and by its bar.
         def on_right_edge():
@@ -169,12 +169,19 @@ class ScanTests(WindowTest):
             x, y, _, _ = program.place()
             return x + 300, y + 12
 
-        program.drag(on_right_edge, lambda: program.size()[0] > 950, "a wider window")
+        program.drag(on_right_edge, lambda: program.size()[0] > 570, "a wider window")
         program.resize(1000, 700)
         x, y, _, _ = program.place()
         program.drag(on_bar, lambda: program.place()[:2] != (x, y), "another place")
         # The window manager comes to this when it has let go of the window.
         program.resize(1100, 750)
+
+        # The results need more room, and stay on the screen with it.
+        program.resize(300, 200, comes_to=(520, 640))
+        DESKTOP.run("xdotool", "windowmove", "--sync", program.window(), 1070, 450)
+        self.scan_in_window(program)
+        program.wait_for(lambda: program.place() == (700, 450, 900, 640), "room for the results")
+        program.resize(300, 200, comes_to=(900, 640))
 
         program.click("Menu")
         self.assertTrue(program.see("About Zorvane", "menu item"))

@@ -1,9 +1,19 @@
 #include "tests/Zorvane/Scenes/Scene.h"
 
+#include <algorithm>
 #include <iterator>
 #include <stdexcept>
 
 namespace ZorvaneTests {
+
+QSize smallestWindow(const Scene& scene)
+{
+    // Of the other screens the results are below.
+    const auto beforeResults = {"terms", "permission", "ready", "scanning", "shell"};
+    const bool isBeforeResults =
+        std::ranges::find(beforeResults, scene.screen) != beforeResults.end();
+    return isBeforeResults ? QSize(520, 640) : QSize(900, 640);
+}
 
 Scenes allScenes()
 {

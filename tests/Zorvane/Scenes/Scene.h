@@ -30,6 +30,9 @@ using Scenes = std::vector<Scene>;
 /// The title of an area as the window shows it.
 [[nodiscard]] QString title(const MainWindow& window, const std::string& ruleId);
 
+/// The smallest window that shows it.
+[[nodiscard]] QSize smallestWindow(const Scene& scene);
+
 /// All of them.
 [[nodiscard]] Scenes allScenes();
 /// Throws when there is none.

@@ -29,7 +29,10 @@ void collect(QtMsgType type, const QMessageLogContext& context, const QString& t
 
 Warnings::Warnings()
 {
-    previous = qInstallMessageHandler(collect);
+    const QtMessageHandler replaced = qInstallMessageHandler(collect);
+    if (replaced != collect) {
+        previous = replaced;
+    }
 }
 
 Warnings::~Warnings()
