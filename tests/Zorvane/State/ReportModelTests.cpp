@@ -25,8 +25,7 @@ TEST(ReportModelTest, TellsWhatWasFreedAndWhyTheRestWasNot)
     const QAbstractItemModelTester tester(&model);
     EXPECT_EQ(model.visibleFreedText(), QString());
     scan(state);
-    state.performClean();
-    waitUntil([&] { return !state.isCleaning(); });
+    runClean(state);
     EXPECT_EQ(model.freedText(), QStringLiteral("500 bytes"));
     EXPECT_EQ(model.removedText(), QStringLiteral("freed — 2 items removed"));
     EXPECT_EQ(model.visibleFreedText(), QStringLiteral("Visible in Finder right now: 1.5 MB"));
@@ -41,6 +40,7 @@ TEST(ReportModelTest, TellsWhatWasFreedAndWhyTheRestWasNot)
     EXPECT_EQ(paths, (Strings{ScriptedApplication::itemPath("cache-a", 1),
                               ScriptedApplication::itemPath("cache-a", 2)}));
     state.closeReport();
+    EXPECT_FALSE(state.hasCleaningReport());
     EXPECT_EQ(model.rowCount(), 0);
     EXPECT_FALSE(model.hasSkipped());
 }
