@@ -153,7 +153,7 @@ int brightestColumn(const QImage& picture, int y, Brightness brightness)
 
 TEST(Theme, GlowsFollowTheSizeOfTheWindow)
 {
-    for (const QSize size : {QSize(1080, 760), QSize(900, 640), QSize(1400, 900)}) {
+    for (const QSize size : {QSize(900, 640), QSize(1400, 900)}) {
         SCOPED_TRACE(size.width());
         const Stage stage(QStringLiteral("AuroraBackground { anchors.fill: parent }"), size);
         const QImage picture = stage.picture();
@@ -207,15 +207,13 @@ TEST(Theme, EverySymbolIsDrawnInItsTint)
         EXPECT_EQ(size, image.size());
         int drawn = 0;
         int empty = 0;
-        for (int y = 0; y < 26; ++y) {
-            for (int x = 0; x < 26; ++x) {
-                const QColor color = image.pixelColor(x, y);
-                if (color.alpha() >= 0x7e) {
-                    EXPECT_THAT(color, IsColor(QColor(0x34, 0xd3, 0x99), 2));
-                    EXPECT_LE(color.alpha(), 0x80);
-                    ++drawn;
-                }
-                empty += color.alpha() == 0 ? 1 : 0;
+        for (int pixel = 0; pixel < 26 * 26; ++pixel) {
+            const QColor color = image.pixelColor(pixel % 26, pixel / 26);
+            EXPECT_LE(color.alpha(), 0x80);
+            empty += color.alpha() == 0 ? 1 : 0;
+            if (color.alpha() >= 0x7e) {
+                EXPECT_THAT(color, IsColor(QColor(0x34, 0xd3, 0x99), 2));
+                ++drawn;
             }
         }
         EXPECT_THAT(drawn, AllOf(Ge(15), Le(500)));

@@ -110,17 +110,10 @@ void reportDetails(MainWindow& window)
     window.settle();
 }
 
-void reportNothingFreed(MainWindow& window)
+void reportOn(MainWindow& window, const std::vector<std::int64_t>& sizes)
 {
-    window.application.addArea("cache-links", RuleTier::safe, {0, 0, 0});
-    runClean(window.openResults());
-    window.settle();
-}
-
-void reportHugeFigures(MainWindow& window)
-{
-    window.application.addArea("cache-huge", RuleTier::safe, {Sample::largest, Sample::largest});
-    window.application.disk->capacities = {0, Sample::largest};
+    window.application.addArea("cache-a", RuleTier::safe, sizes);
+    window.application.disk->capacities = {0, sizes.front()};
     runClean(window.openResults());
     window.settle();
 }
@@ -151,8 +144,14 @@ Scenes cleaningScenes()
         {"report", "protected", reporting(Skipped::protectedOnes)},
         {"report", "both", reporting(Skipped::both)},
         {"report", "details", reportDetails, true},
-        {"report", "zero-freed", reportNothingFreed},
-        {"report", "huge-figures", reportHugeFigures},
+        {"report", "zero-freed",
+         [](MainWindow& window) {
+             reportOn(window, {0, 0, 0});
+         }},
+        {"report", "huge-figures",
+         [](MainWindow& window) {
+             reportOn(window, {Sample::largest, Sample::largest});
+         }},
     };
 }
 

@@ -73,22 +73,17 @@ void showFiveApps(MainWindow& window)
     openMeasured(window, {"Design", "Tools"});
 }
 
-/// The last entry of the drive runs out of time, until what is returned becomes false.
-std::shared_ptr<std::atomic<bool>> makeBusy(MainWindow& window, const std::string& name)
+/// The last entry of the drive runs out of time.
+void makeBusy(MainWindow& window, const std::string& name)
 {
     window.application.addCloudFolder(name, 600, Sample::GB);
-    auto isBusy = std::make_shared<std::atomic<bool>>(true);
     // Of this thread's measuring, so that the others do not run out of time with it.
     static thread_local bool isLate = false;
-    window.application.disk->onVisit =
-        [path = ScriptedApplication::cloudPath(name)](const std::string& visited) {
-            isLate = visited == path;
-        };
-    window.application.steadyNow = [isBusy] {
-        return std::chrono::steady_clock::time_point() +
-               std::chrono::seconds(*isBusy && isLate ? 91 : 0);
+    const std::string late = ScriptedApplication::cloudPath(name);
+    window.application.disk->onVisit = [late](const std::string& path) { isLate = path == late; };
+    window.application.steadyNow = [] {
+        return std::chrono::steady_clock::time_point() + std::chrono::seconds(isLate ? 91 : 0);
     };
-    return isBusy;
 }
 
 void showBusy(MainWindow& window)
@@ -96,18 +91,6 @@ void showBusy(MainWindow& window)
     Sample::addTypicalCloud(window.application);
     makeBusy(window, "Music projects");
     openMeasured(window, {"Scans"});
-}
-
-void showRetry(MainWindow& window)
-{
-    Sample::addTypicalCloud(window.application);
-    const auto isBusy = makeBusy(window, "Music projects");
-    openMeasured(window, {"Scans"});
-    *isBusy = false;
-    hold(window, {"Music projects"});
-    window.state().retryBusyICloudFolders();
-    window.gate->waitUntilReached();
-    window.settle();
 }
 
 void showReleasing(MainWindow& window)
@@ -185,7 +168,6 @@ Scenes icloudScenes()
         {"icloud", "three-apps", typical({"Design"})},
         {"icloud", "five-apps", showFiveApps, true},
         {"icloud", "busy-folder", showBusy},
-        {"icloud", "retry", showRetry},
         {"icloud", "releasing", showReleasing},
         {"icloud", "freed", releasing({"Photos", "Scans"}, 18'448 * Sample::MB)},
         {"icloud", "nothing-freed", releasing({"Scans"}, 0)},

@@ -1,3 +1,4 @@
+#include "Zorvane/State/ReportModel.h"
 #include "tests/Zorvane/Support/Gate.h"
 #include "tests/Zorvane/Support/ScriptedApplication.h"
 
@@ -108,7 +109,9 @@ TEST(AppStateCleaningTest, CleansFilesThenToolsAndMergesTheirReports)
     EXPECT_EQ(skipped[0], file(1));
     EXPECT_NE(skipped[1].find("2026-02-02-000000"), std::string::npos);
     EXPECT_EQ(state.cleaningReport()->totalBytesFreed(), 40);
-    EXPECT_EQ(state.lastVisibleFreedBytes(), 25);
+    Zorvane::ReportModel report;
+    report.setAppState(&state);
+    EXPECT_EQ(report.visibleFreedText(), QStringLiteral("Visible in Finder right now: 25 bytes"));
     // Neither the list nor the selection follows; the next scan does that.
     EXPECT_EQ(state.phase(), Phase::results);
     EXPECT_EQ(state.categories().size(), 2U);

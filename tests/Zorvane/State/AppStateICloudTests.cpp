@@ -18,7 +18,8 @@ Strings itemTexts(const AppState& state)
 {
     Strings texts;
     for (const auto& item : state.icloudItems().value()) {
-        texts.push_back(item.path.substr(entry("").size() + 1) + ':' + std::to_string(item.localBytes));
+        texts.push_back(item.path.substr(entry("").size() + 1) + ':' +
+                        std::to_string(item.localBytes));
     }
     return texts;
 }
