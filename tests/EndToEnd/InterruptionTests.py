@@ -38,6 +38,14 @@ class Interruption(ProgramTest):
                 self.assertEqual((process.returncode, process.stdout, process.stderr),
                                  (130, b"", b"zorvane-cli: interrupted\n"))
 
+    def test_a_request_to_end_that_comes_while_a_tool_lists(self):
+        tool = self.file("home/.tools/opt/homebrew/bin/brew", "#!/bin/sh\nkill -INT $PPID\n")
+        tool.chmod(0o755)
+        process = self.run_program("scan", "--json", "--home", self.home, "--rule", "brew-cleanup",
+                                   "--tools", self.home / ".tools")
+        self.assertEqual((process.returncode, process.stdout, process.stderr),
+                         (130, b"", b"zorvane-cli: interrupted\n"))
+
     def test_control_c_on_the_terminal_once_the_scan_is_on_its_way(self):
         # A scan that is through before the key is pressed tells nothing; then again.
         for _ in range(20):
