@@ -1,3 +1,4 @@
+#include "CleanCore/Platform/ChildSignal.h"
 #include "CleanCore/Startup/StartError.h"
 #include "Zorvane/Application/ApplicationEnvironment.h"
 #include "Zorvane/Platform/DisplayText.h"
@@ -97,6 +98,7 @@ int parseAndShow(int argc, char** argv)
 
 int main(int argc, char** argv)
 {
+    CleanCore::restoreChildSignal();
     const int status = parseAndShow(argc, argv);
     std::cout.flush();
     // Whatever still hangs in a tool or a dead file system is not waited for, and must not meet the

@@ -1,3 +1,4 @@
+#include "CleanCore/Platform/ChildSignal.h"
 #include "CleanCore/Startup/StartError.h"
 #include "CleanCore/Startup/Startup.h"
 #include "ZorvaneCLI/Commands.h"
@@ -201,6 +202,7 @@ int parseAndRun(int argc, char** argv)
 
 int main(int argc, char** argv)
 {
+    CleanCore::restoreChildSignal();
     openMissingStandardStreams();
     try {
         const int status = parseAndRun(argc, argv);

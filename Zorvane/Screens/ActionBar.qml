@@ -44,7 +44,7 @@ FocusScope {
         PrimaryButton {
             text: qsTr("Clean %1").arg(bar.figures.selectedText)
             minimumWidth: 150
-            enabled: bar.figures.canClean
+            available: bar.figures.canClean
             opacity: bar.figures.hasSelectedBytes ? 1 : 0.5
             onClicked: bar.appState.requestClean()
         }

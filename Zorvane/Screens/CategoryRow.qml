@@ -1,6 +1,5 @@
 import QtQuick
 import QtQuick.Layouts
-import QtQuick.Templates as T
 import Zorvane
 
 /// The header of a category.
@@ -30,19 +29,15 @@ ResultsRow {
     highlight: header.down ? 0.05 : row.hovered ? 0.03 : 0
     ListView.onPooled: turnsSlowly = false
 
-    T.AbstractButton {
+    BaseButton {
         id: header
 
         anchors.fill: parent
         focus: true
         focusPolicy: row.controlFocusPolicy
-        Accessible.role: Accessible.Button
         // The title goes in last: it may hold what looks like the place of another text.
         Accessible.name: qsTr("%3, %1, %2").arg(row.countText).arg(row.sizeText).arg(row.title)
-        Accessible.description: row.isExpanded ? qsTr("Expanded") : qsTr("Collapsed")
-        Accessible.onPressAction: header.clicked()
-        Keys.onReturnPressed: event => { if (!event.isAutoRepeat) header.clicked(); }
-        Keys.onEnterPressed: event => { if (!event.isAutoRepeat) header.clicked(); }
+        description: row.isExpanded ? qsTr("Expanded") : qsTr("Collapsed")
         onClicked: {
             row.turnsSlowly = true;
             row.expansionToggled();

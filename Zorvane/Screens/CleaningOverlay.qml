@@ -1,23 +1,17 @@
 import QtQuick
 import Zorvane
 
-/// Covers the screen while a clean runs, and takes its input.
+/// Covers the screen while a clean runs, and takes its mouse and keyboard.
 FocusScope {
     id: overlay
 
     readonly property string text: qsTr("Cleaning…")
 
-    /// Gets the keyboard after the clean, also when a sheet returns it here.
-    required property Item followingFocus
-
-    function releaseKeyboard() {
-        if (activeFocus && !visible)
-            followingFocus.forceActiveFocus();
-    }
-
     Keys.onPressed: event => { event.accepted = true; }
-    onVisibleChanged: visible ? forceActiveFocus() : releaseKeyboard()
-    onActiveFocusChanged: releaseKeyboard()
+    onVisibleChanged: {
+        if (visible)
+            forceActiveFocus();
+    }
 
     Rectangle {
         anchors.fill: parent

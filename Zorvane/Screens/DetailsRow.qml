@@ -57,7 +57,7 @@ ResultsRow {
                 font: Theme.callout
                 focusPolicy: row.controlFocusPolicy
                 Accessible.role: Accessible.Link
-                Accessible.description: row.title
+                description: row.title
                 onClicked: row.allSelected()
             }
 
@@ -67,7 +67,7 @@ ResultsRow {
                 font: Theme.callout
                 focusPolicy: row.controlFocusPolicy
                 Accessible.role: Accessible.Link
-                Accessible.description: row.title
+                description: row.title
                 onClicked: row.selectionCleared()
             }
         }

@@ -1,6 +1,5 @@
 import QtQuick
 import QtQuick.Layouts
-import QtQuick.Templates as T
 import Zorvane
 
 /// Leads to the release of what the cloud drive keeps on this computer.
@@ -13,7 +12,6 @@ ResultsRow {
     topGap: 10
     contentHeight: line.implicitHeight + 28
     focusTarget: area
-    highlight: area.down ? 0.05 : card.hovered ? 0.03 : 0
 
     ICloudModel {
         id: icloud
@@ -21,18 +19,14 @@ ResultsRow {
         appState: card.appState
     }
 
-    T.AbstractButton {
+    BaseButton {
         id: area
 
         anchors.fill: parent
         focus: true
         focusPolicy: card.controlFocusPolicy
-        Accessible.role: Accessible.Button
-        Accessible.name: title.text
-        Accessible.description: description.text
-        Accessible.onPressAction: area.clicked()
-        Keys.onReturnPressed: event => { if (!event.isAutoRepeat) area.clicked(); }
-        Keys.onEnterPressed: event => { if (!event.isAutoRepeat) area.clicked(); }
+        text: title.text
+        description: explanation.text
         onClicked: icloud.open()
 
         HoverHandler {
@@ -85,7 +79,7 @@ ResultsRow {
             }
 
             ScreenText {
-                id: description
+                id: explanation
 
                 Layout.fillWidth: true
                 text: qsTr("Frees the space taken by iCloud files downloaded on this Mac. Nothing is deleted from the cloud.")
@@ -103,7 +97,6 @@ ResultsRow {
             SecondaryButton {
                 Layout.alignment: Qt.AlignHCenter
                 text: qsTr("Measure")
-                small: true
                 cornerRadius: Theme.radiusCapsule
                 focusPolicy: card.controlFocusPolicy
                 onClicked: {

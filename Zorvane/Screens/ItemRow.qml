@@ -67,6 +67,7 @@ ResultsRow {
 
     HoverHelp {
         parent: row
-        text: pathText.truncated && (row.hovered || box.visualFocus) ? row.path : ""
+        focusItem: box
+        text: pathText.truncated ? row.path : ""
     }
 }

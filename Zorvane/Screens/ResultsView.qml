@@ -1,4 +1,5 @@
 import QtQuick
+import QtQuick.Window
 import Zorvane
 
 /// What the last scan found, and the choice of what goes.
@@ -17,6 +18,21 @@ FocusScope {
         return 4 * Math.floor(length / 4);
     }
 
+    /// Nothing has the keyboard when what had it went, or when assistive tools wanted it for what is
+    /// covered.
+    function takeKeyboardBack() {
+        if (Window.activeFocusItem !== view)
+            return;
+        if (overlay.visible)
+            overlay.forceActiveFocus();
+        else if (sheets.sheet)
+            sheets.sheet.takeKeyboard();
+        else
+            content.forceActiveFocus();
+    }
+
+    Window.onActiveFocusItemChanged: takeKeyboardBack()
+
     implicitWidth: 900
     implicitHeight: 640
 
@@ -26,53 +42,65 @@ FocusScope {
         appState: view.appState
     }
 
-    TopBar {
-        id: topBar
+    FocusScope {
+        id: content
 
-        width: parent.width
-        userName: figures.userName
-    }
-
-    SummaryPanel {
-        id: summary
-
-        anchors.top: topBar.bottom
-        anchors.topMargin: 10
-        x: view.contentX
-        appState: view.appState
-    }
-
-    ResultsList {
-        id: list
-
-        anchors.top: topBar.bottom
-        anchors.bottom: actionBar.top
-        anchors.left: summary.right
-        anchors.leftMargin: Theme.spacingLarge
-        width: view.contentWidth - summary.width - Theme.spacingLarge + gutter
+        anchors.fill: parent
         focus: true
-        appState: view.appState
-    }
+        // Nothing of it can be used while something lies over it, by assistive tools neither.
+        enabled: !sheets.sheet && !overlay.visible
 
-    ActionBar {
-        id: actionBar
+        TopBar {
+            id: topBar
 
-        anchors.bottom: parent.bottom
-        width: parent.width
-        contentWidth: view.contentWidth
-        appState: view.appState
-        figures: figures
+            width: parent.width
+            userName: figures.userName
+        }
+
+        SummaryPanel {
+            id: summary
+
+            anchors.top: topBar.bottom
+            anchors.topMargin: 10
+            x: view.contentX
+            appState: view.appState
+        }
+
+        ResultsList {
+            id: list
+
+            anchors.top: topBar.bottom
+            anchors.bottom: actionBar.top
+            anchors.left: summary.right
+            anchors.leftMargin: Theme.spacingLarge
+            width: view.contentWidth - summary.width - Theme.spacingLarge + gutter
+            focus: true
+            appState: view.appState
+        }
+
+        ActionBar {
+            id: actionBar
+
+            anchors.bottom: parent.bottom
+            width: parent.width
+            contentWidth: view.contentWidth
+            appState: view.appState
+            figures: figures
+        }
     }
 
     SheetHost {
+        id: sheets
+
         anchors.fill: parent
         appState: view.appState
     }
 
     CleaningOverlay {
+        id: overlay
+
         anchors.fill: parent
         // While the window closes it says so itself.
         visible: view.appState.isCleaning && !view.appState.isClosing
-        followingFocus: list
     }
 }

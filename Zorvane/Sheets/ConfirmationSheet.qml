@@ -26,7 +26,7 @@ Sheet {
                 text: qsTr("Delete %1 permanently").arg(confirmation.totalText)
                 isDestructive: true
                 minimumWidth: 220
-                enabled: !confirmation.needsAcknowledgement || acknowledgement.checked
+                available: !confirmation.needsAcknowledgement || acknowledgement.checked
                 onClicked: sheet.appState.performClean()
             }
         ]

@@ -15,8 +15,6 @@ GlassCard {
         spacing: 9
 
         Repeater {
-            id: areas
-
             model: summary.model
 
             RowLayout {
@@ -58,7 +56,6 @@ GlassCard {
         }
 
         Rectangle {
-            visible: areas.count > 0
             width: parent.width
             height: 1
             color: Theme.glassBorder

@@ -32,7 +32,7 @@ Sheet {
                 text: qsTr("Free up %1").arg(icloud.selectedText)
                 minimumTextWidth: 170
                 busy: sheet.appState.isEvicting
-                enabled: icloud.canEvict
+                available: icloud.canEvict
                 opacity: icloud.hasSelectedBytes ? 1 : 0.5
                 onClicked: sheet.appState.requestEvict()
             }

@@ -3,9 +3,9 @@ import QtQuick.Templates as T
 import QtQuick.Window
 import Zorvane
 
-/// A modal panel in the middle of what it fills, which it dims and keeps from all input. The panel
+/// A modal panel in the middle of what it fills, which it dims and keeps from the mouse. The panel
 /// exists only while the sheet is shown. It holds the keyboard and gives it back to the item that
-/// had it.
+/// had it. While it is open, the owner disables what lies below.
 Item {
     id: sheet
 
@@ -29,8 +29,14 @@ Item {
         previousFocus = Window.activeFocusItem;
         const control = previousFocus as T.Control;
         focusReason = control?.visualFocus ? Qt.TabFocusReason : Qt.OtherFocusReason;
-        content = panel.createObject(place) as SheetPanel;
-        fence.forceActiveFocus(focusReason);
+        const made = panel.createObject(place) as SheetPanel;
+        // Before the sheet counts as open, or what lies below would lose the keyboard to nobody.
+        // Where something lies over the sheet, it waits for the keyboard.
+        if (enabled)
+            fence.forceActiveFocus(focusReason);
+        else
+            fence.focus = true;
+        content = made;
     }
 
     function close() {
@@ -48,6 +54,10 @@ Item {
         else
             fence.focus = false;
         previousFocus = null;
+    }
+
+    function takeKeyboard() {
+        fence.forceActiveFocus();
     }
 
     onShownChanged: shown ? open() : close()

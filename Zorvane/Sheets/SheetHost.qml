@@ -7,19 +7,28 @@ Item {
 
     required property AppState appState
 
+    /// The one that is open.
+    readonly property Sheet sheet: confirmation.isOpen ? confirmation : icloud.isOpen ? icloud : report.isOpen ? report : null
+
     ConfirmationSheet {
+        id: confirmation
+
         anchors.fill: parent
         appState: host.appState
         shown: appState.showConfirmation && !appState.hasCleaningReport
     }
 
     ICloudSheet {
+        id: icloud
+
         anchors.fill: parent
         appState: host.appState
         shown: appState.showICloud && !appState.hasCleaningReport && !appState.showConfirmation
     }
 
     ReportSheet {
+        id: report
+
         anchors.fill: parent
         appState: host.appState
         shown: appState.hasCleaningReport

@@ -6,6 +6,11 @@ import Zorvane
 T.MenuItem {
     id: item
 
+    function press() {
+        if (enabled)
+            clicked();
+    }
+
     implicitWidth: 208
     implicitHeight: 32
     padding: 10
@@ -15,7 +20,7 @@ T.MenuItem {
     Accessible.name: text
     // Qt 6.4 does not tell assistive tools that a control is disabled.
     Accessible.description: enabled ? "" : qsTr("Not available")
-    Accessible.onPressAction: item.triggered()
+    Accessible.onPressAction: item.press()
 
     contentItem: Text {
         text: item.text

@@ -1,7 +1,7 @@
 import QtQuick
 import Zorvane
 
-/// Covers the window while it finishes what it has in hand, and takes its input.
+/// Covers the window while it finishes what it has in hand, and takes its mouse and keyboard.
 FocusScope {
     id: overlay
 

@@ -10,6 +10,10 @@ Window {
     required property AppState appState
     required property bool animated
 
+    /// Whether something lies over the screens and the title bar. Nothing of them can be used then,
+    /// by assistive tools neither.
+    readonly property bool isCovered: titleBar.isMenuOpen || about.isOpen || update.isOpen || closing.visible
+
     visible: true
     width: 1080
     height: 760
@@ -24,9 +28,18 @@ Window {
         window.appState.requestClose();
     }
 
-    // Nothing has the keyboard when what had it went while a menu or a sheet was open.
+    // Nothing has the keyboard when what had it went, or when assistive tools wanted it for what is
+    // covered.
     onActiveFocusItemChanged: {
-        if (active && activeFocusItem === contentItem)
+        if (!active || activeFocusItem !== contentItem)
+            return;
+        if (closing.visible)
+            closing.forceActiveFocus();
+        else if (update.isOpen)
+            update.takeKeyboard();
+        else if (about.isOpen)
+            about.takeKeyboard();
+        else
             screens.forceActiveFocus();
     }
 
@@ -56,15 +69,19 @@ Window {
         id: screens
 
         anchors.fill: parent
+        enabled: !window.isCovered
         appState: window.appState
         termsURL: LegalPages.termsURL
         privacyURL: LegalPages.privacyURL
     }
 
     TitleBar {
+        id: titleBar
+
         anchors.left: parent.left
         anchors.right: parent.right
         anchors.top: parent.top
+        enabled: !window.isCovered
         target: window
         updater: updater
         onAboutRequested: about.shown = true
@@ -74,16 +91,22 @@ Window {
         id: about
 
         anchors.fill: parent
+        enabled: !update.isOpen && !closing.visible
         version: updater.installedVersion
         onDismissed: shown = false
     }
 
     UpdateSheet {
+        id: update
+
         anchors.fill: parent
+        enabled: !closing.visible
         updater: updater
     }
 
     ClosingOverlay {
+        id: closing
+
         anchors.fill: parent
         visible: window.appState.isClosing
     }

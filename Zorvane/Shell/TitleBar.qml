@@ -11,6 +11,7 @@ Item {
 
     signal aboutRequested
 
+    readonly property bool isMenuOpen: menu.visible
     readonly property bool isMaximized: target.visibility === Window.Maximized
 
     function toggleMaximized() {
@@ -43,7 +44,7 @@ Item {
         WindowButton {
             id: menuButton
 
-            name: qsTr("Menu")
+            text: qsTr("Menu")
             symbol: "line.3.horizontal"
             onClicked: menu.open()
 
@@ -59,19 +60,19 @@ Item {
         }
 
         WindowButton {
-            name: qsTr("Minimize")
+            text: qsTr("Minimize")
             symbol: "minus"
             onClicked: bar.target.showMinimized()
         }
 
         WindowButton {
-            name: bar.isMaximized ? qsTr("Restore") : qsTr("Maximize")
+            text: bar.isMaximized ? qsTr("Restore") : qsTr("Maximize")
             symbol: bar.isMaximized ? "square.on.square" : "square"
             onClicked: bar.toggleMaximized()
         }
 
         WindowButton {
-            name: qsTr("Close")
+            text: qsTr("Close")
             symbol: "xmark"
             hoverColor: Theme.danger
             onClicked: bar.target.close()

@@ -1,24 +1,16 @@
 import QtQuick
-import QtQuick.Templates as T
 import Zorvane
 
 /// A button of the title bar.
-T.Button {
+BaseButton {
     id: button
 
-    required property string name
     required property string symbol
     property color hoverColor: "white"
 
     implicitWidth: 28
     implicitHeight: 28
     focusPolicy: Qt.TabFocus
-    hoverEnabled: true
-    Accessible.role: Accessible.Button
-    Accessible.name: name
-    Accessible.onPressAction: button.clicked()
-    Keys.onReturnPressed: event => { if (!event.isAutoRepeat) button.clicked(); }
-    Keys.onEnterPressed: event => { if (!event.isAutoRepeat) button.clicked(); }
 
     contentItem: Item {
         Symbol {

@@ -99,7 +99,8 @@ public:
     /// Moves on from needsPermission without the permission.
     Q_INVOKABLE void continueWithoutPermission();
     Q_INVOKABLE void openPermissionSettings();
-    /// Does nothing while a scan runs. A catalog that cannot be loaded leads back to ready.
+    /// Does nothing while a scan or a clean runs. A catalog that cannot be loaded leads back to
+    /// ready.
     Q_INVOKABLE void startScan();
     /// Nothing that the cancelled scan still finds is published. A tool that already runs is left
     /// to end.
@@ -117,8 +118,8 @@ public:
 
     [[nodiscard]] BooleanBinding itemBinding(std::string ruleId, std::string path);
     /// Reads as true when the category has items and all are chosen; a write chooses all or none
-    /// and publishes once. `category` is a position in categories(); after the next scan the
-    /// binding is dead.
+    /// and publishes once, if that changes anything. `category` is a position in categories();
+    /// after the next scan the binding is dead.
     [[nodiscard]] BooleanBinding categoryBinding(std::size_t category);
     /// `category` is a position in categories().
     [[nodiscard]] std::int64_t selectedBytes(std::size_t category) const;

@@ -89,7 +89,11 @@ BooleanBinding AppState::categoryBinding(std::size_t category)
                 return isAlive() && self->m_selection.isWhollySelected(category);
             },
             [self, isAlive, category](bool isSelected) {
-                if (isAlive()) {
+                if (!isAlive()) {
+                    return;
+                }
+                const std::size_t all = self->categories()[category].items.size();
+                if (self->m_selection.selectedCount(category) != (isSelected ? all : 0)) {
                     self->changeSelection([&](auto& selection) {
                         selection.setWhollySelected(category, isSelected);
                     });

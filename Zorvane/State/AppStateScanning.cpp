@@ -20,7 +20,7 @@ const std::optional<std::string>& AppState::currentRuleId() const
 
 void AppState::startScan()
 {
-    if (m_phase == Phase::scanning) {
+    if (m_phase == Phase::scanning || m_isCleaning) {
         return;
     }
     setPhase(Phase::scanning);
@@ -68,6 +68,10 @@ void AppState::cancelScan()
 
 void AppState::publishResults(const CleanCore::SelectionState& results)
 {
+    if (m_showConfirmation) {
+        // It was asked about what is no longer there.
+        setShowConfirmation(false);
+    }
     // A million items take a while to be freed, and the main thread has other things to do.
     m_environment.home.pool->submit([old = std::exchange(m_selection, results)] {});
     m_hasCategories = true;

@@ -2,11 +2,17 @@ import QtQuick
 import QtQuick.Templates as T
 import Zorvane
 
-/// Explains the element that it is put into, while the pointer is over it or the keyboard is there.
+/// Explains the element that it is put into, while the pointer is over it or the keyboard came to it.
 Item {
     id: help
 
     required property string text
+    /// What the keyboard comes to. A control has the focus after a click too, which does not count.
+    property Item focusItem: parent
+
+    readonly property bool hasKeyboard: (focusItem as T.Control)?.visualFocus ?? focusItem?.activeFocus ?? false
+    /// Whether it is to be shown, after a short while.
+    readonly property bool isWanted: text !== "" && (pointer.hovered || hasKeyboard)
 
     anchors.fill: parent
 
@@ -26,7 +32,7 @@ Item {
         margins: 8
         delay: 400
         text: help.text
-        visible: help.text !== "" && (pointer.hovered || (help.parent?.activeFocus ?? false))
+        visible: help.isWanted
         closePolicy: T.Popup.CloseOnEscape
 
         contentItem: Text {

@@ -1,9 +1,8 @@
 import QtQuick
-import QtQuick.Templates as T
 import Zorvane
 
 /// A button without a frame: a text, a symbol or both.
-T.Button {
+BaseButton {
     id: button
 
     property string symbol: ""
@@ -14,17 +13,6 @@ T.Button {
     implicitHeight: implicitContentHeight + topPadding + bottomPadding
     spacing: 4
     font: Theme.caption
-    opacity: enabled ? 1 : 0.5
-    hoverEnabled: true
-    focusPolicy: Qt.StrongFocus
-
-    Accessible.role: Accessible.Button
-    Accessible.name: text
-    // Qt 6.4 does not tell assistive tools that a control is disabled.
-    Accessible.description: enabled ? "" : qsTr("Not available")
-    Accessible.onPressAction: button.clicked()
-    Keys.onReturnPressed: event => { if (!event.isAutoRepeat) button.clicked(); }
-    Keys.onEnterPressed: event => { if (!event.isAutoRepeat) button.clicked(); }
 
     HoverHandler {
         cursorShape: Qt.PointingHandCursor

@@ -1,10 +1,9 @@
 import QtQuick
-import QtQuick.Templates as T
 import Zorvane
 
 /// The button of a screen's main action. A destructive one is pressed by a click or the space bar
 /// only: Return is too easily pressed without looking.
-T.Button {
+BaseButton {
     id: button
 
     property bool isDestructive: false
@@ -22,30 +21,9 @@ T.Button {
     bottomPadding: 11
     implicitWidth: Math.max(minimumWidth, leftPadding + rightPadding + Math.max(implicitContentWidth, minimumTextWidth))
     implicitHeight: implicitContentHeight + topPadding + bottomPadding
+    enabled: available && !busy
+    pressedByReturn: !isDestructive
     font: Theme.bodySemibold
-    opacity: enabled ? 1 : 0.5
-    hoverEnabled: true
-    focusPolicy: Qt.StrongFocus
-
-    Accessible.role: Accessible.Button
-    Accessible.name: text
-    // Qt 6.4 does not tell assistive tools that a control is disabled.
-    Accessible.description: enabled ? "" : qsTr("Not available")
-    Accessible.onPressAction: button.pressByKey()
-    Keys.onReturnPressed: event => button.pressByReturn(event)
-    Keys.onEnterPressed: event => button.pressByReturn(event)
-    Keys.onSpacePressed: event => { event.accepted = button.busy; }
-
-    function pressByReturn(event: KeyEvent) {
-        if (!isDestructive && !event.isAutoRepeat)
-            pressByKey();
-        event.accepted = true;
-    }
-
-    function pressByKey() {
-        if (!busy)
-            clicked();
-    }
 
     contentItem: Text {
         text: button.text
@@ -103,7 +81,7 @@ T.Button {
             anchors.fill: parent
             cornerRadius: Theme.radiusMedium
             color: "white"
-            opacity: button.hovered && !button.down && !button.busy ? 0.09 : 0
+            opacity: button.hovered && !button.down ? 0.09 : 0
 
             Behavior on opacity {
                 enabled: Theme.animated
@@ -124,10 +102,5 @@ T.Button {
         anchors.centerIn: parent
         visible: button.busy
         color: "white"
-    }
-
-    MouseArea {
-        anchors.fill: parent
-        visible: button.busy
     }
 }

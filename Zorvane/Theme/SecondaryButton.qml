@@ -1,9 +1,8 @@
 import QtQuick
-import QtQuick.Templates as T
 import Zorvane
 
 /// A button beside the main one, with an optional symbol before its text.
-T.Button {
+BaseButton {
     id: button
 
     property string symbol: ""
@@ -18,17 +17,6 @@ T.Button {
     implicitHeight: implicitContentHeight + topPadding + bottomPadding
     spacing: small ? 5 : 7
     font: small ? Theme.captionMedium : Theme.bodyMedium
-    opacity: enabled ? 1 : 0.5
-    hoverEnabled: true
-    focusPolicy: Qt.StrongFocus
-
-    Accessible.role: Accessible.Button
-    Accessible.name: text
-    // Qt 6.4 does not tell assistive tools that a control is disabled.
-    Accessible.description: enabled ? "" : qsTr("Not available")
-    Accessible.onPressAction: button.clicked()
-    Keys.onReturnPressed: event => { if (!event.isAutoRepeat) button.clicked(); }
-    Keys.onEnterPressed: event => { if (!event.isAutoRepeat) button.clicked(); }
 
     contentItem: LabelRow {
         text: button.text

@@ -9,10 +9,14 @@ T.CheckBox {
 
     required property string accessibleName
 
+    function press() {
+        if (enabled)
+            clicked();
+    }
+
     padding: 0
     implicitWidth: 18
     implicitHeight: 18
-    opacity: enabled ? 1 : 0.5
     hoverEnabled: true
     focusPolicy: Qt.StrongFocus
     nextCheckState: () => checkState
@@ -22,8 +26,10 @@ T.CheckBox {
     Accessible.name: accessibleName
     Accessible.checkable: true
     Accessible.checked: checked
-    Accessible.onPressAction: box.clicked()
-    Accessible.onToggleAction: box.clicked()
+    // As of the buttons.
+    Accessible.description: enabled ? "" : qsTr("Not available")
+    Accessible.onPressAction: box.press()
+    Accessible.onToggleAction: box.press()
 
     indicator: RoundedBox {
         anchors.centerIn: parent

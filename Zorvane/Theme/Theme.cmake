@@ -22,6 +22,7 @@ qt_target_qml_sources(ZorvaneWindow
   QML_FILES
     Theme/AuroraBackground.qml
     Theme/Badge.qml
+    Theme/BaseButton.qml
     Theme/FocusRing.qml
     Theme/GlassCard.qml
     Theme/GlassSurface.qml

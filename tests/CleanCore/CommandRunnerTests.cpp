@@ -1,8 +1,10 @@
 #include "CleanCore/Commands/SystemCommandRunner.h"
+#include "CleanCore/Platform/ChildSignal.h"
 #include "CleanCore/Rules/CleanCoreError.h"
 #include "CleanCore/Support/FileDescriptor.h"
 #include "tests/CleanCore/Support/TemporaryFolder.h"
 
+#include <array>
 #include <atomic>
 #include <cerrno>
 #include <csignal>
@@ -10,6 +12,8 @@
 #include <fcntl.h>
 #include <filesystem>
 #include <gtest/gtest.h>
+#include <poll.h>
+#include <pty.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <system_error>
@@ -315,8 +319,72 @@ TEST_F(SystemCommandRunnerTest, AStopRequestEndsTheRunningChild)
     EXPECT_THROW(static_cast<void>(runUntilStopped("exec sleep 600")), std::exception);
     EXPECT_THROW(static_cast<void>(runUntilStopped("exec sleep 600 >&-")), std::exception);
     // A grandchild that keeps the output open is not waited for, so it was not all read.
-    EXPECT_THROW(static_cast<void>(runUntilStopped("sleep 2 & wait")), std::system_error);
+    EXPECT_THROW(static_cast<void>(runUntilStopped("sleep 600 & wait")), std::system_error);
     EXPECT_FALSE(hasChildren());
+}
+
+TEST_F(SystemCommandRunnerTest, AStopRequestEndsWhateverTheChildHasStartedAndIgnores)
+{
+    const std::string alive = m_folder.path("alive");
+    ASSERT_EQ(::mkfifo(alive.c_str(), 0600), 0);
+    for (const char* const hanging :
+         {"sleep 600 >&- & echo started >&9; wait",
+          "(trap '' TERM INT HUP; echo started >&9; sleep 600) & wait",
+          "trap '' TERM INT HUP; echo started >&9; while :; do sleep 600; done",
+          "(sleep 600 &); echo started >&9; kill -STOP $$"}) {
+        SCOPED_TRACE(hanging);
+        const FileDescriptor watch(::open(alive.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
+        std::stop_source source;
+        const std::jthread stopper([&] {
+            pollfd started = {watch.get(), POLLIN, 0};
+            ::poll(&started, 1, -1);
+            source.request_stop();
+        });
+        // Each of its processes holds the FIFO open until it ends.
+        EXPECT_THROW(
+            static_cast<void>(SystemCommandRunner(source.get_token())
+                                  .run(program("exec 9>\"$1\"; " + std::string(hanging)), {alive})),
+            std::exception);
+        std::array<char, 16> line = {};
+        ASSERT_EQ(::read(watch.get(), line.data(), line.size()), 8);
+        constexpr int patience = 60'000;
+        pollfd ended = {watch.get(), 0, 0};
+        EXPECT_EQ(::poll(&ended, 1, patience), 1);
+        EXPECT_NE(ended.revents & POLLHUP, 0);
+    }
+    EXPECT_FALSE(hasChildren());
+}
+
+TEST_F(SystemCommandRunnerTest, AToolThatWantsTheTerminalIsNotStoppedForGood)
+{
+    // As a background process of the terminal it would be, and waited for.
+    const std::string asking =
+        program("read -r line; echo \"$line\"; read -r line </dev/tty || echo nobody to ask");
+    int terminal = -1;
+    const pid_t child = ::forkpty(&terminal, nullptr, nullptr, nullptr);
+    if (child == 0) {
+        constexpr unsigned patience = 60;
+        ::alarm(patience);
+        ::_exit(m_runner.run(asking, {}) == "typed\nnobody to ask\n" ? 0 : 1);
+    }
+    ASSERT_EQ(::write(terminal, "typed\n", 6), 6);
+    int status = -1;
+    EXPECT_EQ(::waitpid(child, &status, 0), child);
+    EXPECT_EQ(status, 0);
+    ::close(terminal);
+}
+
+TEST_F(SystemCommandRunnerTest, KnowsHowAChildEndedThoughTheProgramWasStartedIgnoringThat)
+{
+    const auto before = std::signal(SIGCHLD, SIG_IGN);
+    restoreChildSignal();
+    EXPECT_EQ(failureStatus(program("exit 0")), 0);
+    EXPECT_EQ(failureStatus(program("exit 3")), 3);
+    // What somebody has installed on purpose stays.
+    const auto handler = [](int /*signal*/) {};
+    std::signal(SIGCHLD, handler);
+    restoreChildSignal();
+    EXPECT_EQ(std::signal(SIGCHLD, before), +handler);
 }
 
 TEST_F(SystemCommandRunnerTest, StartsNothingAfterAStopRequest)

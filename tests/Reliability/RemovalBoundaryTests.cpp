@@ -85,7 +85,8 @@ TEST_P(RemovalBoundary, ABaseThatShowsAProtectedFolderLosesNothing)
     inMountNamespace([&] {
         const auto removal = beginRemoval();
         bindMount(documents, base);
-        EXPECT_EQ(removal->remove(base, home.path(".cache/entry"), std::nullopt).error, EPERM);
+        EXPECT_EQ(removal->remove(base, home.path(".cache/entry"), std::nullopt).error,
+                  protectedEntryError);
         expectCanaries();
     });
 }
@@ -115,10 +116,10 @@ TEST_P(RemovalBoundary, WhatIsNotInsideTheBaseIsRefused)
         {"an end in the text", base, base + "/entry" + std::string("\0", 1) + "x", EINVAL},
         {"through a link", base, base + "/out/file", ELOOP},
         {"through a link to a protected folder", base, base + "/to-documents/canary", ELOOP},
-        {"a protected folder", home.path(), documents, EPERM},
-        {"inside a protected folder", home.path(), documents + "/canary", EPERM},
-        {"a protected folder's own entry", documents, documents + "/canary", EPERM},
-        {"home itself", home.path() + "/..", home.path(), EPERM},
+        {"a protected folder", home.path(), documents, protectedEntryError},
+        {"inside a protected folder", home.path(), documents + "/canary", protectedEntryError},
+        {"a protected folder's own entry", documents, documents + "/canary", protectedEntryError},
+        {"home itself", home.path() + "/..", home.path(), protectedEntryError},
         {"nothing there", base, base + "/missing", ENOENT},
         {"a base that is a file", base + "/entry/file", base + "/entry/file/x", ENOTDIR},
         {"a base that is missing", base + "/none", base + "/none/x", ENOENT},
@@ -192,7 +193,8 @@ TEST_F(RemovalIdentity, AFolderThatLeadsToAProtectedOneIsNotEmptied)
     const std::string inner = home.makeFolder(".cache/entry/inner");
     home.makeFile(".cache/entry/inner/precious");
     LinuxRemoval removal(home.path(), std::vector<std::string>{inner}, std::nullopt, pool());
-    EXPECT_EQ(removal.remove(base, home.path(".cache/entry"), std::nullopt).error, EPERM);
+    EXPECT_EQ(removal.remove(base, home.path(".cache/entry"), std::nullopt).error,
+              protectedEntryError);
     EXPECT_TRUE(home.has(".cache/entry/inner/precious"));
 }
 

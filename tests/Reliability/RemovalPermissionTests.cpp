@@ -51,7 +51,7 @@ TEST_F(RemovalPermission, SurvivorsKeepTheirPermissions)
     // What is protected is named after the item was chosen: the item as a whole must stay.
     const std::string moved = home.path(".cache/other");
     ASSERT_EQ(::rename(home.path(".cache/entry").c_str(), moved.c_str()), 0);
-    EXPECT_EQ(removal.remove(base, moved, std::nullopt).error, EPERM);
+    EXPECT_EQ(removal.remove(base, moved, std::nullopt).error, CleanCore::protectedEntryError);
     EXPECT_EQ(modeOf(".cache/other"), 0550U);
     EXPECT_EQ(modeOf(".cache/other/a"), 0500U);
     EXPECT_EQ(modeOf(".cache/other/a/kept"), 0500U);

@@ -48,27 +48,36 @@ TEST(Controls, ArePressedByTheKeysThatSuitThem)
     }
 }
 
+struct Accessibility
+{
+    const char* control;
+    QAccessible::Role role;
+    const char* name;
+    QStringList actions;
+};
+
+const std::vector<Accessibility>& accessibilities()
+{
+    static const QStringList press{QAccessibleActionInterface::pressAction()};
+    static const std::vector<Accessibility> all = {
+        {"PrimaryButton { text: \"Scan\"", QAccessible::Button, "Scan", press},
+        {"PrimaryButton { text: \"Scan\"; isDestructive: true", QAccessible::Button, "Scan", press},
+        {"SecondaryButton { text: \"Rescan\"; symbol: \"arrow.clockwise\"", QAccessible::Button,
+         "Rescan", press},
+        {"PlainButton { text: \"Details\"; symbol: \"chevron.down\"", QAccessible::Button,
+         "Details", press},
+        {"LinkButton { text: \"Terms\"", QAccessible::Button, "Terms", press},
+        {"WindowButton { text: \"Menu\"; symbol: \"minus\"", QAccessible::Button, "Menu", press},
+        {"ApplicationMenuItem { text: \"About\"", QAccessible::MenuItem, "About", press},
+        {"SelectionBox { accessibleName: \"Caches\"", QAccessible::CheckBox, "Caches",
+         press + QStringList{QAccessibleActionInterface::toggleAction()}},
+    };
+    return all;
+}
+
 TEST(Controls, AreAccessibleByRoleNameAndAction)
 {
-    struct Case
-    {
-        const char* control;
-        QAccessible::Role role;
-        const char* name;
-        const char* action;
-    };
-    const Case cases[] = {
-        {"PrimaryButton { text: \"Scan\"", QAccessible::Button, "Scan", "Press"},
-        {"PrimaryButton { text: \"Scan\"; isDestructive: true", QAccessible::Button, "Scan",
-         "Press"},
-        {"SecondaryButton { text: \"Rescan\"; symbol: \"arrow.clockwise\"", QAccessible::Button,
-         "Rescan", "Press"},
-        {"PlainButton { text: \"Details\"; symbol: \"chevron.down\"", QAccessible::Button,
-         "Details", "Press"},
-        {"LinkButton { text: \"Terms\"", QAccessible::Button, "Terms", "Press"},
-        {"SelectionBox { accessibleName: \"Caches\"", QAccessible::CheckBox, "Caches", "Toggle"},
-    };
-    for (const Case& entry : cases) {
+    for (const Accessibility& entry : accessibilities()) {
         SCOPED_TRACE(entry.control);
         const Stage stage(QLatin1String(entry.control) +
                           QStringLiteral("; objectName: \"control\" }"));
@@ -78,9 +87,50 @@ TEST(Controls, AreAccessibleByRoleNameAndAction)
         ASSERT_NE(accessible, nullptr);
         EXPECT_EQ(accessible->role(), entry.role);
         EXPECT_EQ(accessible->text(QAccessible::Name), QLatin1String(entry.name));
+        EXPECT_EQ(accessible->text(QAccessible::Description), QString());
         ASSERT_NE(accessible->actionInterface(), nullptr);
-        accessible->actionInterface()->doAction(QLatin1String(entry.action));
-        EXPECT_EQ(clicks.count(), 1);
+        for (const QString& action : entry.actions) {
+            EXPECT_TRUE(accessible->actionInterface()->actionNames().contains(action));
+            accessible->actionInterface()->doAction(action);
+        }
+        EXPECT_EQ(clicks.count(), entry.actions.size());
+    }
+}
+
+TEST(Controls, AreNotPressedByAssistiveToolsWhileTheyAreDisabled)
+{
+    for (const Accessibility& entry : accessibilities()) {
+        for (const char* disabled : {"%1; enabled: false; objectName: \"control\" }",
+                                     "Item { enabled: false; %1; objectName: \"control\" } }"}) {
+            SCOPED_TRACE(
+                QString::fromLatin1(disabled).arg(QLatin1String(entry.control)).toStdString());
+            const Stage stage(QString::fromLatin1(disabled).arg(QLatin1String(entry.control)));
+            QQuickItem& control = stage.item(QStringLiteral("control"));
+            const QSignalSpy clicks(&control, SIGNAL(clicked()));
+            QAccessibleInterface* accessible = QAccessible::queryAccessibleInterface(&control);
+            EXPECT_EQ(accessible->text(QAccessible::Description), QStringLiteral("Not available"));
+            for (const QString& action : entry.actions) {
+                accessible->actionInterface()->doAction(action);
+            }
+            EXPECT_EQ(clicks.count(), 0);
+        }
+    }
+}
+
+/// As what lies over them does.
+TEST(Controls, KeepTheirLookInWhatIsDisabled)
+{
+    for (const Accessibility& entry : accessibilities()) {
+        if (entry.role == QAccessible::MenuItem) {
+            // Nothing lies over the menu.
+            continue;
+        }
+        SCOPED_TRACE(entry.control);
+        const QString inside = QStringLiteral("Item { x: 50; y: 50; enabled: %1; %2 } }");
+        const QString control = QLatin1String(entry.control);
+        const Stage enabled(inside.arg(QStringLiteral("true"), control));
+        const Stage disabled(inside.arg(QStringLiteral("false"), control));
+        EXPECT_EQ(disabled.picture(), enabled.picture());
     }
 }
 
@@ -145,6 +195,29 @@ TEST(Controls, ShowTheFocusOnlyWhenTheKeyboardGaveIt)
         item.forceActiveFocus(Qt::TabFocusReason);
         EXPECT_NE(stage.picture(), resting);
     }
+}
+
+TEST(Controls, AreExplainedWhenThePointerOrTheKeyboardComes)
+{
+    const Stage stage(
+        QStringLiteral("PlainButton { objectName: \"control\"; x: 100; y: 100; text: \"Scan\"\n"
+                       "HoverHelp { objectName: \"help\"; text: \"Finds what can go\" } }\n"
+                       "Item { objectName: \"area\"; x: 200; width: 9; height: 9\n"
+                       "HoverHelp { objectName: \"help of area\"; text: \"Locked\" } }"));
+    QQuickItem& control = stage.item(QStringLiteral("control"));
+    const QQuickItem& help = stage.item(QStringLiteral("help"));
+    const auto isWanted = [](const QQuickItem& item) { return item.property("isWanted").toBool(); };
+    control.forceActiveFocus(Qt::MouseFocusReason);
+    EXPECT_FALSE(isWanted(help));
+    control.setFocus(false);
+    control.forceActiveFocus(Qt::TabFocusReason);
+    EXPECT_TRUE(isWanted(help));
+    // What is no control is not clicked.
+    stage.item(QStringLiteral("area")).forceActiveFocus();
+    EXPECT_FALSE(isWanted(help));
+    EXPECT_TRUE(isWanted(stage.item(QStringLiteral("help of area"))));
+    QTest::mouseMove(&stage.window(), control.mapToScene({8, 8}).toPoint());
+    EXPECT_TRUE(isWanted(help));
 }
 
 TEST(Controls, RollingFigureShowsItsNewTextAtOnceWhenNothingMoves)

@@ -154,6 +154,57 @@ TEST(Window, GivesItsPartsTheirWidths)
     }
 }
 
+TEST(Window, GivesItsSecondaryButtonsTheirForms)
+{
+    struct Case
+    {
+        const char* screen;
+        const char* state;
+        const char* button;
+        int fontSize;
+        qreal paddingAcross;
+        qreal paddingDown;
+        qreal cornerRadius;
+    };
+    constexpr Case cases[] = {
+        {"results", "empty", "Rescan", 13, 18, 10, 12},
+        {"results", "empty", "Measure", 13, 18, 10, 99},
+        {"icloud", "five-apps", "Rescan", 13, 18, 10, 99},
+        {"icloud", "five-apps", "Show in", 11, 12, 5, 99},
+        {"confirmation", "safe-only", "Cancel", 13, 18, 10, 12},
+    };
+    for (const Case& entry : cases) {
+        SCOPED_TRACE(entry.button);
+        MainWindow window(ordinary);
+        sceneNamed(entry.screen, entry.state).show(window);
+        const QQuickItem& button = window.control(QLatin1String(entry.button));
+        const auto font = button.property("font").value<QFont>();
+        EXPECT_EQ(font.pixelSize(), entry.fontSize);
+        EXPECT_EQ(font.weight(), QFont::Medium);
+        EXPECT_EQ(button.property("leftPadding").toReal(), entry.paddingAcross);
+        EXPECT_EQ(button.property("rightPadding").toReal(), entry.paddingAcross);
+        EXPECT_EQ(button.property("topPadding").toReal(), entry.paddingDown);
+        EXPECT_EQ(button.property("bottomPadding").toReal(), entry.paddingDown);
+        EXPECT_EQ(button.property("cornerRadius").toReal(), entry.cornerRadius);
+    }
+}
+
+TEST(Window, DividesTheTotalFromTheAreasEvenWhereThereAreNone)
+{
+    for (const char* state : {"safe-only", "zero-bytes"}) {
+        SCOPED_TRACE(state);
+        MainWindow window(ordinary);
+        sceneNamed("confirmation", state).show(window);
+        const QQuickItem& summary = window.itemOfType(QStringLiteral("ConfirmationSummary"));
+        const auto lines = window.items([&](const QQuickItem& item) {
+            return item.inherits("QQuickRectangle") && item.height() == 1 &&
+                   summary.isAncestorOf(&item);
+        });
+        ASSERT_EQ(lines.size(), 1U);
+        EXPECT_GT(lines.front()->width(), summary.width() / 2);
+    }
+}
+
 TEST(Window, KeepsTheListsOfItsSheetsLow)
 {
     struct Case

@@ -2,6 +2,8 @@
 #include "tests/Zorvane/Scenes/Scene.h"
 #include "tests/Zorvane/Support/Colors.h"
 
+#include <QTest>
+
 #include <gtest/gtest.h>
 
 #include <numbers>
@@ -180,6 +182,26 @@ TEST(WindowPixels, ChosenCategoriesHaveTheSelectedLookUnlessTheyWantReview)
         const bool isSafe = categories[i].rule.tier == CleanCore::RuleTier::safe;
         EXPECT_EQ(chosen.pixelColor(place).blue() > plain.pixelColor(place).blue() + 10, isSafe);
         EXPECT_EQ(chosen.pixelColor(place) == plain.pixelColor(place), !isSafe);
+    }
+}
+
+TEST(WindowPixels, CategoriesAnswerToThePointerAndTheCardOfTheCloudDriveDoesNot)
+{
+    for (const auto& [type, answers] :
+         {std::pair{"CategoryRow", true}, std::pair{"ICloudBridgeCard", false}}) {
+        SCOPED_TRACE(type);
+        MainWindow window(ordinary);
+        show(window, "results", "three-to-one");
+        const QQuickItem& row = window.itemOfType(QLatin1String(type));
+        const QPoint place = row.mapToScene({6, row.height() / 2}).toPoint();
+        const QColor resting = window.colorAt(place);
+        QTest::mouseMove(&window.window(), place);
+        window.settle();
+        EXPECT_EQ(window.colorAt(place) != resting, answers);
+        QTest::mousePress(&window.window(), Qt::LeftButton, {}, place);
+        window.settle();
+        EXPECT_EQ(window.colorAt(place) != resting, answers);
+        QTest::mouseRelease(&window.window(), Qt::LeftButton, {}, QPoint(0, 0));
     }
 }
 

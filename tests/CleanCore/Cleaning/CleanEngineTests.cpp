@@ -349,9 +349,14 @@ TEST(CleanEngine, KeepsAnItemThatHoldsAProtectedFolder)
     home.folder.makeFile(".cache/linked/desktop/x");
     home.folder.makeLink("Desktop", ".cache/linked/desktop");
     const std::string before = snapshot(home.folder.path());
-    EXPECT_EQ(home.outcomeOf(".cache/app"), "failed");
-    EXPECT_EQ(home.outcomeOf(".cache/linked"), "failed");
-    EXPECT_EQ(home.outcomeOf(".cache/app/photos", {"~/.cache/app"}), "blocked");
+    for (const auto& [item, base] :
+         {std::pair(".cache/app", "~/.cache"), std::pair(".cache/linked", "~/.cache"),
+          std::pair(".cache/app/photos", "~/.cache/app")}) {
+        const CleaningSelection selection = home.select(item, {base});
+        EXPECT_EQ(describe(home.clean(selection, true), selection.items.front()), "blocked")
+            << item << ", in a dry run";
+        EXPECT_EQ(home.outcomeOf(selection), "blocked") << item;
+    }
     EXPECT_EQ(snapshot(home.folder.path()), before);
 }
 

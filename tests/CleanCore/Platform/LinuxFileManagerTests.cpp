@@ -1,15 +1,19 @@
 #include "CleanCore/Platform/LinuxFileManager.h"
 
 #include "CleanCore/Support/TaskPool.h"
+#include "tests/CleanCore/Support/FailingCall.h"
 #include "tests/CleanCore/Support/TemporaryFolder.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <gtest/gtest.h>
+#include <sys/syscall.h>
 #include <system_error>
 
 namespace {
 
 using namespace CleanCore;
+using CleanCoreTests::runWithFailingCall;
 using CleanCoreTests::TemporaryFolder;
 using Strings = std::vector<std::string>;
 
@@ -102,6 +106,38 @@ TEST(LinuxFileManager, SeesNothingOutsideTheFolderThatItIsConfinedTo)
         EXPECT_FALSE(files.exists(world.path("home") + std::string("\0/x", 3)));
     }
     EXPECT_TRUE(isVisible(fileManager(), world.path("home/kernel")));
+}
+
+TEST(LinuxFileManager, TakesNothingForMissingOnlyBecauseTheSystemLacksSomething)
+{
+    const TemporaryFolder folder;
+    folder.makeFile("base/entry");
+    const std::string base = folder.path("base");
+    const auto isRefused = [](const auto& operation) {
+        try {
+            static_cast<void>(operation());
+            return false;
+        } catch (const std::system_error&) {
+            return true;
+        }
+    };
+    enum { exists = 1, cannotBeListed = 2, cannotBeMeasured = 4 };
+    const auto answers = [&] {
+        const LinuxFileManager files = fileManager();
+        return (files.exists(base) ? exists : 0) |
+               (isRefused([&] { return files.namesInFolder(base); }) ? cannotBeListed : 0) |
+               // As nothing, it would be old enough for every age limit.
+               (isRefused([&] { return files.measure(base, Strings{"entry"}, {}); })
+                    ? cannotBeMeasured
+                    : 0);
+    };
+    for (const int error : {EMFILE, ENFILE, ENOMEM}) {
+        EXPECT_EQ(runWithFailingCall(SYS_openat, error, answers),
+                  exists | cannotBeListed | cannotBeMeasured)
+            << error;
+    }
+    EXPECT_EQ(runWithFailingCall(SYS_openat, EACCES, answers), cannotBeListed);
+    EXPECT_EQ(answers(), exists);
 }
 
 } // namespace

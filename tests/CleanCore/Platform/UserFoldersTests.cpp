@@ -106,6 +106,50 @@ TEST(UserFolders, TakesAVariableOnlyForAFolderThatHoldsNothingElse)
     EXPECT_EQ(defaults.temporaryFolder, "/tmp");
 }
 
+TEST(UserFolders, FollowsLinksOfConfigurationAndDataToWhatTheyHold)
+{
+    const TemporaryFolder world;
+    for (const char* const folder : {"dotfiles/config/app", "local/state/app", "data/app", "linked",
+                                     "free", "me/.cache", "you/.local"}) {
+        world.makeFolder(folder);
+    }
+    world.makeLink("me/.config", world.path("dotfiles/config"));
+    world.makeLink("me/.local", world.path("local"));
+    world.makeLink("local/app", world.path("linked"));
+    world.makeLink("you/.local/share", world.path("data"));
+
+    const struct
+    {
+        const char* home;
+        const char* value;
+        bool counts;
+    } cases[] = {
+        {"me", "me/.config", false},
+        {"me", "me/.config/app", false},
+        {"me", "dotfiles/config", false},
+        {"me", "dotfiles/config/app", false},
+        {"me", "dotfiles", false},
+        {"me", "me/.local", false},
+        {"me", "me/.local/state", false},
+        {"me", "local", false},
+        {"me", "local/state/app", false},
+        {"me", "me/.local/app", false},
+        {"me", "free", true},
+        {"me", "local/../free", true},
+        {"you", "data", false},
+        {"you", "data/app", false},
+        {"you", "local", true},
+        {"you", "dotfiles/config", true},
+    };
+    for (const auto& [home, value, counts] : cases) {
+        const UserFolders folders =
+            foldersOf(world.path(home),
+                      {{"XDG_CACHE_HOME", world.path(value)}, {"TMPDIR", world.path(value)}});
+        EXPECT_EQ(folders.cacheFolder != world.path(home) + "/.cache", counts) << value;
+        EXPECT_EQ(folders.temporaryFolder != "/tmp", counts) << value;
+    }
+}
+
 TEST(UserFolders, ProtectsWhateverTheUserDirectoriesFileNames)
 {
     const TemporaryFolder world;

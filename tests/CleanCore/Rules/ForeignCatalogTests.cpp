@@ -86,9 +86,41 @@ TEST(ForeignCatalog, RefusesBasesThatHoldMoreThanLeftovers)
         EXPECT_TRUE(refusedBase(catalogOf("~" + std::string(name)), "/plain", files)) << name;
         EXPECT_FALSE(refusedBase(catalogOf("~" + std::string(name) + "/app"), "/plain", files));
     }
-    // What lies in this home, wherever that is, is its own.
-    EXPECT_FALSE(refusedBase(catalogOf("/root/.cache"), "/root", files));
     EXPECT_FALSE(refusedBase(catalogOf("/etc", RuleKind::command), "/home/me", files));
+}
+
+TEST(ForeignCatalog, TakesWhatLiesInAHomeForItsOwnOnlyInAPersonsHome)
+{
+    const CleanCoreTests::ScriptedFileManager files;
+    const struct
+    {
+        const char* home;
+        const char* base;
+        bool isRefused;
+    } cases[] = {
+        {"/root", "/root/.cache", false},
+        {"/home/me", "/home/me/x", false},
+        {"/home/staff/me", "/home/staff/me/x", false},
+        {"/var/home/me", "/var/home/me/x", false},
+        {"/me", "/me/x", false},
+        {"/", "/usr/share", true},
+        {"/", "/home/other/x", true},
+        {"/", "/srv/x", true},
+        {"/", "/media/disk", false},
+        {"/usr/sbin", "/usr/sbin/x", true},
+        {"/var", "/var/lib/x", true},
+        {"/var/lib/service", "/var/lib/service/x", true},
+        {"/dev", "/dev/shm", true},
+        {"/home", "/home/other/x", true},
+        {"/var/home", "/var/home/other/x", true},
+    };
+    for (const auto& [home, base, isRefused] : cases) {
+        RulesCatalog catalog = catalogOf(base);
+        // The other rule's base is in the home itself.
+        catalog.rules.erase(catalog.rules.begin());
+        EXPECT_EQ(refusedBase(catalog, home, files).has_value(), isRefused)
+            << base << " in " << home;
+    }
 }
 
 } // namespace

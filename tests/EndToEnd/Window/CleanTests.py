@@ -130,6 +130,7 @@ esac''')
         program.click("Delete 16 KB permanently")
         program.see("Cleaning…")
         program.click_at(rescan[0] + 10, rescan[1] + 10)
+        program.press("Rescan")
         program.key("Tab", "space")
         program.see("Cleaning…")
 

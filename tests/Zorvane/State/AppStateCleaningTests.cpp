@@ -32,23 +32,31 @@ TEST(AppStateCleaningTest, BindingsPublishEachChangeOnce)
     scan(state);
     const QSignalSpy told(&state, &AppState::selectionChanged);
     const BooleanBinding category = state.categoryBinding(0);
+    const BooleanBinding empty = state.categoryBinding(1);
     const BooleanBinding item =
         state.itemBinding("cache-a", ScriptedApplication::itemPath("cache-a", 2));
-    item.set(true);
-    EXPECT_EQ(told.size(), 0);
-    item.set(false);
-    item.set(false);
-    EXPECT_EQ(told.size(), 1);
-    EXPECT_FALSE(item.get());
-    EXPECT_FALSE(category.get());
-    EXPECT_EQ(state.selectedBytes(0), 27);
-    category.set(true);
-    EXPECT_TRUE(category.get());
-    EXPECT_EQ(state.selectedBytes(0), 31);
-    category.set(false);
-    EXPECT_EQ(state.selectedBytes(0), 0);
-    EXPECT_EQ(told.size(), 3);
-    EXPECT_FALSE(state.categoryBinding(1).get());
+    const struct
+    {
+        const BooleanBinding& binding;
+        bool isSelected;
+        std::int64_t bytes;
+        int told;
+    } writes[] = {
+        {item, true, 31, 0},     {item, false, 27, 1},    {item, false, 27, 1},
+        {category, true, 31, 2}, {category, true, 31, 2}, {category, false, 0, 3},
+        {item, true, 4, 4},      {category, false, 0, 5}, {category, false, 0, 5},
+        {empty, false, 0, 5},
+    };
+    for (const auto& [binding, isSelected, bytes, changes] : writes) {
+        binding.set(isSelected);
+        EXPECT_EQ(binding.get(), isSelected);
+        EXPECT_EQ(state.selectedBytes(0), bytes);
+        EXPECT_EQ(told.size(), changes);
+        EXPECT_EQ(category.get(), bytes == 31);
+    }
+    empty.set(true);
+    EXPECT_FALSE(empty.get());
+    EXPECT_EQ(told.size(), 5);
 }
 
 TEST(AppStateCleaningTest, BindingsOutliveTheirScanAndTheState)
@@ -118,6 +126,17 @@ TEST(AppStateCleaningTest, CleansFilesThenToolsAndMergesTheirReports)
     EXPECT_EQ(state.selectedBytes(0), 60);
 }
 
+TEST(AppStateCleaningTest, AConfirmationGoesWithTheResultsThatItIsAbout)
+{
+    ScriptedApplication application;
+    application.addArea("cache-a", RuleTier::safe, {1});
+    AppState state(application.environment());
+    scan(state);
+    state.requestClean();
+    scan(state);
+    EXPECT_FALSE(state.showConfirmation());
+}
+
 TEST(AppStateCleaningTest, MeasuresTheGrowthOfFreeSpaceAndNeverLess)
 {
     using Capacities = std::vector<std::optional<std::int64_t>>;
@@ -143,7 +162,7 @@ TEST(AppStateCleaningTest, MeasuresTheGrowthOfFreeSpaceAndNeverLess)
     }
 }
 
-TEST(AppStateCleaningTest, StartsNoSecondCleanAndKeepsToWhatWasChosenAtFirst)
+TEST(AppStateCleaningTest, StartsNothingElseAndKeepsToWhatWasChosenAtFirst)
 {
     ScriptedApplication application;
     application.addArea("cache-a", RuleTier::safe, {2, 1});
@@ -156,8 +175,11 @@ TEST(AppStateCleaningTest, StartsNoSecondCleanAndKeepsToWhatWasChosenAtFirst)
     state.performClean();
     EXPECT_TRUE(state.isCleaning());
     const QSignalSpy told(&state, &AppState::isCleaningChanged);
+    const QSignalSpy moved(&state, &AppState::phaseChanged);
     state.performClean();
+    state.startScan();
     EXPECT_EQ(told.size(), 0);
+    EXPECT_EQ(moved.size(), 0);
     state.selectAll("cache-a");
     state.deselectAll("cache-b");
     gate.open();

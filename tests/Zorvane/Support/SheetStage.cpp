@@ -27,11 +27,12 @@ QString nameOf(QAccessibleInterface* element)
 } // namespace
 
 SheetStage::SheetStage(Zorvane::AppState& state)
-    : m_stage(QStringLiteral("required property AppState application\n"
-                             "SecondaryButton { objectName: \"below\"; text: \"Below\"\n"
-                             "anchors.fill: parent }\n"
-                             "SheetHost { anchors.fill: parent; appState: application }"),
-              QSize(900, 640), {{QStringLiteral("application"), QVariant::fromValue(&state)}})
+    : m_stage(
+          QStringLiteral("required property AppState application\n"
+                         "SecondaryButton { objectName: \"below\"; text: \"Below\"\n"
+                         "anchors.fill: parent; enabled: !sheets.sheet }\n"
+                         "SheetHost { id: sheets; anchors.fill: parent; appState: application }"),
+          QSize(900, 640), {{QStringLiteral("application"), QVariant::fromValue(&state)}})
 {
     below().forceActiveFocus(Qt::TabFocusReason);
 }
