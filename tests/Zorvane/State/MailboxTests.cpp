@@ -28,6 +28,7 @@ TEST(MailboxTest, RunsLettersOfManyThreadsOnTheReadersThreadInEachSendersOrder)
     int outOfTurn = 0;
     const auto mainThread = std::this_thread::get_id();
     std::vector<std::jthread> threads;
+    threads.reserve(senders);
     for (int& expected : next) {
         threads.emplace_back([&] {
             for (int letter = 0; letter < letters; ++letter) {
