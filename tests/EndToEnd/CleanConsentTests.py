@@ -8,8 +8,8 @@ import signal
 import subprocess
 import unittest
 
-from cleaning import CleaningTest, everything_shown, exact_path, snapshot, without
-from support import CLI, rule
+from cleaning import CleaningTest, exact_path, snapshot, without
+from support import CLI, everything_shown, rule
 
 FOLDERS = 3000
 FILES = 5
@@ -29,9 +29,8 @@ class CleanConsent(CleaningTest):
 
     def test_only_yes_removes(self):
         before = snapshot(self.world)
-        for keys, status in ((b"no\n", 4), (b"\n", 4), (b"y\n", 4), (b"YES\n", 4), (b"yes no\n", 4),
-                             (b" yes\n", 4), (b"\x04", 4), (b"ye\x04\x04", 4), (b"\x03", 130),
-                             (b"yes\x03", 130)):
+        for keys, status in ((b"\n", 4), (b"y\n", 4), (b"YES\n", 4), (b"yes no\n", 4), (b" yes\n", 4),
+                             (b"\x04", 4), (b"ye\x04\x04", 4), (b"yes\x03", 130)):
             with self.subTest(keys):
                 result, output, shown = self.on_terminal([*self.arguments, *self.chosen], keys)
                 self.assertEqual((result, output), (status, ""), shown)
