@@ -10,11 +10,6 @@ constexpr qreal outlineWidth = 1;
 
 } // namespace
 
-CardPart::CardPart(QQuickItem* parent) : QQuickPaintedItem(parent)
-{
-    connect(this, &CardPart::changed, this, [this] { update(); });
-}
-
 void CardPart::paint(QPainter* painter)
 {
     // The rest of the box lies outside of what is painted.

@@ -1,7 +1,8 @@
 #pragma once
 
+#include "Zorvane/Theme/PaintedShape.h"
+
 #include <QColor>
-#include <QQuickPaintedItem>
 #include <QtQml/qqmlregistration.h>
 
 namespace Zorvane {
@@ -9,7 +10,7 @@ namespace Zorvane {
 /// A horizontal strip of a rounded box with an outline: with the upper corners, the lower ones,
 /// both or none. Strips that lie one below the other make one box, without clipping, which would
 /// leave seams where the screen's pixels are not whole.
-class CardPart : public QQuickPaintedItem
+class CardPart : public Zorvane::PaintedShape
 {
     Q_OBJECT
     Q_PROPERTY(bool isFirst MEMBER m_isFirst NOTIFY changed REQUIRED)
@@ -20,12 +21,9 @@ class CardPart : public QQuickPaintedItem
     QML_ELEMENT
 
 public:
-    explicit CardPart(QQuickItem* parent = nullptr);
+    using PaintedShape::PaintedShape;
 
     void paint(QPainter* painter) override;
-
-signals:
-    void changed();
 
 private:
     bool m_isFirst = true;

@@ -13,11 +13,6 @@ constexpr qreal miterLimit = 10;
 
 } // namespace
 
-RingArc::RingArc(QQuickItem* parent) : QQuickPaintedItem(parent)
-{
-    connect(this, &RingArc::changed, this, [this] { update(); });
-}
-
 void RingArc::paint(QPainter* painter)
 {
     QRectF circle(0, 0, m_diameter, m_diameter);

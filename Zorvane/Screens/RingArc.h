@@ -1,14 +1,15 @@
 #pragma once
 
+#include "Zorvane/Theme/PaintedShape.h"
+
 #include <QColor>
-#include <QQuickPaintedItem>
 #include <QtQml/qqmlregistration.h>
 
 namespace Zorvane {
 
 /// A part of a ring in the middle of the item, clockwise from `start` to `end`. Both are fractions
 /// of the circle, counted from twelve o'clock. `diameter` is that of the middle of the line.
-class RingArc : public QQuickPaintedItem
+class RingArc : public Zorvane::PaintedShape
 {
     Q_OBJECT
     Q_PROPERTY(qreal start MEMBER m_start NOTIFY changed)
@@ -19,12 +20,9 @@ class RingArc : public QQuickPaintedItem
     QML_ELEMENT
 
 public:
-    explicit RingArc(QQuickItem* parent = nullptr);
+    using PaintedShape::PaintedShape;
 
     void paint(QPainter* painter) override;
-
-signals:
-    void changed();
 
 private:
     qreal m_start = 0;

@@ -140,10 +140,9 @@ QImage enlarged(const std::array<Plane, 3>& channels, QSize size, double scale)
 
 } // namespace
 
-AuroraPainting::AuroraPainting(QQuickItem* parent) : QQuickPaintedItem(parent)
+AuroraPainting::AuroraPainting(QQuickItem* parent) : PaintedShape(parent)
 {
     setOpaquePainting(true);
-    connect(this, &AuroraPainting::colorsChanged, this, [this] { update(); });
 }
 
 void AuroraPainting::paint(QPainter* painter)

@@ -7,11 +7,6 @@
 
 namespace Zorvane {
 
-DiagonalGradient::DiagonalGradient(QQuickItem* parent) : QQuickPaintedItem(parent)
-{
-    connect(this, &DiagonalGradient::changed, this, [this] { update(); });
-}
-
 void DiagonalGradient::paint(QPainter* painter)
 {
     const QRectF area(QPointF(), size());

@@ -1,13 +1,14 @@
 #pragma once
 
+#include "Zorvane/Theme/PaintedShape.h"
+
 #include <QColor>
-#include <QQuickPaintedItem>
 #include <QtQml/qqmlregistration.h>
 
 namespace Zorvane {
 
 /// A rounded rectangle with a gradient from its top-left to its bottom-right corner.
-class DiagonalGradient : public QQuickPaintedItem
+class DiagonalGradient : public Zorvane::PaintedShape
 {
     Q_OBJECT
     Q_PROPERTY(QColor fromColor MEMBER m_from NOTIFY changed REQUIRED)
@@ -16,12 +17,9 @@ class DiagonalGradient : public QQuickPaintedItem
     QML_ELEMENT
 
 public:
-    explicit DiagonalGradient(QQuickItem* parent = nullptr);
+    using PaintedShape::PaintedShape;
 
     void paint(QPainter* painter) override;
-
-signals:
-    void changed();
 
 private:
     QColor m_from;

@@ -6,11 +6,6 @@
 
 namespace Zorvane {
 
-RoundedBox::RoundedBox(QQuickItem* parent) : QQuickPaintedItem(parent)
-{
-    connect(this, &RoundedBox::changed, this, [this] { update(); });
-}
-
 void RoundedBox::paint(QPainter* painter)
 {
     const QRectF area(QPointF(), size());

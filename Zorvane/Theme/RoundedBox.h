@@ -1,7 +1,8 @@
 #pragma once
 
+#include "Zorvane/Theme/PaintedShape.h"
+
 #include <QColor>
-#include <QQuickPaintedItem>
 #include <QtQml/qqmlregistration.h>
 
 namespace Zorvane {
@@ -9,7 +10,7 @@ namespace Zorvane {
 /// A filled rounded rectangle with an outline inside its bounds and over its fill. Unlike Rectangle
 /// it has no seams where the software renderer meets a fractional scale; it takes a texture of its
 /// size, so it is meant for small elements.
-class RoundedBox : public QQuickPaintedItem
+class RoundedBox : public Zorvane::PaintedShape
 {
     Q_OBJECT
     Q_PROPERTY(QColor color MEMBER m_color NOTIFY changed)
@@ -19,12 +20,9 @@ class RoundedBox : public QQuickPaintedItem
     QML_ELEMENT
 
 public:
-    explicit RoundedBox(QQuickItem* parent = nullptr);
+    using PaintedShape::PaintedShape;
 
     void paint(QPainter* painter) override;
-
-signals:
-    void changed();
 
 private:
     QColor m_color = Qt::transparent;

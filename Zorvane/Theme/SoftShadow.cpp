@@ -47,11 +47,6 @@ QImage shadowImage(QSize size, const QRectF& shape, double cornerRadius, double 
 
 } // namespace
 
-SoftShadow::SoftShadow(QQuickItem* parent) : QQuickPaintedItem(parent)
-{
-    connect(this, &SoftShadow::changed, this, [this] { update(); });
-}
-
 qreal SoftShadow::margin() const
 {
     return std::ceil(m_radius * 2.8 + std::abs(m_offsetY));

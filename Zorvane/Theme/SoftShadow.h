@@ -1,7 +1,8 @@
 #pragma once
 
+#include "Zorvane/Theme/PaintedShape.h"
+
 #include <QColor>
-#include <QQuickPaintedItem>
 #include <QtQml/qqmlregistration.h>
 
 namespace Zorvane {
@@ -9,7 +10,7 @@ namespace Zorvane {
 /// The shadow of a rounded rectangle. What would lie under the rectangle itself is left out, so
 /// that it doesn't tint a translucent shape. A painted item shows nothing outside its bounds: this
 /// one has to be larger than the shape by `margin` on every side.
-class SoftShadow : public QQuickPaintedItem
+class SoftShadow : public Zorvane::PaintedShape
 {
     Q_OBJECT
     Q_PROPERTY(QColor color MEMBER m_color NOTIFY changed REQUIRED)
@@ -22,14 +23,11 @@ class SoftShadow : public QQuickPaintedItem
     QML_ELEMENT
 
 public:
-    explicit SoftShadow(QQuickItem* parent = nullptr);
+    using PaintedShape::PaintedShape;
 
     [[nodiscard]] qreal margin() const;
 
     void paint(QPainter* painter) override;
-
-signals:
-    void changed();
 
 private:
     QColor m_color;

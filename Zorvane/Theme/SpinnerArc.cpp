@@ -5,11 +5,6 @@
 
 namespace Zorvane {
 
-SpinnerArc::SpinnerArc(QQuickItem* parent) : QQuickPaintedItem(parent)
-{
-    connect(this, &SpinnerArc::changed, this, [this] { update(); });
-}
-
 void SpinnerArc::paint(QPainter* painter)
 {
     const qreal inset = m_lineWidth / 2 + 0.5;

@@ -1,14 +1,15 @@
 #pragma once
 
+#include "Zorvane/Theme/PaintedShape.h"
+
 #include <QColor>
-#include <QQuickPaintedItem>
 #include <QtQml/qqmlregistration.h>
 
 namespace Zorvane {
 
 /// Three quarters of a circle that fade out behind a round head. It is painted anew for each angle:
 /// an item turned as a picture gets ragged edges from the software renderer.
-class SpinnerArc : public QQuickPaintedItem
+class SpinnerArc : public Zorvane::PaintedShape
 {
     Q_OBJECT
     Q_PROPERTY(QColor color MEMBER m_color NOTIFY changed REQUIRED)
@@ -18,12 +19,9 @@ class SpinnerArc : public QQuickPaintedItem
     QML_ELEMENT
 
 public:
-    explicit SpinnerArc(QQuickItem* parent = nullptr);
+    using PaintedShape::PaintedShape;
 
     void paint(QPainter* painter) override;
-
-signals:
-    void changed();
 
 private:
     QColor m_color;

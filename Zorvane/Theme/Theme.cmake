@@ -7,6 +7,7 @@ target_sources(ZorvaneWindow PRIVATE
   Theme/AuroraPainting.cpp
   Theme/DiagonalGradient.cpp
   Theme/GaussianBlur.cpp
+  Theme/PaintedShape.cpp
   Theme/RoundedBox.cpp
   Theme/SoftShadow.cpp
   Theme/SpinnerArc.cpp
