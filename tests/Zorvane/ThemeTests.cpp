@@ -24,6 +24,49 @@ const QColor primaryLight(167, 139, 250);
 const QColor primaryDeep(124, 58, 237);
 const QColor danger(248, 113, 113);
 
+TEST(Theme, HasTheColorsOfThePalette)
+{
+    struct Entry
+    {
+        const char* name;
+        int red;
+        int green;
+        int blue;
+        double opacity;
+    };
+    constexpr Entry palette[] = {
+        {"background", 7, 7, 12, 1},
+        {"primary", 139, 92, 246, 1},
+        {"primaryLight", 167, 139, 250, 1},
+        {"primaryDeep", 124, 58, 237, 1},
+        {"meshViolet", 91, 33, 182, 1},
+        {"meshIndigo", 30, 58, 138, 1},
+        {"meshTeal", 45, 212, 191, 0.5},
+        {"catWhatsApp", 52, 211, 153, 1},
+        {"catCaches", 139, 92, 246, 1},
+        {"catDev", 45, 212, 191, 1},
+        {"catOther", 96, 165, 250, 1},
+        {"success", 52, 211, 153, 1},
+        {"warning", 245, 166, 35, 1},
+        {"danger", 248, 113, 113, 1},
+        {"textPrimary", 237, 238, 244, 1},
+        {"textSecondary", 237, 238, 244, 0.62},
+        {"textTertiary", 237, 238, 244, 0.4},
+        {"glassFill", 255, 255, 255, 0.055},
+        {"glassBorder", 255, 255, 255, 0.11},
+        {"glassSelectedFill", 139, 92, 246, 0.14},
+        {"glassSelectedBorder", 167, 139, 250, 0.5},
+    };
+    const Stage stage(QStringLiteral("property QtObject theme: Theme"));
+    const auto* theme = stage.window().property("theme").value<QObject*>();
+    for (const Entry& entry : palette) {
+        SCOPED_TRACE(entry.name);
+        const auto color = theme->property(entry.name).value<QColor>();
+        EXPECT_THAT(color, IsColor(QColor(entry.red, entry.green, entry.blue), 0));
+        EXPECT_NEAR(color.alphaF(), entry.opacity, 0.0001);
+    }
+}
+
 TEST(Theme, DigitsOfByteFiguresHaveOneWidth)
 {
     const Stage stage(QStringLiteral(R"(
@@ -37,16 +80,20 @@ TEST(Theme, DigitsOfByteFiguresHaveOneWidth)
         EXPECT_EQ(texts[digit]->implicitWidth(), texts[0]->implicitWidth()) << digit;
 }
 
-TEST(Theme, NamesOfFilesKeepTheirLetters)
+TEST(Theme, NamesAndFiguresAreDrawnLetterByLetter)
 {
-    const Stage stage(QStringLiteral(R"(
-        Row { objectName: "apart"
-            Text { text: "9"; font: Theme.fileFont(40, Font.Normal) }
-            Text { text: "x"; font: Theme.fileFont(40, Font.Normal) }
-            Text { text: "1"; font: Theme.fileFont(40, Font.Normal) } }
-        Text { objectName: "together"; text: "9x1"; font: Theme.fileFont(40, Font.Normal) })"));
-    EXPECT_NEAR(stage.item(QStringLiteral("together")).implicitWidth(),
-                stage.item(QStringLiteral("apart")).implicitWidth(), 1);
+    const char* const texts[][3] = {{"fileFont", "9", "x1"}, {"numberFont", "·", " 6"}};
+    for (const auto& [font, first, rest] : texts) {
+        const Stage stage(QStringLiteral(R"(
+            Row { objectName: "apart"
+                Text { text: "%2"; font: Theme.%1(40, Font.Normal) }
+                Text { text: "%3"; font: Theme.%1(40, Font.Normal) } }
+            Text { objectName: "together"; text: "%2%3"; font: Theme.%1(40, Font.Normal) })")
+                              .arg(font, first, rest));
+        EXPECT_NEAR(stage.item(QStringLiteral("together")).implicitWidth(),
+                    stage.item(QStringLiteral("apart")).implicitWidth(), 1)
+            << font;
+    }
 }
 
 TEST(Theme, ControlsAndSurfacesHaveTheirColors)
