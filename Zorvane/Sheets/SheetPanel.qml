@@ -44,19 +44,13 @@ FocusScope {
     Accessible.name: name
     Window.onActiveFocusItemChanged: follow(Window.activeFocusItem)
 
-    // Painted small and drawn large: so wide a blur has no detail, and takes long at full size.
     SoftShadow {
-        readonly property int enlargement: 6
-
-        anchors.centerIn: parent
-        width: panel.width / enlargement + 2 * margin
-        height: panel.height / enlargement + 2 * margin
-        scale: enlargement
-        smooth: true
+        anchors.fill: parent
+        anchors.margins: -margin
         color: Theme.black(0.6)
-        radius: 5
-        offsetY: 2
-        cornerRadius: panel.cornerRadius / enlargement
+        radius: 30
+        offsetY: 12
+        cornerRadius: panel.cornerRadius
     }
 
     RoundedBox {

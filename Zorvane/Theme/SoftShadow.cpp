@@ -12,6 +12,10 @@
 namespace Zorvane {
 namespace {
 
+/// The shadow is blurred on an image on which the blur's radius has about so many pixels: nothing
+/// is left that a finer one could show.
+constexpr double pixelsOfRadius = 4;
+
 QImage shadowImage(QSize size, const QRectF& shape, double cornerRadius, double blurRadius,
                    const QColor& color)
 {
@@ -62,21 +66,25 @@ void SoftShadow::paint(QPainter* painter)
 
     const double scale = painter->deviceTransform().m11();
     const QRectF dropped = shape.translated(0, m_offsetY);
-    QImage image =
-        shadowImage((size() * scale).toSize(), {dropped.topLeft() * scale, dropped.size() * scale},
-                    corner * scale, m_radius * scale, m_color);
+    const double reduced = scale / std::max(1.0, std::floor(m_radius * scale / pixelsOfRadius));
+    const QImage blurred = shadowImage((size() * reduced).toSize() + QSize(1, 1),
+                                       {dropped.topLeft() * reduced, dropped.size() * reduced},
+                                       corner * reduced, m_radius * reduced, m_color);
+    QImage image((size() * scale).toSize(), QImage::Format_ARGB32_Premultiplied);
     image.setDevicePixelRatio(scale);
+    image.fill(Qt::transparent);
 
     // Half a pixel stays under the shape's rim, or its smooth edge would show a gap.
     const qreal rim = 0.5;
-    QPainter cutter(&image);
-    cutter.setRenderHint(QPainter::Antialiasing);
-    cutter.setCompositionMode(QPainter::CompositionMode_DestinationOut);
-    cutter.setPen(Qt::NoPen);
-    cutter.setBrush(Qt::black);
-    cutter.drawRoundedRect(shape.adjusted(rim, rim, -rim, -rim), std::max(corner - rim, 0.0),
-                           std::max(corner - rim, 0.0));
-    cutter.end();
+    QPainter drawing(&image);
+    drawing.setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
+    drawing.drawImage(QRectF(QPointF(), QSizeF(blurred.size()) / reduced), blurred);
+    drawing.setCompositionMode(QPainter::CompositionMode_DestinationOut);
+    drawing.setPen(Qt::NoPen);
+    drawing.setBrush(Qt::black);
+    drawing.drawRoundedRect(shape.adjusted(rim, rim, -rim, -rim), std::max(corner - rim, 0.0),
+                            std::max(corner - rim, 0.0));
+    drawing.end();
     painter->drawImage(QPointF(), image);
 }
 
