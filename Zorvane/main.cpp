@@ -1,3 +1,4 @@
+#include "CleanCore/Startup/StartError.h"
 #include "Zorvane/Application/ApplicationEnvironment.h"
 #include "Zorvane/Platform/DisplayText.h"
 #include "Zorvane/Platform/ReducedMotion.h"
@@ -17,7 +18,6 @@ Q_IMPORT_QML_PLUGIN(ZorvanePlugin)
 namespace {
 
 using Zorvane::ApplicationOptions;
-using Zorvane::ExitStatus;
 
 struct CommandLine
 {
@@ -83,13 +83,13 @@ int parseAndShow(int argc, char** argv)
         }
         std::cerr << "zorvane: " << Zorvane::displayText(error.what()).toStdString()
                   << " (--help tells more)\n";
-        return static_cast<int>(ExitStatus::wrongUsage);
+        return static_cast<int>(CleanCore::StartError::Reason::wrongUsage);
     }
     try {
         return show(argc, argv, commandLine.options, Zorvane::makeEnvironment(commandLine.options));
-    } catch (const Zorvane::StartError& error) {
+    } catch (const CleanCore::StartError& error) {
         std::cerr << "zorvane: " << Zorvane::displayText(error.what()).toStdString() << '\n';
-        return static_cast<int>(error.status());
+        return static_cast<int>(error.reason());
     }
 }
 

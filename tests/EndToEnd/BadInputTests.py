@@ -89,6 +89,7 @@ class BadInput(ProgramTest):
                 ["--home", "missing\x1b[31m\nline"], ["--home"],
                 ["--rule", "no-such-area"], ["--rule", ""], ["--rule", "a\x1b[31m\nb"],
                 ["--rule", "Trash-User"], ["--rule", "trash-user", "--rule", "no-such-area"],
+                ["--rule", "[trash-user]"], ["--rule", "trash-user", "cache-user"],
                 *(["--now", time] for time in (
                     "", "yesterday", "2026-03-01", "2026-03-01T12:00:00", "2026-02-30T12:00:00Z",
                     "2026-13-01T12:00:00Z", "2026-03-01T24:00:00Z", "2026-03-01T12:60:00Z",

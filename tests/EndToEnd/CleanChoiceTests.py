@@ -58,7 +58,8 @@ class CleanChoice(CleaningTest):
                 (*area, "--item", self.home / "review/r"),
                 (*area, "--item", a, "--item", self.home / "area/missing"),
                 (*area, "--item", f"{self.home}/area/\u0430"),
-                (*area, "--item", "{}"), (*area, "--item", "[]"),
+                (*area, "--item", "{}"), (*area, "--item", "[]"), (*area, "--item", f"[{a}]"),
+                (*area, "--item", a, self.home / "area/b"),
                 ("--safe", "--home", ""), ("--safe", "--home", self.home / "missing"),
                 ("--safe", "--home", a), ("--safe", "--home", "/"),
                 ("--safe", "--now", "yesterday"), ("--safe", "more"), ("--safe", "--unknown"),
@@ -144,6 +145,37 @@ class CleanChoice(CleaningTest):
         self.assertEqual(report["skipped"], [])
         self.assertEqual(report["totalBytesFreed"], scanned["totalBytes"])
         self.assertFalse(big.exists())
+
+    def test_a_part_of_the_areas_is_what_the_scan_of_all_lists_there(self):
+        self.file("home/area/b/deep/leaf")
+        os.symlink("area/b", self.home / "link")
+        for name, rules in {
+                "a review area inside a safe one's item": (
+                    rule("outer", ["~/area"]), rule("inner", ["~/area/b"], tier="B")),
+                "a review area on a safe one's folder": (
+                    rule("safe", ["~/area"]), rule("review", ["~/area"], tier="B", days=30)),
+                "by a link": (rule("outer", ["~/area"]), rule("linked", ["~/link/deep"], tier="B")),
+                "by a wildcard": (rule("outer", ["~/area"]), rule("any", ["~/*/b"], tier="B")),
+                "an exclusion inside": (
+                    rule("outer", ["~/area"]),
+                    rule("inner", ["~/area/b"], tier="B", exclusions=["inner"])),
+                "safe areas": (rule("b-same", ["~/area"]), rule("a-same", ["~/area"]),
+                               rule("inner", ["~/area/b/deep"])),
+                "a base that is no path": (rule("outer", ["~/area"]), rule("odd", ["area"]))}.items():
+            with self.subTest(name):
+                given = ("--now", NOW, "--catalog", self.catalog(*rules))
+                scanned = self.scan(*given)
+                selected = [item["path"] for category in scanned["categories"]
+                            for item in category["items"] if item["selected"]]
+                self.assertCountEqual(self.would_remove("--safe", *given), selected)
+                for category in (each["id"] for each in rules):
+                    listed = [each for each in scanned["categories"] if each["ruleId"] == category]
+                    self.assertEqual(self.scan("--rule", category, *given)["categories"], listed)
+                    self.assertCountEqual(self.would_remove("--rule", category, "--all", *given),
+                                          paths({"categories": listed}))
+
+    def would_remove(self, *arguments):
+        return [item["path"] for item in self.clean("--dry-run", *arguments)["removed"]]
 
     def test_what_cannot_be_removed_is_reported_and_left(self):
         folder = self.home / "area"

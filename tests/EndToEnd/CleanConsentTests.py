@@ -58,6 +58,18 @@ class CleanConsent(CleaningTest):
         _, _, safe = self.on_terminal([*self.arguments, "--safe"], b"no\n")
         self.assertNotIn("Review", safe)
 
+    def test_the_totals_of_what_tools_report_stay_totals(self):
+        huge = '{"Type":"Images","Reclaimable":"9000000TB"}'
+        for tool, output in (("usr/local/bin/docker", f"{huge}\n{huge}"),
+                             ("opt/homebrew/bin/brew", "Would remove: /c/a (9000000TB)")):
+            self.file(f"home/.tools/{tool}", f"#!/bin/sh\ncat <<'END'\n{output}\nEND\n").chmod(0o755)
+        given = ("--home", self.home, "--tools", self.home / ".tools",
+                 "--rule", "docker-reclaimable", "--rule", "brew-cleanup")
+        total = json.loads(self.run_program("scan", "--json", *given).stdout)["totalBytes"]
+        self.assertEqual(total, 2**63 - 1)
+        _, _, shown = self.on_terminal(["clean", "--all", *given], b"no\n")
+        self.assertIn("Total: 9.22 EB, 3 items", shown)
+
     def test_without_a_terminal_it_refuses(self):
         before = snapshot(self.world)
         self.assert_refused(self.run_program(*self.arguments, "--safe"), 4, "--yes")

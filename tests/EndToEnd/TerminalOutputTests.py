@@ -77,6 +77,11 @@ class TerminalOutput(ProgramTest):
                       "emoji \U0001f9f9 \U0001f469\u200d\U0001f4bb", "<b>bold<b>", " leading space"):
             self.assertIn(f"/files/{shown}", listed)
 
+    def test_an_area_is_known_by_every_form_of_its_name(self):
+        self.file("home/area/entry")
+        catalog = self.catalog(rule("caf\u00e9"))
+        self.assertIn("entry", "\n".join(self.lines("--catalog", catalog, "--rule", "cafe\u0301")))
+
     def test_sizes_are_written_as_the_locale_does(self):
         self.file("home/area/entry", b"x" * 1_250_000)
         catalog = self.catalog(rule())
