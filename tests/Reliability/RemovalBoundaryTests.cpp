@@ -198,17 +198,6 @@ TEST_F(RemovalIdentity, AFolderThatLeadsToAProtectedOneIsNotEmptied)
     EXPECT_TRUE(home.has(".cache/entry/inner/precious"));
 }
 
-TEST_F(RemovalIdentity, AnEntryThatTookTheScannedOnesPlaceIsKept)
-{
-    home.makeFile(".cache/entry", "scanned");
-    EntryStatus seen;
-    ASSERT_EQ(readStatus(-1, home.path(".cache/entry").c_str(), seen), 0);
-    home.makeFile("replacement", "written since");
-    std::filesystem::rename(home.path("replacement"), home.path(".cache/entry"));
-    EXPECT_EQ(beginRemoval()->remove(base, home.path(".cache/entry"), seen.identity).error, ESTALE);
-    EXPECT_TRUE(home.has(".cache/entry"));
-}
-
 TEST_F(RemovalIdentity, AMountThatAppearsMidwayKeepsWhatItShows)
 {
     for (int folder = 0; folder < 200; ++folder) {

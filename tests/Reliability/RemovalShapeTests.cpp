@@ -75,20 +75,6 @@ TEST_F(RemovalShape, AFlatFolderTakesLittleMemory)
     EXPECT_FALSE(home.has(".cache/entry"));
 }
 
-TEST_F(RemovalShape, NamesOfAnyBytes)
-{
-    for (const std::string& name :
-         {std::string(255, 'x'), std::string("line\nbreak"), std::string("\xFF\xFE\x80"),
-          std::string("-rf"), std::string("*"), std::string(" "), std::string("..."),
-          std::string("e\xCC\x81"), std::string("\xC3\xA9"), std::string("$HOME")}) {
-        SCOPED_TRACE(name);
-        const std::string folder = ".cache/" + name;
-        home.makeFile(CleanCore::PathText::join(folder, name));
-        EXPECT_EQ(remove(folder), 0);
-        EXPECT_EQ(countEntries(base), 0U);
-    }
-}
-
 TEST_F(RemovalShape, SpecialFilesGoAndAreNeverOpened)
 {
     const std::string entry = home.makeFolder(".cache/entry");
@@ -120,18 +106,6 @@ TEST_F(RemovalShape, AFileLinkedOutsideKeepsItsOtherName)
     std::string content;
     file >> content;
     EXPECT_EQ(content, "kept");
-}
-
-TEST_F(RemovalShape, WideAndNestedTreesAreEmptiedByAllWorkersTogether)
-{
-    for (int outer = 0; outer < 40; ++outer) {
-        for (int inner = 0; inner < 20; ++inner) {
-            makeFiles(home, ".cache/entry/" + std::to_string(outer) + "/" + std::to_string(inner),
-                      5);
-        }
-    }
-    EXPECT_EQ(remove(".cache/entry"), 0);
-    EXPECT_EQ(countEntries(base), 0U);
 }
 
 } // namespace
