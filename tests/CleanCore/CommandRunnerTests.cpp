@@ -70,16 +70,10 @@ bool hasChildren()
 
 } // namespace
 
-TEST_F(SystemCommandRunnerTest, ReturnsStandardOutputAlone)
+TEST_F(SystemCommandRunnerTest, ReturnsStandardOutputAloneAndNoneThatIsNotUtf8)
 {
-    EXPECT_EQ(m_runner.run(program("exit 0"), {}), "");
     EXPECT_EQ(m_runner.run(program("echo out; echo err >&2"), {}), "out\n");
-    EXPECT_EQ(m_runner.run(program("echo err >&2"), {}), "");
     EXPECT_EQ(m_runner.run(program("printf 'ü\\000x'"), {}), std::string("ü\0x", 4));
-}
-
-TEST_F(SystemCommandRunnerTest, TakesOutputThatIsNotUtf8ForNone)
-{
     for (const char* bytes : {"ok\\377", "\\303", "\\300\\200", "\\355\\240\\200"}) {
         EXPECT_EQ(m_runner.run(program("printf '" + std::string(bytes) + "'"), {}), "") << bytes;
     }
@@ -99,10 +93,8 @@ TEST_F(SystemCommandRunnerTest, PassesArgumentsUnchanged)
 
 TEST_F(SystemCommandRunnerTest, ReportsFailureByStatusAndBySignal)
 {
-    EXPECT_EQ(failureStatus(program("echo lost; exit 1")), 1);
     EXPECT_EQ(failureStatus(program("exit 255")), 255);
     EXPECT_EQ(failureStatus(program("echo lost; kill -KILL $$")), 128 + SIGKILL);
-    EXPECT_EQ(failureStatus(program("kill -TERM $$")), 128 + SIGTERM);
 }
 
 TEST_F(SystemCommandRunnerTest, ThrowsThePlatformsErrorWhenItCannotStart)
@@ -130,15 +122,11 @@ TEST_F(SystemCommandRunnerTest, ThrowsThePlatformsErrorWhenItCannotStart)
 
 TEST_F(SystemCommandRunnerTest, ReadsEverythingBeyondThePipesBuffer)
 {
-    const std::string output = m_runner.run(
-        program("i=0; while [ $i -lt 20000 ]; do echo \"line $i of many\"; i=$((i+1)); "
-                "done"),
-        {});
     std::string expected;
-    for (int line = 0; line < 20'000; ++line) {
-        expected += "line " + std::to_string(line) + " of many\n";
+    for (int line = 1; line <= 50'000; ++line) {
+        expected += std::to_string(line) + "\n";
     }
-    EXPECT_EQ(output, expected);
+    EXPECT_EQ(m_runner.run(program("seq 50000"), {}), expected);
 }
 
 TEST_F(SystemCommandRunnerTest, ReadsWhatAGrandchildWritesAfterTheChildsEnd)
