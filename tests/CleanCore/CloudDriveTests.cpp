@@ -127,10 +127,10 @@ void replaceByte(const std::string& path, off_t at)
     ASSERT_EQ(::pwrite(opened(path, O_WRONLY).get(), &other, 1, at), 1);
 }
 
-const std::vector<Obstacle>& obstacles()
+TEST(CloudDriveTests, aRefusedReleaseLeavesEverythingUntouched)
 {
     using enum CloudRefusalReason;
-    static const std::vector<Obstacle> all = {
+    const std::vector<Obstacle> obstacles = {
         {"mirrorLacksTheFile", missingInMirror,
          [](auto& folders, auto&) { fs::remove(folders.copy("file")); }},
         {"mirrorDiffersInTheFirstByte", differsFromMirror,
@@ -204,30 +204,21 @@ const std::vector<Obstacle>& obstacles()
              fs::create_directory_symlink("elsewhere", folders.container);
          }},
     };
-    return all;
+    for (const auto& [name, reason, arrange] : obstacles) {
+        SCOPED_TRACE(name);
+        CloudFolders folders;
+        folders.makePair("file", bytes(30'000));
+        FileDescriptor open;
+        arrange(folders, open);
+        const std::string before = snapshot(folders.home.path());
+
+        EXPECT_THAT(folders.drive().release(folders.local("file")),
+                    ElementsAre(Refuses(folders.local("file"), reason)));
+
+        EXPECT_EQ(snapshot(folders.home.path()), before);
+        EXPECT_LT(::getxattr(folders.local("file").c_str(), "user.zorvane", nullptr, 0), 0);
+    }
 }
-
-class CloudDriveRefusalTests : public testing::TestWithParam<Obstacle>
-{
-};
-
-TEST_P(CloudDriveRefusalTests, leavesEverythingUntouched)
-{
-    CloudFolders folders;
-    folders.makePair("file", bytes(30'000));
-    FileDescriptor open;
-    GetParam().arrange(folders, open);
-    const std::string before = snapshot(folders.home.path());
-
-    EXPECT_THAT(folders.drive().release(folders.local("file")),
-                ElementsAre(Refuses(folders.local("file"), GetParam().reason)));
-
-    EXPECT_EQ(snapshot(folders.home.path()), before);
-    EXPECT_LT(::getxattr(folders.local("file").c_str(), "user.zorvane", nullptr, 0), 0);
-}
-
-INSTANTIATE_TEST_SUITE_P(CloudDrive, CloudDriveRefusalTests, testing::ValuesIn(obstacles()),
-                         [](const auto& parameter) { return parameter.param.name; });
 
 TEST(CloudDriveTests, everyRequestIsRefusedWithoutConfinementOrMirrorAndOutsideTheContainer)
 {
@@ -284,48 +275,44 @@ struct Tampering
     std::function<void(const CloudFolders&)> act;
 };
 
-class CloudDriveTamperingTests : public testing::TestWithParam<Tampering>
+TEST(CloudDriveTests, neitherFetchNorReleaseTouchesWhatItCannotProve)
 {
-};
+    using enum CloudRefusalReason;
+    const std::vector<Tampering> tamperings = {
+        {"written in the middle", notProven,
+         [](auto& folders) { replaceByte(folders.local("file"), 10'000); }},
+        {"appended", differsFromMirror,
+         [](auto& folders) { appendTo(folders.local("file"), "mine"); }},
+        {"emptied and made as long again", notProven,
+         [](auto& folders) {
+             fs::resize_file(folders.local("file"), 0);
+             fs::resize_file(folders.local("file"), 30'000);
+         }},
+        {"written and backdated", notProven,
+         [](auto& folders) {
+             replaceByte(folders.local("file"), 10'000);
+             folders.home.setTime("drive/file", 1'600'000'000, 123'456'789);
+         }},
+        {"replaced in the mirror", differsFromMirror,
+         [](auto& folders) { folders.home.makeFile("mirror/file", bytes(30'000, 2)); }},
+        {"removed from the mirror", missingInMirror,
+         [](auto& folders) { fs::remove(folders.copy("file")); }},
+    };
+    for (const auto& [name, reason, act] : tamperings) {
+        SCOPED_TRACE(name);
+        const CloudFolders folders;
+        folders.makePair("file", bytes(30'000));
+        ASSERT_THAT(folders.drive().release(folders.local("file")), IsEmpty());
+        act(folders);
+        const std::string before = snapshot(folders.home.path());
 
-TEST_P(CloudDriveTamperingTests, neitherFetchNorReleaseTouchesWhatItCannotProve)
-{
-    const CloudFolders folders;
-    folders.makePair("file", bytes(30'000));
-    ASSERT_THAT(folders.drive().release(folders.local("file")), IsEmpty());
-    GetParam().act(folders);
-    const std::string before = snapshot(folders.home.path());
+        EXPECT_THAT(folders.drive().fetch(folders.local("file")),
+                    ElementsAre(Refuses(folders.local("file"), reason)));
+        static_cast<void>(folders.drive().release(folders.local("file")));
 
-    EXPECT_THAT(folders.drive().fetch(folders.local("file")),
-                ElementsAre(Refuses(folders.local("file"), GetParam().reason)));
-    static_cast<void>(folders.drive().release(folders.local("file")));
-
-    EXPECT_EQ(snapshot(folders.home.path()), before);
+        EXPECT_EQ(snapshot(folders.home.path()), before);
+    }
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    CloudDrive, CloudDriveTamperingTests,
-    testing::Values(Tampering{"writtenInTheMiddle", CloudRefusalReason::notProven,
-                              [](auto& folders) { replaceByte(folders.local("file"), 10'000); }},
-                    Tampering{"appended", CloudRefusalReason::differsFromMirror,
-                              [](auto& folders) { appendTo(folders.local("file"), "mine"); }},
-                    Tampering{"emptiedAndMadeAsLongAgain", CloudRefusalReason::notProven,
-                              [](auto& folders) {
-                                  fs::resize_file(folders.local("file"), 0);
-                                  fs::resize_file(folders.local("file"), 30'000);
-                              }},
-                    Tampering{"writtenAndBackdated", CloudRefusalReason::notProven,
-                              [](auto& folders) {
-                                  replaceByte(folders.local("file"), 10'000);
-                                  folders.home.setTime("drive/file", 1'600'000'000, 123'456'789);
-                              }},
-                    Tampering{"replacedInTheMirror", CloudRefusalReason::differsFromMirror,
-                              [](auto& folders) {
-                                  folders.home.makeFile("mirror/file", bytes(30'000, 2));
-                              }},
-                    Tampering{"removedFromTheMirror", CloudRefusalReason::missingInMirror,
-                              [](auto& folders) { fs::remove(folders.copy("file")); }}),
-    [](const auto& parameter) { return parameter.param.name; });
 
 TEST(CloudDriveTests, aSparseFileOfTheUsersOwnIsNeverFilled)
 {
