@@ -49,9 +49,10 @@ TEST(CleanEngine, RemovesEntriesOfEveryKindAndCreditsTheScannedSize)
     home.folder.setMode(".cache/locked", 0);
     ASSERT_EQ(::mkfifo(home.folder.path(".cache/fifo").c_str(), S_IRUSR | S_IWUSR), 0);
     ASSERT_EQ(::mkfifo(home.folder.path(".cache/folder/fifo").c_str(), S_IRUSR | S_IWUSR), 0);
-    ASSERT_EQ(
-        ::link(home.folder.path("Documents/kept").c_str(), home.folder.path(".cache/hard").c_str()),
-        0);
+    for (const char* name : {".cache/hard", ".cache/folder/hard"}) {
+        ASSERT_EQ(
+            ::link(home.folder.path("Documents/kept").c_str(), home.folder.path(name).c_str()), 0);
+    }
     const std::string kept = snapshot(home.folder.path("Documents"));
 
     CleaningSelection selection = home.scan();
