@@ -63,6 +63,16 @@ std::ptrdiff_t openDescriptors()
     return std::distance(begin(entries), end(entries));
 }
 
+/// What seq(1) prints.
+std::string numbers(int first, int last)
+{
+    std::string lines;
+    for (int number = first; number <= last; ++number) {
+        lines += std::to_string(number) + "\n";
+    }
+    return lines;
+}
+
 bool hasChildren()
 {
     return ::waitpid(-1, nullptr, WNOHANG) >= 0 || errno != ECHILD;
@@ -122,11 +132,7 @@ TEST_F(SystemCommandRunnerTest, ThrowsThePlatformsErrorWhenItCannotStart)
 
 TEST_F(SystemCommandRunnerTest, ReadsEverythingBeyondThePipesBuffer)
 {
-    std::string expected;
-    for (int line = 1; line <= 50'000; ++line) {
-        expected += std::to_string(line) + "\n";
-    }
-    EXPECT_EQ(m_runner.run(program("seq 50000"), {}), expected);
+    EXPECT_EQ(m_runner.run(program("seq 50000"), {}), numbers(1, 50'000));
 }
 
 TEST_F(SystemCommandRunnerTest, ReadsWhatAGrandchildWritesAfterTheChildsEnd)
@@ -233,10 +239,9 @@ TEST_F(SystemCommandRunnerTest, ServesManyThreadsAtOnce)
     ASSERT_EQ(::mkfifo(go.c_str(), 0600), 0);
     const FileDescriptor arrivals(::open(arrived.c_str(), O_RDWR | O_CLOEXEC));
     const FileDescriptor gate(::open(go.c_str(), O_RDWR | O_CLOEXEC));
-    const std::string waiting =
-        program("echo >\"$1\"; read -r line <\"$2\"\n"
-                "i=0; while [ $i -lt 1000 ]; do echo \"$3 says $i\"; i=$((i+1)); done\n"
-                "exit $(($3 % 2))");
+    const std::string waiting = program("echo >\"$1\"; read -r line <\"$2\"\n"
+                                        "seq \"$3\" 2000\n"
+                                        "exit $(($3 % 2))");
     std::atomic<int> succeeded = 0;
     std::atomic<int> failed = 0;
     {
@@ -245,10 +250,7 @@ TEST_F(SystemCommandRunnerTest, ServesManyThreadsAtOnce)
         for (int index = 0; index < threads; ++index) {
             running.emplace_back([&, index] {
                 const std::string name = std::to_string(index);
-                std::string expected;
-                for (int line = 0; line < 1000; ++line) {
-                    expected += name + " says " + std::to_string(line) + "\n";
-                }
+                const std::string expected = numbers(index, 2000);
                 try {
                     succeeded += m_runner.run(waiting, {arrived, go, name}) == expected ? 1 : 0;
                 } catch (const CleanCoreError& error) {
