@@ -112,15 +112,6 @@ TEST(CloudDriveTests, applicationBundlesStayButAreFetched)
     EXPECT_EQ(contentOf(folders.local("Tools/Pad.app/manual")), bytes(5000));
 }
 
-/// Something about one file, its copy or the two folders that forbids its release.
-struct Obstacle
-{
-    const char* name;
-    CloudRefusalReason reason;
-    /// Sets it up; what it puts into `open` is kept until the request has ended.
-    std::function<void(CloudFolders&, FileDescriptor& open)> arrange;
-};
-
 void replaceByte(const std::string& path, off_t at)
 {
     const char other = static_cast<char>(contentOf(path)[static_cast<std::size_t>(at)] ^ 1);
@@ -130,82 +121,11 @@ void replaceByte(const std::string& path, off_t at)
 TEST(CloudDriveTests, aRefusedReleaseLeavesEverythingUntouched)
 {
     using enum CloudRefusalReason;
-    const std::vector<Obstacle> obstacles = {
-        {"mirrorLacksTheFile", missingInMirror,
-         [](auto& folders, auto&) { fs::remove(folders.copy("file")); }},
-        {"mirrorDiffersInTheFirstByte", differsFromMirror,
-         [](auto& folders, auto&) { replaceByte(folders.copy("file"), 0); }},
-        {"mirrorDiffersInTheLastByte", differsFromMirror,
-         [](auto& folders, auto&) { replaceByte(folders.copy("file"), 29'999); }},
-        {"mirrorIsShorter", differsFromMirror,
-         [](auto& folders, auto&) { fs::resize_file(folders.copy("file"), 29'999); }},
-        {"mirrorIsAPlaceholderToo", differsFromMirror,
-         [](auto& folders, auto&) {
-             fs::resize_file(folders.copy("file"), 0);
-             fs::resize_file(folders.copy("file"), 30'000);
-         }},
-        {"mirrorIsAHardLinkOfTheFile", sameFileInMirror,
-         [](auto& folders, auto&) {
-             fs::remove(folders.copy("file"));
-             fs::create_hard_link(folders.local("file"), folders.copy("file"));
-         }},
-        {"mirrorIsALinkToTheFile", missingInMirror,
-         [](auto& folders, auto&) {
-             fs::remove(folders.copy("file"));
-             fs::create_symlink(folders.local("file"), folders.copy("file"));
-         }},
-        {"mirrorIsBeingWritten", mirrorInUse,
-         [](auto& folders, auto& open) { open = opened(folders.copy("file"), O_WRONLY); }},
-        {"fileHasAnotherName", hardLinked,
-         [](auto& folders, auto&) {
-             fs::create_hard_link(folders.local("file"), folders.local("other"));
-         }},
-        {"fileIsOpenToWrite", inUse,
-         [](auto& folders, auto& open) { open = opened(folders.local("file"), O_WRONLY); }},
-        {"fileIsOpenToRead", inUse,
-         [](auto& folders, auto& open) { open = opened(folders.local("file"), O_RDONLY); }},
-        {"fileIsReadOnly", systemError,
-         [](auto& folders, auto&) { folders.home.setMode("drive/file", 0444); }},
-        {"fileIsSetUserId", privilegedFile,
-         [](auto& folders, auto&) { folders.home.setMode("drive/file", 04755); }},
-        {"fileIsALink", notAFile,
-         [](auto& folders, auto&) {
-             fs::rename(folders.local("file"), folders.local("other"));
-             fs::create_symlink("other", folders.local("file"));
-         }},
-        {"fileIsMissing", outsideContainer,
-         [](auto& folders, auto&) { fs::remove(folders.local("file")); }},
-        {"thereIsNoMirror", noMirror, [](auto& folders, auto&) { fs::remove_all(folders.mirror); }},
-        {"mirrorLiesOutsideTheHome", noMirror,
-         [](auto& folders, auto&) {
-             fs::remove_all(folders.mirror);
-             fs::create_directory_symlink("/usr", folders.mirror);
-         }},
-        {"mirrorIsTheContainer", foldersOverlap,
-         [](auto& folders, auto&) { folders.mirror = folders.container; }},
-        {"mirrorIsALinkToTheContainer", foldersOverlap,
-         [](auto& folders, auto&) {
-             fs::remove_all(folders.mirror);
-             fs::create_directory_symlink(folders.container, folders.mirror);
-         }},
-        {"mirrorLiesInTheContainer", foldersOverlap,
-         [](auto& folders, auto&) {
-             fs::rename(folders.mirror, folders.local("mirror"));
-             folders.mirror = folders.local("mirror");
-         }},
-        {"containerLiesInTheMirror", foldersOverlap,
-         [](auto& folders, auto&) {
-             fs::rename(folders.container, folders.copy("drive"));
-             folders.container = folders.copy("drive");
-         }},
-        {"containerIsALink", linkedContainer,
-         [](auto& folders, auto&) {
-             fs::rename(folders.container, folders.home.path("elsewhere"));
-             fs::create_directory_symlink("elsewhere", folders.container);
-         }},
-    };
-    for (const auto& [name, reason, arrange] : obstacles) {
-        SCOPED_TRACE(name);
+    // What an arrangement puts into `open` is kept until the request has ended.
+    using Arrangement = std::function<void(CloudFolders&, FileDescriptor & open)>;
+    const auto expect = [](const char* what, CloudRefusalReason reason,
+                           const Arrangement& arrange) {
+        SCOPED_TRACE(what);
         CloudFolders folders;
         folders.makePair("file", bytes(30'000));
         FileDescriptor open;
@@ -217,7 +137,70 @@ TEST(CloudDriveTests, aRefusedReleaseLeavesEverythingUntouched)
 
         EXPECT_EQ(snapshot(folders.home.path()), before);
         EXPECT_LT(::getxattr(folders.local("file").c_str(), "user.zorvane", nullptr, 0), 0);
-    }
+    };
+    expect("mirrorLacksTheFile", missingInMirror,
+           [](auto& folders, auto&) { fs::remove(folders.copy("file")); });
+    expect("mirrorDiffersInTheFirstByte", differsFromMirror,
+           [](auto& folders, auto&) { replaceByte(folders.copy("file"), 0); });
+    expect("mirrorDiffersInTheLastByte", differsFromMirror,
+           [](auto& folders, auto&) { replaceByte(folders.copy("file"), 29'999); });
+    expect("mirrorIsShorter", differsFromMirror,
+           [](auto& folders, auto&) { fs::resize_file(folders.copy("file"), 29'999); });
+    expect("mirrorIsAPlaceholderToo", differsFromMirror, [](auto& folders, auto&) {
+        fs::resize_file(folders.copy("file"), 0);
+        fs::resize_file(folders.copy("file"), 30'000);
+    });
+    expect("mirrorIsAHardLinkOfTheFile", sameFileInMirror, [](auto& folders, auto&) {
+        fs::remove(folders.copy("file"));
+        fs::create_hard_link(folders.local("file"), folders.copy("file"));
+    });
+    expect("mirrorIsALinkToTheFile", missingInMirror, [](auto& folders, auto&) {
+        fs::remove(folders.copy("file"));
+        fs::create_symlink(folders.local("file"), folders.copy("file"));
+    });
+    expect("mirrorIsBeingWritten", mirrorInUse,
+           [](auto& folders, auto& open) { open = opened(folders.copy("file"), O_WRONLY); });
+    expect("fileHasAnotherName", hardLinked, [](auto& folders, auto&) {
+        fs::create_hard_link(folders.local("file"), folders.local("other"));
+    });
+    expect("fileIsOpenToWrite", inUse,
+           [](auto& folders, auto& open) { open = opened(folders.local("file"), O_WRONLY); });
+    expect("fileIsOpenToRead", inUse,
+           [](auto& folders, auto& open) { open = opened(folders.local("file"), O_RDONLY); });
+    expect("fileIsReadOnly", systemError,
+           [](auto& folders, auto&) { folders.home.setMode("drive/file", 0444); });
+    expect("fileIsSetUserId", privilegedFile,
+           [](auto& folders, auto&) { folders.home.setMode("drive/file", 04755); });
+    expect("fileIsALink", notAFile, [](auto& folders, auto&) {
+        fs::rename(folders.local("file"), folders.local("other"));
+        fs::create_symlink("other", folders.local("file"));
+    });
+    expect("fileIsMissing", outsideContainer,
+           [](auto& folders, auto&) { fs::remove(folders.local("file")); });
+    expect("thereIsNoMirror", noMirror,
+           [](auto& folders, auto&) { fs::remove_all(folders.mirror); });
+    expect("mirrorLiesOutsideTheHome", noMirror, [](auto& folders, auto&) {
+        fs::remove_all(folders.mirror);
+        fs::create_directory_symlink("/usr", folders.mirror);
+    });
+    expect("mirrorIsTheContainer", foldersOverlap,
+           [](auto& folders, auto&) { folders.mirror = folders.container; });
+    expect("mirrorIsALinkToTheContainer", foldersOverlap, [](auto& folders, auto&) {
+        fs::remove_all(folders.mirror);
+        fs::create_directory_symlink(folders.container, folders.mirror);
+    });
+    expect("mirrorLiesInTheContainer", foldersOverlap, [](auto& folders, auto&) {
+        fs::rename(folders.mirror, folders.local("mirror"));
+        folders.mirror = folders.local("mirror");
+    });
+    expect("containerLiesInTheMirror", foldersOverlap, [](auto& folders, auto&) {
+        fs::rename(folders.container, folders.copy("drive"));
+        folders.container = folders.copy("drive");
+    });
+    expect("containerIsALink", linkedContainer, [](auto& folders, auto&) {
+        fs::rename(folders.container, folders.home.path("elsewhere"));
+        fs::create_directory_symlink("elsewhere", folders.container);
+    });
 }
 
 TEST(CloudDriveTests, everyRequestIsRefusedWithoutConfinementOrMirrorAndOutsideTheContainer)
@@ -266,40 +249,14 @@ TEST(CloudDriveTests, oneRefusedFileDoesNotKeepTheOthersOfItsFolder)
     EXPECT_EQ(contentOf(folders.local("Tree/sub/changed")), bytes(9000) + "more");
 }
 
-/// What somebody does to a placeholder or its copy, so that nothing proves any more that its holes
-/// may be filled.
-struct Tampering
-{
-    const char* name;
-    CloudRefusalReason reason;
-    std::function<void(const CloudFolders&)> act;
-};
-
+/// Whatever somebody does to a placeholder or its copy, so that nothing proves any more that
+/// its holes may be filled.
 TEST(CloudDriveTests, neitherFetchNorReleaseTouchesWhatItCannotProve)
 {
     using enum CloudRefusalReason;
-    const std::vector<Tampering> tamperings = {
-        {"written in the middle", notProven,
-         [](auto& folders) { replaceByte(folders.local("file"), 10'000); }},
-        {"appended", differsFromMirror,
-         [](auto& folders) { appendTo(folders.local("file"), "mine"); }},
-        {"emptied and made as long again", notProven,
-         [](auto& folders) {
-             fs::resize_file(folders.local("file"), 0);
-             fs::resize_file(folders.local("file"), 30'000);
-         }},
-        {"written and backdated", notProven,
-         [](auto& folders) {
-             replaceByte(folders.local("file"), 10'000);
-             folders.home.setTime("drive/file", 1'600'000'000, 123'456'789);
-         }},
-        {"replaced in the mirror", differsFromMirror,
-         [](auto& folders) { folders.home.makeFile("mirror/file", bytes(30'000, 2)); }},
-        {"removed from the mirror", missingInMirror,
-         [](auto& folders) { fs::remove(folders.copy("file")); }},
-    };
-    for (const auto& [name, reason, act] : tamperings) {
-        SCOPED_TRACE(name);
+    const auto expect = [](const char* what, CloudRefusalReason reason,
+                           const std::function<void(const CloudFolders&)>& act) {
+        SCOPED_TRACE(what);
         const CloudFolders folders;
         folders.makePair("file", bytes(30'000));
         ASSERT_THAT(folders.drive().release(folders.local("file")), IsEmpty());
@@ -311,7 +268,23 @@ TEST(CloudDriveTests, neitherFetchNorReleaseTouchesWhatItCannotProve)
         static_cast<void>(folders.drive().release(folders.local("file")));
 
         EXPECT_EQ(snapshot(folders.home.path()), before);
-    }
+    };
+    expect("written in the middle", notProven,
+           [](auto& folders) { replaceByte(folders.local("file"), 10'000); });
+    expect("appended", differsFromMirror,
+           [](auto& folders) { appendTo(folders.local("file"), "mine"); });
+    expect("emptied and made as long again", notProven, [](auto& folders) {
+        fs::resize_file(folders.local("file"), 0);
+        fs::resize_file(folders.local("file"), 30'000);
+    });
+    expect("written and backdated", notProven, [](auto& folders) {
+        replaceByte(folders.local("file"), 10'000);
+        folders.home.setTime("drive/file", 1'600'000'000, 123'456'789);
+    });
+    expect("replaced in the mirror", differsFromMirror,
+           [](auto& folders) { folders.home.makeFile("mirror/file", bytes(30'000, 2)); });
+    expect("removed from the mirror", missingInMirror,
+           [](auto& folders) { fs::remove(folders.copy("file")); });
 }
 
 TEST(CloudDriveTests, aSparseFileOfTheUsersOwnIsNeverFilled)
