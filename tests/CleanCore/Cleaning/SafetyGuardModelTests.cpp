@@ -96,7 +96,7 @@ public:
     std::string ask(const SafetyGuard& guard, const GuardModel& model, Dice& dice)
     {
         const std::string base = dice.path();
-        const std::string candidate =
+        std::string candidate =
             dice.below(3) == 0 ? dice.path() : base + dice.tail(1 + dice.below(2));
         const std::string expected = model.verdict(candidate, base);
         ++m_tally[expected];
