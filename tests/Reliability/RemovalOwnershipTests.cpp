@@ -59,19 +59,6 @@ TEST_F(RemovalOwnership, OthersEntriesStayAndSoDoTheFoldersAboveThem)
     }
 }
 
-TEST_F(RemovalOwnership, RootCleansOnlyWhatTheHomesOwnerOwns)
-{
-    home.makeFile(".cache/theirs/file");
-    home.makeFile(".cache/roots/file");
-    for (const char* entry : {"", ".cache", ".cache/theirs", ".cache/theirs/file"}) {
-        give(entry, someoneElse);
-    }
-    EXPECT_EQ(remove(".cache/roots"), EPERM);
-    EXPECT_EQ(remove(".cache/theirs"), 0);
-    EXPECT_TRUE(home.has(".cache/roots/file"));
-    EXPECT_FALSE(home.has(".cache/theirs"));
-}
-
 TEST_F(RemovalOwnership, AFolderKeepsTheGroupBitThatItsOwnerCouldNotGiveBack)
 {
     constexpr gid_t strangersGroup = 23456;

@@ -87,24 +87,6 @@ TEST_F(RemovalPermission, AMountDeepInsideKeepsThePermissionsOfEveryFolderAboveI
     }
 }
 
-TEST_F(RemovalPermission, AMountInsideKeepsTheFoldersAboveItAndTheirPermissions)
-{
-    home.makeFolder(".cache/entry/a/mount");
-    home.makeFile(".cache/entry/a/gone/file");
-    home.makeFile(".cache/entry/gone/file");
-    inMountNamespace([&] {
-        mountTemporaryFileSystem(home.path(".cache/entry/a/mount"));
-        home.setMode(".cache/entry/a", 0500);
-        home.setMode(".cache/entry", 0500);
-        dropCapabilities();
-        EXPECT_EQ(remove(".cache/entry"), EXDEV);
-        EXPECT_EQ(modeOf(".cache/entry"), 0500U);
-        EXPECT_EQ(modeOf(".cache/entry/a"), 0500U);
-        EXPECT_FALSE(home.has(".cache/entry/a/gone"));
-        EXPECT_FALSE(home.has(".cache/entry/gone"));
-    });
-}
-
 TEST_F(RemovalPermission, AReadOnlyFileSystemIsReportedAndLosesNothing)
 {
     home.makeFile(".cache/entry/a/file");

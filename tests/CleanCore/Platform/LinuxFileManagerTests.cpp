@@ -70,36 +70,18 @@ TEST(LinuxFileManager, SeesNothingOutsideTheFolderThatItIsConfinedTo)
     world.makeLink("home/kernel", "/proc/self/root" + world.path("outside"));
     world.makeLink("entrance", "home");
 
-    const struct
-    {
-        const char* path;
-        bool isVisible;
-    } cases[] = {
-        {"home", true},
-        {"home/", true},
-        {"home/inner", true},
-        {"home/to-inner", true},
-        {"home/out-and-back", true},
-        {"entrance/inner", true},
-        {"outside/back", true},
-        {"outside/../home", true},
-        {"", false},
-        {"outside", false},
-        {"home-2", false},
-        {"home/..", false},
-        {"home/../outside", false},
-        {"home/out", false},
-        {"home/out/deep", false},
-        {"home/inner/../../outside", false},
-        {"home/absolute", false},
-        {"home/kernel", false},
-        {"home/missing", false},
-    };
     for (const std::string confinement : {"home", "entrance", "home/"}) {
         const LinuxFileManager files = fileManager(world.path() + '/' + confinement);
-        for (const auto& [path, expected] : cases) {
-            EXPECT_EQ(isVisible(files, world.path() + '/' + path), expected)
-                << path << " confined to " << confinement;
+        SCOPED_TRACE(confinement);
+        for (const char* const path :
+             {"home", "home/", "home/inner", "home/to-inner", "home/out-and-back", "entrance/inner",
+              "outside/back", "outside/../home"}) {
+            EXPECT_TRUE(isVisible(files, world.path() + '/' + path)) << path;
+        }
+        for (const char* const path :
+             {"", "outside", "home-2", "home/..", "home/../outside", "home/out", "home/out/deep",
+              "home/inner/../../outside", "home/absolute", "home/kernel", "home/missing"}) {
+            EXPECT_FALSE(isVisible(files, world.path() + '/' + path)) << path;
         }
         EXPECT_FALSE(files.exists("/"));
         EXPECT_FALSE(files.exists("relative"));

@@ -60,27 +60,6 @@ TEST(TaskPool, DropsWhatItHasNotStartedWhenItIsDestroyed)
     canGoOn->count_down();
 }
 
-TEST(TaskPool, IsDestroyedWhileAWorkerHangs)
-{
-    const auto canGoOn = std::make_shared<std::latch>(1);
-    const auto hasStarted = std::make_shared<std::latch>(1);
-    std::promise<void> cameBack;
-    auto hasComeBack = cameBack.get_future();
-    {
-        TaskPool pool(2);
-        pool.submit([=, promise = std::make_shared<std::promise<void>>(std::move(cameBack))] {
-            hasStarted->count_down();
-            canGoOn->wait();
-            promise->set_value();
-        });
-        hasStarted->wait();
-    }
-    // Only here, behind the destructor, is the worker let go.
-    EXPECT_EQ(hasComeBack.wait_for(std::chrono::seconds(0)), std::future_status::timeout);
-    canGoOn->count_down();
-    hasComeBack.wait();
-}
-
 TEST(TaskPool, MayBeDestroyedByOneOfItsOwnWorkers)
 {
     auto pool = std::make_shared<TaskPool>(2);
