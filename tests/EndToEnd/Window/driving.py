@@ -164,10 +164,13 @@ class Program:
         places = []
 
         def is_at_rest():
+            # First, since what the program says of its parts goes by where it thinks that it is.
+            if self.place()[:2] != self.real_place():
+                places.clear()
+                return False
             extents = self.see(name, role).get_extents(Atspi.CoordType.SCREEN)
             places.append((extents.x, extents.y, extents.width, extents.height))
-            return (len(places) > 1 and places[-1] == places[-2] and extents.width > 0
-                    and self.place()[:2] == self.real_place())
+            return len(places) > 1 and places[-1] == places[-2] and extents.width > 0
 
         self.wait_for(is_at_rest, f"{name!r} at rest")
         return places[-1]
