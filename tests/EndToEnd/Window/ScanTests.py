@@ -179,6 +179,7 @@ class ScanTests(WindowTest):
         # The results need more room, and stay on the screen with it.
         program.resize(300, 200, comes_to=(520, 640))
         DESKTOP.run("xdotool", "windowmove", "--sync", program.window(), 1070, 450)
+        program.wait_for(lambda: program.place()[:2] == (1070, 450), "the right edge")
         self.scan_in_window(program)
         program.wait_for(lambda: program.place() == (700, 450, 900, 640), "room for the results")
         program.resize(300, 200, comes_to=(900, 640))
