@@ -1,3 +1,5 @@
+#include "CleanCore/Platform/ChildSignal.h"
+#include "CleanCore/Startup/StartError.h"
 #include "Zorvane/Application/ApplicationEnvironment.h"
 #include "Zorvane/Platform/DisplayText.h"
 #include "Zorvane/Platform/ReducedMotion.h"
@@ -17,7 +19,6 @@ Q_IMPORT_QML_PLUGIN(ZorvanePlugin)
 namespace {
 
 using Zorvane::ApplicationOptions;
-using Zorvane::ExitStatus;
 
 struct CommandLine
 {
@@ -83,13 +84,13 @@ int parseAndShow(int argc, char** argv)
         }
         std::cerr << "zorvane: " << Zorvane::displayText(error.what()).toStdString()
                   << " (--help tells more)\n";
-        return static_cast<int>(ExitStatus::wrongUsage);
+        return static_cast<int>(CleanCore::StartError::Reason::wrongUsage);
     }
     try {
         return show(argc, argv, commandLine.options, Zorvane::makeEnvironment(commandLine.options));
-    } catch (const Zorvane::StartError& error) {
+    } catch (const CleanCore::StartError& error) {
         std::cerr << "zorvane: " << Zorvane::displayText(error.what()).toStdString() << '\n';
-        return static_cast<int>(error.status());
+        return static_cast<int>(error.reason());
     }
 }
 
@@ -97,6 +98,7 @@ int parseAndShow(int argc, char** argv)
 
 int main(int argc, char** argv)
 {
+    CleanCore::restoreChildSignal();
     const int status = parseAndShow(argc, argv);
     std::cout.flush();
     // Whatever still hangs in a tool or a dead file system is not waited for, and must not meet the

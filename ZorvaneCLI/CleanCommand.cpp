@@ -72,7 +72,7 @@ void selectItems(const std::vector<std::string>& paths, SelectionState& selectio
         }
         if (!isListed) {
             throw CommandError(ExitStatus::wrongUsage,
-                               "the scan lists no item " + escaped(path) + " in the named areas");
+                               "the scan lists no item " + path + " in the named areas");
         }
     }
 }
@@ -89,7 +89,7 @@ void requireWholeAreas(const std::vector<CleaningSelection>& chosen,
         if (selection.rule.kind == RuleKind::command && CleanCore::clearsWholeArea(id) &&
             selection.items.size() != area->items.size()) {
             throw CommandError(ExitStatus::wrongUsage,
-                               escaped(id) + " is cleared as a whole; name it with --all");
+                               id + " is cleared as a whole; name it with --all");
         }
     }
 }

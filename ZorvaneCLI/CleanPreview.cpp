@@ -1,5 +1,6 @@
 #include "ZorvaneCLI/CleanPreview.h"
 
+#include "CleanCore/Support/SaturatingSum.h"
 #include "ZorvaneCLI/TerminalText.h"
 
 #include <algorithm>
@@ -16,7 +17,7 @@ std::int64_t bytesOf(const CleaningSelection& selection)
 {
     std::int64_t bytes = 0;
     for (const ScannedItem& item : selection.items) {
-        bytes += item.sizeBytes;
+        bytes = CleanCore::saturatingSum(bytes, item.sizeBytes);
     }
     return bytes;
 }
@@ -62,7 +63,7 @@ std::string previewText(std::span<const CleaningSelection> selections,
     std::size_t items = 0;
     for (const CleaningSelection& selection : selections) {
         text += areaText(selection, texts);
-        bytes += bytesOf(selection);
+        bytes = CleanCore::saturatingSum(bytes, bytesOf(selection));
         items += selection.items.size();
     }
     text += warningsText(selections, texts);

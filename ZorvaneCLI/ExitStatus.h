@@ -17,7 +17,8 @@ enum class ExitStatus : int {
     interrupted = 130,
 };
 
-/// Ends the run with a status and one line on standard error.
+/// Ends the run with a status and one line on standard error. The message quotes what it was given
+/// as it is.
 class CommandError : public std::runtime_error
 {
 public:

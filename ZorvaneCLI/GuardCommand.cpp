@@ -1,7 +1,7 @@
 #include "CleanCore/Platform/FileManager.h"
 #include "CleanCore/Rules/SafetyGuard.h"
+#include "CleanCore/Startup/Startup.h"
 #include "ZorvaneCLI/Commands.h"
-#include "ZorvaneCLI/Workspace.h"
 
 #include <iostream>
 
@@ -32,7 +32,8 @@ ExitStatus guard(const GuardOptions& options)
     if (options.path.empty() || options.base.empty()) {
         throw CommandError(ExitStatus::wrongUsage, "guard needs a PATH and a --base DIR");
     }
-    const CleanCore::HomeEnvironment environment = openHome(options.common.home);
+    const CleanCore::HomeEnvironment environment =
+        CleanCore::Startup::openHome(options.common.home);
     const CleanCore::SafetyGuard guard(environment.home, *environment.fileManager,
                                        environment.folders.protectedFolders);
     const SafetyVerdict verdict = guard.validate(options.path, options.base);

@@ -12,6 +12,7 @@
 #include <chrono>
 #include <filesystem>
 #include <iostream>
+#include <system_error>
 
 namespace ZorvaneCLI {
 
@@ -27,7 +28,8 @@ namespace PathText = CleanCore::PathText;
 namespace {
 
 constexpr std::chrono::seconds measuringTime{90};
-constexpr const char* defaultContainer = "Library/Mobile Documents/com~apple~CloudDocs";
+/// Never comes, but for one who is interrupted.
+constexpr auto noHurry = ICloudEvictor::Deadline::max() - measuringTime;
 
 std::string absolute(const std::string& path)
 {
@@ -90,36 +92,59 @@ void printRefusals(const std::vector<CloudRefusal>& refusals)
 class Run
 {
 public:
-    Run(const ICloudOptions& options, const HomeEnvironment& environment)
-        : m_options(options), m_container(absolute(options.container.value_or(
-                                  PathText::join(environment.home, defaultContainer)))),
+    Run(const ICloudOptions& options, const HomeEnvironment& environment,
+        const std::stop_token& stop)
+        : m_options(options), m_stop(stop),
+          m_container(absolute(options.container.value_or(environment.cloudContainer()))),
           m_drive(environment.cloudDrive(m_container, options.mirror
                                                           ? std::optional(absolute(*options.mirror))
                                                           : std::nullopt)),
           m_fileManager(environment.fileManagerWith(m_drive)),
-          m_evictor(m_container, m_fileManager, environment.pool)
+          m_evictor(m_container, m_fileManager, environment.pool, [stop] {
+              // For one who does not want to wait any more the time is up.
+              return stop.stop_requested() ? ICloudEvictor::Deadline::max()
+                                           : std::chrono::steady_clock::now();
+          })
     {
     }
 
     ExitStatus run() const
     {
-        const auto attributes = m_fileManager->attributes(m_container);
-        if (!attributes || attributes->kind == CleanCore::EntryKind::file) {
-            std::cerr << "zorvane-cli: there is no cloud drive at " << escaped(m_container) << '\n';
-        }
+        const bool isReadable = checkContainer();
         const std::vector<std::string> paths = chosenPaths();
+        ExitStatus status = isReadable ? ExitStatus::done : ExitStatus::incomplete;
         switch (m_options.action) {
-        case ICloudAction::release:
-            return release(paths);
-        case ICloudAction::fetch:
-            return fetch(paths);
         case ICloudAction::list:
+            status = std::max(status, list(paths));
+            break;
+        case ICloudAction::release:
+            status = release(paths);
+            break;
+        case ICloudAction::fetch:
+            status = fetch(paths);
             break;
         }
-        return attributes ? list(paths) : std::max(list(paths), ExitStatus::incomplete);
+        if (m_stop.stop_requested()) {
+            std::cerr << "zorvane-cli: interrupted; what was begun is finished, the rest is left\n";
+            return ExitStatus::interrupted;
+        }
+        return status;
     }
 
 private:
+    /// Whether the cloud drive can be listed; says so where it cannot.
+    bool checkContainer() const
+    {
+        try {
+            (void)m_fileManager->namesInFolder(m_container);
+            return true;
+        } catch (const std::system_error& error) {
+            std::cerr << "zorvane-cli: there is no cloud drive at " << escaped(m_container) << ": "
+                      << error.code().message() << '\n';
+            return false;
+        }
+    }
+
     /// The named entries, each once and in their order; all where none is named.
     std::vector<std::string> chosenPaths() const
     {
@@ -135,7 +160,7 @@ private:
         for (const std::string& path : m_options.paths) {
             if (std::find(listed.begin(), listed.end(), path) == listed.end()) {
                 throw CommandError(ExitStatus::wrongUsage,
-                                   "\"icloud list\" shows no entry " + escaped(path));
+                                   "\"icloud list\" shows no entry " + path);
             }
             if (std::find(chosen.begin(), chosen.end(), path) == chosen.end()) {
                 chosen.push_back(path);
@@ -194,10 +219,10 @@ private:
     ExitStatus release(const std::vector<std::string>& paths) const
     {
         std::vector<ICloudItem> items;
-        for (auto& result : m_evictor.measureChildren(paths)) {
+        for (auto& result : m_evictor.measureChildren(paths, noHurry)) {
             items.push_back(std::move(result.item));
         }
-        const auto report = m_evictor.evict(items);
+        const auto report = m_evictor.evict(items, nullptr, m_stop);
         if (m_options.json) {
             ordered_json document;
             document["freedBytes"] = report.freedBytes;
@@ -224,25 +249,31 @@ private:
 
     ExitStatus fetch(const std::vector<std::string>& paths) const
     {
+        std::vector<std::string> fetched;
         std::vector<CloudRefusal> refused;
         for (const std::string& path : paths) {
+            if (m_stop.stop_requested()) {
+                break;
+            }
             for (CloudRefusal& refusal : m_drive->fetch(path)) {
                 refused.push_back(std::move(refusal));
             }
+            fetched.push_back(path);
         }
         if (m_options.json) {
             ordered_json document;
-            document["fetched"] = pathsJson(paths);
+            document["fetched"] = pathsJson(fetched);
             document["refused"] = refusalsJson(refused);
             std::cout << document.dump(2) << '\n';
         } else {
-            std::cout << "fetch asked for " << counted(paths.size(), "item") << '\n';
+            std::cout << "fetch asked for " << counted(fetched.size(), "item") << '\n';
             printRefusals(refused);
         }
         return refused.empty() ? ExitStatus::done : ExitStatus::incomplete;
     }
 
     const ICloudOptions& m_options;
+    const std::stop_token m_stop;
     std::string m_container;
     std::shared_ptr<const CleanCore::CloudDrive> m_drive;
     std::shared_ptr<const CleanCore::FileManager> m_fileManager;
@@ -251,9 +282,10 @@ private:
 
 } // namespace
 
-ExitStatus runICloud(const ICloudOptions& options, const HomeEnvironment& environment)
+ExitStatus runICloud(const ICloudOptions& options, const HomeEnvironment& environment,
+                     const std::stop_token& stop)
 {
-    return Run(options, environment).run();
+    return Run(options, environment, stop).run();
 }
 
 } // namespace ZorvaneCLI

@@ -3,6 +3,7 @@
 #include "ZorvaneCLI/ExitStatus.h"
 
 #include <optional>
+#include <stop_token>
 #include <string>
 #include <vector>
 
@@ -28,9 +29,11 @@ struct ICloudOptions
 
 /// Lists what of the cloud drive is downloaded, releases downloads, or fetches them back. Results
 /// on standard output, refusals on standard error too unless they are part of the JSON. Returns
-/// `incomplete` when anything was refused, blocked or not measured in time. Throws CommandError for
-/// a path that is not listed.
+/// `incomplete` when anything was refused, blocked, unreadable or not measured in time, and
+/// `interrupted` after a stop request: an entry that was begun is finished, the others are left.
+/// Throws CommandError for a path that is not listed.
 [[nodiscard]] ExitStatus runICloud(const ICloudOptions& options,
-                                   const CleanCore::HomeEnvironment& environment);
+                                   const CleanCore::HomeEnvironment& environment,
+                                   const std::stop_token& stop);
 
 } // namespace ZorvaneCLI

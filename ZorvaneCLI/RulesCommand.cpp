@@ -1,3 +1,4 @@
+#include "CleanCore/Startup/Startup.h"
 #include "ZorvaneCLI/Commands.h"
 #include "ZorvaneCLI/TerminalText.h"
 #include "ZorvaneCLI/Workspace.h"
@@ -8,6 +9,8 @@
 namespace ZorvaneCLI {
 
 using CleanCore::CleaningRule;
+
+namespace Startup = CleanCore::Startup;
 
 namespace {
 
@@ -41,9 +44,9 @@ void printTable(const CleanCore::RulesCatalog& catalog, const CleanCore::TextTab
 
 ExitStatus listRules(const CommonOptions& options)
 {
-    const CleanCore::RulesCatalog catalog = loadCatalog(options.catalog);
+    const CleanCore::RulesCatalog catalog = Startup::openCatalog(options.catalog);
     if (options.catalog) {
-        requireHarmless(catalog, options, openHome(options.home));
+        Startup::requireHarmless(catalog, options.catalog, Startup::openHome(options.home));
     }
     const CleanCore::TextTable texts = loadTexts();
     options.json ? printJson(catalog, texts) : printTable(catalog, texts);

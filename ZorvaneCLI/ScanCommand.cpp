@@ -21,9 +21,10 @@ namespace {
 
 std::int64_t totalBytes(const std::vector<CategoryResult>& results)
 {
-    return std::accumulate(
-        results.begin(), results.end(), std::int64_t{0},
-        [](std::int64_t sum, const CategoryResult& result) { return sum + result.totalBytes(); });
+    return std::accumulate(results.begin(), results.end(), std::int64_t{0},
+                           [](std::int64_t sum, const CategoryResult& result) {
+                               return CleanCore::saturatingSum(sum, result.totalBytes());
+                           });
 }
 
 nlohmann::ordered_json itemJson(const ScannedItem& item, bool isSelected)

@@ -7,6 +7,7 @@
 #include "CleanCore/Scanning/ScanEngine.h"
 #include "ZorvaneCLI/TerminalText.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <iterator>
 #include <memory>
@@ -16,6 +17,7 @@
 namespace ZorvaneCLI {
 
 using CleanCore::CategoryResult;
+using CleanCore::CleaningRule;
 
 namespace {
 
@@ -49,7 +51,10 @@ struct Progress
     std::optional<std::vector<CategoryResult>> results = std::nullopt;
 
     void operator()(const CleanCore::RuleStarted& event) { area = texts.ruleTitle(event.ruleId); }
-    void operator()(const CleanCore::RuleCompleted& event) { bytes += event.result.totalBytes(); }
+    void operator()(const CleanCore::RuleCompleted& event)
+    {
+        bytes = CleanCore::saturatingSum(bytes, event.result.totalBytes());
+    }
     void operator()(CleanCore::Finished& event) { results = std::move(event.results); }
     void show() const { line.show("Scanning: " + escaped(area) + " (" + byteCount(bytes) + ")"); }
 };
@@ -61,7 +66,11 @@ runScan(const Workspace& workspace, CommandAreas commandAreas, const Interruptio
 {
     const CleanCore::HomeEnvironment& environment = workspace.environment;
     const CleanCore::ScanEngine engine(environment.home, environment.fileManager, environment.pool);
-    auto stream = engine.scan(workspace.rules, workspace.now);
+    std::vector<CleaningRule> rules =
+        CleanCore::rulesReachingInto(workspace.rules, workspace.catalog, environment.home,
+                                     *environment.fileManager, interruption.token());
+    rules.insert(rules.end(), workspace.rules.begin(), workspace.rules.end());
+    auto stream = engine.scan(rules, workspace.now);
     const std::stop_callback cancelOnSignal(interruption.token(), [&] { stream.cancel(); });
     Progress progress{workspace.texts};
     while (auto event = stream.next()) {
@@ -78,8 +87,13 @@ runScan(const Workspace& workspace, CommandAreas commandAreas, const Interruptio
     if (!progress.results || interruption.happened()) {
         return std::nullopt;
     }
-    return CleanCore::resultList(
-        CleanCore::withoutOverlaps(std::move(*progress.results), *environment.fileManager));
+    std::vector<CategoryResult> results =
+        CleanCore::withoutOverlaps(std::move(*progress.results), *environment.fileManager);
+    std::erase_if(results, [&](const CategoryResult& result) {
+        return std::ranges::none_of(
+            workspace.rules, [&](const CleaningRule& rule) { return rule.id == result.rule.id; });
+    });
+    return CleanCore::resultList(std::move(results));
 }
 
 } // namespace ZorvaneCLI

@@ -7,6 +7,7 @@ namespace ZorvaneCLI {
 namespace {
 
 using namespace std::chrono;
+using namespace std::chrono_literals;
 
 /// Takes RFC 3339's fixed fields one after the other off the front of a text.
 class Reader
@@ -109,9 +110,11 @@ std::optional<CleanCore::Timestamp> parseTime(std::string_view text)
 
 std::string formatTime(CleanCore::Timestamp time)
 {
-    const auto date = floor<days>(time);
+    // The midnight before the first Timestamp is none, but it has a second.
+    const auto second = floor<seconds>(time);
+    const auto date = floor<days>(second);
     const year_month_day calendar(date);
-    const hh_mm_ss clock(floor<seconds>(time - date));
+    const hh_mm_ss clock(second - date);
     std::string text(32, '\0');
     const int length = std::snprintf(
         text.data(), text.size(), "%04d-%02u-%02uT%02d:%02d:%02d",
@@ -119,7 +122,7 @@ std::string formatTime(CleanCore::Timestamp time)
         static_cast<unsigned>(calendar.day()), static_cast<int>(clock.hours().count()),
         static_cast<int>(clock.minutes().count()), static_cast<int>(clock.seconds().count()));
     text.resize(static_cast<std::size_t>(length));
-    const auto fraction = (time - floor<seconds>(time)).count();
+    const auto fraction = (time.time_since_epoch() % 1s + 1s).count() % nanoseconds(1s).count();
     if (fraction != 0) {
         std::string decimals = std::to_string(1'000'000'000 + fraction);
         decimals.erase(decimals.find_last_not_of('0') + 1);

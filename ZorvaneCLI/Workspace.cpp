@@ -1,25 +1,20 @@
 #include "ZorvaneCLI/Workspace.h"
 
-#include "CleanCore/Platform/FileManager.h"
-#include "CleanCore/Rules/CleanCoreError.h"
-#include "CleanCore/Rules/ForeignCatalog.h"
+#include "CleanCore/Startup/Startup.h"
+#include "CleanCore/Support/TextEquality.h"
 #include "ZorvaneCLI/ExitStatus.h"
 #include "ZorvaneCLI/TerminalText.h"
 #include "ZorvaneCLI/TimeText.h"
 
 #include <algorithm>
 #include <cstdlib>
-#include <filesystem>
-#include <nlohmann/json.hpp>
-#include <stdexcept>
-#include <system_error>
 
 namespace ZorvaneCLI {
 
-using CleanCore::CleanCoreError;
 using CleanCore::CleaningRule;
 using CleanCore::HomeEnvironment;
-using CleanCore::RulesCatalog;
+
+namespace Startup = CleanCore::Startup;
 
 namespace {
 
@@ -28,39 +23,30 @@ CleanCore::Timestamp timeOf(const CommonOptions& options, const HomeEnvironment&
     if (!options.now) {
         return std::chrono::system_clock::now();
     }
-    if (!environment.isConfined) {
-        throw CommandError(ExitStatus::wrongUsage,
-                           "--now is for trying things out and needs another home (--home DIR)");
-    }
+    Startup::requireOtherHome(environment, "--now");
     const auto time = parseTime(*options.now);
     if (!time) {
         throw CommandError(ExitStatus::wrongUsage,
                            "--now needs a time from 1678 to 2261, like 2026-01-31T08:00:00Z, "
                            "not \"" +
-                               escaped(*options.now) + "\"");
+                               *options.now + "\"");
     }
     return *time;
-}
-
-/// The JSON library's message without the "[json.exception.…] " in front.
-std::string_view withoutCode(std::string_view message)
-{
-    const std::size_t end = message.find("] ");
-    return message.substr(0, 1) == "[" && end != std::string_view::npos ? message.substr(end + 2)
-                                                                        : message;
 }
 
 std::vector<CleaningRule> rulesNamed(const std::vector<std::string>& ids,
                                      const std::vector<CleaningRule>& rules)
 {
     const auto isNamed = [&](const CleaningRule& rule) {
-        return std::find(ids.begin(), ids.end(), rule.id) != ids.end();
+        return std::ranges::any_of(
+            ids, [&](const std::string& id) { return CleanCore::areEquivalent(id, rule.id); });
     };
     for (const std::string& id : ids) {
-        if (std::none_of(rules.begin(), rules.end(),
-                         [&](const CleaningRule& rule) { return rule.id == id; })) {
-            throw CommandError(ExitStatus::wrongUsage, "there is no area \"" + escaped(id) +
-                                                           "\"; zorvane-cli rules lists them");
+        if (std::ranges::none_of(rules, [&](const CleaningRule& rule) {
+                return CleanCore::areEquivalent(id, rule.id);
+            })) {
+            throw CommandError(ExitStatus::wrongUsage,
+                               "there is no area \"" + id + "\"; zorvane-cli rules lists them");
         }
     }
     std::vector<CleaningRule> named;
@@ -69,86 +55,19 @@ std::vector<CleaningRule> rulesNamed(const std::vector<std::string>& ids,
     return named;
 }
 
-CleanCore::ToolLocations toolsFor(const CommonOptions& options, const HomeEnvironment& environment)
-{
-    if (!options.tools) {
-        return CleanCore::ToolLocations::forHome(environment.isConfined, std::nullopt);
-    }
-    if (!environment.isConfined) {
-        throw CommandError(ExitStatus::wrongUsage,
-                           "--tools is for trying things out and needs another home (--home DIR)");
-    }
-    std::error_code error;
-    const auto root = std::filesystem::canonical(*options.tools, error);
-    if (error || !std::filesystem::is_directory(root)) {
-        throw CommandError(ExitStatus::wrongUsage,
-                           "--tools needs a folder, not " + escaped(*options.tools));
-    }
-    try {
-        return CleanCore::ToolLocations::below(root.native());
-    } catch (const std::invalid_argument& invalid) {
-        throw CommandError(ExitStatus::wrongUsage, "--tools: " + escaped(invalid.what()));
-    }
-}
-
 } // namespace
-
-RulesCatalog loadCatalog(const std::optional<std::string>& file)
-{
-    const std::string name = file ? "the catalog " + escaped(*file) : "the bundled catalog";
-    try {
-        return file ? RulesCatalog::loadFile(*file) : RulesCatalog::loadBundled();
-    } catch (const CleanCoreError& error) {
-        throw CommandError(ExitStatus::catalogUnusable,
-                           error.kind() == CleanCoreError::Kind::rulesCatalogMissing
-                               ? "the bundled catalog is missing; install Zorvane again"
-                               : name + " is invalid: " + escaped(error.reason()));
-    } catch (const std::system_error& error) {
-        throw CommandError(ExitStatus::catalogUnusable,
-                           name + " cannot be read: " +
-                               (error.code() == std::errc::invalid_argument
-                                    ? "it is no regular file"
-                                    : error.code().message()));
-    } catch (const nlohmann::json::exception& error) {
-        throw CommandError(ExitStatus::catalogUnusable,
-                           name + " is invalid: " + escaped(withoutCode(error.what())));
-    }
-}
-
-HomeEnvironment openHome(const std::optional<std::string>& home)
-{
-    try {
-        return HomeEnvironment::make(home);
-    } catch (const CleanCore::HomeError& error) {
-        throw CommandError(ExitStatus::wrongUsage, escaped(error.what()));
-    }
-}
-
-void requireHarmless(const RulesCatalog& catalog, const CommonOptions& options,
-                     const HomeEnvironment& environment)
-{
-    if (!options.catalog || environment.isConfined) {
-        return;
-    }
-    const auto base = CleanCore::refusedBase(catalog, environment.home, *environment.fileManager);
-    if (base) {
-        throw CommandError(ExitStatus::catalogUnusable, "the catalog " + escaped(*options.catalog) +
-                                                            " is refused: it would clean " +
-                                                            escaped(*base) +
-                                                            ", which holds more than leftovers");
-    }
-}
 
 Workspace openWorkspace(const CommonOptions& options)
 {
     // The home comes first: from here on the process's environment is the one that will be used.
-    HomeEnvironment environment = openHome(options.home);
-    CleanCore::ToolLocations tools = toolsFor(options, environment);
+    HomeEnvironment environment = Startup::openHome(options.home);
+    CleanCore::ToolLocations tools = Startup::openTools(options.tools, environment);
     const CleanCore::Timestamp now = timeOf(options, environment);
-    const RulesCatalog catalog = loadCatalog(options.catalog);
-    requireHarmless(catalog, options, environment);
-    return {std::move(environment), std::move(tools), rulesNamed(options.ruleIds, catalog.rules),
-            loadTexts(), now};
+    CleanCore::RulesCatalog catalog = Startup::openCatalog(options.catalog);
+    Startup::requireHarmless(catalog, options.catalog, environment);
+    std::vector<CleaningRule> named = rulesNamed(options.ruleIds, catalog.rules);
+    return {std::move(environment), std::move(tools), std::move(catalog.rules),
+            std::move(named),       loadTexts(),      now};
 }
 
 CleanCore::TextTable loadTexts()

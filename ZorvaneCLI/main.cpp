@@ -1,8 +1,10 @@
+#include "CleanCore/Platform/ChildSignal.h"
+#include "CleanCore/Startup/StartError.h"
+#include "CleanCore/Startup/Startup.h"
 #include "ZorvaneCLI/Commands.h"
 #include "ZorvaneCLI/ICloudCommand.h"
 #include "ZorvaneCLI/Interruption.h"
 #include "ZorvaneCLI/TerminalText.h"
-#include "ZorvaneCLI/Workspace.h"
 
 #include <CLI/CLI.hpp>
 #include <exception>
@@ -41,7 +43,8 @@ void addCommon(CLI::App& command, CommonOptions& options)
     command.add_option("--now", options.now, "In another home: the time that ages refer to")
         ->type_name("RFC3339");
     command.add_option("--rule", options.ruleIds, "Only this area; may be given more than once")
-        ->type_name("ID");
+        ->type_name("ID")
+        ->allow_extra_args(false);
     command.add_flag("--json", options.json, "Print JSON");
 }
 
@@ -98,7 +101,8 @@ private:
                          "Everything that is selected by default: all items of safe areas");
         command.add_flag("--all", cleanOptions.all, "With --rule: every item of those areas");
         command.add_option("--item", cleanOptions.items, "With --rule: only this item")
-            ->type_name("PATH");
+            ->type_name("PATH")
+            ->allow_extra_args(false);
         command.add_flag("--dry-run", cleanOptions.dryRun, "Remove nothing, show what would go");
         command.add_flag("--yes", cleanOptions.yes, "Do not ask");
         command.callback(
@@ -145,8 +149,9 @@ private:
         command.add_flag("--json", iCloudOptions.json, "Print JSON");
         command.callback([this, action] {
             iCloudOptions.action = action;
-            run = [this](const Interruption&) {
-                return runICloud(iCloudOptions, openHome(iCloudCommon.home));
+            run = [this](const Interruption& interruption) {
+                return runICloud(iCloudOptions, CleanCore::Startup::openHome(iCloudCommon.home),
+                                 interruption.token());
             };
         });
     }
@@ -162,6 +167,13 @@ void openMissingStandardStreams()
     if (file > STDERR_FILENO) {
         ::close(file);
     }
+}
+
+/// What was given is quoted as it is, so that the whole line is escaped.
+int complain(const std::exception& error, int status)
+{
+    std::cerr << "zorvane-cli: " << shortened(escaped(error.what())) << '\n';
+    return status;
 }
 
 int parseAndRun(int argc, char** argv)
@@ -190,6 +202,7 @@ int parseAndRun(int argc, char** argv)
 
 int main(int argc, char** argv)
 {
+    CleanCore::restoreChildSignal();
     openMissingStandardStreams();
     try {
         const int status = parseAndRun(argc, argv);
@@ -198,10 +211,10 @@ int main(int argc, char** argv)
         }
         return status;
     } catch (const CommandError& error) {
-        std::cerr << "zorvane-cli: " << shortened(error.what()) << '\n';
-        return static_cast<int>(error.status());
+        return complain(error, static_cast<int>(error.status()));
+    } catch (const CleanCore::StartError& error) {
+        return complain(error, static_cast<int>(error.reason()));
     } catch (const std::exception& error) {
-        std::cerr << "zorvane-cli: " << shortened(escaped(error.what())) << '\n';
-        return static_cast<int>(ExitStatus::incomplete);
+        return complain(error, static_cast<int>(ExitStatus::incomplete));
     }
 }

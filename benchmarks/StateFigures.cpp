@@ -11,6 +11,7 @@
 #include "Zorvane/State/Figures.h"
 #include "Zorvane/State/ResultsModel.h"
 #include "Zorvane/State/SummaryModel.h"
+#include "benchmarks/LargeResults.h"
 
 #include <QCoreApplication>
 #include <QTimer>
@@ -25,12 +26,9 @@
 
 namespace {
 
-using CleanCore::CleaningRule;
 using Clock = std::chrono::steady_clock;
 
 constexpr int rounds = 21;
-constexpr std::size_t areas = 6;
-constexpr std::size_t itemsPerArea = 100'000;
 
 double milliseconds(Clock::duration duration)
 {
@@ -49,65 +47,6 @@ void time(const char* what, const std::function<void()>& action)
     std::cout << std::left << std::setw(56) << what << std::right << std::fixed
               << std::setprecision(2) << std::setw(8) << times[rounds / 2] << std::setw(8)
               << times.back() << '\n';
-}
-
-/// A file system of flat folders of entries without content.
-class FlatDisk : public CleanCore::LinuxFileManager
-{
-public:
-    FlatDisk() : LinuxFileManager({}, std::nullopt, std::make_shared<CleanCore::TaskPool>()) {}
-
-    [[nodiscard]] std::vector<std::string> namesInFolder(const std::string& path) const override
-    {
-        std::vector<std::string> names;
-        if (path.starts_with("/area")) {
-            for (std::size_t item = 0; item < itemsPerArea; ++item) {
-                names.push_back("an item with a name of some length " + std::to_string(item));
-            }
-        }
-        return names;
-    }
-    [[nodiscard]] std::vector<CleanCore::EntryMeasure>
-    measure(const std::string& /*folder*/, std::span<const std::string> names,
-            const std::stop_token& /*stop*/) const override
-    {
-        CleanCore::EntryMeasure measure;
-        measure.sizeBytes = 4096;
-        return std::vector<CleanCore::EntryMeasure>(names.size(), measure);
-    }
-    [[nodiscard]] bool exists(const std::string& /*path*/) const override { return true; }
-};
-
-CleaningRule rule(const std::string& id, const std::string& base)
-{
-    CleaningRule rule;
-    rule.id = id;
-    rule.tier = CleanCore::RuleTier::safe;
-    rule.kind = CleanCore::RuleKind::fileSystem;
-    rule.basePaths = {base};
-    return rule;
-}
-
-Zorvane::Environment environment(const std::shared_ptr<const CleanCore::FileManager>& disk,
-                                 CleanCore::RulesCatalog catalog)
-{
-    CleanCore::HomeEnvironment home;
-    home.home = "/home/benchmark";
-    home.isConfined = true;
-    home.pool = std::make_shared<CleanCore::TaskPool>();
-    home.fileManager = disk;
-    return {
-        .home = home,
-        .cloudFileManager = disk,
-        .commandRunner = [](const std::stop_token&) { return nullptr; },
-        .loadCatalog = [catalog = std::move(catalog)] { return catalog; },
-        .texts = {},
-        .locale = {},
-        .preferences = Zorvane::Preferences(QStringLiteral("/nonexistent/preferences.ini")),
-        .account = {},
-        .reveal = [](const std::vector<std::string>&) {},
-        .openPermissionSettings = [] {},
-    };
 }
 
 /// The longest time between two turns of the event loop while `state` scans.
@@ -148,14 +87,10 @@ struct Screen
 
 void timeLargeAreas()
 {
-    CleanCore::RulesCatalog catalog;
-    for (std::size_t area = 0; area < areas; ++area) {
-        const std::string name = std::to_string(area);
-        catalog.rules.push_back(rule("cache-" + name, "/area" + name));
-    }
-    Zorvane::AppState state(environment(std::make_shared<FlatDisk>(), std::move(catalog)));
+    Zorvane::AppState state(LargeResults::environment());
     Screen screen(state);
-    std::cout << areas << " areas of " << itemsPerArea << " items each; milliseconds\n"
+    std::cout << LargeResults::areas << " areas of " << LargeResults::itemsPerArea
+              << " items each; milliseconds\n"
               << std::left << std::setw(56) << ""
               << "  median largest\n";
     std::cout << "longest stall while they are scanned and shown: " << longestStall(state) << '\n';
@@ -175,10 +110,10 @@ void timeLargeAreas()
 
 void timeScan(const std::string& folder)
 {
-    CleanCore::RulesCatalog catalog;
-    catalog.rules.push_back(rule("cache-folder", folder));
     const auto pool = std::make_shared<CleanCore::TaskPool>();
-    Zorvane::AppState state(environment(
+    CleanCore::RulesCatalog catalog;
+    catalog.rules.push_back(LargeResults::rule("cache-folder", folder));
+    Zorvane::AppState state(LargeResults::environment(
         std::make_shared<CleanCore::LinuxFileManager>(CleanCore::UserFolders(), std::nullopt, pool),
         std::move(catalog)));
     const Screen screen(state);

@@ -25,6 +25,13 @@ const std::string& holdingBase(const std::string& path, std::span<const std::str
     return base == bases.end() ? otherwise : *base;
 }
 
+/// What the guard would say, could it see what an item holds.
+SkipReason reasonFor(int removalError)
+{
+    return removalError == protectedEntryError ? SkipReason::blockedBySafetyGuard
+                                               : SkipReason::removalFailed;
+}
+
 } // namespace
 
 CleanEngine::CleanEngine(std::string home, std::shared_ptr<const FileManager> fileManager,
@@ -53,17 +60,13 @@ CleaningReport CleanEngine::clean(std::span<const CleaningSelection> selections,
                 continue;
             }
             const std::string& holding = holdingBase(item.path, bases, *base);
-            if (dryRun) {
-                if (removal->check(holding, item.path, item.identity) == 0) {
-                    report.removed.push_back({item.path, item.sizeBytes});
-                } else {
-                    report.skipped.push_back({item.path, SkipReason::removalFailed});
-                }
-                continue;
-            }
-            const RemovalOutcome outcome = removal->remove(holding, item.path, item.identity);
+            // A dry run credits a link with what was scanned; that it frees nothing, only its
+            // removal tells.
+            const RemovalOutcome outcome =
+                dryRun ? RemovalOutcome{removal->check(holding, item.path, item.identity)}
+                       : removal->remove(holding, item.path, item.identity);
             if (outcome.error != 0) {
-                report.skipped.push_back({item.path, SkipReason::removalFailed});
+                report.skipped.push_back({item.path, reasonFor(outcome.error)});
             } else {
                 report.removed.push_back({item.path, outcome.wasSymbolicLink ? 0 : item.sizeBytes});
             }

@@ -21,7 +21,8 @@ struct CleaningReport
     };
 
     enum class SkipReason {
-        /// The safety guard allowed the item under none of the rule's bases.
+        /// The safety guard allowed the item under none of the rule's bases, or the removal found
+        /// that it is or holds something protected, and left it whole.
         blockedBySafetyGuard,
         /// The removal, or the tool, failed, or there is no way to clean this.
         removalFailed,

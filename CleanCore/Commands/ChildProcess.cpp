@@ -50,11 +50,13 @@ private:
     posix_spawn_file_actions_t m_actions = {};
 };
 
-/// Our threads block signals and our programs ignore some; a child must know nothing of that.
-class DefaultSignals
+/// Our threads block signals and our programs ignore some; a child must know nothing of that. Its
+/// session is its own when posix_spawn() returns, since that waits for the child to have come to
+/// its program.
+class OwnSession
 {
 public:
-    DefaultSignals()
+    OwnSession()
     {
         require(::posix_spawnattr_init(&m_attributes), "posix_spawnattr_init");
         sigset_t none;
@@ -63,11 +65,12 @@ public:
         ::sigfillset(&all);
         ::posix_spawnattr_setsigmask(&m_attributes, &none);
         ::posix_spawnattr_setsigdefault(&m_attributes, &all);
-        ::posix_spawnattr_setflags(&m_attributes, POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF);
+        ::posix_spawnattr_setflags(&m_attributes, POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF |
+                                                      POSIX_SPAWN_SETSID);
     }
-    DefaultSignals(const DefaultSignals&) = delete;
-    DefaultSignals& operator=(const DefaultSignals&) = delete;
-    ~DefaultSignals() { ::posix_spawnattr_destroy(&m_attributes); }
+    OwnSession(const OwnSession&) = delete;
+    OwnSession& operator=(const OwnSession&) = delete;
+    ~OwnSession() { ::posix_spawnattr_destroy(&m_attributes); }
 
     [[nodiscard]] const posix_spawnattr_t* get() const { return &m_attributes; }
 
@@ -111,9 +114,9 @@ ChildProcess ChildProcess::start(const std::string& executable,
     }
     std::vector<std::string> variables = childEnvironment();
     const FileActions actions(output);
-    const DefaultSignals signals;
+    const OwnSession session;
     pid_t id = -1;
-    require(::posix_spawn(&id, executable.c_str(), actions.get(), signals.get(),
+    require(::posix_spawn(&id, executable.c_str(), actions.get(), session.get(),
                           pointersTo(words).data(), pointersTo(variables).data()),
             executable);
     return ChildProcess(id);
@@ -130,7 +133,11 @@ ChildProcess::~ChildProcess()
 
 void ChildProcess::kill() const
 {
-    ::kill(m_id, SIGKILL);
+    siginfo_t info = {};
+    // Where SIGCHLD is ignored the child may be gone, and its id another's.
+    if (::waitid(P_PID, static_cast<id_t>(m_id), &info, WEXITED | WNOHANG | WNOWAIT) == 0) {
+        ::kill(-m_id, SIGKILL);
+    }
 }
 
 void ChildProcess::waitForEnd() const

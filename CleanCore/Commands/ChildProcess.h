@@ -8,6 +8,10 @@
 namespace CleanCore {
 
 /// Owns one running child: whoever drops it before its end was collected kills it and collects it.
+///
+/// The child leads a session and so a process group of its own, to which the processes that it
+/// starts belong too. How it ended is known only where SIGCHLD is not ignored; see
+/// restoreChildSignal().
 class ChildProcess
 {
 public:
@@ -22,7 +26,8 @@ public:
     ChildProcess& operator=(const ChildProcess&) = delete;
     ~ChildProcess();
 
-    /// From any thread, until collect() is called.
+    /// Ends the child and what it has started, at once: nothing can ignore it. From any thread,
+    /// until collect() is called.
     void kill() const;
 
     /// Waits for the end and leaves the child to be collected, so that its id stays its own.

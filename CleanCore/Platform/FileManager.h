@@ -34,15 +34,17 @@ public:
     /// The path of a per-user folder; nothing where the system has none.
     [[nodiscard]] virtual std::optional<std::string> perUserFolder(PerUserFolder folder) const = 0;
 
-    /// Whether something exists at `path`; a link counts if its target does.
+    /// Whether something exists at `path`; a link counts if its target does. True when the system
+    /// lacks the descriptors or the memory to find out: namesInFolder() then tells.
     [[nodiscard]] virtual bool exists(const std::string& path) const = 0;
 
     /// The names in a folder, hidden ones included, in the order of this file manager. Throws
     /// std::system_error when there is no such folder or it cannot be read.
     [[nodiscard]] virtual std::vector<std::string> namesInFolder(const std::string& path) const = 0;
 
-    /// Measures the named entries of `folder`, in the order of `names`; see TreeMeasurer. Never
-    /// fails: what cannot be read counts as nothing. Figures are incomplete after a stop request.
+    /// Measures the named entries of `folder`, in the order of `names`; see TreeMeasurer. What
+    /// cannot be read counts as nothing. Figures are incomplete after a stop request. Throws
+    /// std::system_error when the system lacks the descriptors or the memory to open `folder`.
     [[nodiscard]] virtual std::vector<EntryMeasure> measure(const std::string& folder,
                                                             std::span<const std::string> names,
                                                             const std::stop_token& stop) const = 0;

@@ -127,6 +127,11 @@ HomeEnvironment HomeEnvironment::make(const std::optional<std::string>& requeste
     return environment;
 }
 
+std::string HomeEnvironment::cloudContainer() const
+{
+    return PathText::join(home, "Library/Mobile Documents/com~apple~CloudDocs");
+}
+
 std::shared_ptr<const CloudDrive>
 HomeEnvironment::cloudDrive(const std::string& container,
                             const std::optional<std::string>& mirror) const

@@ -38,6 +38,9 @@ struct HomeEnvironment
     /// variables when confined, so it must run before any thread is started. Throws HomeError.
     [[nodiscard]] static HomeEnvironment make(const std::optional<std::string>& requestedHome);
 
+    /// Where the cloud drive's folder is unless somebody names another.
+    [[nodiscard]] std::string cloudContainer() const;
+
     /// The cloud drive in the folder `container`, with `mirror` for the cloud's side. It refuses
     /// every request unless this home is confined.
     [[nodiscard]] std::shared_ptr<const CloudDrive>

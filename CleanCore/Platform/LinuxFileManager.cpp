@@ -5,6 +5,7 @@
 #include "CleanCore/Platform/DirectoryReader.h"
 #include "CleanCore/Platform/LinkResolver.h"
 #include "CleanCore/Platform/LinuxRemoval.h"
+#include "CleanCore/Platform/Shortage.h"
 #include "CleanCore/Platform/TreeWalk.h"
 #include "CleanCore/Support/PathText.h"
 
@@ -56,7 +57,8 @@ std::optional<std::string> LinuxFileManager::perUserFolder(PerUserFolder folder)
 
 bool LinuxFileManager::exists(const std::string& path) const
 {
-    return open(path, O_PATH).isOpen();
+    // What cannot be looked for now is not missing; whoever opens it will be told why it cannot.
+    return open(path, O_PATH).isOpen() || isShortage(errno);
 }
 
 std::vector<std::string> LinuxFileManager::namesInFolder(const std::string& path) const
@@ -86,6 +88,9 @@ std::vector<EntryMeasure> LinuxFileManager::measure(const std::string& folder,
                                                     const std::stop_token& stop) const
 {
     FileDescriptor directory = open(folder, O_RDONLY | O_DIRECTORY);
+    if (!directory.isOpen() && isShortage(errno)) {
+        throw std::system_error(errno, std::generic_category(), folder);
+    }
     if (!directory.isOpen()) {
         return std::vector<EntryMeasure>(names.size());
     }

@@ -132,7 +132,7 @@ bool LinuxRemoval::isVisible(int folder) const
     return !m_confinement || PathText::isSameOrInside(pathOfDescriptor(folder), *m_confinement);
 }
 
-/// Judges what is held, not what a path says: an errno, 0 when the entry may go.
+/// Judges what is held, not what a path says: an error, 0 when the entry may go.
 int LinuxRemoval::reasonToKeep(const EntryPin& pin, const std::optional<EntryIdentity>& seen) const
 {
     if (seen && *seen != pin.status.identity) {
@@ -144,10 +144,10 @@ int LinuxRemoval::reasonToKeep(const EntryPin& pin, const std::optional<EntryIde
     if (pin.status.isBeyondBoundaryOf(pin.parentStatus)) {
         return EXDEV;
     }
-    if (pin.status.isFolder() && m_protected.holdsOrLeadsTo(pin.status.identity)) {
-        return EPERM;
-    }
-    return m_protected.enclose(pin.parent.get()) ? EPERM : 0;
+    const bool isProtected =
+        (pin.status.isFolder() && m_protected.holdsOrLeadsTo(pin.status.identity)) ||
+        m_protected.enclose(pin.parent.get());
+    return isProtected ? protectedEntryError : 0;
 }
 
 int LinuxRemoval::removeFolder(const Base& base, const EntryPin& pin) const

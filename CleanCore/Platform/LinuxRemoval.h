@@ -49,7 +49,7 @@ private:
         bool isDirect = false;
     };
 
-    /// Holds the entry and judges it: an errno, 0 when it may go.
+    /// Holds the entry and judges it: an error, 0 when it may go.
     [[nodiscard]] int hold(const std::string& base, const std::string& path,
                            const std::optional<EntryIdentity>& seen, Held& held) const;
     /// Whether the confinement, if any, holds the folder open as `folder`.

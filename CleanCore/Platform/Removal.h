@@ -7,10 +7,15 @@
 
 namespace CleanCore {
 
+/// The error of an entry that is left whole because it is or holds home or a protected folder, or
+/// lies in a protected one. No errno has this value.
+constexpr int protectedEntryError = -1;
+
 /// How the removal of one entry ended.
 struct RemovalOutcome
 {
-    /// 0 when the entry is wholly gone; else the errno that tells why it, or a part of it, is not.
+    /// 0 when the entry is wholly gone; else protectedEntryError or the errno that tells why it, or
+    /// a part of it, is not.
     int error = 0;
     /// Whether the entry was a symbolic link (which was, or would have been, removed itself).
     bool wasSymbolicLink = false;
@@ -32,7 +37,7 @@ public:
     [[nodiscard]] virtual RemovalOutcome remove(const std::string& base, const std::string& path,
                                                 const std::optional<EntryIdentity>& seen) = 0;
 
-    /// The errno with which remove() would refuse to begin; 0 when it would begin, or when that
+    /// The error with which remove() would refuse to begin; 0 when it would begin, or when that
     /// cannot be told beforehand. Changes nothing.
     [[nodiscard]] virtual int check(const std::string& /*base*/, const std::string& /*path*/,
                                     const std::optional<EntryIdentity>& /*seen*/)

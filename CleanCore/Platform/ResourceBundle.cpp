@@ -9,8 +9,11 @@
 #include <cstdlib>
 #include <dlfcn.h>
 #include <fcntl.h>
+#include <filesystem>
+#include <link.h>
 #include <sys/stat.h>
 #include <system_error>
+#include <utility>
 
 namespace CleanCore::ResourceBundle {
 
@@ -20,26 +23,32 @@ constexpr const char* bundleName = "CleanCore_CleanCore.bundle";
 constexpr int exitStatus = 3;
 constexpr std::size_t largestFile = std::size_t{64} * 1024 * 1024;
 
-std::string resolved(const char* path)
+/// Of a path that is not known from the root on no folder is taken: it would be read as one below
+/// the current folder, where anything may lie.
+std::optional<std::string> folderOf(const std::filesystem::path& file)
 {
-    char* const real = ::realpath(path, nullptr);
-    std::string result = real != nullptr ? real : "";
-    std::free(real);
-    return result;
+    return file.is_absolute() ? std::optional(PathText::parent(file.native())) : std::nullopt;
 }
 
-std::string folderOfExecutable()
+std::optional<std::string> folderOfExecutable()
 {
-    return PathText::parent(resolved("/proc/self/exe"));
+    std::error_code error;
+    return folderOf(std::filesystem::read_symlink("/proc/self/exe", error));
 }
 
-std::string folderOfLibrary()
+/// Nothing when this library is a part of the program, for which the loader knows no more than the
+/// name that it was started by.
+std::optional<std::string> folderOfLibrary()
 {
     Dl_info info = {};
-    if (::dladdr(reinterpret_cast<const void*>(&path), &info) == 0 || info.dli_fname == nullptr) {
-        return {};
+    void* library = nullptr;
+    if (::dladdr1(reinterpret_cast<const void*>(&path), &info, &library, RTLD_DL_LINKMAP) == 0 ||
+        library == nullptr) {
+        return std::nullopt;
     }
-    return PathText::parent(resolved(info.dli_fname));
+    const std::filesystem::path file = static_cast<const link_map*>(library)->l_name;
+    std::error_code error;
+    return file.is_absolute() ? folderOf(std::filesystem::canonical(file, error)) : std::nullopt;
 }
 
 bool isFolder(const std::string& path)
@@ -50,11 +59,19 @@ bool isFolder(const std::string& path)
 
 std::string find()
 {
-    const std::string executable = folderOfExecutable();
-    const std::string library = folderOfLibrary();
-    for (const std::string& parent :
-         {executable + "/../share/zorvane", library + "/../share/zorvane", library, executable}) {
-        std::string candidate = PathText::standardized(PathText::join(parent, bundleName));
+    const std::optional<std::string> executable = folderOfExecutable();
+    const std::optional<std::string> library = folderOfLibrary();
+    const std::pair<const std::optional<std::string>&, const char*> places[] = {
+        {executable, "../share/zorvane"},
+        {library, "../share/zorvane"},
+        {library, ""},
+        {executable, ""}};
+    for (const auto& [folder, below] : places) {
+        if (!folder) {
+            continue;
+        }
+        std::string candidate =
+            PathText::standardized(PathText::join(PathText::join(*folder, below), bundleName));
         if (isFolder(candidate)) {
             return candidate;
         }

@@ -7,9 +7,10 @@
 namespace CleanCore::ResourceBundle {
 
 /// The bundle's folder, looked up once per process: in the share folder of the installed prefix,
-/// beside the code of this library, beside the executable. Where there is none the process ends at
-/// once with "unable to find bundle named CleanCore_CleanCore" and status 3: the program was
-/// installed without its parts.
+/// beside the code of this library, beside the executable; never in the current folder, whatever
+/// name the program was started by. Where there is none the process ends at once with "unable to
+/// find bundle named CleanCore_CleanCore" and status 3: the program was installed without its
+/// parts.
 [[nodiscard]] const std::string& path();
 
 /// The path of a resource, or nothing if the bundle does not hold it.

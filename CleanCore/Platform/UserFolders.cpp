@@ -16,9 +16,20 @@ constexpr const char* alwaysProtected[] = {
     "Videos", "Templates",       "Public", ".ssh",
     ".gnupg", ".password-store", ".pki",   ".local/share/keyrings",
 };
-// The file manager knows these seven everywhere; here they only bar a variable from naming them.
-constexpr const char* protectedEverywhere[] = {
-    "Documents", "Desktop", "Downloads", "Pictures", "Music", "Movies", "Library/Mobile Documents",
+// Configuration, data, and the folders that the guard knows everywhere; here they only bar a
+// variable from naming them. Each may be a link to another place.
+constexpr const char* keptEverywhere[] = {
+    ".config",
+    ".local",
+    ".local/share",
+    ".local/state",
+    "Documents",
+    "Desktop",
+    "Downloads",
+    "Pictures",
+    "Music",
+    "Movies",
+    "Library/Mobile Documents",
 };
 
 std::optional<std::string> resolvedFolder(const std::string& path, struct stat& status)
@@ -106,20 +117,21 @@ std::vector<std::string> protectedFolders(const std::string& home, const std::st
     return folders;
 }
 
-/// Whether a resolved folder holds more than what may be thrown away.
-bool holdsMoreThanCaches(const std::string& folder, const UserFolders& folders)
+/// Whether a folder, by its name or by where that leads, holds more than what may be thrown away.
+bool holdsMoreThanCaches(const std::string& name, const std::string& resolved,
+                         const UserFolders& folders)
 {
     const std::string home = resolvedOrSame(folders.home);
-    if (PathText::isSameOrInside(home, folder) || PathText::isSameOrInside(folder, "/run") ||
-        PathText::isSameOrInside(folder, home + "/.config") ||
-        PathText::isSameOrInside(folder, home + "/.local")) {
-        return true;
-    }
-    const auto isAt = [&](const std::string& protectedFolder) {
-        return areRelated(folder, resolvedOrSame(protectedFolder));
+    const auto isAt = [&](const std::string& kept) {
+        return areRelated(resolved, resolvedOrSame(kept));
     };
-    return std::any_of(std::begin(protectedEverywhere), std::end(protectedEverywhere),
-                       [&](const char* name) { return isAt(PathText::join(home, name)); }) ||
+    const auto isKept = [&](const char* kept) {
+        return PathText::isSameOrInside(name, PathText::join(folders.home, kept)) ||
+               PathText::isSameOrInside(name, PathText::join(home, kept)) ||
+               isAt(PathText::join(home, kept));
+    };
+    return PathText::isSameOrInside(home, resolved) || PathText::isSameOrInside(resolved, "/run") ||
+           std::any_of(std::begin(keptEverywhere), std::end(keptEverywhere), isKept) ||
            std::any_of(folders.protectedFolders.begin(), folders.protectedFolders.end(), isAt);
 }
 
@@ -135,13 +147,13 @@ std::optional<std::string> usable(const std::optional<std::string>& value, Stick
         return std::nullopt;
     }
     const std::optional<std::string> folder = resolvedFolder(*value, status);
-    const bool isSticky = (status.st_mode & S_ISVTX) != 0;
-    if (!folder || (status.st_uid != home.st_uid && !(isSticky && sticky == Sticky::accepted)) ||
-        holdsMoreThanCaches(*folder, folders)) {
-        return std::nullopt;
-    }
     // As text, ".." behind a link would name a folder that was not judged.
     std::string path = PathText::standardized(*value);
+    const bool isSticky = (status.st_mode & S_ISVTX) != 0;
+    if (!folder || (status.st_uid != home.st_uid && !(isSticky && sticky == Sticky::accepted)) ||
+        holdsMoreThanCaches(path, *folder, folders)) {
+        return std::nullopt;
+    }
     return resolvedOrSame(path) == *folder ? path : *folder;
 }
 

@@ -22,7 +22,7 @@ struct UserFolders
     /// The folders of `home` as the environment gives them. XDG_CACHE_HOME and TMPDIR count only if
     /// they are absolute, resolve to a folder that the home's owner owns (TMPDIR: or that is
     /// sticky), and are nothing that holds more than a cache: not home or above it, not a protected
-    /// folder, not configuration, not below ~/.local or /run.
+    /// folder, not configuration, not below ~/.local or /run, whatever links lead there.
     [[nodiscard]] static UserFolders ofAccount(const std::string& home, const Variables& variables);
 
     /// The folders of a home that a run is confined to, whatever the environment says.

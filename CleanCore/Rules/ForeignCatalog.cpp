@@ -20,6 +20,8 @@ constexpr const char* systemFolders[] = {
     "/bin",  "/boot", "/dev", "/etc",  "/home", "/lib", "/lib32", "/lib64", "/libx32", "/opt",
     "/proc", "/root", "/run", "/sbin", "/snap", "/srv", "/sys",   "/usr",   "/var"};
 constexpr const char* publicFolders[] = {"/var/tmp", "/var/crash"};
+// Where people's homes are: the folders of the system that a home may lie in.
+constexpr const char* foldersOfHomes[] = {"/home", "/var/home"};
 
 bool isPublic(const std::string& base)
 {
@@ -33,6 +35,17 @@ bool isSystemFolder(const std::string& base)
     return (isTopLevel && base != "/tmp") ||
            std::any_of(std::begin(systemFolders), std::end(systemFolders),
                        [&](const char* folder) { return PathText::isSameOrInside(base, folder); });
+}
+
+/// Whether everything in this home is its owner's, though it lies where others' and the system's
+/// files are. Accounts of services have homes like "/" and "/usr/sbin".
+bool isHomeOfAPerson(const std::string& home)
+{
+    return home == "/root" ||
+           std::any_of(std::begin(foldersOfHomes), std::end(foldersOfHomes),
+                       [&](const char* folder) {
+                           return home != folder && PathText::isSameOrInside(home, folder);
+                       });
 }
 
 bool isWholeUserFolder(const std::string& base, const std::string& home,
@@ -58,9 +71,10 @@ std::optional<std::string> refusedBase(const RulesCatalog& catalog, const std::s
         }
         for (const std::string& base : PathExpander::expandAll(rule.basePaths, home, fileManager)) {
             const std::string resolved = fileManager.resolvingSymbolicLinks(base);
+            const bool isOwn =
+                isHomeOfAPerson(resolvedHome) && PathText::isSameOrInside(resolved, resolvedHome);
             if (isWholeUserFolder(resolved, resolvedHome, fileManager) ||
-                (isSystemFolder(resolved) && !isPublic(resolved) &&
-                 !PathText::isSameOrInside(resolved, resolvedHome))) {
+                (isSystemFolder(resolved) && !isPublic(resolved) && !isOwn)) {
                 return base;
             }
         }

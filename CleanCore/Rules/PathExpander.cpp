@@ -2,10 +2,14 @@
 
 #include "CleanCore/Platform/FileManager.h"
 #include "CleanCore/Platform/LinkResolver.h"
+#include "CleanCore/Platform/Shortage.h"
 #include "CleanCore/Support/PathText.h"
 
 #include <algorithm>
+#include <iterator>
+#include <set>
 #include <system_error>
+#include <utility>
 
 namespace CleanCore::PathExpander {
 
@@ -19,28 +23,30 @@ struct Token
 constexpr Token tokens[] = {{"$DARWIN_USER_CACHE_DIR", PerUserFolder::cache},
                             {"$DARWIN_USER_TEMP_DIR", PerUserFolder::temporary}};
 
-std::vector<std::string> sortedNames(const std::string& folder, const FileManager& fileManager)
-{
-    try {
-        std::vector<std::string> names = fileManager.namesInFolder(folder);
-        std::sort(names.begin(), names.end());
-        return names;
-    } catch (const std::system_error&) {
-        // A wildcard whose folder is missing or unreadable matches nothing.
-        return {};
-    }
-}
-
 /// One pattern's matches on their way.
-struct Matches
+class Matches
 {
-    const FileManager& fileManager;
-    const std::stop_token& stop;
-    std::size_t pathsLeft = pathLimit;
-    std::vector<std::string> paths = {};
+public:
+    Matches(const FileManager& fileManager, const std::stop_token& stop)
+        : m_fileManager(fileManager), m_stop(stop)
+    {
+    }
 
     /// Looks for wildcards from component `first` on: an entry that is itself called "*" is a name.
     void append(const std::vector<std::string>& components, std::size_t first);
+
+    Expansion expansion;
+
+private:
+    [[nodiscard]] std::vector<std::string> namesFor(std::size_t wildcard,
+                                                    const std::string& folder);
+    [[nodiscard]] std::vector<std::string> sortedNames(const std::string& folder);
+
+    const FileManager& m_fileManager;
+    const std::stop_token& m_stop;
+    // Which folders, by where they lead, each wildcard has been in.
+    std::set<std::pair<std::size_t, std::string>> m_visited;
+    std::size_t m_repeatsLeft = repeatLimit;
 };
 
 void Matches::append(const std::vector<std::string>& components, std::size_t first)
@@ -50,41 +56,79 @@ void Matches::append(const std::vector<std::string>& components, std::size_t fir
         std::find(begin + static_cast<std::ptrdiff_t>(first), components.end(), "*");
     if (wildcard == components.end()) {
         std::string path = PathText::fromComponents(components);
-        if (fileManager.exists(path)) {
-            paths.push_back(std::move(path));
+        if (m_fileManager.exists(path)) {
+            expansion.bases.push_back(std::move(path));
         }
         return;
     }
-    const std::string folder = PathText::fromComponents({begin, wildcard});
     const auto index = static_cast<std::size_t>(wildcard - begin);
     std::vector<std::string> next = components;
-    for (std::string& name : sortedNames(folder, fileManager)) {
-        if (pathsLeft == 0 || stop.stop_requested()) {
+    for (std::string& name : namesFor(index, PathText::fromComponents({begin, wildcard}))) {
+        if (m_stop.stop_requested()) {
             return;
         }
-        --pathsLeft;
         next[index] = std::move(name);
         append(next, index + 1);
     }
 }
 
+/// The names that the wildcard stands for in one folder, as far as it may go through them.
+std::vector<std::string> Matches::namesFor(std::size_t wildcard, const std::string& folder)
+{
+    const auto visit = [&] {
+        return std::pair(wildcard, m_fileManager.resolvingSymbolicLinks(folder));
+    };
+    if (m_repeatsLeft == 0 && m_visited.contains(visit())) {
+        expansion.isCutShort = true;
+        return {};
+    }
+    std::vector<std::string> names = sortedNames(folder);
+    if (!names.empty() && !m_visited.insert(visit()).second) {
+        if (names.size() > m_repeatsLeft) {
+            expansion.isCutShort = true;
+            names.resize(m_repeatsLeft);
+        }
+        m_repeatsLeft -= names.size();
+    }
+    return names;
+}
+
+std::vector<std::string> Matches::sortedNames(const std::string& folder)
+{
+    try {
+        std::vector<std::string> names = m_fileManager.namesInFolder(folder);
+        std::sort(names.begin(), names.end());
+        return names;
+    } catch (const std::system_error& error) {
+        // A wildcard whose folder is missing or unreadable matches nothing.
+        expansion.isCutShort = expansion.isCutShort || isShortage(error.code().value());
+        return {};
+    }
+}
+
 } // namespace
+
+Expansion expansion(std::span<const std::string> patterns, const std::string& home,
+                    const FileManager& fileManager, const std::stop_token& stop)
+{
+    Expansion all;
+    for (const std::string& pattern : patterns) {
+        std::string base = expand(pattern, home, fileManager);
+        if (pattern.find('*') == std::string::npos) {
+            all.bases.push_back(std::move(base));
+            continue;
+        }
+        Expansion matches = expandGlob(PathText::components(base), fileManager, stop);
+        std::move(matches.bases.begin(), matches.bases.end(), std::back_inserter(all.bases));
+        all.isCutShort = all.isCutShort || matches.isCutShort;
+    }
+    return all;
+}
 
 std::vector<std::string> expandAll(std::span<const std::string> patterns, const std::string& home,
                                    const FileManager& fileManager, const std::stop_token& stop)
 {
-    std::vector<std::string> bases;
-    for (const std::string& pattern : patterns) {
-        std::string base = expand(pattern, home, fileManager);
-        if (pattern.find('*') == std::string::npos) {
-            bases.push_back(std::move(base));
-            continue;
-        }
-        for (std::string& match : expandGlob(PathText::components(base), fileManager, stop)) {
-            bases.push_back(std::move(match));
-        }
-    }
-    return bases;
+    return expansion(patterns, home, fileManager, stop).bases;
 }
 
 std::string expand(const std::string& pattern, const std::string& home,
@@ -97,7 +141,9 @@ std::string expand(const std::string& pattern, const std::string& home,
         return home;
     }
     if (pattern.compare(0, 2, "~/") == 0) {
-        return PathText::join(home, std::string_view(pattern).substr(2));
+        const std::size_t rest = pattern.find_first_not_of('/', 1);
+        return PathText::join(home,
+                              std::string_view(pattern).substr(std::min(rest, pattern.size())));
     }
     return absolutePath(pattern);
 }
@@ -112,12 +158,12 @@ std::optional<std::string> expandToken(std::string_view pattern, const FileManag
     return std::nullopt;
 }
 
-std::vector<std::string> expandGlob(const std::vector<std::string>& components,
-                                    const FileManager& fileManager, const std::stop_token& stop)
+Expansion expandGlob(const std::vector<std::string>& components, const FileManager& fileManager,
+                     const std::stop_token& stop)
 {
-    Matches matches{fileManager, stop};
+    Matches matches(fileManager, stop);
     matches.append(components, 0);
-    return std::move(matches.paths);
+    return std::move(matches.expansion);
 }
 
 } // namespace CleanCore::PathExpander

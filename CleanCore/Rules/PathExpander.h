@@ -20,13 +20,28 @@ class FileManager;
 /// fails: what cannot be expanded contributes nothing. Safe from any thread.
 namespace PathExpander {
 
-/// How many paths a pattern's wildcards may lead to. Several of them over folders of links that
-/// lead back would come to more than anybody can wait for; what lies beyond contributes nothing.
-constexpr std::size_t pathLimit = 200'000;
+/// How many names a pattern may take up in folders where the same wildcard has been before, on
+/// another way. Where links lead back, each wildcard multiplies the ways, to more than anybody can
+/// wait for. A folder's first visit is not counted, so that a tree without such links is expanded
+/// whole, however large it is.
+constexpr std::size_t repeatLimit = 100'000;
 
-/// The bases of all patterns, in pattern order, duplicates kept. Bases from a pattern with "*"
-/// exist and are in name order per folder; others are not looked for. After a stop request the
-/// result is incomplete.
+/// What patterns stand for.
+struct Expansion
+{
+    /// In pattern order, duplicates kept. Those from a pattern with "*" exist and are in name order
+    /// per folder; others are not looked for.
+    std::vector<std::string> bases;
+    /// Whether more would have been found but for the repeatLimit or a shortage of descriptors or
+    /// memory.
+    bool isCutShort = false;
+};
+
+/// Expands all patterns. After a stop request the result is incomplete.
+[[nodiscard]] Expansion expansion(std::span<const std::string> patterns, const std::string& home,
+                                  const FileManager& fileManager, const std::stop_token& stop = {});
+
+/// The bases of the expansion alone.
 [[nodiscard]] std::vector<std::string> expandAll(std::span<const std::string> patterns,
                                                  const std::string& home,
                                                  const FileManager& fileManager,
@@ -41,9 +56,9 @@ constexpr std::size_t pathLimit = 200'000;
                                                      const FileManager& fileManager);
 
 /// The existing paths that `components` ("/" first) match.
-[[nodiscard]] std::vector<std::string> expandGlob(const std::vector<std::string>& components,
-                                                  const FileManager& fileManager,
-                                                  const std::stop_token& stop = {});
+[[nodiscard]] Expansion expandGlob(const std::vector<std::string>& components,
+                                   const FileManager& fileManager,
+                                   const std::stop_token& stop = {});
 
 } // namespace PathExpander
 } // namespace CleanCore

@@ -16,7 +16,8 @@ struct CategoryResult
     CleaningRule rule;
     /// Base by base, within a base largest first.
     std::vector<ScannedItem> items;
-    /// Whether a base of the rule exists and could not be listed.
+    /// Whether a base of the rule exists and could not be listed, or its wildcards lead to more
+    /// than could be looked at.
     bool hadAccessErrors = false;
 
     [[nodiscard]] std::int64_t totalBytes() const

@@ -1,9 +1,11 @@
 #include "CleanCore/Scanning/Overlaps.h"
 
 #include "CleanCore/Platform/FileManager.h"
+#include "CleanCore/Rules/PathExpander.h"
 #include "CleanCore/Support/PathText.h"
 
 #include <algorithm>
+#include <set>
 #include <string>
 #include <tuple>
 #include <unordered_map>
@@ -90,6 +92,50 @@ std::vector<CategoryResult> withoutOverlaps(std::vector<CategoryResult> results,
         std::erase_if(results[i].items, [&](const ScannedItem&) { return isLeftOut[i][item++]; });
     }
     return results;
+}
+
+std::vector<CleaningRule> rulesReachingInto(std::span<const CleaningRule> rules,
+                                            std::span<const CleaningRule> all,
+                                            const std::string& home, const FileManager& fileManager,
+                                            const std::stop_token& stop)
+{
+    if (rules.size() == all.size()) {
+        return {};
+    }
+    const auto basesOf = [&](const CleaningRule& rule) {
+        std::set<std::string> bases;
+        if (rule.kind == RuleKind::fileSystem) {
+            for (const std::string& base :
+                 PathExpander::expandAll(rule.basePaths, home, fileManager, stop)) {
+                bases.insert(PathText::standardized(fileManager.resolvingSymbolicLinks(base)));
+            }
+        }
+        return bases;
+    };
+    std::set<std::string> ids;
+    std::set<std::string> bases;
+    for (const CleaningRule& rule : rules) {
+        ids.insert(rule.id);
+        bases.merge(basesOf(rule));
+    }
+    const auto liesInBase = [&](const std::string& path) {
+        std::string folder = path;
+        while (!bases.contains(folder)) {
+            std::string outer = PathText::parent(folder);
+            if (outer.size() >= folder.size()) {
+                return false;
+            }
+            folder = std::move(outer);
+        }
+        return true;
+    };
+    std::vector<CleaningRule> reaching;
+    for (const CleaningRule& rule : all) {
+        if (!ids.contains(rule.id) && std::ranges::any_of(basesOf(rule), liesInBase)) {
+            reaching.push_back(rule);
+        }
+    }
+    return reaching;
 }
 
 } // namespace CleanCore

@@ -2,6 +2,9 @@
 
 #include "CleanCore/Scanning/CategoryResult.h"
 
+#include <span>
+#include <stop_token>
+#include <string>
 #include <vector>
 
 namespace CleanCore {
@@ -18,5 +21,15 @@ class FileManager;
 /// tools are no entries and stay.
 [[nodiscard]] std::vector<CategoryResult> withoutOverlaps(std::vector<CategoryResult> results,
                                                           const FileManager& fileManager);
+
+/// The rules of `all` that have a say in what withoutOverlaps() leaves to `rules`, beside these
+/// themselves: the file-system rules with a base at or inside one of theirs. Scanning them along
+/// makes a part of the areas come out as it does in a scan of all. After a stop request the result
+/// is incomplete.
+[[nodiscard]] std::vector<CleaningRule> rulesReachingInto(std::span<const CleaningRule> rules,
+                                                          std::span<const CleaningRule> all,
+                                                          const std::string& home,
+                                                          const FileManager& fileManager,
+                                                          const std::stop_token& stop);
 
 } // namespace CleanCore

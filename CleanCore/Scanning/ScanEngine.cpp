@@ -36,9 +36,10 @@ struct Scan
 std::optional<CategoryResult> Scan::scanRule(const CleaningRule& rule) const
 {
     const ItemEnumerator enumerator(fileManager);
-    CategoryResult result{rule, {}, false};
-    for (const std::string& base :
-         PathExpander::expandAll(rule.basePaths, home, *fileManager, stop)) {
+    const PathExpander::Expansion expansion =
+        PathExpander::expansion(rule.basePaths, home, *fileManager, stop);
+    CategoryResult result{rule, {}, expansion.isCutShort};
+    for (const std::string& base : expansion.bases) {
         if (stop.stop_requested()) {
             return std::nullopt;
         }

@@ -20,9 +20,10 @@ public:
                std::shared_ptr<TaskPool> pool);
 
     /// Starts a scan and returns its events at once. Rules of other kinds are left out. For one
-    /// rule RuleStarted comes before RuleCompleted; a base that exists and cannot be listed sets
-    /// its hadAccessErrors and stops nothing. Cancelling or dropping the stream cancels the scan;
-    /// no Finished comes then. `now` is the reference for age limits.
+    /// rule RuleStarted comes before RuleCompleted; a base that exists and cannot be listed, and a
+    /// wildcard that was not followed to its end, set its hadAccessErrors and stop nothing.
+    /// Cancelling or dropping the stream cancels the scan; no Finished comes then. `now` is the
+    /// reference for age limits.
     [[nodiscard]] EventStream<ScanEvent> scan(std::span<const CleaningRule> rules,
                                               Timestamp now) const;
 

@@ -16,7 +16,4 @@ struct ApplicationOptions
     bool software = false;
 };
 
-/// The exit statuses, the same as those of zorvane-cli.
-enum class ExitStatus { done = 0, wrongUsage = 2, catalogUnusable = 3 };
-
 } // namespace Zorvane

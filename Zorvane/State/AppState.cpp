@@ -16,15 +16,13 @@ namespace Zorvane {
 namespace {
 
 const QString currentTermsVersion = QStringLiteral("0.1");
-constexpr const char* cloudContainer = "Library/Mobile Documents/com~apple~CloudDocs";
 
 } // namespace
 
 AppState::AppState(Environment environment, QObject* parent)
     : QObject(parent), m_environment(std::move(environment)), m_formatter(m_environment.locale),
-      m_icloudEvictor(CleanCore::PathText::join(m_environment.home.home, cloudContainer),
-                      m_environment.cloudFileManager, m_environment.home.pool,
-                      m_environment.steadyNow),
+      m_icloudEvictor(m_environment.home.cloudContainer(), m_environment.cloudFileManager,
+                      m_environment.home.pool, m_environment.steadyNow),
       m_mailbox(std::make_shared<Mailbox>()), m_mailboxReader(m_mailbox)
 {
     if (m_environment.preferences.acceptedTermsVersion() != currentTermsVersion) {

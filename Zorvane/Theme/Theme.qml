@@ -72,9 +72,10 @@ QtObject {
         return Qt.font({ family: "Inter", pixelSize: Math.round(size), weight: weight, preferShaping: false });
     }
 
-    /// For byte figures: all digits have the same width.
+    /// For byte figures: all digits have the same width, and shaping takes no space beside them away, as
+    /// it otherwise does between "·" and a digit.
     function numberFont(size: real, weight: int): font {
-        return Qt.font({ family: "M PLUS 1", pixelSize: Math.round(size), weight: weight });
+        return Qt.font({ family: "M PLUS 1", pixelSize: Math.round(size), weight: weight, preferShaping: false });
     }
 
     function withOpacity(base: color, opacity: real): color {

@@ -24,77 +24,59 @@ int outcome(const std::vector<CleanCore::CloudRefusal>& refusals)
 
 struct Fault
 {
-    const char* name;
+    const char* description;
     long call;
     int error;
     CloudRefusalReason reason;
 };
 
-std::string nameOf(const testing::TestParamInfo<Fault>& info)
+TEST(CloudDriveFaultTests, aFailedReleaseKeepsTheContentAndALaterOneSucceeds)
 {
-    return info.param.name;
-}
-
-class CloudDriveReleaseFaultTests : public testing::TestWithParam<Fault>
-{
-};
-
-TEST_P(CloudDriveReleaseFaultTests, theContentStaysAndALaterReleaseSucceeds)
-{
-    const CloudFolders folders;
-    folders.makePair("file", bytes(30'000));
-    const std::string before = snapshot(folders.home.path());
-    EXPECT_EQ(
-        runWithFailingCall(GetParam().call, GetParam().error,
-                           [&] { return outcome(folders.drive().release(folders.local("file"))); }),
-        static_cast<int>(GetParam().reason));
-    EXPECT_EQ(snapshot(folders.home.path()), before);
-    if (GetParam().reason == CloudRefusalReason::notSupported) {
-        EXPECT_LT(::getxattr(folders.local("file").c_str(), "user.zorvane", nullptr, 0), 0);
+    using enum CloudRefusalReason;
+    for (const Fault& fault :
+         {Fault{"no hole punching", SYS_fallocate, EOPNOTSUPP, notSupported},
+          Fault{"punching fails", SYS_fallocate, EIO, systemError},
+          Fault{"no user attributes", SYS_fsetxattr, EOPNOTSUPP, notSupported},
+          Fault{"no room for the marker", SYS_fsetxattr, ENOSPC, systemError},
+          Fault{"the mirror is not written out", SYS_fsync, EIO, mirrorNotDurable},
+          Fault{"unreadable", SYS_pread64, EIO, systemError}}) {
+        SCOPED_TRACE(fault.description);
+        const CloudFolders folders;
+        folders.makePair("file", bytes(30'000));
+        const std::string before = snapshot(folders.home.path());
+        EXPECT_EQ(runWithFailingCall(
+                      fault.call, fault.error,
+                      [&] { return outcome(folders.drive().release(folders.local("file"))); }),
+                  static_cast<int>(fault.reason));
+        EXPECT_EQ(snapshot(folders.home.path()), before);
+        if (fault.reason == notSupported) {
+            EXPECT_LT(::getxattr(folders.local("file").c_str(), "user.zorvane", nullptr, 0), 0);
+        }
+        ASSERT_THAT(folders.drive().release(folders.local("file")), IsEmpty());
+        ASSERT_THAT(folders.drive().fetch(folders.local("file")), IsEmpty());
+        EXPECT_EQ(snapshot(folders.home.path()), before);
     }
-    ASSERT_THAT(folders.drive().release(folders.local("file")), IsEmpty());
-    ASSERT_THAT(folders.drive().fetch(folders.local("file")), IsEmpty());
-    EXPECT_EQ(snapshot(folders.home.path()), before);
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    CloudDrive, CloudDriveReleaseFaultTests,
-    testing::Values(
-        Fault{"noHolePunching", SYS_fallocate, EOPNOTSUPP, CloudRefusalReason::notSupported},
-        Fault{"punchingFails", SYS_fallocate, EIO, CloudRefusalReason::systemError},
-        Fault{"noUserAttributes", SYS_fsetxattr, EOPNOTSUPP, CloudRefusalReason::notSupported},
-        Fault{"noRoomForTheMarker", SYS_fsetxattr, ENOSPC, CloudRefusalReason::systemError},
-        Fault{"mirrorIsNotWrittenOut", SYS_fsync, EIO, CloudRefusalReason::mirrorNotDurable},
-        Fault{"unreadable", SYS_pread64, EIO, CloudRefusalReason::systemError}),
-    nameOf);
-
-class CloudDriveFetchFaultTests : public testing::TestWithParam<Fault>
+TEST(CloudDriveFaultTests, aFailedFetchLeavesTheMirrorAloneAndALaterOneSucceeds)
 {
-};
-
-TEST_P(CloudDriveFetchFaultTests, thePlaceholderStaysAndALaterFetchSucceeds)
-{
-    const CloudFolders folders;
-    folders.makePair("file", bytes(30'000));
-    const std::string whole = snapshot(folders.home.path());
-    ASSERT_THAT(folders.drive().release(folders.local("file")), IsEmpty());
-    const std::string mirror = snapshot(folders.mirror);
-    EXPECT_EQ(
-        runWithFailingCall(GetParam().call, GetParam().error,
-                           [&] { return outcome(folders.drive().fetch(folders.local("file"))); }),
-        static_cast<int>(GetParam().reason));
-    EXPECT_EQ(snapshot(folders.mirror), mirror);
-    ASSERT_THAT(folders.drive().fetch(folders.local("file")), IsEmpty());
-    EXPECT_EQ(snapshot(folders.home.path()), whole);
+    for (const auto& [call, error] :
+         {std::pair(SYS_pwrite64, ENOSPC), {SYS_fsync, EIO}, {SYS_utimensat, EPERM}}) {
+        SCOPED_TRACE(call);
+        const CloudFolders folders;
+        folders.makePair("file", bytes(30'000));
+        const std::string whole = snapshot(folders.home.path());
+        ASSERT_THAT(folders.drive().release(folders.local("file")), IsEmpty());
+        const std::string mirror = snapshot(folders.mirror);
+        EXPECT_EQ(
+            runWithFailingCall(
+                call, error, [&] { return outcome(folders.drive().fetch(folders.local("file"))); }),
+            static_cast<int>(CloudRefusalReason::systemError));
+        EXPECT_EQ(snapshot(folders.mirror), mirror);
+        ASSERT_THAT(folders.drive().fetch(folders.local("file")), IsEmpty());
+        EXPECT_EQ(snapshot(folders.home.path()), whole);
+    }
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    CloudDrive, CloudDriveFetchFaultTests,
-    testing::Values(Fault{"diskFull", SYS_pwrite64, ENOSPC, CloudRefusalReason::systemError},
-                    Fault{"notWrittenOut", SYS_fsync, EIO, CloudRefusalReason::systemError},
-                    Fault{"timeNotGivenBack", SYS_utimensat, EPERM,
-                          CloudRefusalReason::systemError}),
-    nameOf);
 
 /// The time that a step leaves on the file is then the only sign of it.
 TEST(CloudDriveFaultTests, aReleaseThatCouldNotGiveTheTimeBackIsTakenUp)

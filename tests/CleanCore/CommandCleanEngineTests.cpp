@@ -42,15 +42,16 @@ Paths skippedPaths(const CleaningReport& report)
     return paths;
 }
 
-struct Case
+void check(const char* what, const std::vector<CleaningSelection>& selections, const Script& script,
+           const Removed& removed, const Paths& skipped, const std::vector<Call>& calls)
 {
-    std::string what;
-    std::vector<CleaningSelection> selections;
-    Script script;
-    Removed removed;
-    Paths skipped;
-    std::vector<Call> calls;
-};
+    SCOPED_TRACE(what);
+    const auto runner = std::make_shared<ScriptedCommandRunner>(script);
+    const CleaningReport report = CommandCleanEngine(runner).clean(selections);
+    EXPECT_EQ(report.removed, removed);
+    EXPECT_EQ(skippedPaths(report), skipped);
+    EXPECT_EQ(runner->calls(), calls);
+}
 
 } // namespace
 
@@ -59,90 +60,37 @@ TEST(CommandCleanEngine, RunsEachAreasToolAndRecordsEveryChosenItem)
     const std::vector<ScannedItem> files = {{.path = "/a", .sizeBytes = 5},
                                             {.path = "/b", .sizeBytes = 7}};
     const Removed filesRemoved = {{"/a", 5}, {"/b", 7}};
-    for (const Case& row : std::vector<Case>{
-             {"packages",
-              {selection("brew-cleanup", files)},
-              {{armBrew, ""}},
-              filesRemoved,
-              {},
-              {armBrew}},
-             {"packages, second place",
-              {selection("brew-cleanup", files)},
-              {{intelBrew, ""}},
-              filesRemoved,
-              {},
-              {armBrew, intelBrew}},
-             {"packages, this platform's place",
-              {selection("brew-cleanup", files)},
-              {{armBrew, std::nullopt}, {linuxBrew, ""}},
-              filesRemoved,
-              {},
-              {armBrew, intelBrew, linuxBrew}},
-             {"packages, nowhere",
-              {selection("brew-cleanup", files)},
-              {},
-              {},
-              {"/a", "/b"},
-              {armBrew, intelBrew, linuxBrew}},
-             {"one of three simulators",
-              {selection("dev-unavailable-simulators", {{.path = "A (1)"}})},
-              {{xcrun, ""}},
-              {{"A (1)", 0}},
-              {},
-              {xcrun}},
-             {"simulators, failing",
-              {selection("dev-unavailable-simulators", {{.path = "A (1)"}, {.path = "B (2)"}})},
-              {{xcrun, std::nullopt}},
-              {},
-              {"A (1)", "B (2)"},
-              {xcrun}},
-             {"snapshots, the second failing",
-              {selection(
-                  "tm-local-snapshots",
-                  {{.path = snapshot("1")}, {.path = snapshot("2")}, {.path = snapshot("3")}})},
-              {{deletion("1"), ""}, {deletion("2"), std::nullopt}, {deletion("3"), ""}},
-              {{snapshot("1"), 0}, {snapshot("3"), 0}},
-              {snapshot("2")},
-              {deletion("1"), deletion("2"), deletion("3")}},
-             {"every occurrence in a snapshot's name",
-              {selection(
-                  "tm-local-snapshots",
-                  {{.path = "com.apple.TimeMachine.a.local.b.com.apple.TimeMachine..local"}})},
-              {{deletion("a.b."), ""}},
-              {{"com.apple.TimeMachine.a.local.b.com.apple.TimeMachine..local", 0}},
-              {},
-              {deletion("a.b.")}},
-             {"container space",
-              {selection("docker-reclaimable", files)},
-              {},
-              {},
-              {"/a", "/b"},
-              {}},
-             {"an unknown area", {selection("unknown", files)}, {}, {}, {"/a", "/b"}, {}},
-             {"other kinds and empty selections",
-              {{commandRule("brew-cleanup", RuleKind::fileSystem), files},
-               selection("brew-cleanup", {}),
-               selection("tm-local-snapshots", {})},
-              {{armBrew, ""}},
-              {},
-              {},
-              {}},
-             {"several selections",
-              {selection("tm-local-snapshots", {{.path = snapshot("1")}}),
-               selection("docker-reclaimable", {{.path = "Docker — Images", .sizeBytes = 9}}),
-               selection("brew-cleanup", files)},
-              {{deletion("1"), ""}, {armBrew, ""}},
-              {{snapshot("1"), 0}, {"/a", 5}, {"/b", 7}},
-              {"Docker — Images"},
-              {deletion("1"), armBrew}},
-         }) {
-        SCOPED_TRACE(row.what);
-        const auto runner = std::make_shared<ScriptedCommandRunner>(row.script);
-        const CleaningReport report = CommandCleanEngine(runner).clean(row.selections);
-        EXPECT_EQ(report.removed, row.removed);
-        EXPECT_EQ(skippedPaths(report), row.skipped);
-        EXPECT_EQ(runner->calls(), row.calls);
-    }
+    check("packages, this platform's place", {selection("brew-cleanup", files)},
+          {{armBrew, std::nullopt}, {linuxBrew, ""}}, filesRemoved, {},
+          {armBrew, intelBrew, linuxBrew});
+    check("packages, nowhere", {selection("brew-cleanup", files)}, {}, {}, {"/a", "/b"},
+          {armBrew, intelBrew, linuxBrew});
+    check("one of three simulators", {selection("dev-unavailable-simulators", {{.path = "A (1)"}})},
+          {{xcrun, ""}}, {{"A (1)", 0}}, {}, {xcrun});
+    check("simulators, failing",
+          {selection("dev-unavailable-simulators", {{.path = "A (1)"}, {.path = "B (2)"}})},
+          {{xcrun, std::nullopt}}, {}, {"A (1)", "B (2)"}, {xcrun});
+    check("snapshots, the second failing",
+          {selection("tm-local-snapshots",
+                     {{.path = snapshot("1")}, {.path = snapshot("2")}, {.path = snapshot("3")}})},
+          {{deletion("1"), ""}, {deletion("2"), std::nullopt}, {deletion("3"), ""}},
+          {{snapshot("1"), 0}, {snapshot("3"), 0}}, {snapshot("2")},
+          {deletion("1"), deletion("2"), deletion("3")});
+    check("every occurrence in a snapshot's name",
+          {selection("tm-local-snapshots",
+                     {{.path = "com.apple.TimeMachine.a.local.b.com.apple.TimeMachine..local"}})},
+          {{deletion("a.b."), ""}},
+          {{"com.apple.TimeMachine.a.local.b.com.apple.TimeMachine..local", 0}}, {},
+          {deletion("a.b.")});
+    check("container space, an unknown area, packages",
+          {selection("docker-reclaimable", {{.path = "x"}}), selection("unknown", {{.path = "y"}}),
+           selection("brew-cleanup", files)},
+          {{armBrew, ""}}, filesRemoved, {"x", "y"}, {armBrew});
+    check("other kinds and empty selections",
+          {{commandRule("brew-cleanup", RuleKind::fileSystem), files},
+           selection("brew-cleanup", {}),
+           selection("tm-local-snapshots", {})},
+          {{armBrew, ""}}, {}, {}, {});
 }
 
 TEST(CommandCleanEngine, PreviewsTheReportOfACleanAndRunsNothing)

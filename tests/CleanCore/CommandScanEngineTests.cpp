@@ -31,168 +31,118 @@ std::string json(std::string text)
 struct Case
 {
     std::string what;
-    std::string ruleId;
     Script script;
     Items items;
     std::vector<Call> calls;
 };
 
-void check(const Case& row)
+void check(const std::string& ruleId, const std::vector<Case>& cases)
 {
-    SCOPED_TRACE(row.what);
-    const auto runner = std::make_shared<ScriptedCommandRunner>(row.script);
-    const auto results = CommandScanEngine(runner).scan(std::vector{commandRule(row.ruleId)});
-    ASSERT_EQ(results.size(), 1U);
-    EXPECT_EQ(results[0].rule.id, row.ruleId);
-    EXPECT_FALSE(results[0].hadAccessErrors);
-    Items items;
-    for (const ScannedItem& item : results[0].items) {
-        items.emplace_back(item.path, item.sizeBytes);
-        EXPECT_EQ(item.modifiedAt, distantPast);
-        EXPECT_FALSE(item.identity);
+    for (const Case& row : cases) {
+        SCOPED_TRACE(row.what);
+        const auto runner = std::make_shared<ScriptedCommandRunner>(row.script);
+        const auto results = CommandScanEngine(runner).scan(std::vector{commandRule(ruleId)});
+        ASSERT_EQ(results.size(), 1U);
+        EXPECT_FALSE(results[0].hadAccessErrors);
+        Items items;
+        for (const ScannedItem& item : results[0].items) {
+            items.emplace_back(item.path, item.sizeBytes);
+            EXPECT_EQ(item.modifiedAt, distantPast);
+            EXPECT_FALSE(item.identity);
+        }
+        EXPECT_EQ(items, row.items);
+        EXPECT_EQ(runner->calls(), row.calls);
     }
-    EXPECT_EQ(items, row.items);
-    EXPECT_EQ(runner->calls(), row.calls);
+}
+
+/// One answer of one tool, and the items that it gives.
+struct Answer
+{
+    std::string output;
+    Items items;
+};
+
+void check(const std::string& ruleId, const Call& call, const std::vector<Answer>& answers)
+{
+    for (const auto& [output, items] : answers) {
+        check(ruleId, {{output, {{call, output}}, items, {call}}});
+    }
 }
 
 } // namespace
 
 TEST(CommandScanEngine, ListsLocalSnapshots)
 {
-    const std::string id = "tm-local-snapshots";
     const std::string heading = "Snapshots for disk /:\n";
-    const std::string snapshots = "com.apple.TimeMachine.2024-05-01-101500.local\n"
-                                  "com.apple.TimeMachine.2024-05-02-101500.local\n";
-    for (const Case& row : std::vector<Case>{
-             {"snapshots",
-              id,
-              {{tmutil, heading + snapshots}},
-              {{snapshots.substr(0, 45), 0}, {snapshots.substr(46, 45), 0}},
-              {tmutil}},
-             {"only the heading", id, {{tmutil, heading}}, {}, {tmutil}},
-             {"other beginnings",
-              id,
-              {{tmutil, " com.apple.TimeMachine.x\ncom.apple.timemachine.y\n"}},
-              {},
-              {tmutil}},
-             {"untrimmed",
-              id,
-              {{tmutil, "com.apple.TimeMachine.x \n"}},
-              {{"com.apple.TimeMachine.x ", 0}},
-              {tmutil}},
-             {"missing tool", id, {}, {}, {tmutil}},
-             {"failing tool", id, {{tmutil, std::nullopt}}, {}, {tmutil}},
-         }) {
-        check(row);
-    }
+    const std::string first = "com.apple.TimeMachine.2024-05-01-101500.local";
+    const std::string second = "com.apple.TimeMachine.2024-05-02-101500.local ";
+    check("tm-local-snapshots", tmutil,
+          {{heading + first + "\n" + second + "\n", {{first, 0}, {second, 0}}},
+           {" com.apple.TimeMachine.x\ncom.apple.timemachine.y\n", {}}});
+    check("tm-local-snapshots", {{"missing tool", {}, {}, {tmutil}},
+                                 {"failing tool", {{tmutil, std::nullopt}}, {}, {tmutil}}});
 }
 
 TEST(CommandScanEngine, ListsUnavailableSimulators)
 {
-    struct Row
-    {
-        std::string what;
-        std::string output;
-        Items items;
-    };
     const std::string device = "{'name':'A','udid':'1','isAvailable':false}";
-    for (const Row& row : std::vector<Row>{
-             {"two runtimes",
-              "{'devices':{'r1':[" + device +
+    for (const auto& [output, items] : std::vector<Answer>{
+             {"{'devices':{'r1':[" + device +
                   ",{'name':'B (2)','udid':'2'}],'r2':[{'name':'ü','udid':'3'}]},'more':1}",
               {{"A (1)", 0}, {"B (2) (2)", 0}, {"ü (3)", 0}}},
-             {"no devices", "{'devices':{'r1':[]}}", {}},
-             {"a device without udid", "{'devices':{'r1':[" + device + ",{'name':'B'}]}}", {}},
-             {"a name that is no text", "{'devices':{'r1':[{'name':1,'udid':'1'}]}}", {}},
-             {"devices missing", "{}", {}},
-             {"devices in a list", "{'devices':[" + device + "]}", {}},
-             {"a runtime that is no list", "{'devices':{'r1':" + device + "}}", {}},
-             {"text after the document", "{'devices':{'r1':[" + device + "]}} x", {}},
-             {"no output", "", {}},
-         }) {
-        check({row.what,
-               "dev-unavailable-simulators",
-               {{xcrun, json(row.output)}},
-               row.items,
-               {xcrun}});
+             {"{'devices':{'r1':[" + device + ",{'name':'B'}]}}", {}},
+             {"{'devices':{'r1':[{'name':1,'udid':'1'}]}}", {}},
+             {"{}", {}},
+             {"{'devices':[" + device + "]}", {}},
+             {"{'devices':{'r1':" + device + "}}", {}},
+             {"{'devices':{'r1':[" + device + "]}} x", {}},
+             {"", {}}}) {
+        check("dev-unavailable-simulators", xcrun, {{json(output), items}});
     }
-    check({"failing tool", "dev-unavailable-simulators", {{xcrun, std::nullopt}}, {}, {xcrun}});
 }
 
 TEST(CommandScanEngine, ListsWhatThePackageManagerWouldRemove)
 {
-    const std::string id = "brew-cleanup";
-    const auto line = [](const std::string& rest) {
-        return Script{{armBrew, "Would remove: " + rest + "\n"}};
-    };
-    for (const Case& row : std::vector<Case>{
-             {"a file",
-              id,
-              line("/cache/pkg--1.2.3.tar.gz (4.5MB)"),
-              {{"/cache/pkg--1.2.3.tar.gz", 4'500'000}},
-              {armBrew}},
-             {"a folder",
-              id,
-              line("/cache/dir (12 files, 3.4MB)"),
-              {{"/cache/dir", 3'400'000}},
-              {armBrew}},
-             {"no size", id, line("/cache/link"), {{"/cache/link", 0}}, {armBrew}},
-             {"a size in the name", id, line("/cache/7b (4.5MB)"), {{"/cache/7b", 7}}, {armBrew}},
-             {"more parentheses", id, line("/a (b) (1kB)"), {{"/a", 1'000}}, {armBrew}},
-             {"only a size", id, line(" (1kB)"), {{"1kB)", 1'000}}, {armBrew}},
-             {"only a separator", id, line(" ("), {{" (", 0}}, {armBrew}},
-             {"nothing", id, line(""), {{"", 0}}, {armBrew}},
-             {"other lines",
-              id,
-              {{armBrew, "would remove: /a (1kB)\n Would remove: /b (1kB)\n==> 51.6MB\n"}},
-              {},
-              {armBrew}},
-             {"the second place",
-              id,
-              {{intelBrew, "Would remove: /a (1kB)\n"}},
-              {{"/a", 1'000}},
-              {armBrew, intelBrew}},
-             {"the first fails",
-              id,
-              {{armBrew, std::nullopt}, {intelBrew, "Would remove: /a\n"}},
-              {{"/a", 0}},
-              {armBrew, intelBrew}},
-             {"this platform's place",
-              id,
-              {{linuxBrew, "Would remove: /a\n"}},
-              {{"/a", 0}},
-              {armBrew, intelBrew, linuxBrew}},
-             {"nowhere", id, {}, {}, {armBrew, intelBrew, linuxBrew}},
-         }) {
-        check(row);
+    for (const auto& [rest, items] : std::vector<Answer>{
+             {"/cache/pkg--1.2.3.tar.gz (4.5MB)", {{"/cache/pkg--1.2.3.tar.gz", 4'500'000}}},
+             {"/cache/dir (12 files, 3.4MB)", {{"/cache/dir", 3'400'000}}},
+             {"/cache/link", {{"/cache/link", 0}}},
+             {"/cache/7b (4.5MB)", {{"/cache/7b", 7}}},
+             {"/a (b) (1kB)", {{"/a", 1'000}}},
+             {" (1kB)", {{"1kB)", 1'000}}},
+             {" (", {{" (", 0}}},
+             {"", {{"", 0}}}}) {
+        check("brew-cleanup", armBrew, {{"Would remove: " + rest + "\n", items}});
     }
+    check("brew-cleanup", armBrew,
+          {{"would remove: /a (1kB)\n Would remove: /b (1kB)\n==> 51.6MB\n", {}}});
+    const std::string line = "Would remove: /a\n";
+    check("brew-cleanup", {{"the first fails",
+                            {{armBrew, std::nullopt}, {intelBrew, line}, {linuxBrew, line}},
+                            {{"/a", 0}},
+                            {armBrew, intelBrew}},
+                           {"this platform's place",
+                            {{linuxBrew, line}},
+                            {{"/a", 0}},
+                            {armBrew, intelBrew, linuxBrew}},
+                           {"nowhere", {}, {}, {armBrew, intelBrew, linuxBrew}}});
 }
 
 TEST(CommandScanEngine, ListsWhatTheContainerEngineCouldReclaim)
 {
-    const std::string id = "docker-reclaimable";
     const std::string images = json("{'Type':'Images','Reclaimable':'2.1GB (45%)','Size':'4GB'}");
     const std::string output = images + json("\n{'Type':'Containers','Reclaimable':'0B (0%)'}\n"
                                              "{'Type':'Local Volumes','Reclaimable'\n\n"
+                                             "[]\n1\n{'Type':1,'Reclaimable':'1B'}\n{'Type':'x'}\n"
                                              "{'Type':'Build Cache','Reclaimable':'125.4kB'}");
-    check({"rows, one malformed",
-           id,
-           {{docker, output}},
-           {{"Docker — Images", 2'100'000'000},
-            {"Docker — Containers", 0},
-            {"Docker — Build Cache", 125'400}},
-           {docker}});
-    check({"rows of other types",
-           id,
-           {{docker, json("[]\n1\n{'Type':1,'Reclaimable':'1B'}\n{'Type':'x'}\n")}},
-           {},
-           {docker}});
-    check({"this platform's place",
-           id,
-           {{linuxDocker, images}},
-           {{"Docker — Images", 2'100'000'000}},
-           {docker, linuxDocker}});
-    check({"failing tool", id, {{docker, std::nullopt}}, {}, {docker, linuxDocker}});
+    const Items items = {{"Docker — Images", 2'100'000'000},
+                         {"Docker — Containers", 0},
+                         {"Docker — Build Cache", 125'400}};
+    check("docker-reclaimable", {{"rows, some malformed", {{docker, output}}, items, {docker}},
+                                 {"this platform's place",
+                                  {{docker, std::nullopt}, {linuxDocker, output}},
+                                  items,
+                                  {docker, linuxDocker}}});
 }
 
 TEST(CommandScanEngine, GivesEveryCommandRuleOneResultInOrder)

@@ -8,15 +8,6 @@ zorvane_add_tests(ICloudTests
   Support/TemporaryFolder.cpp
 )
 
-# Releases that are killed and disturbed; see the variables that make the runs longer.
-zorvane_add_tests(ICloudReliabilityTests
-  ../Reliability/CloudDriveChangeTest.cpp
-  ../Reliability/CloudDriveCrashTest.cpp
-  Support/CloudFolders.cpp
-  Support/FailingCall.cpp
-  Support/TemporaryFolder.cpp
-)
-
 zorvane_add_tests(ICloudCommandTests
   ../ZorvaneCLI/ICloudCommandTests.cpp
   Support/CloudFolders.cpp

@@ -178,16 +178,6 @@ TEST_F(ICloudEvictorTests, findsTheOutermostDownloadedBundles)
     EXPECT_EQ(item.releasableFileCount(), 6);
 }
 
-TEST_F(ICloudEvictorTests, releasableFiguresAreNeverNegative)
-{
-    const ICloudItem item = {
-        "/item", 100, 1, {{"/item/a.app", 70, 1, ""}, {"/item/b.app", 60, 1, ""}}};
-    EXPECT_EQ(item.appBytes(), 130);
-    EXPECT_EQ(item.appFileCount(), 2);
-    EXPECT_EQ(item.releasableBytes(), 0);
-    EXPECT_EQ(item.releasableFileCount(), 0);
-}
-
 TEST(TreeCountTest, figuresBeyondTheLargestStayAtIt)
 {
     constexpr std::int64_t most = std::numeric_limits<std::int64_t>::max();
@@ -287,17 +277,6 @@ TEST_F(ICloudEvictorTests, listsWhatIsDownloadedLargestFirstWithAndWithoutAPool)
     const ICloudEvictor parallel(folders.container, files,
                                  std::make_shared<CleanCore::TaskPool>(4));
     EXPECT_EQ(parallel.listLocalCopies(), items);
-}
-
-TEST_F(ICloudEvictorTests, measuresManyEntriesAtOnce)
-{
-    for (int folder = 0; folder < 20; ++folder) {
-        makeEmptyFiles("folder " + std::to_string(folder), 20 + folder);
-    }
-    const auto children = evictor().topLevelChildren();
-    const ICloudEvictor parallel(folders.container, files,
-                                 std::make_shared<CleanCore::TaskPool>(4));
-    EXPECT_EQ(parallel.measureChildren(children), evictor().measureChildren(children));
 }
 
 TEST_F(ICloudEvictorTests, asksForEachItemInOrderAfterItsProgress)

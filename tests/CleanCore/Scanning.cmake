@@ -10,6 +10,7 @@ zorvane_add_tests(ScanningTests
   Scanning/ResultListTests.cpp
   Scanning/ScanEngineTests.cpp
   Support/EventStreamTests.cpp
+  Support/FailingCall.cpp
   Support/RandomTree.cpp
   Support/TaskPoolTests.cpp
   Support/TemporaryFolder.cpp

@@ -8,18 +8,6 @@ using CleanCore::Tool;
 using CleanCore::ToolLocations;
 using Paths = std::vector<std::string>;
 
-TEST(ToolLocations, ListsTheFixedPathsFirstAndThisPlatformsAfterThem)
-{
-    const auto system = ToolLocations::forHome(false, std::nullopt);
-    EXPECT_EQ(system.paths(Tool::tmutil), Paths{"/usr/bin/tmutil"});
-    EXPECT_EQ(system.paths(Tool::xcrun), Paths{"/usr/bin/xcrun"});
-    EXPECT_EQ(system.paths(Tool::brew), (Paths{"/opt/homebrew/bin/brew", "/usr/local/bin/brew",
-                                               "/home/linuxbrew/.linuxbrew/bin/brew"}));
-    EXPECT_EQ(system.paths(Tool::docker), (Paths{"/usr/local/bin/docker", "/usr/bin/docker"}));
-    EXPECT_EQ(system.paths(Tool::flatpak), Paths{"/usr/bin/flatpak"});
-    EXPECT_EQ(system.paths(Tool::podman), Paths{"/usr/bin/podman"});
-}
-
 TEST(ToolLocations, NeverNamesARealToolInAConfinedHome)
 {
     for (const Tool tool :
@@ -30,10 +18,6 @@ TEST(ToolLocations, NeverNamesARealToolInAConfinedHome)
               (Paths{"/tools/usr/local/bin/docker", "/tools/usr/bin/docker"}));
     EXPECT_EQ(ToolLocations::forHome(true, "/tools//").paths(Tool::tmutil),
               Paths{"/tools/usr/bin/tmutil"});
-}
-
-TEST(ToolLocations, PrefersStandInsWhereverAFolderOfThemIsGiven)
-{
     EXPECT_EQ(ToolLocations::forHome(false, "/tools").paths(Tool::podman),
               Paths{"/tools/usr/bin/podman"});
 }

@@ -20,49 +20,31 @@ def with_value(key, text):
 
 class BadInput(ProgramTest):
     def test_catalogs(self):
-        valid = json.dumps(document(rule()))
-        for name, content in {
-                "empty": "",
-                "truncated": valid[:-20],
-                "truncated in a long text": '{"rules": "' + "x" * 100_000,
-                "followed by more": valid + "]",
-                "not JSON": "rules:\n  - id: a\n",
-                "not UTF-8": valid.encode().replace(b"area", b"ar\xff\x1b[31m"),
-                "a list": "[]",
-                "nested too deeply": "[" * 100_000,
-                "no rules": '{"schemaVersion": 1}',
-                "rules of a wrong type": with_value("rules", '{"a": "b"}'),
-                "a rule of a wrong type": with_value("rules", '["\\u001b[31m"]'),
-                "a missing member": json.dumps(document({"id": "a"})),
-                "an age beyond 64 bits": with_value("minAgeDays", "9223372036854775808"),
-                "an age far beyond 64 bits": with_value("minAgeDays", "1" + "0" * 500),
-                "a version below 64 bits": with_value("schemaVersion", "-9223372036854775809"),
-                "an unknown tier": with_value("tier", '"safe"'),
-                "an unknown kind with line ends": with_value("kind", '"a\\nb\\u001b[31m\\u202e"'),
-                "a very long unknown kind": with_value("kind", '"' + "x" * 100_000 + '"'),
-                "duplicate ids": json.dumps(document(rule("a"), rule("b"), rule("a"))),
-                "a bad exclusion": json.dumps(document(rule(exclusions=["x", "a/b"]))),
-                "a bad exclusion of a badly named rule":
-                    json.dumps(document(rule("a\n\x1b[31m", exclusions=["a/b"])))}.items():
-            file = self.world / "bad.json"
+        file = self.world / "bad.json"
+        for name, content, *words in (
+                ("empty", ""),
+                ("truncated in a long text", '{"rules": "' + "x" * 100_000),
+                ("followed by more", json.dumps(document(rule())) + "]"),
+                ("not UTF-8", json.dumps(document(rule())).encode().replace(b"area", b"ar\xff\x1b[31m")),
+                ("nested too deeply", "[" * 100_000),
+                ("rules of a wrong type", with_value("rules", "{}"), '"rules" must be'),
+                ("a rule of a wrong type", with_value("rules", '["\\u001b[31m"]')),
+                ("a missing member", json.dumps(document({"id": "a"}))),
+                ("a list of a wrong type", with_value("exclusions", "[7]"), '"exclusions" must be'),
+                ("a text of a wrong type", with_value("id", "7"), '"id" must be'),
+                ("an age that is a fraction", with_value("minAgeDays", "7.5"), '"minAgeDays" must be'),
+                ("an age far beyond 64 bits", with_value("minAgeDays", "1" + "0" * 500)),
+                ("an unknown kind with line ends", with_value("kind", '"a\\nb\\u001b[31m\\u202e"')),
+                ("a very long unknown kind", with_value("kind", '"' + "x" * 100_000 + '"')),
+                ("duplicate ids", json.dumps(document(rule("a"), rule("b"), rule("a")))),
+                ("a bad exclusion of a badly named rule",
+                 json.dumps(document(rule("a\n\x1b[31m", exclusions=["a/b"]))),
+                 rf"{file} is invalid: exclusion with '/' in rule a\n\e[31m")):
             file.write_bytes(content if isinstance(content, bytes) else content.encode())
             for command in ("scan", "rules"):
                 with self.subTest(name, command=command):
                     self.assert_refused(self.run_program(command, "--catalog", file), 3,
-                                        str(file))
-        self.assert_refused(self.run_program("rules", "--catalog", file), 3,
-                            rf"{file} is invalid: exclusion with '/' in rule a\n\e[31m")
-
-    def test_a_member_of_a_wrong_type_is_named(self):
-        file = self.world / "bad.json"
-        for key, text in (("exclusions", "null"), ("exclusions", "[7]"), ("id", "7"),
-                          ("titleKey", "{}"), ("tier", "1"), ("kind", "null"),
-                          ("basePaths", '"~/x"'), ("minAgeDays", '"7"'), ("minAgeDays", "7.5"),
-                          ("schemaVersion", "1.5"), ("rules", "{}")):
-            with self.subTest(key, text=text):
-                file.write_text(with_value(key, text))
-                self.assert_refused(self.run_program("rules", "--catalog", file), 3,
-                                    f'"{key}" must be')
+                                        str(file), *words)
 
     def test_catalogs_that_cannot_be_read(self):
         sealed = self.file("sealed.json")
@@ -89,12 +71,12 @@ class BadInput(ProgramTest):
                 ["--home", "missing\x1b[31m\nline"], ["--home"],
                 ["--rule", "no-such-area"], ["--rule", ""], ["--rule", "a\x1b[31m\nb"],
                 ["--rule", "Trash-User"], ["--rule", "trash-user", "--rule", "no-such-area"],
+                ["--rule", "trash-user", "cache-user"],
                 *(["--now", time] for time in (
-                    "", "yesterday", "2026-03-01", "2026-03-01T12:00:00", "2026-02-30T12:00:00Z",
-                    "2026-13-01T12:00:00Z", "2026-03-01T24:00:00Z", "2026-03-01T12:60:00Z",
-                    "2026-03-01T12:00:00.Z", "2026-03-01T12:00:00Zx", "1500-03-01T12:00:00Z",
-                    "9999-03-01T12:00:00Z", "2026-03-01T12:00:00+25:00", "+026-03-01T12:00:00Z",
-                    "2026-03-01T12:00:00+01:60", "\x1b[31m\n")),
+                    "", "2026-03-01", "2026-03-01T12:00:00", "2026-02-30T12:00:00Z",
+                    "2026-03-01T24:00:00Z", "2026-03-01T12:00:00.Z", "2026-03-01T12:00:00Zx",
+                    "1500-03-01T12:00:00Z", "9999-03-01T12:00:00Z", "2026-03-01T12:00:00+25:00",
+                    "+026-03-01T12:00:00Z", "2026-03-01T12:00:00+01:60", "\x1b[31m\n")),
                 ["--json", "extra"], ["--unknown"], ["--unknown\x1b[31m\nx"], ["--json=maybe"]):
             with self.subTest(arguments=list(map(str, arguments))):
                 home = [] if arguments[0] == "--home" else ["--home", self.home]

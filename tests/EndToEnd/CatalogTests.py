@@ -6,7 +6,7 @@ import os
 import subprocess
 import unittest
 
-from support import DAY, NOW, NOW_SECONDS, REPOSITORY, ProgramTest, paths
+from support import CLI, DAY, NOW, NOW_SECONDS, REPOSITORY, ProgramTest, document, paths, rule
 
 RESOURCES = REPOSITORY / "CleanCore/Resources"
 # Entries of the sample home that keep real state inside the folders that are cleaned.
@@ -65,6 +65,18 @@ class Catalog(ProgramTest):
                    for path in paths(self.scan("--now", NOW, "--no-commands"))}
         self.assert_offered_once(offered)
         self.assertEqual(expected - offered, set())
+
+    def test_a_bundle_in_the_current_folder_is_not_the_programs(self):
+        self.file("zorvane-cli")
+        bundle = self.world / "CleanCore_CleanCore.bundle/rules.json"
+        self.file(bundle, json.dumps(document(rule("planted"))))
+        # Found on the path, so that its name says nothing of where it is.
+        process = subprocess.run(["zorvane-cli", "rules", "--json"], capture_output=True,
+                                 env={"PATH": os.path.dirname(CLI)}, cwd=self.world, check=False)
+        self.assertEqual(process.stderr, b"")
+        ids = [listed["id"] for listed in json.loads(process.stdout)["rules"]]
+        self.assertIn("trash-user", ids)
+        self.assertNotIn("planted", ids)
 
     def test_rules_prints_every_rule_with_its_texts(self):
         process = self.run_program("rules", "--json")

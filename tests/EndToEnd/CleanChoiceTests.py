@@ -41,24 +41,20 @@ class CleanChoice(CleaningTest):
         a = self.home / "area/a"
         area = ("--rule", "cache-area")
         for arguments in (
-                (), ("--all",), ("--item", a), ("--all", "--item", a), area,
-                (*area, "--all", "--item", a), ("--safe", *area), ("--safe", "--all"),
-                ("--safe", "--item", a), ("--safe", *area, "--all"),
-                ("--rule", "no-such-area", "--all"), ("--rule", "", "--all"),
-                ("--rule", "CACHE-AREA", "--all"), (*area, "--rule", "no-such-area", "--all"),
-                (*area, "--item", ""), (*area, "--item="), (*area, "--item", a, "--item", ""),
-                (*area, "--item", "a"), (*area, "--item", "area/a"), (*area, "--item", f"{a}/"),
-                (*area, "--item", f"{self.home}//area/a"), (*area, "--item", f"{self.home}/area/./a"),
+                (), ("--all",), ("--item", a), area, (*area, "--all", "--item", a),
+                ("--safe", *area), ("--safe", "--all"), ("--safe", "--item", a),
+                ("--rule", "", "--all"), ("--rule", "CACHE-AREA", "--all"),
+                (*area, "--rule", "no-such-area", "--all"),
+                (*area, "--item="), (*area, "--item", a, "--item", ""), (*area, "--item", "area/a"),
+                (*area, "--item", f"{a}/"), (*area, "--item", f"{self.home}/area/./a"),
                 (*area, "--item", f"{self.home}/area/b/../a"), (*area, "--item", self.home / "area"),
-                (*area, "--item", self.home / "area/b/inner"), (*area, "--item", self.home),
-                (*area, "--item", "/"), (*area, "--item", self.home / "area/missing"),
+                (*area, "--item", self.home / "area/b/inner"), (*area, "--item", "/"),
+                (*area, "--item", a, "--item", self.home / "area/missing"),
                 (*area, "--item", self.home / "area/excluded"),
                 (*area, "--item", self.home / "area/young"),
-                (*area, "--item", self.home / "Documents/d"),
-                (*area, "--item", self.home / "review/r"),
-                (*area, "--item", a, "--item", self.home / "area/missing"),
-                (*area, "--item", f"{self.home}/area/\u0430"),
-                (*area, "--item", "{}"), (*area, "--item", "[]"),
+                (*area, "--item", self.home / "Documents/d"), (*area, "--item", self.home / "review/r"),
+                (*area, "--item", f"{self.home}/area/\u0430"), (*area, "--item", f"[{a}]"),
+                (*area, "--item", a, self.home / "area/b"),
                 ("--safe", "--home", ""), ("--safe", "--home", self.home / "missing"),
                 ("--safe", "--home", a), ("--safe", "--home", "/"),
                 ("--safe", "--now", "yesterday"), ("--safe", "more"), ("--safe", "--unknown"),
@@ -71,15 +67,12 @@ class CleanChoice(CleaningTest):
                     self.assert_refused(process, 2)
         self.assert_snapshot(self.world, before)
 
-    def test_all_of_one_area(self):
+    def test_all_of_some_areas_reviewed_ones_too(self):
         self.assert_removes(("--rule", "cache-area", "--all"), ["area/a", "area/b"])
-
-    def test_all_of_several_areas_reviewed_ones_too(self):
         self.assert_removes(("--rule", "cache-review", "--rule", "cache-other", "--all"),
                             ["review/r", "other/o"])
 
     def test_only_the_named_items(self):
-        self.assert_removes(("--rule", "cache-area", "--item", self.home / "area/b"), ["area/b"])
         self.assert_removes(("--rule", "cache-area", "--rule", "cache-review",
                              "--item", self.home / "area/a", "--item", self.home / "review/r",
                              "--item", self.home / "area/a"), ["area/a", "review/r"])
@@ -144,6 +137,37 @@ class CleanChoice(CleaningTest):
         self.assertEqual(report["skipped"], [])
         self.assertEqual(report["totalBytesFreed"], scanned["totalBytes"])
         self.assertFalse(big.exists())
+
+    def test_a_part_of_the_areas_is_what_the_scan_of_all_lists_there(self):
+        self.file("home/area/b/deep/leaf")
+        os.symlink("area/b", self.home / "link")
+        for name, rules in {
+                "a review area inside a safe one's item": (
+                    rule("outer", ["~/area"]), rule("inner", ["~/area/b"], tier="B")),
+                "a review area on a safe one's folder": (
+                    rule("safe", ["~/area"]), rule("review", ["~/area"], tier="B", days=30)),
+                "by a link": (rule("outer", ["~/area"]), rule("linked", ["~/link/deep"], tier="B")),
+                "by a wildcard": (rule("outer", ["~/area"]), rule("any", ["~/*/b"], tier="B")),
+                "an exclusion inside": (
+                    rule("outer", ["~/area"]),
+                    rule("inner", ["~/area/b"], tier="B", exclusions=["inner"])),
+                "safe areas": (rule("b-same", ["~/area"]), rule("a-same", ["~/area"]),
+                               rule("inner", ["~/area/b/deep"])),
+                "a base that is no path": (rule("outer", ["~/area"]), rule("odd", ["area"]))}.items():
+            with self.subTest(name):
+                given = ("--now", NOW, "--catalog", self.catalog(*rules))
+                scanned = self.scan(*given)
+                selected = [item["path"] for category in scanned["categories"]
+                            for item in category["items"] if item["selected"]]
+                self.assertCountEqual(self.would_remove("--safe", *given), selected)
+                for category in (each["id"] for each in rules):
+                    listed = [each for each in scanned["categories"] if each["ruleId"] == category]
+                    self.assertEqual(self.scan("--rule", category, *given)["categories"], listed)
+                    self.assertCountEqual(self.would_remove("--rule", category, "--all", *given),
+                                          paths({"categories": listed}))
+
+    def would_remove(self, *arguments):
+        return [item["path"] for item in self.clean("--dry-run", *arguments)["removed"]]
 
     def test_what_cannot_be_removed_is_reported_and_left(self):
         folder = self.home / "area"

@@ -8,8 +8,8 @@ import signal
 import subprocess
 import unittest
 
-from cleaning import CleaningTest, everything_shown, exact_path, snapshot, without
-from support import CLI, rule
+from cleaning import CleaningTest, exact_path, snapshot, without
+from support import CLI, everything_shown, rule
 
 FOLDERS = 3000
 FILES = 5
@@ -29,9 +29,8 @@ class CleanConsent(CleaningTest):
 
     def test_only_yes_removes(self):
         before = snapshot(self.world)
-        for keys, status in ((b"no\n", 4), (b"\n", 4), (b"y\n", 4), (b"YES\n", 4), (b"yes no\n", 4),
-                             (b" yes\n", 4), (b"\x04", 4), (b"ye\x04\x04", 4), (b"\x03", 130),
-                             (b"yes\x03", 130)):
+        for keys, status in ((b"\n", 4), (b"y\n", 4), (b"YES\n", 4), (b"yes no\n", 4), (b" yes\n", 4),
+                             (b"\x04", 4), (b"ye\x04\x04", 4), (b"yes\x03", 130)):
             with self.subTest(keys):
                 result, output, shown = self.on_terminal([*self.arguments, *self.chosen], keys)
                 self.assertEqual((result, output), (status, ""), shown)
@@ -57,6 +56,20 @@ class CleanConsent(CleaningTest):
         self.assertRegex(review, r"\A  [^:\n]+: [^\n]{20,}\n")
         _, _, safe = self.on_terminal([*self.arguments, "--safe"], b"no\n")
         self.assertNotIn("Review", safe)
+
+    def test_the_totals_of_what_tools_report_stay_totals(self):
+        huge = '{"Type":"Images","Reclaimable":"9000000TB"}'
+        for tool, output in (("usr/local/bin/docker", f"{huge}\n{huge}"),
+                             ("opt/homebrew/bin/brew", "Would remove: /c/a (9000000TB)")):
+            self.file(f"home/.tools/{tool}", f"#!/bin/sh\ncat <<'END'\n{output}\nEND\n").chmod(0o755)
+        given = ("--home", self.home, "--tools", self.home / ".tools",
+                 "--rule", "docker-reclaimable", "--rule", "brew-cleanup")
+        # Some that start programs leave them the signal of a child's end ignored.
+        for wrapper in ([], ["env", "--ignore-signal=CHLD"]):
+            process = self.run_program("scan", "--json", *given, wrapper=wrapper)
+            self.assertEqual(json.loads(process.stdout)["totalBytes"], 2**63 - 1, wrapper)
+        _, _, shown = self.on_terminal(["clean", "--all", *given], b"no\n")
+        self.assertIn("Total: 9.22 EB, 3 items", shown)
 
     def test_without_a_terminal_it_refuses(self):
         before = snapshot(self.world)

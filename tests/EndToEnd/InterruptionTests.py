@@ -2,7 +2,6 @@
 """Ctrl-C, and other requests to end, during a scan."""
 
 import os
-import pty
 import signal
 import subprocess
 import unittest
@@ -39,32 +38,22 @@ class Interruption(ProgramTest):
                 self.assertEqual((process.returncode, process.stdout, process.stderr),
                                  (130, b"", b"zorvane-cli: interrupted\n"))
 
+    def test_a_request_to_end_that_comes_while_a_tool_lists(self):
+        tool = self.file("home/.tools/opt/homebrew/bin/brew", "#!/bin/sh\nkill -INT $PPID\n")
+        tool.chmod(0o755)
+        process = self.run_program("scan", "--json", "--home", self.home, "--rule", "brew-cleanup",
+                                   "--tools", self.home / ".tools")
+        self.assertEqual((process.returncode, process.stdout, process.stderr),
+                         (130, b"", b"zorvane-cli: interrupted\n"))
+
     def test_control_c_on_the_terminal_once_the_scan_is_on_its_way(self):
         # A scan that is through before the key is pressed tells nothing; then again.
         for _ in range(20):
-            status, output, shown = self.press_control_c()
+            status, output, shown = self.on_terminal(self.arguments[1:], b"\x03", b"Scanning")
             if status != 0:
                 break
-        self.assertEqual((status, output), (130, b""))
-        self.assertTrue(shown.endswith(b"\r\x1b[Kzorvane-cli: interrupted\r\n"), shown)
-
-    def press_control_c(self):
-        ours, theirs = pty.openpty()
-        with subprocess.Popen(["setsid", "--ctty", *self.arguments], stdin=theirs, stderr=theirs,
-                              stdout=subprocess.PIPE) as process:
-            os.close(theirs)
-            shown = b""
-            while b"Scanning" not in shown:
-                shown += os.read(ours, 4096)
-            os.write(ours, b"\x03")
-            output = process.stdout.read()
-            try:
-                while chunk := os.read(ours, 4096):
-                    shown += chunk
-            except OSError:
-                pass  # The program has closed its end.
-        os.close(ours)
-        return process.returncode, output, shown
+        self.assertEqual((status, output), (130, ""))
+        self.assertTrue(shown.endswith("\r\x1b[Kzorvane-cli: interrupted\n"), shown)
 
 
 if __name__ == "__main__":

@@ -8,6 +8,7 @@ import os
 import subprocess
 import unittest
 
+from cleaning import exact_path
 from support import DAY, NOW, NOW_SECONDS, REPOSITORY, ProgramTest, in_own_mounts, paths, rule
 
 NANOSECONDS = 10**9
@@ -68,8 +69,7 @@ def independent_scan(rules, home):
     for rule_ in rules:
         limit = (NOW_SECONDS - rule_["minAgeDays"] * DAY) * NANOSECONDS
         items, had_errors = {}, False
-        for base in expand(rule_["basePaths"][0], home) if len(rule_["basePaths"]) == 1 else \
-                [folder for base in rule_["basePaths"] for folder in expand(base, home)]:
+        for base in (folder for base in rule_["basePaths"] for folder in expand(base, home)):
             # A slash at the end: a base may be reached through a link.
             entries, could_list = find(base + b"/", "-mindepth", "1", "-maxdepth", "1", "-printf",
                                        r"%f\0")
@@ -81,14 +81,6 @@ def independent_scan(rules, home):
         if items or had_errors:
             found[rule_["id"]] = items, had_errors
     return found
-
-
-def path_bytes(item):
-    if "pathBytes" in item:
-        raw = base64.b64decode(item["pathBytes"], validate=True)
-        assert "\N{REPLACEMENT CHARACTER}" in item["path"]
-        return raw
-    return item["path"].encode()
 
 
 def moment(text):
@@ -106,7 +98,7 @@ class ScanTotals(ProgramTest):
 
         scanned = {
             category["ruleId"]: (
-                {path_bytes(item): (item["sizeBytes"], moment(item["modifiedAt"]))
+                {exact_path(item): (item["sizeBytes"], moment(item["modifiedAt"]))
                  for item in category["items"]}, category["hadAccessErrors"])
             for category in report["categories"]}
         self.assertEqual(scanned.keys(), expected.keys())

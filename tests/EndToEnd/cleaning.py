@@ -1,13 +1,11 @@
-"""What the tests of cleaning share: exact snapshots, and the program on a terminal."""
+"""What the tests of cleaning share: exact snapshots."""
 
 import base64
 import json
 import os
-import pty
 import stat
-import subprocess
 
-from support import CLI, ProgramTest
+from support import ProgramTest
 
 READ_BY_THE_PROGRAM = (b"catalog.json", b"user-dirs.dirs")
 
@@ -49,13 +47,11 @@ def without(entries, removed):
     """A snapshot as it has to be once these paths are gone: the rest is as it was, but for the time
     of the folders that they were in."""
     removed = {os.fsencode(path) for path in removed}
-    rest = {}
-    for path, facts in entries.items():
-        ancestors = [path]
-        while ancestors[-1] not in (b"/", b""):
-            ancestors.append(os.path.dirname(ancestors[-1]))
-        if removed.isdisjoint(ancestors):
-            rest[path] = facts
+
+    def is_gone(path):
+        return path in removed or (path != os.path.dirname(path)
+                                   and is_gone(os.path.dirname(path)))
+    rest = {path: facts for path, facts in entries.items() if not is_gone(path)}
     for path in removed:
         parent = os.path.dirname(path)
         if parent in rest:
@@ -68,21 +64,6 @@ def exact_path(item):
     if "pathBytes" in item:
         return base64.b64decode(item["pathBytes"], validate=True)
     return os.fsencode(item["path"])
-
-
-def everything_shown(terminal, question=b"", keys=b""):
-    """What programs write to a terminal until they have all closed it; the keys are typed once the
-    question is there."""
-    shown = b""
-    try:
-        while chunk := os.read(terminal, 4096):
-            shown += chunk
-            if keys and question in shown:
-                os.write(terminal, keys)
-                keys = b""
-    except OSError:
-        pass  # The other end is closed.
-    return shown.decode().replace("\r\n", "\n")
 
 
 class CleaningTest(ProgramTest):
@@ -106,17 +87,3 @@ class CleaningTest(ProgramTest):
                      if expected.get(path) != actual.get(path)]
         self.assertEqual([(path, expected.get(path, "missing before"),
                            actual.get(path, "missing now")) for path in differing[:5]], [])
-
-    def on_terminal(self, arguments, keys):
-        """Runs the program on a terminal of its own and types the keys at the question; returns the
-        status, standard output and what the terminal shows."""
-        ours, theirs = pty.openpty()
-        with subprocess.Popen(["setsid", "--ctty", CLI, *map(str, arguments)], stdin=theirs,
-                              stderr=theirs, stdout=subprocess.PIPE,
-                              env={"PATH": os.environ["PATH"], "HOME": str(self.home),
-                                   "LC_ALL": "C.UTF-8"}) as process:
-            os.close(theirs)
-            shown = everything_shown(ours, b'Type "yes"', keys)
-            output = process.stdout.read()
-        os.close(ours)
-        return process.returncode, output.decode(), shown

@@ -3,6 +3,7 @@
 import json
 import os
 import pathlib
+import pty
 import shutil
 import subprocess
 import tempfile
@@ -55,6 +56,20 @@ class ProgramTest(unittest.TestCase):
                               stdin=subprocess.DEVNULL, env={**environment, **variables},
                               cwd=self.world, check=False)
 
+    def on_terminal(self, arguments, keys=b"", question=b'Type "yes"'):
+        """Runs the program on a terminal of its own and types the keys at the question; returns the
+        status, standard output and what the terminal shows."""
+        ours, theirs = pty.openpty()
+        with subprocess.Popen(["setsid", "--ctty", CLI, *map(str, arguments)], stdin=theirs,
+                              stderr=theirs, stdout=subprocess.PIPE,
+                              env={"PATH": os.environ["PATH"], "HOME": str(self.home),
+                                   "LC_ALL": "C.UTF-8"}) as process:
+            os.close(theirs)
+            shown = everything_shown(ours, question, keys)
+            output = process.stdout.read()
+        os.close(ours)
+        return process.returncode, output.decode(), shown
+
     def scan(self, *arguments, status=0, **options):
         """What `scan --json` prints for the home."""
         process = self.run_program("scan", "--json", "--home", self.home, *arguments, **options)
@@ -74,6 +89,21 @@ class ProgramTest(unittest.TestCase):
         self.assertRegex(message, r"\Azorvane-cli: [^\x00-\x1f\x7f-\x9f]{10,400}\n\Z")
         for word in words:
             self.assertIn(word, message)
+
+
+def everything_shown(terminal, question=b"", keys=b""):
+    """What programs write to a terminal until they have all closed it; the keys are typed once the
+    question is there."""
+    shown = b""
+    try:
+        while chunk := os.read(terminal, 4096):
+            shown += chunk
+            if keys and question in shown:
+                os.write(terminal, keys)
+                keys = b""
+    except OSError:
+        pass  # The other end is closed.
+    return shown.decode().replace("\r\n", "\n")
 
 
 def paths(report):

@@ -4,8 +4,10 @@
 
 #include <cerrno>
 #include <fcntl.h>
+#include <grp.h>
 #include <linux/fs.h>
 #include <sys/ioctl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace CleanCoreTests {
@@ -57,17 +59,43 @@ TEST_F(RemovalOwnership, OthersEntriesStayAndSoDoTheFoldersAboveThem)
     }
 }
 
-TEST_F(RemovalOwnership, RootCleansOnlyWhatTheHomesOwnerOwns)
+TEST_F(RemovalOwnership, AFolderKeepsTheGroupBitThatItsOwnerCouldNotGiveBack)
 {
-    home.makeFile(".cache/theirs/file");
-    home.makeFile(".cache/roots/file");
-    for (const char* entry : {"", ".cache", ".cache/theirs", ".cache/theirs/file"}) {
-        give(entry, someoneElse);
+    constexpr gid_t strangersGroup = 23456;
+    const struct
+    {
+        const char* folder;
+        gid_t group;
+        bool losesItsFile;
+    } cases[] = {
+        {".cache/strangers", strangersGroup, false},
+        {".cache/own", someoneElse, true},
+    };
+    give("", someoneElse);
+    give(".cache", someoneElse);
+    for (const auto& [folder, group, losesItsFile] : cases) {
+        const std::string mine = std::string(folder) + "/file";
+        home.makeFile(mine);
+        home.makeFile(std::string(folder) + "/roots");
+        give(mine, someoneElse);
+        ASSERT_EQ(::lchown(home.path(folder).c_str(), someoneElse, group), 0);
+        // Read-only and set-group-id, with an entry that keeps it from going.
+        home.setMode(folder, 02500);
     }
-    EXPECT_EQ(remove(".cache/roots"), EPERM);
-    EXPECT_EQ(remove(".cache/theirs"), 0);
-    EXPECT_TRUE(home.has(".cache/roots/file"));
-    EXPECT_FALSE(home.has(".cache/theirs"));
+    inChildProcess([&] {
+        ASSERT_EQ(::setgroups(0, nullptr), 0);
+        ASSERT_EQ(::setresgid(someoneElse, someoneElse, someoneElse), 0);
+        ASSERT_EQ(::setresuid(someoneElse, someoneElse, someoneElse), 0);
+        for (const auto& [folder, group, losesItsFile] : cases) {
+            EXPECT_NE(remove(folder), 0) << folder;
+        }
+    });
+    for (const auto& [folder, group, losesItsFile] : cases) {
+        struct stat status = {};
+        ASSERT_EQ(::stat(home.path(folder).c_str(), &status), 0);
+        EXPECT_EQ(status.st_mode & 07777U, 02500U) << folder;
+        EXPECT_EQ(home.has(std::string(folder) + "/file"), !losesItsFile) << folder;
+    }
 }
 
 TEST_F(RemovalOwnership, AStickyFolderKeepsWhatOthersPutThere)

@@ -116,6 +116,38 @@ class RemovalRace : public RemovalFixture
 {
 protected:
     RemovalRace() : RemovalFixture("/dev/shm") {}
+
+    struct MovedAway
+    {
+        int error = 0;
+        std::size_t atMove = 0;
+        std::size_t survivors = 0;
+    };
+
+    /// Moves `folder`, filled anew, away as soon as the removal of ".cache/entry" begins to show
+    /// in it.
+    [[nodiscard]] MovedAway moveAway(const std::string& folder, const std::string& destination)
+    {
+        for (int inner = 0; inner < 400; ++inner) {
+            makeFiles(home, folder + '/' + std::to_string(inner), 10);
+        }
+        const std::string path = home.path(folder);
+        const std::size_t before = countEntries(path);
+        MovedAway result;
+        std::thread remover([&] { result.error = remove(".cache/entry"); });
+        while (countEntries(path) + 200 > before) {
+        }
+        if (::rename(path.c_str(), destination.c_str()) == 0) {
+            result.atMove = countEntries(destination);
+        }
+        remover.join();
+        result.survivors = countEntries(destination);
+        EXPECT_FALSE(home.has(folder));
+        std::filesystem::remove_all(destination);
+        std::filesystem::remove_all(home.path(".cache/entry"));
+        expectCanaries();
+        return result;
+    }
 };
 
 TEST_F(RemovalRace, AFolderMovedAwayTakesItsSubtreeOutOfTheWork)
@@ -125,54 +157,22 @@ TEST_F(RemovalRace, AFolderMovedAwayTakesItsSubtreeOutOfTheWork)
     constexpr std::size_t mostAfterMove = std::size_t{2} * 2 * 17 * 11;
     std::size_t roundsWithSurvivors = 0;
     for (std::size_t round = 0; round < scaled(5, 50); ++round) {
-        for (int folder = 0; folder < 400; ++folder) {
-            makeFiles(home, ".cache/entry/sub/" + std::to_string(folder), 10);
-        }
-        const std::size_t before = countEntries(home.path(".cache/entry/sub"));
-        int error = 0;
-        std::thread remover([&] { error = remove(".cache/entry"); });
-        // Away with it as soon as the work has begun to show.
-        const std::string sub = home.path(".cache/entry/sub");
-        while (countEntries(sub) + 200 > before) {
-        }
-        const bool moved = ::rename(sub.c_str(), home.path("moved").c_str()) == 0;
-        const std::size_t atMove = moved ? countEntries(home.path("moved")) : 0;
-        remover.join();
-        if (moved) {
-            const std::size_t survivors = countEntries(home.path("moved"));
-            EXPECT_LE(atMove - survivors, mostAfterMove);
-            roundsWithSurvivors += survivors > 0 ? 1 : 0;
-        }
-        EXPECT_FALSE(home.has(".cache/entry/sub"));
-        std::filesystem::remove_all(home.path("moved"));
-        std::filesystem::remove_all(home.path(".cache/entry"));
+        const MovedAway moved = moveAway(".cache/entry/sub", home.path("moved"));
+        EXPECT_LE(moved.atMove - moved.survivors, mostAfterMove);
+        roundsWithSurvivors += moved.survivors > 0 ? 1 : 0;
     }
     EXPECT_GT(roundsWithSurvivors, 0U);
-    expectCanaries();
 }
 
 TEST_F(RemovalRace, AnItemMovedAwayIsLeftAloneAndReported)
 {
     std::size_t reported = 0;
     for (std::size_t round = 0; round < scaled(5, 50); ++round) {
-        for (int folder = 0; folder < 400; ++folder) {
-            makeFiles(home, ".cache/entry/" + std::to_string(folder), 10);
-        }
-        const std::size_t before = countEntries(home.path(".cache/entry"));
-        int error = 0;
-        std::thread remover([&] { error = remove(".cache/entry"); });
-        const std::string entry = home.path(".cache/entry");
-        while (countEntries(entry) + 200 > before) {
-        }
-        const bool moved = ::rename(entry.c_str(), (documents + "/kept").c_str()) == 0;
-        remover.join();
-        if (moved && countEntries(documents + "/kept") > 0) {
-            EXPECT_NE(error, 0);
+        const MovedAway moved = moveAway(".cache/entry", documents + "/kept");
+        if (moved.survivors > 0) {
+            EXPECT_NE(moved.error, 0);
             ++reported;
         }
-        std::filesystem::remove_all(documents + "/kept");
-        std::filesystem::remove_all(entry);
-        expectCanaries();
     }
     EXPECT_GT(reported, 0U);
 }

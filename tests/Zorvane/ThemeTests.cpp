@@ -80,40 +80,78 @@ TEST(Theme, DigitsOfByteFiguresHaveOneWidth)
         EXPECT_EQ(texts[digit]->implicitWidth(), texts[0]->implicitWidth()) << digit;
 }
 
-TEST(Theme, NamesOfFilesKeepTheirLetters)
+TEST(Theme, NamesAndFiguresAreDrawnLetterByLetter)
 {
-    const Stage stage(QStringLiteral(R"(
-        Row { objectName: "apart"
-            Text { text: "9"; font: Theme.fileFont(40, Font.Normal) }
-            Text { text: "x"; font: Theme.fileFont(40, Font.Normal) }
-            Text { text: "1"; font: Theme.fileFont(40, Font.Normal) } }
-        Text { objectName: "together"; text: "9x1"; font: Theme.fileFont(40, Font.Normal) })"));
-    EXPECT_NEAR(stage.item(QStringLiteral("together")).implicitWidth(),
-                stage.item(QStringLiteral("apart")).implicitWidth(), 1);
+    const char* const texts[][3] = {{"fileFont", "9", "x1"}, {"numberFont", "·", " 6"}};
+    for (const auto& [font, first, rest] : texts) {
+        const Stage stage(QStringLiteral(R"(
+            Row { objectName: "apart"
+                Text { text: "%2"; font: Theme.%1(40, Font.Normal) }
+                Text { text: "%3"; font: Theme.%1(40, Font.Normal) } }
+            Text { objectName: "together"; text: "%2%3"; font: Theme.%1(40, Font.Normal) })")
+                              .arg(font, first, rest));
+        EXPECT_NEAR(stage.item(QStringLiteral("together")).implicitWidth(),
+                    stage.item(QStringLiteral("apart")).implicitWidth(), 1)
+            << font;
+    }
 }
 
-TEST(Theme, PrimaryButtonShowsItsFill)
+TEST(Theme, ControlsAndSurfacesHaveTheirColors)
 {
-    struct Case
+    struct Spot
     {
+        QPoint place;
+        QColor color;
+        int tolerance;
+    };
+    const QString primaryButton =
+        QStringLiteral("PrimaryButton { x: 100; y: 100; width: 120; height: 120; text: \"\"; %1 }");
+    const QString secondaryButton =
+        QStringLiteral("SecondaryButton { x: 10; y: 10; width: 80; height: 40; text: \"\"; %1 }");
+    const QString card = QStringLiteral("GlassCard { x: 10; y: 10; width: 100; height: 60; %1 }");
+    const QColor secondary = over(black, Qt::white, 0.06);
+    const QColor secondaryDown = over(black, Qt::white, 0.10);
+    const QColor glass = over(black, Qt::white, 0.055);
+    const QColor selected = over(black, primary, 0.14);
+    const struct
+    {
+        QString content;
         const char* state;
-        QColor topLeft;
-        QColor bottomRight;
+        std::vector<Spot> spots;
+    } cases[] = {
+        {primaryButton, "", {{{106, 106}, primaryLight, 4}, {{213, 213}, primaryDeep, 4}}},
+        {primaryButton, "down: true", {{{106, 106}, primaryDeep, 4}, {{213, 213}, primaryDeep, 4}}},
+        {primaryButton, "isDestructive: true", {{{106, 106}, over(black, danger, 0.9), 4}}},
+        {primaryButton,
+         "isDestructive: true; down: true",
+         {{{106, 106}, over(black, danger, 0.75), 4}}},
+        {secondaryButton,
+         "",
+         {{{50, 30}, secondary, 1}, {{50, 10}, over(secondary, Qt::white, 0.13), 2}}},
+        {secondaryButton,
+         "down: true",
+         {{{50, 30}, secondaryDown, 1}, {{50, 10}, over(secondaryDown, Qt::white, 0.13), 2}}},
+        {card, "", {{{60, 40}, glass, 1}, {{10, 40}, over(glass, Qt::white, 0.11), 2}}},
+        {card,
+         "selected: true",
+         {{{60, 40}, selected, 1},
+          {{10, 40}, over(selected, primaryLight, 0.5), 2},
+          {{11, 40}, selected, 2},
+          {{9, 40}, black, 0},
+          {{10, 10}, black, 2}}},
+        {QStringLiteral("GradientTile { x: 20; y: 20; symbol: \"lock.shield\"; %1 }"),
+         "fromColor: \"#ff0000\"; toColor: \"#0000ff\"",
+         {{{28, 28}, QColor(231, 0, 24), 4},
+          {{99, 99}, QColor(24, 0, 231), 4},
+          {{99, 28}, QColor(128, 0, 128), 4},
+          {{22, 22}, black, 0}}},
     };
-    const Case cases[] = {
-        {"", primaryLight, primaryDeep},
-        {"down: true", primaryDeep, primaryDeep},
-        {"isDestructive: true", over(black, danger, 0.9), over(black, danger, 0.9)},
-        {"isDestructive: true; down: true", over(black, danger, 0.75), over(black, danger, 0.75)},
-    };
-    for (const Case& button : cases) {
-        SCOPED_TRACE(button.state);
-        const Stage stage(QStringLiteral("PrimaryButton { x: 100; y: 100; width: 120; height: 120\n"
-                                         "text: \"\"; %1 }")
-                              .arg(QLatin1String(button.state)));
-        const QImage picture = stage.picture();
-        EXPECT_THAT(picture.pixelColor(106, 106), IsColor(button.topLeft, 4));
-        EXPECT_THAT(picture.pixelColor(213, 213), IsColor(button.bottomRight, 4));
+    for (const auto& [content, state, spots] : cases) {
+        const QString text = content.arg(QLatin1String(state));
+        SCOPED_TRACE(text.toStdString());
+        const QImage picture = Stage(text).picture();
+        for (const auto& [place, color, tolerance] : spots)
+            EXPECT_THAT(picture.pixelColor(place), IsColor(color, tolerance)) << place.x();
     }
 }
 
@@ -123,46 +161,11 @@ TEST(Theme, PrimaryButtonCastsAVioletShadowMostlyDownwards)
         "PrimaryButton { x: 100; y: 100; width: 120; height: 60; isDestructive: true }"));
     const QImage picture = stage.picture();
     const QColor above = picture.pixelColor(160, 97);
-    const QColor below = picture.pixelColor(160, 162);
     EXPECT_GT(above.blue(), above.green());
-    EXPECT_GT(below.blue(), above.blue());
+    EXPECT_GT(picture.pixelColor(160, 162).blue(), above.blue());
     // Half of the shadow's 0.45 is left at the edge of what casts it, here four below the button.
     EXPECT_THAT(picture.pixelColor(160, 164), IsColor(over(black, primary, 0.45 / 2), 6));
     EXPECT_THAT(picture.pixelColor(160, 210), IsColor(black, 2));
-}
-
-TEST(Theme, SecondaryButtonIsLighterWhilePressed)
-{
-    for (const auto& [state, opacity] : {std::pair{"", 0.06}, std::pair{"down: true", 0.10}}) {
-        SCOPED_TRACE(state);
-        const Stage stage(QStringLiteral("SecondaryButton { x: 10; y: 10; width: 80; height: 40\n"
-                                         "text: \"\"; %1 }")
-                              .arg(QLatin1String(state)));
-        const QImage picture = stage.picture();
-        const QColor fill = over(black, Qt::white, opacity);
-        EXPECT_THAT(picture.pixelColor(50, 30), IsColor(fill, 1));
-        EXPECT_THAT(picture.pixelColor(50, 10), IsColor(over(fill, Qt::white, 0.13), 2));
-    }
-}
-
-TEST(Theme, GlassCardShowsWhetherItIsSelected)
-{
-    const Stage stage(QStringLiteral(R"(
-        GlassCard { x: 10; y: 10; width: 100; height: 60 }
-        GlassCard { x: 10; y: 100; width: 100; height: 60; selected: true }
-        GlassCard { objectName: "padded"; x: 200; padding: 24; Item { implicitWidth: 50; implicitHeight: 8 } })"));
-    const QImage picture = stage.picture();
-    const QColor fill = over(black, Qt::white, 0.055);
-    const QColor selectedFill = over(black, primary, 0.14);
-    EXPECT_THAT(picture.pixelColor(60, 40), IsColor(fill, 1));
-    EXPECT_THAT(picture.pixelColor(60, 130), IsColor(selectedFill, 1));
-    EXPECT_THAT(picture.pixelColor(10, 40), IsColor(over(fill, Qt::white, 0.11), 2));
-    EXPECT_THAT(picture.pixelColor(10, 130), IsColor(over(selectedFill, primaryLight, 0.5), 2));
-    EXPECT_THAT(picture.pixelColor(11, 130), IsColor(selectedFill, 2));
-    EXPECT_THAT(picture.pixelColor(9, 130), IsColor(black, 0));
-    EXPECT_THAT(picture.pixelColor(10, 100), IsColor(black, 2));
-    EXPECT_EQ(stage.item(QStringLiteral("padded")).implicitWidth(), 98);
-    EXPECT_EQ(stage.item(QStringLiteral("padded")).implicitHeight(), 56);
 }
 
 TEST(Theme, VeryTallGlassCardLooksLikeAShortOne)
@@ -173,17 +176,6 @@ TEST(Theme, VeryTallGlassCardLooksLikeAShortOne)
     const QImage shorterPicture = shorter.picture();
     for (const QPoint point : {QPoint(60, 100), QPoint(10, 100), QPoint(60, 10), QPoint(9, 100)})
         EXPECT_THAT(tallPicture.pixelColor(point), IsColor(shorterPicture.pixelColor(point), 2));
-}
-
-TEST(Theme, GradientTileRunsFromCornerToCorner)
-{
-    const Stage stage(QStringLiteral("GradientTile { x: 20; y: 20; symbol: \"lock.shield\"\n"
-                                     "fromColor: \"#ff0000\"; toColor: \"#0000ff\" }"));
-    const QImage picture = stage.picture();
-    EXPECT_THAT(picture.pixelColor(28, 28), IsColor(QColor(231, 0, 24), 4));
-    EXPECT_THAT(picture.pixelColor(99, 99), IsColor(QColor(24, 0, 231), 4));
-    EXPECT_THAT(picture.pixelColor(99, 28), IsColor(QColor(128, 0, 128), 4));
-    EXPECT_THAT(picture.pixelColor(22, 22), IsColor(black, 0));
 }
 
 /// The column at which a row is brightest in the difference of two channels.
@@ -208,7 +200,7 @@ int brightestColumn(const QImage& picture, int y, Brightness brightness)
 
 TEST(Theme, GlowsFollowTheSizeOfTheWindow)
 {
-    for (const QSize size : {QSize(1080, 760), QSize(900, 640), QSize(1400, 900)}) {
+    for (const QSize size : {QSize(900, 640), QSize(1400, 900)}) {
         SCOPED_TRACE(size.width());
         const Stage stage(QStringLiteral("AuroraBackground { anchors.fill: parent }"), size);
         const QImage picture = stage.picture();
@@ -262,15 +254,13 @@ TEST(Theme, EverySymbolIsDrawnInItsTint)
         EXPECT_EQ(size, image.size());
         int drawn = 0;
         int empty = 0;
-        for (int y = 0; y < 26; ++y) {
-            for (int x = 0; x < 26; ++x) {
-                const QColor color = image.pixelColor(x, y);
-                if (color.alpha() >= 0x7e) {
-                    EXPECT_THAT(color, IsColor(QColor(0x34, 0xd3, 0x99), 2));
-                    EXPECT_LE(color.alpha(), 0x80);
-                    ++drawn;
-                }
-                empty += color.alpha() == 0 ? 1 : 0;
+        for (int pixel = 0; pixel < 26 * 26; ++pixel) {
+            const QColor color = image.pixelColor(pixel % 26, pixel / 26);
+            EXPECT_LE(color.alpha(), 0x80);
+            empty += color.alpha() == 0 ? 1 : 0;
+            if (color.alpha() >= 0x7e) {
+                EXPECT_THAT(color, IsColor(QColor(0x34, 0xd3, 0x99), 2));
+                ++drawn;
             }
         }
         EXPECT_THAT(drawn, AllOf(Ge(15), Le(500)));

@@ -65,13 +65,14 @@ protected:
         options.paths = std::move(paths);
         const Captured output(std::cout);
         const Captured errors(std::cerr);
-        const ExitStatus status = runICloud(options, environment);
+        const ExitStatus status = runICloud(options, environment, stop.get_token());
         return {status, output.text(), errors.text()};
     }
 
     CloudFolders folders;
     CleanCore::HomeEnvironment environment;
     ZorvaneCLI::ICloudOptions options;
+    std::stop_source stop;
 };
 
 TEST_F(ICloudCommandTests, listReleaseListFetchListComesBackToTheFirstFigures)
@@ -175,6 +176,27 @@ TEST_F(ICloudCommandTests, theContainerIsByDefaultTheOneInTheHomeAndMayBeMissing
     const Result found = run(ICloudAction::list);
     EXPECT_EQ(found.status, ExitStatus::done);
     EXPECT_EQ(json::parse(found.output)["items"].size(), 1U);
+
+    options.container = folders.home.path() + "/Library/Mobile Documents/com~apple~CloudDocs/note";
+    const Result file = run(ICloudAction::list);
+    EXPECT_EQ(file.status, ExitStatus::incomplete);
+    EXPECT_THAT(file.errors, HasSubstr("there is no cloud drive"));
+}
+
+TEST_F(ICloudCommandTests, anInterruptionLeavesWhatWasNotBegun)
+{
+    folders.makePair("Letters/one", bytes(20'000));
+    const std::string before = snapshot(folders.home.path());
+    stop.request_stop();
+    for (const ICloudAction action :
+         {ICloudAction::list, ICloudAction::release, ICloudAction::fetch}) {
+        const Result result = run(action, {folders.local("Letters")});
+        EXPECT_EQ(result.status, ExitStatus::interrupted);
+        const json document = json::parse(result.output);
+        EXPECT_TRUE(document.value("released", json::array()).empty());
+        EXPECT_TRUE(document.value("fetched", json::array()).empty());
+    }
+    EXPECT_EQ(snapshot(folders.home.path()), before);
 }
 
 } // namespace

@@ -26,7 +26,7 @@ struct ByteRange
 
 /// What is written on a file, as an extended attribute, before any of its content is given up: the
 /// proof that its holes are ours and what belongs into them. It is kept small enough to lie in the
-/// inode itself, so that a placeholder holds no block.
+/// inode itself, so that it takes no block of its own.
 struct CloudMarker
 {
     std::int64_t length = 0;

@@ -16,7 +16,13 @@ namespace CleanCore {
 /// A file gives up its content in steps, from its beginning, and only if the mirror's copy is
 /// another file with the same bytes, known to be on disk. Before each step a marker that covers it
 /// is made durable on the file; see CloudMarker. Whatever happens in between, the content exists in
-/// the mirror, and what is left tells how to go on. Not for use by two threads at once.
+/// the mirror, and what is left tells how to go on.
+///
+/// Only content is given up. Extended attributes stay, the user's own as well as the marker, and
+/// where they have no room in the inode so do the blocks that hold them: a placeholder may have
+/// st_blocks of 8, with no data in it.
+///
+/// Not for use by two threads at once.
 class CloudRelease
 {
 public:

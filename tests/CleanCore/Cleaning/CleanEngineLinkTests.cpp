@@ -76,24 +76,6 @@ TEST(CleanEngineLinks, AreRemovedThemselvesOrLeft)
     }
 }
 
-TEST(CleanEngineLinks, GoWithTheFolderThatHoldsThemWhereverTheyLead)
-{
-    const LinkedHome home;
-    const std::string before = snapshot(home.folder.path());
-    const std::string beforeElsewhere = snapshot(home.elsewhere.path());
-    int number = 0;
-    for (const std::string& target :
-         {home.folder.path("Documents"), home.elsewhere.path(), std::string("/"),
-          std::string("../file"), std::string(".."), std::string("../../.."),
-          std::string("nowhere"), home.folder.path(".cache/farm"), home.folder.path()}) {
-        home.folder.makeLink(".cache/farm/" + std::to_string(++number), target);
-        home.folder.makeLink(".cache/farm/in/" + std::to_string(number), target);
-    }
-    EXPECT_EQ(home.outcomeOf(".cache/farm"), "removed all");
-    EXPECT_EQ(snapshot(home.folder.path()), before);
-    EXPECT_EQ(snapshot(home.elsewhere.path()), beforeElsewhere);
-}
-
 TEST(CleanEngineLinks, GoBesideWhatTheyLeadTo)
 {
     const CleanableHome home;

@@ -3,7 +3,6 @@
 #include "tests/CleanCore/Support/LinkedPaths.h"
 #include "tests/CleanCore/Support/VerdictText.h"
 
-#include <cstdlib>
 #include <filesystem>
 #include <gmock/gmock.h>
 #include <random>
@@ -88,15 +87,34 @@ std::string describe(const LinkedPaths::Links& links)
     return text;
 }
 
-/// How often each verdict was met: a comparison in which one never occurs shows nothing about it.
-using Tally = std::map<std::string, int>;
-
-void expectEveryVerdict(const Tally& tally, int least)
+/// The same questions for the guard and the model, and how often each verdict was met: a comparison
+/// in which one never occurs shows nothing about it.
+class Comparison
 {
-    for (const char* verdict : {"allowed", "outside", "protected", "critical"}) {
-        EXPECT_GT(tally.contains(verdict) ? tally.at(verdict) : 0, least) << verdict;
+public:
+    /// Asks one question and returns its candidate.
+    std::string ask(const SafetyGuard& guard, const GuardModel& model, Dice& dice)
+    {
+        const std::string base = dice.path();
+        std::string candidate =
+            dice.below(3) == 0 ? dice.path() : base + dice.tail(1 + dice.below(2));
+        const std::string expected = model.verdict(candidate, base);
+        ++m_tally[expected];
+        EXPECT_EQ(textOf(guard.validate(candidate, base)), expected)
+            << "candidate " << candidate << "\nbase " << base;
+        return candidate;
     }
-}
+
+    void expectEveryVerdict(int least)
+    {
+        for (const char* verdict : {"allowed", "outside", "protected", "critical"}) {
+            EXPECT_GT(m_tally[verdict], least) << verdict;
+        }
+    }
+
+private:
+    std::map<std::string, int> m_tally;
+};
 
 } // namespace
 
@@ -107,7 +125,7 @@ TEST(SafetyGuardAgainstModel, AgreesOnTreesInMemory)
     const std::vector<std::string> homes = {
         "/Users/alice", "/Users/e\u0301t",         "/private/var/h", "/tmp/h/../h",
         "/h",           "/System/Volumes/Data/h/x"};
-    Tally tally;
+    Comparison comparison;
     for (std::size_t i = 0; i < homes.size(); ++i) {
         const std::string& home = homes[i];
         const std::size_t seed = firstSeed + i;
@@ -123,26 +141,18 @@ TEST(SafetyGuardAgainstModel, AgreesOnTreesInMemory)
             files.links.erase("/");
             const std::vector<std::string> further = {home + "/Bilder", dice.path() + "/."};
             const SafetyGuard guard(home, files, further);
-            const GuardModel model(
-                [&](const std::string& path) {
-                    const auto link = files.links.find(path);
-                    return link == files.links.end() ? std::nullopt : std::optional(link->second);
-                },
-                home, further);
+            const GuardModel model([&](const std::string& path) { return files.target(path); },
+                                   home, further);
+            SCOPED_TRACE("seed " + std::to_string(seed) + ", home " + home + ", tree " +
+                         std::to_string(tree) + ", further " + further.back() +
+                         describe(files.links));
             for (int question = 0; question < questions; ++question) {
-                const std::string base = dice.path();
-                const std::string candidate =
-                    dice.below(3) == 0 ? dice.path() : base + dice.tail(1 + dice.below(2));
-                const std::string expected = model.verdict(candidate, base);
-                ++tally[expected];
-                ASSERT_EQ(textOf(guard.validate(candidate, base)), expected)
-                    << "seed " << seed << ", home " << home << ", tree " << tree << "\ncandidate "
-                    << candidate << "\nbase " << base << "\nfurther " << further.back()
-                    << describe(files.links);
+                comparison.ask(guard, model, dice);
             }
+            ASSERT_FALSE(testing::Test::HasFailure());
         }
     }
-    expectEveryVerdict(tally, trees * questions / 50);
+    comparison.expectEveryVerdict(trees * questions / 50);
 }
 
 TEST(SafetyGuardAgainstModel, AgreesOnTreesOnDisk)
@@ -150,7 +160,7 @@ TEST(SafetyGuardAgainstModel, AgreesOnTreesOnDisk)
     namespace fs = std::filesystem;
     constexpr int trees = 60;
     constexpr int questions = 60;
-    Tally tally;
+    Comparison comparison;
     int realPaths = 0;
     for (std::size_t seed = firstSeed; seed < firstSeed + trees; ++seed) {
         const CleanableHome sample;
@@ -187,25 +197,20 @@ TEST(SafetyGuardAgainstModel, AgreesOnTreesOnDisk)
                 return error ? std::nullopt : std::optional(target.string());
             },
             home, further);
+        SCOPED_TRACE("seed " + std::to_string(seed) + links);
         for (int question = 0; question < questions; ++question) {
-            const std::string base = dice.path();
-            const std::string candidate =
-                dice.below(3) == 0 ? dice.path() : base + dice.tail(1 + dice.below(2));
-            const std::string expected = model.verdict(candidate, base);
-            ++tally[expected];
-            ASSERT_EQ(textOf(guard.validate(candidate, base)), expected)
-                << "seed " << seed << "\ncandidate " << candidate << "\nbase " << base << links;
+            const std::string candidate = comparison.ask(guard, model, dice);
             // Where the system itself knows the answer, there is no other.
-            char* const real = ::realpath(candidate.c_str(), nullptr);
-            if (real != nullptr) {
+            std::error_code error;
+            const std::string real = fs::canonical(candidate, error);
+            if (!error) {
                 ++realPaths;
-                EXPECT_EQ(sample.files->resolvingSymbolicLinks(candidate), real)
-                    << candidate << links;
-                std::free(real);
+                EXPECT_EQ(sample.files->resolvingSymbolicLinks(candidate), real) << candidate;
             }
         }
+        ASSERT_FALSE(testing::Test::HasFailure());
     }
-    expectEveryVerdict(tally, trees * questions / 100);
+    comparison.expectEveryVerdict(trees * questions / 100);
     EXPECT_GT(realPaths, trees * questions / 10);
 }
 

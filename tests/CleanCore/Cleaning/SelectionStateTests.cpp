@@ -54,26 +54,19 @@ const std::vector<std::string> defaultChoice = {"caches: /c1 /c2 /c3", "logs: /l
 
 } // namespace
 
-TEST(SelectionState, OfNoResultsIsEmpty)
-{
-    const SelectionState state;
-    EXPECT_THAT(state.selections(), IsEmpty());
-    EXPECT_EQ(state.selectedBytes(), 0);
-}
-
-TEST(SelectionState, StartsWithTheItemsOfSafeFileSystemRules)
-{
-    const SelectionState state(sampleResults());
-    EXPECT_EQ(chosen(state), defaultChoice);
-    EXPECT_EQ(state.selectedBytes(), 111 + 11);
-    EXPECT_TRUE(state.isSelected("logs", "/shared"));
-    EXPECT_FALSE(state.isSelected("review", "/shared")) << "the same path under another rule";
-    EXPECT_FALSE(state.isSelected("tool", "label 1"));
-}
-
-TEST(SelectionState, SelectsAllByDefaultAgainAndRemovesNothing)
+TEST(SelectionState, StartsWithSafeFileSystemRulesAndSelectsThemAgain)
 {
     SelectionState state(sampleResults());
+    EXPECT_EQ(chosen(state), defaultChoice);
+    EXPECT_TRUE(state.isSelected("logs", "/shared"));
+    EXPECT_FALSE(state.isSelected("review", "/shared")) << "the same path under another rule";
+    const SelectionState copy = state;
+    state.toggle("caches", "/c2");
+    EXPECT_THAT(chosen(state), ElementsAre("caches: /c1 /c3", "logs: /l1 /shared"));
+    EXPECT_EQ(state.selectedBytes(), 101 + 11);
+    EXPECT_EQ(chosen(copy), defaultChoice) << "a copy has a choice of its own";
+    state.toggle("caches", "/c2");
+    EXPECT_EQ(chosen(state), defaultChoice);
     state.deselectAll();
     EXPECT_THAT(chosen(state), IsEmpty());
     EXPECT_EQ(state.results().size(), 5U);
@@ -96,18 +89,6 @@ TEST(SelectionState, SelectsAndDeselectsOneRuleOfAnyTierAndKind)
     SelectionState state(sampleResults());
     state.selectAll("no such rule");
     state.deselectAll("no such rule");
-    EXPECT_EQ(chosen(state), defaultChoice);
-}
-
-TEST(SelectionState, TogglesOneItemBackAndForth)
-{
-    SelectionState state(sampleResults());
-    const SelectionState before = state;
-    state.toggle("caches", "/c2");
-    EXPECT_THAT(chosen(state), ElementsAre("caches: /c1 /c3", "logs: /l1 /shared"));
-    EXPECT_EQ(state.selectedBytes(), 101 + 11);
-    EXPECT_EQ(chosen(before), defaultChoice) << "a copy has a choice of its own";
-    state.toggle("caches", "/c2");
     EXPECT_EQ(chosen(state), defaultChoice);
 }
 

@@ -1,15 +1,19 @@
 #include "CleanCore/Platform/LinuxFileManager.h"
 
 #include "CleanCore/Support/TaskPool.h"
+#include "tests/CleanCore/Support/FailingCall.h"
 #include "tests/CleanCore/Support/TemporaryFolder.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <gtest/gtest.h>
+#include <sys/syscall.h>
 #include <system_error>
 
 namespace {
 
 using namespace CleanCore;
+using CleanCoreTests::runWithFailingCall;
 using CleanCoreTests::TemporaryFolder;
 using Strings = std::vector<std::string>;
 
@@ -66,42 +70,56 @@ TEST(LinuxFileManager, SeesNothingOutsideTheFolderThatItIsConfinedTo)
     world.makeLink("home/kernel", "/proc/self/root" + world.path("outside"));
     world.makeLink("entrance", "home");
 
-    const struct
-    {
-        const char* path;
-        bool isVisible;
-    } cases[] = {
-        {"home", true},
-        {"home/", true},
-        {"home/inner", true},
-        {"home/to-inner", true},
-        {"home/out-and-back", true},
-        {"entrance/inner", true},
-        {"outside/back", true},
-        {"outside/../home", true},
-        {"", false},
-        {"outside", false},
-        {"home-2", false},
-        {"home/..", false},
-        {"home/../outside", false},
-        {"home/out", false},
-        {"home/out/deep", false},
-        {"home/inner/../../outside", false},
-        {"home/absolute", false},
-        {"home/kernel", false},
-        {"home/missing", false},
-    };
     for (const std::string confinement : {"home", "entrance", "home/"}) {
         const LinuxFileManager files = fileManager(world.path() + '/' + confinement);
-        for (const auto& [path, expected] : cases) {
-            EXPECT_EQ(isVisible(files, world.path() + '/' + path), expected)
-                << path << " confined to " << confinement;
+        SCOPED_TRACE(confinement);
+        for (const char* const path :
+             {"home", "home/", "home/inner", "home/to-inner", "home/out-and-back", "entrance/inner",
+              "outside/back", "outside/../home"}) {
+            EXPECT_TRUE(isVisible(files, world.path() + '/' + path)) << path;
+        }
+        for (const char* const path :
+             {"", "outside", "home-2", "home/..", "home/../outside", "home/out", "home/out/deep",
+              "home/inner/../../outside", "home/absolute", "home/kernel", "home/missing"}) {
+            EXPECT_FALSE(isVisible(files, world.path() + '/' + path)) << path;
         }
         EXPECT_FALSE(files.exists("/"));
         EXPECT_FALSE(files.exists("relative"));
         EXPECT_FALSE(files.exists(world.path("home") + std::string("\0/x", 3)));
     }
     EXPECT_TRUE(isVisible(fileManager(), world.path("home/kernel")));
+}
+
+TEST(LinuxFileManager, TakesNothingForMissingOnlyBecauseTheSystemLacksSomething)
+{
+    const TemporaryFolder folder;
+    folder.makeFile("base/entry");
+    const std::string base = folder.path("base");
+    const auto isRefused = [](const auto& operation) {
+        try {
+            static_cast<void>(operation());
+            return false;
+        } catch (const std::system_error&) {
+            return true;
+        }
+    };
+    enum { exists = 1, cannotBeListed = 2, cannotBeMeasured = 4 };
+    const auto answers = [&] {
+        const LinuxFileManager files = fileManager();
+        return (files.exists(base) ? exists : 0) |
+               (isRefused([&] { return files.namesInFolder(base); }) ? cannotBeListed : 0) |
+               // As nothing, it would be old enough for every age limit.
+               (isRefused([&] { return files.measure(base, Strings{"entry"}, {}); })
+                    ? cannotBeMeasured
+                    : 0);
+    };
+    for (const int error : {EMFILE, ENFILE, ENOMEM}) {
+        EXPECT_EQ(runWithFailingCall(SYS_openat, error, answers),
+                  exists | cannotBeListed | cannotBeMeasured)
+            << error;
+    }
+    EXPECT_EQ(runWithFailingCall(SYS_openat, EACCES, answers), cannotBeListed);
+    EXPECT_EQ(answers(), exists);
 }
 
 } // namespace

@@ -11,7 +11,6 @@
 #include <fcntl.h>
 #include <filesystem>
 #include <gtest/gtest.h>
-#include <latch>
 #include <sys/resource.h>
 #include <sys/stat.h>
 
@@ -214,29 +213,6 @@ TEST(TreeMeasurer, ComesBackWithoutMeasuringOnceItWasStopped)
         EXPECT_EQ(measure(std::filesystem::path(root.path()).parent_path(), item, workers,
                           stop.get_token()),
                   std::vector<Model>(1));
-    }
-}
-
-TEST(TreeMeasurer, MayBeCalledFromEveryWorkerOfItsPool)
-{
-    const TemporaryFolder root;
-    const Strings names = CleanCoreTests::makeRandomTree(root, 3);
-    const auto pool = std::make_shared<TaskPool>(2);
-    const auto isDone = std::make_shared<std::latch>(7);
-    std::vector<std::vector<EntryMeasure>> results(6);
-    for (auto& result : results) {
-        pool->submit([&, isDone, pool] {
-            FileDescriptor folder(::open(root.path().c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-            result = TreeMeasurer(pool).measure(std::move(folder), names, {});
-            isDone->count_down();
-        });
-    }
-    isDone->arrive_and_wait();
-    for (const auto& result : results) {
-        ASSERT_EQ(result.size(), names.size());
-        for (std::size_t i = 0; i < names.size(); ++i) {
-            EXPECT_EQ(result[i].sizeBytes, modelOf(root.path(names[i])).bytes) << names[i];
-        }
     }
 }
 

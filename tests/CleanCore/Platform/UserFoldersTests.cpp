@@ -44,53 +44,29 @@ TEST(UserFolders, TakesAVariableOnlyForAFolderThatHoldsNothingElse)
     world.makeLink("target-link", world.path("target/scratch"));
     world.setMode("sticky", 01777);
 
-    enum { counts, cacheOnly, temporaryOnly, neither };
-    const struct
-    {
-        std::string value;
-        int expected;
-    } cases[] = {
-        {world.path("scratch"), counts},
-        {world.path("scratch") + "//", counts},
-        {world.path("sticky"), counts},
-        {world.path("me/caches"), counts},
-        {world.path("me/to-scratch"), counts},
-        {world.path("me/.config-2"), counts},
-        // Somebody else's: usable for temporary files if sticky, never for caches.
-        {"/tmp", temporaryOnly},
-        {"/usr", neither},
-        {"", neither},
-        {"scratch", neither},
-        {"~/caches", neither},
-        {world.path("missing"), neither},
-        {world.path("me/file"), neither},
-        {world.path("me"), neither},
-        {world.path("me/caches/.."), neither},
-        {world.path(), neither},
-        {"/", neither},
-        {world.path("to-home"), neither},
-        {world.path("me/Documents"), neither},
-        {world.path("me/Documents/x"), neither},
-        {world.path("to-documents"), neither},
-        {world.path("me/Bilder"), neither},
-        {world.path("me/Library"), neither},
-        {world.path("me/.ssh"), neither},
-        {world.path("me/.config"), neither},
-        {world.path("me/.config/x"), neither},
-        {world.path("me/.local"), neither},
-        {world.path("me/.local/state/x"), neither},
-        {"/run", neither},
-        {"/run/lock", neither},
+    const auto isTaken = [&](const char* variable, const std::string& value) {
+        const UserFolders folders = foldersOf(world.path("me"), {{variable, value}});
+        return variable == std::string("TMPDIR") ? folders.temporaryFolder == value
+                                                 : folders.cacheFolder != world.path("me/.cache");
     };
-    for (const auto& [value, expected] : cases) {
-        const UserFolders folders =
-            foldersOf(world.path("me"), {{"XDG_CACHE_HOME", value}, {"TMPDIR", value}});
-        EXPECT_EQ(folders.cacheFolder != world.path("me/.cache"),
-                  expected == counts || expected == cacheOnly)
-            << value;
-        EXPECT_EQ(folders.temporaryFolder == "/tmp" && value != "/tmp",
-                  expected != counts && expected != temporaryOnly)
-            << value;
+    const auto expectTaken = [&](const std::string& value, bool isCache, bool isTemporary) {
+        EXPECT_EQ(isTaken("XDG_CACHE_HOME", value), isCache) << value;
+        EXPECT_EQ(isTaken("TMPDIR", value), isTemporary) << value;
+    };
+    for (const char* const folder :
+         {"scratch", "sticky", "me/caches", "me/to-scratch", "me/.config-2"}) {
+        expectTaken(world.path(folder), true, true);
+    }
+    // Somebody else's: usable for temporary files if sticky, never for caches.
+    expectTaken("/tmp", false, true);
+    for (const char* const value : {"", "scratch", "~/caches", "/usr", "/", "/run", "/run/lock"}) {
+        expectTaken(value, false, false);
+    }
+    for (const char* const folder :
+         {"missing", "me/file", "me", "me/caches/..", "", "to-home", "me/Documents",
+          "me/Documents/x", "to-documents", "me/Bilder", "me/Library", "me/.ssh", "me/.config",
+          "me/.config/x", "me/.local", "me/.local/state/x"}) {
+        expectTaken(world.path(folder), false, false);
     }
 
     const auto cacheFolder = [&](const std::string& value) {
@@ -104,6 +80,38 @@ TEST(UserFolders, TakesAVariableOnlyForAFolderThatHoldsNothingElse)
     const UserFolders defaults = foldersOf(world.path("me"), {});
     EXPECT_EQ(defaults.cacheFolder, world.path("me/.cache"));
     EXPECT_EQ(defaults.temporaryFolder, "/tmp");
+}
+
+TEST(UserFolders, FollowsLinksOfConfigurationAndDataToWhatTheyHold)
+{
+    const TemporaryFolder world;
+    for (const char* const folder : {"dotfiles/config/app", "local/state/app", "data/app", "linked",
+                                     "free", "me/.cache", "you/.local"}) {
+        world.makeFolder(folder);
+    }
+    world.makeLink("me/.config", world.path("dotfiles/config"));
+    world.makeLink("me/.local", world.path("local"));
+    world.makeLink("local/app", world.path("linked"));
+    world.makeLink("you/.local/share", world.path("data"));
+
+    const auto expectTaken = [&](const char* home, const char* value, bool isTaken) {
+        const UserFolders folders =
+            foldersOf(world.path(home),
+                      {{"XDG_CACHE_HOME", world.path(value)}, {"TMPDIR", world.path(value)}});
+        EXPECT_EQ(folders.cacheFolder != world.path(home) + "/.cache", isTaken) << value;
+        EXPECT_EQ(folders.temporaryFolder != "/tmp", isTaken) << value;
+    };
+    for (const char* const folder :
+         {"me/.config", "me/.config/app", "dotfiles/config", "dotfiles/config/app", "dotfiles",
+          "me/.local", "me/.local/state", "local", "local/state/app", "me/.local/app"}) {
+        expectTaken("me", folder, false);
+    }
+    expectTaken("me", "free", true);
+    expectTaken("me", "local/../free", true);
+    expectTaken("you", "data", false);
+    expectTaken("you", "data/app", false);
+    expectTaken("you", "local", true);
+    expectTaken("you", "dotfiles/config", true);
 }
 
 TEST(UserFolders, ProtectsWhateverTheUserDirectoriesFileNames)

@@ -38,57 +38,79 @@ TEST(ForeignCatalog, RefusesBasesThatHoldMoreThanLeftovers)
     files.folders["/etc"] = {};
     files.folders["/usr"] = {};
 
-    const struct
-    {
-        const char* base;
-        bool isRefused;
-    } cases[] = {
-        {"~", true},
-        {"~/", true},
-        {"~/innocent", true},
-        {"~/x/..", true},
-        {"/data/homes", true},
-        {"/data", true},
-        {"/", true},
-        {"/*", true},
-        {"~/dotfiles", true},
-        {"~/local-again", true},
-        {"~/.local", true},
-        {"/innocent", true},
-        {"/usr/lib/x", true},
-        {"/etc", true},
-        {"/var/lib/apt", true},
-        {"/run/user/1000", true},
-        {"/opt", true},
-        {"/opt/app", true},
-        {"/srv/data", true},
-        {"/root/.cache", true},
-        {"/home/other", true},
-        {"/home/other/.cache", true},
-        {"/homes/x", false},
-        {"/media/me/disk", false},
-        {"~/.cache/x", false},
-        {"~/innocent-2", false},
-        {"/data/homes/me/.config/app", false},
-        {"/tmp", false},
-        {"/tmp/x", false},
-        {"/var/tmp", false},
-        {"/var/tmp/x", false},
-        {"/var/crash", false},
-        {"/var/tmpx", true},
-        {"/usrlocal/x", false},
-        {"$DARWIN_USER_CACHE_DIR", false},
+    const auto isRefused = [&](const char* base) {
+        return refusedBase(catalogOf(base), "/home/me", files).has_value();
     };
-    for (const auto& [base, isRefused] : cases) {
-        EXPECT_EQ(refusedBase(catalogOf(base), "/home/me", files).has_value(), isRefused) << base;
+    for (const char* const base : {"~",
+                                   "~/",
+                                   "~/innocent",
+                                   "~/x/..",
+                                   "/data/homes",
+                                   "/data",
+                                   "/",
+                                   "/*",
+                                   "~/dotfiles",
+                                   "~/local-again",
+                                   "~/.local",
+                                   "/innocent",
+                                   "/usr/lib/x",
+                                   "/etc",
+                                   "/var/lib/apt",
+                                   "/run/user/1000",
+                                   "/opt",
+                                   "/opt/app",
+                                   "/srv/data",
+                                   "/root/.cache",
+                                   "/home/other",
+                                   "/home/other/.cache",
+                                   "/var/tmpx"}) {
+        EXPECT_TRUE(isRefused(base)) << base;
+    }
+    for (const char* const base :
+         {"/homes/x", "/media/me/disk", "~/.cache/x", "~/innocent-2", "/data/homes/me/.config/app",
+          "/tmp", "/tmp/x", "/var/tmp", "/var/tmp/x", "/var/crash", "/usrlocal/x",
+          "$DARWIN_USER_CACHE_DIR"}) {
+        EXPECT_FALSE(isRefused(base)) << base;
     }
     for (const char* const name : {"/.config", "/.local", "/.local/share"}) {
         EXPECT_TRUE(refusedBase(catalogOf("~" + std::string(name)), "/plain", files)) << name;
         EXPECT_FALSE(refusedBase(catalogOf("~" + std::string(name) + "/app"), "/plain", files));
     }
-    // What lies in this home, wherever that is, is its own.
-    EXPECT_FALSE(refusedBase(catalogOf("/root/.cache"), "/root", files));
     EXPECT_FALSE(refusedBase(catalogOf("/etc", RuleKind::command), "/home/me", files));
+}
+
+TEST(ForeignCatalog, TakesWhatLiesInAHomeForItsOwnOnlyInAPersonsHome)
+{
+    const CleanCoreTests::ScriptedFileManager files;
+    const struct
+    {
+        const char* home;
+        const char* base;
+        bool isRefused;
+    } cases[] = {
+        {"/root", "/root/.cache", false},
+        {"/home/me", "/home/me/x", false},
+        {"/home/staff/me", "/home/staff/me/x", false},
+        {"/var/home/me", "/var/home/me/x", false},
+        {"/me", "/me/x", false},
+        {"/", "/usr/share", true},
+        {"/", "/home/other/x", true},
+        {"/", "/srv/x", true},
+        {"/", "/media/disk", false},
+        {"/usr/sbin", "/usr/sbin/x", true},
+        {"/var", "/var/lib/x", true},
+        {"/var/lib/service", "/var/lib/service/x", true},
+        {"/dev", "/dev/shm", true},
+        {"/home", "/home/other/x", true},
+        {"/var/home", "/var/home/other/x", true},
+    };
+    for (const auto& [home, base, isRefused] : cases) {
+        RulesCatalog catalog = catalogOf(base);
+        // The other rule's base is in the home itself.
+        catalog.rules.erase(catalog.rules.begin());
+        EXPECT_EQ(refusedBase(catalog, home, files).has_value(), isRefused)
+            << base << " in " << home;
+    }
 }
 
 } // namespace

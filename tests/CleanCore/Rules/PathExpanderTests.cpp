@@ -43,6 +43,8 @@ TEST(PathExpander, ExpandsEachKindOfPattern)
     } cases[] = {
         {{"~"}, {"/home/me"}},
         {{"~/"}, {"/home/me"}},
+        {{"~//", "~//ok", "~///a/b/"}, {"/home/me", "/home/me/ok", "/home/me/a/b/"}},
+        {{"~//apps/b/Cache/*"}, {"/home/me/apps/b/Cache/1", "/home/me/apps/b/Cache/2"}},
         {{"~/not/there"}, {"/home/me/not/there"}},
         {{"/absolute/./as/../written/"}, {"/absolute/./as/../written/"}},
         {{"~other/x", "$HOME/x"}, {here + "/~other/x", here + "/$HOME/x"}},
@@ -92,13 +94,52 @@ TEST(PathExpander, ComesToAnEndInFoldersOfLinksThatLeadBack)
     const LinuxFileManager files({}, std::nullopt, std::make_shared<TaskPool>(1));
     const Strings patterns = {"~/loop/*/*/*/*/*/*/*/*/*/*/*/*", "~/loop/*"};
 
-    const Strings bases = PathExpander::expandAll(patterns, home.path(), files);
-    EXPECT_LE(bases.size(), PathExpander::pathLimit + 8);
+    const auto [bases, isCutShort] = PathExpander::expansion(patterns, home.path(), files);
+    EXPECT_LE(bases.size(), PathExpander::repeatLimit + std::size_t{12} * 8);
     EXPECT_EQ(bases.back(), home.path("loop/h"));
+    EXPECT_TRUE(isCutShort);
+    // Twice through the same folder is nothing to be cut short for.
+    EXPECT_FALSE(PathExpander::expansion(Strings{"~/loop/*/*"}, home.path(), files).isCutShort);
 
     std::stop_source stop;
     stop.request_stop();
     EXPECT_TRUE(PathExpander::expandAll(patterns, home.path(), files, stop.get_token()).empty());
+}
+
+TEST(PathExpander, FindsAMatchAmongAnyNumberOfOthersAndTellsWhatItCouldNotLookAt)
+{
+    ScriptedFileManager files;
+    Strings& names = files.folders["/big"].names;
+    for (std::size_t i = 0; i <= 2 * PathExpander::repeatLimit; ++i) {
+        names.push_back(std::to_string(i));
+    }
+    names.emplace_back("match");
+    files.folders["/big/match"] = {{"Cache"}, 0};
+    files.folders["/big/match/Cache"] = {};
+    files.folders["/sealed"] = {{}, EACCES};
+    files.folders["/no-descriptor"] = {{}, EMFILE};
+    files.folders["/no-memory"] = {{}, ENOMEM};
+
+    const struct
+    {
+        const char* pattern;
+        Strings bases;
+        bool isCutShort;
+    } cases[] = {
+        {"/big/*/Cache", {"/big/match/Cache"}, false},
+        {"/big/*/*", {"/big/match/Cache"}, false},
+        {"/missing/*", {}, false},
+        {"/sealed/*", {}, false},
+        {"/no-descriptor/*", {}, true},
+        {"/no-memory/*/x", {}, true},
+    };
+    for (const auto& [pattern, expected, isCutShort] : cases) {
+        const auto found = PathExpander::expansion(Strings{pattern, "/big"}, "/home/me", files);
+        Strings bases = expected;
+        bases.emplace_back("/big");
+        EXPECT_EQ(found.bases, bases) << pattern;
+        EXPECT_EQ(found.isCutShort, isCutShort) << pattern;
+    }
 }
 
 TEST(PathExpander, SurvivesACurrentFolderThatIsGone)

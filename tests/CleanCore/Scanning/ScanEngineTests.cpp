@@ -137,6 +137,7 @@ TEST_F(ScanEngineTest, KeepsTheItemsOfOneBaseBeforeThoseOfTheNext)
 TEST_F(ScanEngineTest, FlagsOnlyBasesThatExistAndCannotBeListed)
 {
     files->folders["/sealed"] = {{}, EACCES};
+    files->folders["/no-descriptor"] = {{}, EMFILE};
     addFile("/open", "entry", 3);
     const struct
     {
@@ -147,6 +148,8 @@ TEST_F(ScanEngineTest, FlagsOnlyBasesThatExistAndCannotBeListed)
                  {{"/missing", "/sealed"}, true, 0},
                  {{"/sealed", "/open"}, true, 1},
                  {{"/open", "/missing"}, false, 1},
+                 {{"/sealed/*", "/open"}, false, 1},
+                 {{"/no-descriptor/*", "/open"}, true, 1},
                  {{}, false, 0}};
     for (const auto& [bases, hadAccessErrors, items] : cases) {
         const Log log = logOf({ruleFor("rule", bases)});

@@ -42,8 +42,9 @@ CloudFolders::CloudFolders(const std::string& below)
 {
 }
 
-CleanCore::CloudDrive CloudFolders::drive(std::int64_t stepBytes) const
+CleanCore::CloudDrive CloudFolders::drive() const
 {
+    constexpr std::int64_t stepBytes = 8192;
     return {home.path(), container, mirror, stepBytes};
 }
 

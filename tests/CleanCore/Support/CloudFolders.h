@@ -3,7 +3,6 @@
 #include "CleanCore/Platform/CloudDrive.h"
 #include "tests/CleanCore/Support/TemporaryFolder.h"
 
-#include <cstdint>
 #include <string>
 #include <string_view>
 #include <sys/stat.h>
@@ -28,7 +27,7 @@ struct CloudFolders
     std::string mirror;
 
     /// Small steps, so that most files take more than one.
-    [[nodiscard]] CleanCore::CloudDrive drive(std::int64_t stepBytes = 8192) const;
+    [[nodiscard]] CleanCore::CloudDrive drive() const;
     [[nodiscard]] std::string local(std::string_view relative) const;
     [[nodiscard]] std::string copy(std::string_view relative) const;
 

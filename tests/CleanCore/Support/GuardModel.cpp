@@ -21,7 +21,7 @@ bool isSameOrInside(const std::string& path, const std::string& folder)
 
 /// One step of the rewriting: the first link in `path` replaced by its target. Without any left,
 /// `path` as it is to be, and false.
-bool followFirstLink(std::string& path, const GuardModel::LinkReader& links)
+bool followFirstLink(std::string& path, const LinkReader& links)
 {
     std::string walked;
     for (std::size_t begin = 0; begin < path.size();) {
@@ -65,6 +65,17 @@ std::string inOneForm(std::string text)
 
 } // namespace
 
+std::string followingLinks(std::string path, const LinkReader& links)
+{
+    for (int followed = 0; followed < mostLinksFollowed; ++followed) {
+        if (!followFirstLink(path, links)) {
+            return path;
+        }
+    }
+    followFirstLink(path, [](const std::string&) { return std::nullopt; });
+    return path;
+}
+
 GuardModel::GuardModel(LinkReader links, const std::string& home,
                        const std::vector<std::string>& further)
     : m_links(std::move(links)), m_home(normalized(home))
@@ -93,21 +104,9 @@ GuardModel::GuardModel(LinkReader links, const std::string& home,
     }
 }
 
-std::string GuardModel::resolved(const std::string& path) const
-{
-    std::string text = path;
-    for (int followed = 0; followed < mostLinksFollowed; ++followed) {
-        if (!followFirstLink(text, m_links)) {
-            return text;
-        }
-    }
-    followFirstLink(text, [](const std::string&) { return std::nullopt; });
-    return text;
-}
-
 std::string GuardModel::normalized(const std::string& path) const
 {
-    std::string text = resolved(path);
+    std::string text = followingLinks(path, m_links);
     const std::string volume = "/System/Volumes/Data";
     if (beginsWith(text, volume + "/")) {
         text = text.substr(volume.size());

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "tests/CleanCore/Support/FileManagerDouble.h"
+#include "CleanCore/Platform/LinuxFileManager.h"
 
 #include <memory>
 #include <stop_token>
@@ -8,50 +8,23 @@
 
 namespace CleanCoreTests {
 
-/// Another file manager that requests a stop once so many removals are done.
-class StoppingFileManager : public FileManagerDouble
+/// A real file manager that requests a stop once so many removals are done.
+class StoppingFileManager : public CleanCore::LinuxFileManager
 {
 public:
-    StoppingFileManager(std::shared_ptr<const CleanCore::FileManager> files, std::stop_source stop,
-                        int removals)
-        : m_files(std::move(files)), m_stop(std::move(stop)), m_removals(removals)
+    StoppingFileManager(const std::string& home, std::shared_ptr<CleanCore::TaskPool> pool,
+                        std::stop_source stop, int removals)
+        : LinuxFileManager(CleanCore::UserFolders::confinedTo(home), home, std::move(pool)),
+          m_stop(std::move(stop)), m_removals(removals)
     {
     }
 
-    [[nodiscard]] std::optional<std::string>
-    perUserFolder(CleanCore::PerUserFolder folder) const override
-    {
-        return m_files->perUserFolder(folder);
-    }
-    [[nodiscard]] bool exists(const std::string& path) const override
-    {
-        return m_files->exists(path);
-    }
-    [[nodiscard]] std::vector<std::string> namesInFolder(const std::string& path) const override
-    {
-        return m_files->namesInFolder(path);
-    }
-    [[nodiscard]] std::vector<CleanCore::EntryMeasure>
-    measure(const std::string& folder, std::span<const std::string> names,
-            const std::stop_token& stop) const override
-    {
-        return m_files->measure(folder, names, stop);
-    }
-    [[nodiscard]] std::string resolvingSymbolicLinks(const std::string& path) const override
-    {
-        return m_files->resolvingSymbolicLinks(path);
-    }
-    [[nodiscard]] std::optional<std::int64_t>
-    availableCapacity(const std::string& path) const override
-    {
-        return m_files->availableCapacity(path);
-    }
     [[nodiscard]] std::unique_ptr<CleanCore::Removal>
     beginRemoval(const std::string& home,
                  std::span<const std::string> protectedFolders) const override
     {
-        return std::make_unique<StoppingRemoval>(m_files->beginRemoval(home, protectedFolders),
-                                                 m_stop, m_removals);
+        return std::make_unique<StoppingRemoval>(
+            LinuxFileManager::beginRemoval(home, protectedFolders), m_stop, m_removals);
     }
 
 private:
@@ -85,7 +58,6 @@ private:
         int m_left;
     };
 
-    std::shared_ptr<const CleanCore::FileManager> m_files;
     std::stop_source m_stop;
     int m_removals;
 };

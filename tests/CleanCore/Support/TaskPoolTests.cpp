@@ -60,27 +60,6 @@ TEST(TaskPool, DropsWhatItHasNotStartedWhenItIsDestroyed)
     canGoOn->count_down();
 }
 
-TEST(TaskPool, IsDestroyedWhileAWorkerHangs)
-{
-    const auto canGoOn = std::make_shared<std::latch>(1);
-    const auto hasStarted = std::make_shared<std::latch>(1);
-    std::promise<void> cameBack;
-    auto hasComeBack = cameBack.get_future();
-    {
-        TaskPool pool(2);
-        pool.submit([=, promise = std::make_shared<std::promise<void>>(std::move(cameBack))] {
-            hasStarted->count_down();
-            canGoOn->wait();
-            promise->set_value();
-        });
-        hasStarted->wait();
-    }
-    // Only here, behind the destructor, is the worker let go.
-    EXPECT_EQ(hasComeBack.wait_for(std::chrono::seconds(0)), std::future_status::timeout);
-    canGoOn->count_down();
-    hasComeBack.wait();
-}
-
 TEST(TaskPool, MayBeDestroyedByOneOfItsOwnWorkers)
 {
     auto pool = std::make_shared<TaskPool>(2);
@@ -99,10 +78,16 @@ class Sum : public SharedWork<std::pair<int, int>>
 public:
     using SharedWork::SharedWork;
     std::atomic<std::int64_t> total = 0;
+    /// The largest number of threads that worked at the same time.
+    std::atomic<unsigned> mostAtOnce = 0;
 
 protected:
     void workOn(std::pair<int, int> range) override
     {
+        const unsigned working = ++m_working;
+        for (unsigned most = mostAtOnce; most < working;) {
+            mostAtOnce.compare_exchange_weak(most, working);
+        }
         for (auto [from, to] = range; from < to; ++from) {
             if (to - from > 1 && wantsPieces()) {
                 const int middle = from + (to - from) / 2;
@@ -111,7 +96,11 @@ protected:
             }
             total += from;
         }
+        --m_working;
     }
+
+private:
+    std::atomic<unsigned> m_working = 0;
 };
 
 TEST(SharedWork, DoesEveryPieceOnceWhoeverCallsIt)
@@ -135,6 +124,20 @@ TEST(SharedWork, DoesEveryPieceOnceWhoeverCallsIt)
         EXPECT_EQ(sum->total, std::int64_t{count} * (count - 1) / 2);
         isDone->arrive_and_wait();
         EXPECT_EQ(right, 3);
+    }
+}
+
+TEST(SharedWork, TakesNoMoreHelpersThanItMay)
+{
+    constexpr int count = 200'000;
+    const auto pool = std::make_shared<TaskPool>(8);
+    for (const unsigned helpers : {0U, 1U, 3U}) {
+        for (int round = 0; round < 10; ++round) {
+            const auto sum = std::make_shared<Sum>(pool, helpers);
+            sum->run({0, count});
+            EXPECT_EQ(sum->total, std::int64_t{count} * (count - 1) / 2);
+            EXPECT_LE(sum->mostAtOnce, helpers + 1);
+        }
     }
 }
 

@@ -200,10 +200,11 @@ class ScanTests(WindowTest):
     def test_refuses_a_command_line_that_it_cannot_start_with(self):
         import subprocess
         from window_test import WINDOW
+        missing = self.world / "missing"
         for arguments, status, word in (
-                (("--home", "/nonexistent"), 2, "does not exist"),
-                (("--home", self.home, "--tools", "/nonexistent"), 2, "--tools"),
-                (("--home", self.home, "--catalog", "/nonexistent"), 3, "catalog"),
+                (("--home", missing), 2, "does not exist"),
+                (("--home", self.home, "--tools", missing), 2, "--tools"),
+                (("--home", self.home, "--catalog", missing), 3, "catalog"),
                 (("--nonsense",), 2, "--help"),
                 (("extra",), 2, "--help")):
             process = subprocess.run([WINDOW, *map(str, arguments)], capture_output=True,

@@ -2,6 +2,7 @@
 
 import os
 import pathlib
+import re
 import signal
 import subprocess
 
@@ -43,6 +44,7 @@ class Program:
             self.listener.register(event)
         self.application = None
         self.wait_for(self._connect, "the window")
+        self.wait_for(self.real_place, "the window on the display")
 
     def _connect(self):
         if self.process.poll() is not None:
@@ -164,7 +166,8 @@ class Program:
         def is_at_rest():
             extents = self.see(name, role).get_extents(Atspi.CoordType.SCREEN)
             places.append((extents.x, extents.y, extents.width, extents.height))
-            return len(places) > 1 and places[-1] == places[-2] and extents.width > 0
+            return (len(places) > 1 and places[-1] == places[-2] and extents.width > 0
+                    and self.place()[:2] == self.real_place())
 
         self.wait_for(is_at_rest, f"{name!r} at rest")
         return places[-1]
@@ -218,6 +221,16 @@ class Program:
         """The window's left and top edge, its width and height."""
         frame = self.application.get_child_at_index(0).get_extents(Atspi.CoordType.SCREEN)
         return frame.x, frame.y, frame.width, frame.height
+
+    def real_place(self):
+        """The window's left and top edge as the display has it, which the program is told a little
+        later; nothing while the window is not shown."""
+        try:
+            facts = DESKTOP.run("xwininfo", "-id", self.window())
+        except subprocess.CalledProcessError:
+            return None
+        return tuple(int(re.search(rf"Absolute upper-left {axis}: +(-?\d+)", facts)[1])
+                     for axis in "XY")
 
     def size(self):
         return self.place()[2:]

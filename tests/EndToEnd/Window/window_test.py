@@ -44,7 +44,10 @@ class WindowTest(support.ProgramTest):
         return program
 
     def assert_silent(self, program):
-        self.assertEqual(program.errors.read_text(), "")
+        # Where the desktop's service for assistive tools is slow to answer, Qt says so.
+        said = [line for line in program.errors.read_text().splitlines()
+                if not line.startswith("QSpiApplication::keyEventError")]
+        self.assertEqual(said, [])
 
     @property
     def preferences(self):

@@ -21,12 +21,5 @@ TEST(UserAccountTest, CallsPeopleByTheFirstPieceOfTheirName)
     }
 }
 
-TEST(UserAccountTest, KnowsTheAccountOfTheProcess)
-{
-    const auto account = Zorvane::UserAccount::ofProcess();
-    EXPECT_FALSE(account.loginName.isEmpty());
-    EXPECT_FALSE(account.fullName.contains(u','));
-}
-
 } // namespace
 } // namespace ZorvaneTests

@@ -34,8 +34,7 @@ void confirmAcknowledged(MainWindow& window)
 void confirmWithoutWarning(MainWindow& window)
 {
     window.application.texts["rule.own.title"] = "An area of one's own";
-    Sample::addFolder(window.application, "own", RuleTier::reviewRequired, "/areas/own",
-                      {{"a", 12 * Sample::MB}});
+    window.application.addArea("own", RuleTier::reviewRequired, {12 * Sample::MB});
     confirm(window, {"own"});
 }
 
@@ -48,16 +47,10 @@ void confirmNoBytes(MainWindow& window)
 void confirmLongTitles(MainWindow& window)
 {
     for (const char* id : {"cache-long", "dev-long", "other-long"}) {
-        window.application.texts[std::string("rule.") + id + ".title"] = Sample::longTitle();
-        window.application.texts[std::string("category.warning.") + id] =
-            Sample::longTitle() + ". " + Sample::longTitle() + '.';
-        Sample::addFolder(window.application, id,
-                          id[0] == 'c' ? RuleTier::safe : RuleTier::reviewRequired,
-                          std::string("/areas/") + id, {{"a", 999'990 * Sample::MB}});
+        Sample::addLongTitled(window.application, id, {{"a", 999'990 * Sample::MB}});
     }
     window.application.texts["rule.hostile.title"] = "<b>Bold</b> & <img src=x>\n\u202Esdrawkcab";
-    Sample::addFolder(window.application, "hostile", RuleTier::reviewRequired, "/areas/hostile",
-                      {{"a", Sample::largest}});
+    window.application.addArea("hostile", RuleTier::reviewRequired, {Sample::largest});
     confirm(window, {"dev-long", "other-long", "hostile"});
 }
 
@@ -65,8 +58,7 @@ void confirmManyAreas(MainWindow& window)
 {
     for (const CleanCore::CleaningRule& rule : CleanCore::RulesCatalog::loadBundled().rules) {
         if (rule.kind == CleanCore::RuleKind::fileSystem) {
-            Sample::addFolder(window.application, rule.id, rule.tier, "/areas/" + rule.id,
-                              {{"a", 10 * Sample::MB}});
+            window.application.addArea(rule.id, rule.tier, {10 * Sample::MB});
         }
     }
     confirm(window, {"dev-gradle", "dev-maven", "trash-user", "whatsapp-media", "dev-ai-models"});
@@ -101,41 +93,28 @@ void report(MainWindow& window, Skipped skipped)
         disk.links["/home/me/.cache/babl"] = "/home/me/Documents/babl";
     }
     disk.capacities = {0, 3'120 * Sample::MB};
-    Zorvane::AppState& state = window.openResults();
-    state.performClean();
-    waitUntil([&] { return !state.isCleaning(); });
+    runClean(window.openResults());
     window.settle();
 }
 
 void reportDetails(MainWindow& window)
 {
-    Sample::Sizes items;
+    Sizes items;
     for (const std::string& name : Sample::hostileNames()) {
         items.emplace_back(name, 10 * Sample::MB);
         window.application.disk->irremovable.insert("/home/me/.npm/_tmp/" + name);
     }
-    Sample::addFolder(window.application, "temp-npm", RuleTier::safe, "/home/me/.npm/_tmp", items);
+    window.application.addFolder("temp-npm", RuleTier::safe, "/home/me/.npm/_tmp", items);
     report(window, Skipped::both);
     window.itemOfType(QStringLiteral("SkippedSummary")).setProperty("showDetails", true);
     window.settle();
 }
 
-void reportNothingFreed(MainWindow& window)
+void reportOn(MainWindow& window, const std::vector<std::int64_t>& sizes)
 {
-    window.application.addArea("cache-links", RuleTier::safe, {0, 0, 0});
-    Zorvane::AppState& state = window.openResults();
-    state.performClean();
-    waitUntil([&] { return !state.isCleaning(); });
-    window.settle();
-}
-
-void reportHugeFigures(MainWindow& window)
-{
-    window.application.addArea("cache-huge", RuleTier::safe, {Sample::largest, Sample::largest});
-    window.application.disk->capacities = {0, Sample::largest};
-    Zorvane::AppState& state = window.openResults();
-    state.performClean();
-    waitUntil([&] { return !state.isCleaning(); });
+    window.application.addArea("cache-a", RuleTier::safe, sizes);
+    window.application.disk->capacities = {0, sizes.front()};
+    runClean(window.openResults());
     window.settle();
 }
 
@@ -165,8 +144,14 @@ Scenes cleaningScenes()
         {"report", "protected", reporting(Skipped::protectedOnes)},
         {"report", "both", reporting(Skipped::both)},
         {"report", "details", reportDetails, true},
-        {"report", "zero-freed", reportNothingFreed},
-        {"report", "huge-figures", reportHugeFigures},
+        {"report", "zero-freed",
+         [](MainWindow& window) {
+             reportOn(window, {0, 0, 0});
+         }},
+        {"report", "huge-figures",
+         [](MainWindow& window) {
+             reportOn(window, {Sample::largest, Sample::largest});
+         }},
     };
 }
 

@@ -42,9 +42,8 @@ void showPreparing(MainWindow& window)
 /// A first area of so many bytes is done, a second one is measured.
 void showScanning(MainWindow& window, std::int64_t bytes, const std::string& second)
 {
-    Sample::addFolder(window.application, "dev-npm", RuleTier::safe, "/areas/first",
-                      {{"a", bytes}});
-    Sample::addFolder(window.application, second, RuleTier::safe, "/areas/second", {{"a", 1}});
+    window.application.addFolder("dev-npm", RuleTier::safe, "/areas/first", {{"a", bytes}});
+    window.application.addFolder(second, RuleTier::safe, "/areas/second", {{"a", 1}});
     window.application.disk->onMeasure = [gate = window.gate](const std::string& folder,
                                                               const std::stop_token& /*stop*/) {
         if (folder == "/areas/second") {

@@ -5,15 +5,12 @@ namespace ZorvaneTests {
 
 namespace {
 
-using Sample::addCloudFolder;
-using Sample::cloudPath;
-
 /// Holds the measuring of these entries.
 void hold(MainWindow& window, const Strings& names)
 {
     window.application.disk->onVisit = [gate = window.gate, names](const std::string& path) {
         for (const std::string& name : names) {
-            if (path == cloudPath(name)) {
+            if (path == ScriptedApplication::cloudPath(name)) {
                 gate->pass();
             }
         }
@@ -33,7 +30,7 @@ Zorvane::AppState& openMeasured(MainWindow& window, const Strings& selected = {}
     Zorvane::AppState& state = openSheet(window);
     waitUntil([&] { return state.icloudPending() == 0; });
     for (const std::string& name : selected) {
-        state.setICloudSelected(cloudPath(name), true);
+        state.setICloudSelected(ScriptedApplication::cloudPath(name), true);
     }
     window.settle();
     return state;
@@ -41,8 +38,8 @@ Zorvane::AppState& openMeasured(MainWindow& window, const Strings& selected = {}
 
 void showMeasuring(MainWindow& window)
 {
-    addCloudFolder(window.application, "Photos", 4, Sample::GB);
-    addCloudFolder(window.application, "Design", 4, Sample::GB);
+    window.application.addCloudFolder("Photos", 4, Sample::GB);
+    window.application.addCloudFolder("Design", 4, Sample::GB);
     hold(window, {"Photos", "Design"});
     openSheet(window);
     window.settle();
@@ -50,9 +47,9 @@ void showMeasuring(MainWindow& window)
 
 void showMeasuringFigures(MainWindow& window)
 {
-    addCloudFolder(window.application, "Photos", 4, Sample::GB);
-    addCloudFolder(window.application, "Design", 3'200, 6'250 * Sample::MB);
-    addCloudFolder(window.application, "Scans", 12, 48 * Sample::MB);
+    window.application.addCloudFolder("Photos", 4, Sample::GB);
+    window.application.addCloudFolder("Design", 3'200, 6'250 * Sample::MB);
+    window.application.addCloudFolder("Scans", 12, 48 * Sample::MB);
     hold(window, {"Photos"});
     Zorvane::AppState& state = openSheet(window);
     waitUntil([&] { return state.icloudPending() == 1; });
@@ -68,28 +65,25 @@ void showTypical(MainWindow& window, const Strings& selected)
 void showFiveApps(MainWindow& window)
 {
     Sample::addTypicalCloud(window.application);
-    addCloudFolder(window.application, "Tools", 3, 800 * Sample::MB,
-                   {{"Compressor with a very long name that does not fit into one line of it.app",
-                     2'100 * Sample::MB},
-                    {"Reader.app", 77 * Sample::MB}});
+    window.application.addCloudFolder(
+        "Tools", 3, 800 * Sample::MB,
+        {{"Compressor with a very long name that does not fit into one line of it.app",
+          2'100 * Sample::MB},
+         {"Reader.app", 77 * Sample::MB}});
     openMeasured(window, {"Design", "Tools"});
 }
 
-/// The last entry of the drive runs out of time, until what is returned becomes false.
-std::shared_ptr<std::atomic<bool>> makeBusy(MainWindow& window, const std::string& name)
+/// The last entry of the drive runs out of time.
+void makeBusy(MainWindow& window, const std::string& name)
 {
-    addCloudFolder(window.application, name, 600, Sample::GB);
-    auto isBusy = std::make_shared<std::atomic<bool>>(true);
+    window.application.addCloudFolder(name, 600, Sample::GB);
     // Of this thread's measuring, so that the others do not run out of time with it.
     static thread_local bool isLate = false;
-    window.application.disk->onVisit = [path = cloudPath(name)](const std::string& visited) {
-        isLate = visited == path;
+    const std::string late = ScriptedApplication::cloudPath(name);
+    window.application.disk->onVisit = [late](const std::string& path) { isLate = path == late; };
+    window.application.steadyNow = [] {
+        return std::chrono::steady_clock::time_point() + std::chrono::seconds(isLate ? 91 : 0);
     };
-    window.application.steadyNow = [isBusy] {
-        return std::chrono::steady_clock::time_point() +
-               std::chrono::seconds(*isBusy && isLate ? 91 : 0);
-    };
-    return isBusy;
 }
 
 void showBusy(MainWindow& window)
@@ -99,23 +93,11 @@ void showBusy(MainWindow& window)
     openMeasured(window, {"Scans"});
 }
 
-void showRetry(MainWindow& window)
-{
-    Sample::addTypicalCloud(window.application);
-    const auto isBusy = makeBusy(window, "Music projects");
-    openMeasured(window, {"Scans"});
-    *isBusy = false;
-    hold(window, {"Music projects"});
-    window.state().retryBusyICloudFolders();
-    window.gate->waitUntilReached();
-    window.settle();
-}
-
 void showReleasing(MainWindow& window)
 {
     Sample::addTypicalCloud(window.application);
     window.application.disk->onRelease = [gate = window.gate](const std::string& path) {
-        if (path == cloudPath("Documents from the old laptop")) {
+        if (path == ScriptedApplication::cloudPath("Documents from the old laptop")) {
             gate->pass();
         }
     };
@@ -140,8 +122,8 @@ void release(MainWindow& window, const Strings& names, std::int64_t freed)
 void showHostileNames(MainWindow& window)
 {
     for (const std::string& name : Sample::hostileNames()) {
-        addCloudFolder(window.application, name, 2, 4 * Sample::MB,
-                       {{name + ".app", 3 * Sample::MB}});
+        window.application.addCloudFolder(name, 2, 4 * Sample::MB,
+                                          {{name + ".app", 3 * Sample::MB}});
     }
     Strings names = Sample::hostileNames();
     makeBusy(window, "busy " + names[2]);
@@ -150,9 +132,9 @@ void showHostileNames(MainWindow& window)
 
 void showHugeFigures(MainWindow& window)
 {
-    addCloudFolder(window.application, "Everything", 60'000, Sample::largest - Sample::PB,
-                   {{"Giant.app", Sample::PB}});
-    addCloudFolder(window.application, "The rest", 3, 999'990 * Sample::GB);
+    window.application.addCloudFolder("Everything", 60'000, Sample::largest - Sample::PB,
+                                      {{"Giant.app", Sample::PB}});
+    window.application.addCloudFolder("The rest", 3, 999'990 * Sample::GB);
     openMeasured(window, {"Everything", "The rest"});
 }
 
@@ -186,7 +168,6 @@ Scenes icloudScenes()
         {"icloud", "three-apps", typical({"Design"})},
         {"icloud", "five-apps", showFiveApps, true},
         {"icloud", "busy-folder", showBusy},
-        {"icloud", "retry", showRetry},
         {"icloud", "releasing", showReleasing},
         {"icloud", "freed", releasing({"Photos", "Scans"}, 18'448 * Sample::MB)},
         {"icloud", "nothing-freed", releasing({"Scans"}, 0)},

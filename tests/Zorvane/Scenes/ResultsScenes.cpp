@@ -14,6 +14,15 @@ void showTypical(MainWindow& window)
     window.openResults();
 }
 
+/// Opens the results and lists the items of these areas.
+void openExpanded(MainWindow& window, const Strings& areas)
+{
+    window.openResults();
+    for (const std::string& area : areas) {
+        window.press(title(window, area) + QStringLiteral(", "));
+    }
+}
+
 void showExpanded(MainWindow& window)
 {
     showTypical(window);
@@ -25,66 +34,57 @@ void showToolArea(MainWindow& window)
 {
     window.application.addSnapshots(
         {"2024-01-05-091500", "2024-01-06-091500", "2024-01-07-091500"});
-    window.openResults();
-    window.press(QStringLiteral("%1, ").arg(title(window, "tm-local-snapshots")));
+    openExpanded(window, {"tm-local-snapshots"});
 }
 
 void showUnreadable(MainWindow& window)
 {
     Sample::addTypicalAreas(window.application);
     window.application.addUnreadableArea("cache-thumbnails");
-    window.openResults();
-    window.press(QStringLiteral("%1, ").arg(title(window, "cache-thumbnails")));
+    openExpanded(window, {"cache-thumbnails"});
 }
 
 void showHugeCategory(MainWindow& window)
 {
-    Sample::Sizes items;
+    Sizes items;
     items.reserve(100'000);
     for (int item = 0; item < 100'000; ++item) {
         items.emplace_back("entry-" + std::to_string(item), 512 * Sample::kB - item);
     }
-    Sample::addFolder(window.application, "cache-user", RuleTier::safe, "/home/me/.cache", items);
-    window.openResults();
-    window.press(QStringLiteral("%1, ").arg(title(window, "cache-user")));
+    window.application.addFolder("cache-user", RuleTier::safe, "/home/me/.cache", items);
+    openExpanded(window, {"cache-user"});
 }
 
 void showHugeFigures(MainWindow& window)
 {
     const auto add = [&](const char* id, RuleTier tier, std::int64_t bytes) {
-        Sample::addFolder(window.application, id, tier, std::string("/areas/") + id,
-                          {{"a", bytes}, {"b", bytes}});
+        window.application.addFolder(id, tier, std::string("/areas/") + id,
+                                     {{"a", bytes}, {"b", bytes}});
     };
     add("cache-user", RuleTier::safe, Sample::largest);
     add("dev-npm", RuleTier::safe, 499'995 * Sample::GB * 1'000);
     add("whatsapp-media", RuleTier::reviewRequired, 499'995 * Sample::GB);
     add("other-area", RuleTier::reviewRequired, 999 * Sample::PB);
-    window.openResults();
-    window.press(QStringLiteral("%1, ").arg(title(window, "cache-user")));
+    openExpanded(window, {"cache-user"});
 }
 
 void showHostileNames(MainWindow& window)
 {
-    Sample::Sizes items;
+    Sizes items;
     for (const std::string& name : Sample::hostileNames()) {
         items.emplace_back(name, 10 * Sample::MB);
     }
-    Sample::addFolder(window.application, "trash-user", RuleTier::reviewRequired,
-                      "/home/me/.local/share/Trash/files", items);
+    window.application.addFolder("trash-user", RuleTier::reviewRequired,
+                                 "/home/me/.local/share/Trash/files", items);
     window.application.fullName = QStringLiteral("<b>Ada</b>\n\u202EAugusta ").repeated(12);
-    window.openResults();
-    window.press(QStringLiteral("%1, ").arg(title(window, "trash-user")));
+    openExpanded(window, {"trash-user"});
 }
 
 void showLongTitles(MainWindow& window)
 {
     for (const char* id : {"cache-long", "dev-long"}) {
-        window.application.texts[std::string("rule.") + id + ".title"] = Sample::longTitle();
-        window.application.texts[std::string("category.explanation.") + id] =
-            Sample::longTitle() + ". " + Sample::longTitle() + '.';
-        Sample::addFolder(
-            window.application, id, id[0] == 'c' ? RuleTier::safe : RuleTier::reviewRequired,
-            std::string("/home/me/") + id, {{"a", 999'990 * Sample::MB}, {"b", 40 * Sample::MB}});
+        Sample::addLongTitled(window.application, id,
+                              {{"a", 999'990 * Sample::MB}, {"b", 40 * Sample::MB}});
     }
     window.application.addUnreadableArea("dev-long-unreadable");
     window.application.catalog.rules.back().tier = RuleTier::reviewRequired;
@@ -95,8 +95,8 @@ void showLongTitles(MainWindow& window)
 
 void showRing(MainWindow& window)
 {
-    Sample::addFolder(window.application, "cache-user", RuleTier::safe, "/areas/a", {{"a", 75}});
-    Sample::addFolder(window.application, "dev-npm", RuleTier::safe, "/areas/b", {{"b", 25}});
+    window.application.addFolder("cache-user", RuleTier::safe, "/areas/a", {{"a", 75}});
+    window.application.addFolder("dev-npm", RuleTier::safe, "/areas/b", {{"b", 25}});
     window.openResults();
 }
 

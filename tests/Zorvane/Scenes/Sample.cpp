@@ -1,43 +1,17 @@
 #include "tests/Zorvane/Scenes/Sample.h"
 
-#include "CleanCore/Support/PathText.h"
-
 namespace ZorvaneTests::Sample {
 
-using CleanCore::EntryAttributes;
-using CleanCore::EntryKind;
 using CleanCore::RuleTier;
-
-namespace {
-
-const std::string cloud = "/home/me/Library/Mobile Documents/com~apple~CloudDocs";
-
-} // namespace
 
 void grantAccess(ScriptedApplication& application)
 {
     application.disk->folders["/home/me/.cache"];
 }
 
-void addFolder(ScriptedApplication& application, const std::string& id, RuleTier tier,
-               const std::string& base, const Sizes& items)
-{
-    CleanCore::CleaningRule rule;
-    rule.id = id;
-    rule.tier = tier;
-    rule.kind = CleanCore::RuleKind::fileSystem;
-    rule.basePaths = {base};
-    application.catalog.rules.push_back(rule);
-    for (const auto& [name, bytes] : items) {
-        application.disk->folders[base].names.push_back(name);
-        application.disk->measures[CleanCore::PathText::join(base, name)].sizeBytes = bytes;
-    }
-    application.disk->folders[base];
-}
-
 void addTypicalAreas(ScriptedApplication& application)
 {
-    const auto add = [&](const auto&... arguments) { addFolder(application, arguments...); };
+    const auto add = [&](const auto&... arguments) { application.addFolder(arguments...); };
     add("cache-browsers", RuleTier::safe, "/home/me/.cache/mozilla/firefox",
         Sizes{{"k3v9x1qa.default-release", 1'840 * MB}, {"p0s8mmzt.work", 412 * MB}});
     add("dev-npm", RuleTier::safe, "/home/me/.npm",
@@ -89,33 +63,24 @@ std::string longTitle()
            "Fehlerberichterstattungsprogramme aller Benutzeroberflächen";
 }
 
-std::string cloudPath(const std::string& name)
+void addLongTitled(ScriptedApplication& application, const std::string& id, const Sizes& items)
 {
-    return cloud + '/' + name;
-}
-
-void addCloudFolder(ScriptedApplication& application, const std::string& name,
-                    std::int64_t fileCount, std::int64_t bytes, const Sizes& apps)
-{
-    application.disk->folders[cloud].names.push_back(name);
-    auto& tree = application.disk->trees[cloudPath(name)];
-    for (std::int64_t file = 0; file < fileCount; ++file) {
-        tree.push_back({"file" + std::to_string(file),
-                        EntryAttributes{EntryKind::file, file == 0 ? bytes : 0}});
-    }
-    for (const auto& [app, appBytes] : apps) {
-        tree.push_back({app, EntryAttributes{EntryKind::folder, 0}});
-        tree.push_back({app + "/binary", EntryAttributes{EntryKind::file, appBytes}});
-    }
+    application.texts["rule." + id + ".title"] = longTitle();
+    const std::string sentences = longTitle() + ". " + longTitle() + '.';
+    application.texts["category.explanation." + id] = sentences;
+    application.texts["category.warning." + id] = sentences;
+    application.addFolder(id, id[0] == 'c' ? RuleTier::safe : RuleTier::reviewRequired,
+                          "/areas/" + id, items);
 }
 
 void addTypicalCloud(ScriptedApplication& application)
 {
-    addCloudFolder(application, "Photos", 2'500, 18'400 * MB);
-    addCloudFolder(application, "Design", 320, 6'250 * MB,
-                   {{"Sketcher.app", 412 * MB}, {"Palette.app", 96 * MB}, {"Fonts.app", 51 * MB}});
-    addCloudFolder(application, "Documents from the old laptop", 940, 2'130 * MB);
-    addCloudFolder(application, "Scans", 12, 48 * MB);
+    application.addCloudFolder("Photos", 2'500, 18'400 * MB);
+    application.addCloudFolder(
+        "Design", 320, 6'250 * MB,
+        {{"Sketcher.app", 412 * MB}, {"Palette.app", 96 * MB}, {"Fonts.app", 51 * MB}});
+    application.addCloudFolder("Documents from the old laptop", 940, 2'130 * MB);
+    application.addCloudFolder("Scans", 12, 48 * MB);
 }
 
 } // namespace ZorvaneTests::Sample

@@ -5,12 +5,9 @@
 #include <cstdint>
 #include <limits>
 #include <string>
-#include <vector>
 
 /// What the scenes find on the disk.
 namespace ZorvaneTests::Sample {
-
-using Sizes = std::vector<std::pair<std::string, std::int64_t>>;
 
 constexpr std::int64_t kB = 1'000;
 constexpr std::int64_t MB = 1'000 * kB;
@@ -22,10 +19,6 @@ constexpr std::int64_t largest = std::numeric_limits<std::int64_t>::max();
 /// Gives the application the permission to see the disk.
 void grantAccess(ScriptedApplication& application);
 
-/// Adds an area with these items in the folder `base`.
-void addFolder(ScriptedApplication& application, const std::string& id, CleanCore::RuleTier tier,
-               const std::string& base, const Sizes& items);
-
 /// Adds what is found in a home where somebody develops software.
 void addTypicalAreas(ScriptedApplication& application);
 
@@ -36,14 +29,10 @@ void addTypicalAreas(ScriptedApplication& application);
 /// A title of an area as a catalog from a file might have it.
 [[nodiscard]] std::string longTitle();
 
-/// Adds a folder of the cloud drive that holds these files and applications.
-void addCloudFolder(ScriptedApplication& application, const std::string& name,
-                    std::int64_t fileCount, std::int64_t bytes, const Sizes& apps = {});
+/// Adds an area with long texts, to review unless it is one of caches.
+void addLongTitled(ScriptedApplication& application, const std::string& id, const Sizes& items);
 
 /// Adds four folders of the cloud drive, the largest named "Photos".
 void addTypicalCloud(ScriptedApplication& application);
-
-/// The path of an entry of the cloud drive.
-[[nodiscard]] std::string cloudPath(const std::string& name);
 
 } // namespace ZorvaneTests::Sample

@@ -8,21 +8,9 @@
 namespace ZorvaneTests {
 namespace {
 
-using CleanCore::EntryAttributes;
-using CleanCore::EntryKind;
 using CleanCore::RuleTier;
 using Zorvane::AppState;
 using Zorvane::Phase;
-
-const std::string container = "/home/me/Library/Mobile Documents/com~apple~CloudDocs";
-
-void addDrive(ScriptedDisk& disk)
-{
-    for (const char* name : {"a", "b", "c"}) {
-        disk.folders[container].names.emplace_back(name);
-        disk.trees[container + '/' + name] = {{"file", EntryAttributes{EntryKind::file, 4096}}};
-    }
-}
 
 /// Everything that a person does in one sitting, as fast as it can be done. Meant for the thread
 /// sanitizer; the state goes at a moment that differs from round to round.
@@ -37,7 +25,9 @@ TEST(AppStateLifeTest, ScansCancelsCleansMeasuresReleasesAndGoes)
             application.addArea(id, RuleTier::safe, {30, 20, 10});
         }
         application.addSnapshots({"2026-01-01-000000"});
-        addDrive(*application.disk);
+        for (const char* name : {"a", "b", "c"}) {
+            application.addCloudFolder(name, 1, 4096);
+        }
         auto state = std::make_unique<AppState>(application.environment());
         const int last = upToFour(random);
 
@@ -63,8 +53,8 @@ TEST(AppStateLifeTest, ScansCancelsCleansMeasuresReleasesAndGoes)
         waitUntil([&] { return !state->isCleaning() && state->icloudPending() == 0; });
         EXPECT_EQ(application.disk->removed().size(), 12U);
 
-        state->setICloudSelected(container + "/a", true);
-        state->setICloudSelected(container + "/b", true);
+        state->setICloudSelected(ScriptedApplication::cloudPath("a"), true);
+        state->setICloudSelected(ScriptedApplication::cloudPath("b"), true);
         state->requestEvict();
         if (last == 2) {
             continue;

@@ -32,8 +32,11 @@ TEST(ConfirmationModelTest, ListsAreasWithChosenBytesAndFollowsTheSelection)
     application.addArea("cache-a", RuleTier::safe, {300, 200});
     application.addArea("dev-b", RuleTier::reviewRequired, {40});
     application.addArea("dev-c", RuleTier::reviewRequired, {0});
+    application.addArea("dev-unchosen", RuleTier::reviewRequired, {1});
     application.texts = {{"rule.dev-b.title", "Builds <b>B</b> **%1**"},
-                         {"category.warning.dev-b", "Takes long to build again."}};
+                         {"category.warning.dev-b", "Takes long to build again."},
+                         {"category.warning.dev-unchosen", "Never shown."},
+                         {"category.warning.cache-a", "Never shown either."}};
     AppState state(application.environment());
     scan(state);
     ConfirmationModel model;
@@ -62,6 +65,7 @@ TEST(ConfirmationModelTest, ListsAreasWithChosenBytesAndFollowsTheSelection)
     state.deselectAll("cache-a");
     state.deselectAll("dev-b");
     EXPECT_TRUE(rowTexts(model).empty());
+    EXPECT_TRUE(model.warnings().empty());
     EXPECT_EQ(model.totalText(), QStringLiteral("Zero KB"));
 }
 

@@ -11,11 +11,18 @@ using CleanCore::RuleTier;
 using Zorvane::AppState;
 using Zorvane::SummaryModel;
 
-TEST(SummaryModelTest, ArcsFollowOneAnotherByTheirShareOfTheTotal)
+TEST(SummaryModelTest, GroupsAreasByTheirIdsInArcsThatFollowOneAnother)
 {
     ScriptedApplication application;
-    application.addArea("dev-b", RuleTier::safe, {25});
-    application.addArea("cache-a", RuleTier::safe, {75});
+    application.addArea("whatsapp-media", RuleTier::reviewRequired, {10});
+    application.addArea("cache-x", RuleTier::safe, {5});
+    application.addArea("trash-user", RuleTier::reviewRequired, {1});
+    application.addArea("dev-y", RuleTier::safe, {0});
+    application.addArea("brew-cleanup", RuleTier::safe, {2});
+    application.addArea("zz", RuleTier::safe, {3});
+    application.addArea("logs-a", RuleTier::safe, {20});
+    application.addArea("temp-a", RuleTier::safe, {40});
+    application.addArea("whatsapp-media-2", RuleTier::safe, {100});
     AppState state(application.environment());
     SummaryModel model;
     const QAbstractItemModelTester tester(&model);
@@ -23,18 +30,32 @@ TEST(SummaryModelTest, ArcsFollowOneAnotherByTheirShareOfTheTotal)
     EXPECT_EQ(model.rowCount(), 0);
     EXPECT_EQ(model.totalText(), QStringLiteral("Zero KB"));
     scan(state);
-    ASSERT_EQ(model.rowCount(), 2);
-    const auto value = [&](int row, SummaryModel::Role role) {
-        return model.data(model.index(row), role);
+    EXPECT_EQ(model.totalText(), QStringLiteral("181 bytes"));
+    const struct
+    {
+        const char* label;
+        const char* color;
+        const char* size;
+        double end;
+    } arcs[] = {
+        {"WhatsApp", "catWhatsApp", "10 bytes", 10.0 / 181},
+        {"Caches", "catCaches", "66 bytes", 76.0 / 181},
+        {"Dev (npm, brew)", "catDev", "2 bytes", 78.0 / 181},
+        {"Other", "catOther", "103 bytes", 1},
     };
-    EXPECT_EQ(value(0, SummaryModel::LabelRole).toString(), QStringLiteral("Caches"));
-    EXPECT_EQ(value(0, SummaryModel::ColorNameRole).toString(), QStringLiteral("catCaches"));
-    EXPECT_EQ(value(0, SummaryModel::SizeTextRole).toString(), QStringLiteral("75 bytes"));
-    EXPECT_EQ(value(0, SummaryModel::StartRole).toDouble(), 0);
-    EXPECT_EQ(value(0, SummaryModel::EndRole).toDouble(), 0.75);
-    EXPECT_EQ(value(1, SummaryModel::StartRole).toDouble(), 0.75);
-    EXPECT_EQ(value(1, SummaryModel::EndRole).toDouble(), 1);
-    EXPECT_EQ(model.totalText(), QStringLiteral("100 bytes"));
+    ASSERT_EQ(model.rowCount(), std::ssize(arcs));
+    double start = 0;
+    for (int row = 0; row < model.rowCount(); ++row) {
+        const auto value = [&](SummaryModel::Role role) {
+            return model.data(model.index(row), role);
+        };
+        EXPECT_EQ(value(SummaryModel::LabelRole), arcs[row].label);
+        EXPECT_EQ(value(SummaryModel::ColorNameRole), arcs[row].color);
+        EXPECT_EQ(value(SummaryModel::SizeTextRole), arcs[row].size);
+        EXPECT_DOUBLE_EQ(value(SummaryModel::StartRole).toDouble(), start);
+        start = arcs[row].end;
+        EXPECT_DOUBLE_EQ(value(SummaryModel::EndRole).toDouble(), start);
+    }
 }
 
 } // namespace

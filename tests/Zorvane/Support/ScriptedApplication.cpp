@@ -11,15 +11,14 @@
 namespace ZorvaneTests {
 
 using CleanCore::CleaningRule;
+using CleanCore::EntryKind;
 using CleanCore::RuleKind;
 using CleanCore::RuleTier;
 
-namespace {
-
-class ScriptedRemoval : public CleanCore::Removal
+class ScriptedDisk::Remover : public CleanCore::Removal
 {
 public:
-    explicit ScriptedRemoval(const ScriptedDisk& disk) : m_disk(disk) {}
+    explicit Remover(const ScriptedDisk& disk) : m_disk(disk) {}
 
     [[nodiscard]] CleanCore::RemovalOutcome
     remove(const std::string& /*base*/, const std::string& path,
@@ -31,17 +30,14 @@ public:
         if (m_disk.irremovable.contains(path)) {
             return {.error = EBUSY};
         }
-        m_disk.noteRemoved(path);
+        const std::lock_guard lock(m_disk.m_mutex);
+        m_disk.m_removed.push_back(path);
         return {};
     }
 
 private:
     const ScriptedDisk& m_disk;
 };
-
-constexpr const char* tmutil = "/usr/bin/tmutil";
-
-} // namespace
 
 Strings ScriptedDisk::removed() const
 {
@@ -55,12 +51,6 @@ Strings ScriptedDisk::released() const
     return m_released;
 }
 
-void ScriptedDisk::noteRemoved(const std::string& path) const
-{
-    const std::lock_guard lock(m_mutex);
-    m_removed.push_back(path);
-}
-
 std::optional<std::int64_t> ScriptedDisk::availableCapacity(const std::string& /*path*/) const
 {
     const std::lock_guard lock(m_mutex);
@@ -71,7 +61,7 @@ std::unique_ptr<CleanCore::Removal>
 ScriptedDisk::beginRemoval(const std::string& /*home*/,
                            std::span<const std::string> /*protectedFolders*/) const
 {
-    return std::make_unique<ScriptedRemoval>(*this);
+    return std::make_unique<Remover>(*this);
 }
 
 std::optional<CleanCore::EntryAttributes> ScriptedDisk::attributes(const std::string& path) const
@@ -169,21 +159,35 @@ std::string ScriptedApplication::itemPath(const std::string& id, std::size_t ite
     return "/areas/" + id + "/item" + std::to_string(item);
 }
 
-void ScriptedApplication::addArea(const std::string& id, RuleTier tier,
-                                  const std::vector<std::int64_t>& sizes)
+std::string ScriptedApplication::cloudPath(const std::string& name)
 {
-    const std::string base = "/areas/" + id;
+    return CleanCore::PathText::join(cloud, name);
+}
+
+void ScriptedApplication::addFolder(const std::string& id, RuleTier tier, const std::string& base,
+                                    const Sizes& items)
+{
     CleaningRule rule;
     rule.id = id;
     rule.tier = tier;
     rule.kind = RuleKind::fileSystem;
     rule.basePaths = {base};
     catalog.rules.push_back(rule);
-    for (std::size_t item = 0; item < sizes.size(); ++item) {
-        disk->folders[base].names.push_back("item" + std::to_string(item));
-        disk->measures[itemPath(id, item)].sizeBytes = sizes[item];
+    auto& folder = disk->folders[base];
+    for (const auto& [name, bytes] : items) {
+        folder.names.push_back(name);
+        disk->measures[CleanCore::PathText::join(base, name)].sizeBytes = bytes;
     }
-    disk->folders[base];
+}
+
+void ScriptedApplication::addArea(const std::string& id, RuleTier tier,
+                                  const std::vector<std::int64_t>& sizes)
+{
+    Sizes items;
+    for (const std::int64_t bytes : sizes) {
+        items.emplace_back("item" + std::to_string(items.size()), bytes);
+    }
+    addFolder(id, tier, "/areas/" + id, items);
 }
 
 void ScriptedApplication::addUnreadableArea(const std::string& id)
@@ -201,6 +205,7 @@ void ScriptedApplication::addToolArea(const std::string& id, RuleTier tier)
 
 void ScriptedApplication::addSnapshots(const Strings& dates)
 {
+    static constexpr const char* tmutil = "/usr/bin/tmutil";
     std::string listing;
     for (const std::string& date : dates) {
         listing += "com.apple.TimeMachine." + date + ".local\n";
@@ -208,6 +213,26 @@ void ScriptedApplication::addSnapshots(const Strings& dates)
     }
     script[{tmutil, "listlocalsnapshots", "/"}] = listing;
     addToolArea("tm-local-snapshots", RuleTier::reviewRequired);
+}
+
+void ScriptedApplication::addCloudFolder(const std::string& name, std::int64_t fileCount,
+                                         std::int64_t bytes, const Sizes& apps)
+{
+    disk->folders[cloud].names.push_back(name);
+    auto& tree = disk->trees[cloudPath(name)];
+    for (std::int64_t file = 0; file < fileCount; ++file) {
+        tree.push_back({"file" + std::to_string(file), {EntryKind::file, file == 0 ? bytes : 0}});
+    }
+    for (const auto& [app, appBytes] : apps) {
+        tree.push_back({app, {EntryKind::folder, 0}});
+        tree.push_back({app + "/binary", {EntryKind::file, appBytes}});
+    }
+}
+
+void ScriptedApplication::addCloudFile(const std::string& name, std::int64_t bytes)
+{
+    disk->folders[cloud].names.push_back(name);
+    disk->trees[cloud].push_back({name, {EntryKind::file, bytes}});
 }
 
 void waitUntil(const std::function<bool()>& isTrue)
@@ -221,6 +246,18 @@ void scan(Zorvane::AppState& state)
 {
     state.startScan();
     waitUntil([&] { return state.phase() == Zorvane::Phase::results; });
+}
+
+void runClean(Zorvane::AppState& state)
+{
+    state.performClean();
+    waitUntil([&] { return !state.isCleaning(); });
+}
+
+void measureCloud(Zorvane::AppState& state)
+{
+    state.reloadICloud();
+    waitUntil([&] { return state.icloudPending() == 0; });
 }
 
 Strings categoryTexts(const Zorvane::AppState& state)

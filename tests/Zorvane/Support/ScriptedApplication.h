@@ -10,8 +10,9 @@
 #include <atomic>
 #include <chrono>
 #include <functional>
-#include <latch>
+#include <map>
 #include <memory>
+#include <mutex>
 #include <set>
 #include <string>
 #include <vector>
@@ -19,6 +20,8 @@
 namespace ZorvaneTests {
 
 using Strings = std::vector<std::string>;
+/// Entries by their names.
+using Sizes = std::vector<std::pair<std::string, std::int64_t>>;
 
 /// A scripted file system that also removes, releases and has a free space, all as written down.
 class ScriptedDisk : public CleanCoreTests::ScriptedFileManager
@@ -51,9 +54,9 @@ public:
     [[nodiscard]] std::vector<CleanCore::CloudRefusal>
     releaseLocalCopy(const std::string& path) const override;
 
-    void noteRemoved(const std::string& path) const;
-
 private:
+    class Remover;
+
     mutable std::mutex m_mutex;
     mutable std::size_t m_capacityCalls = 0;
     mutable Strings m_removed;
@@ -67,6 +70,8 @@ struct ScriptedApplication
     ScriptedApplication();
 
     static constexpr const char* home = "/home/me";
+    /// The folder of the cloud drive.
+    static constexpr const char* cloud = "/home/me/Library/Mobile Documents/com~apple~CloudDocs";
 
     CleanCoreTests::TemporaryFolder folder;
     std::shared_ptr<ScriptedDisk> disk = std::make_shared<ScriptedDisk>();
@@ -87,6 +92,9 @@ struct ScriptedApplication
     [[nodiscard]] QString preferencesFile() const;
     [[nodiscard]] Zorvane::Environment environment();
 
+    /// Adds a rule of files with these items in the folder `base`.
+    void addFolder(const std::string& id, CleanCore::RuleTier tier, const std::string& base,
+                   const Sizes& items);
     /// Adds a rule of files whose base holds items of these sizes, named "item0", "item1", ….
     void addArea(const std::string& id, CleanCore::RuleTier tier,
                  const std::vector<std::int64_t>& sizes);
@@ -95,8 +103,14 @@ struct ScriptedApplication
     void addToolArea(const std::string& id, CleanCore::RuleTier tier);
     /// Lets tmutil list snapshots, which are items of no size.
     void addSnapshots(const Strings& dates);
+    /// Adds a folder of the cloud drive that holds these files and applications.
+    void addCloudFolder(const std::string& name, std::int64_t fileCount, std::int64_t bytes,
+                        const Sizes& apps = {});
+    /// Adds a file at the top of the cloud drive.
+    void addCloudFile(const std::string& name, std::int64_t bytes);
 
     [[nodiscard]] static std::string itemPath(const std::string& id, std::size_t item);
+    [[nodiscard]] static std::string cloudPath(const std::string& name);
 };
 
 /// Runs the event loop until `isTrue`. Waits for events, not for time; a test that waits in vain
@@ -105,6 +119,12 @@ void waitUntil(const std::function<bool()>& isTrue);
 
 /// Scans and waits for the results.
 void scan(Zorvane::AppState& state);
+
+/// Cleans what is chosen and waits for the end.
+void runClean(Zorvane::AppState& state);
+
+/// Measures the cloud drive and waits for the end.
+void measureCloud(Zorvane::AppState& state);
 
 /// "id:bytes" of every category.
 [[nodiscard]] Strings categoryTexts(const Zorvane::AppState& state);
