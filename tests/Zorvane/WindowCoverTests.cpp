@@ -9,7 +9,6 @@
 namespace ZorvaneTests {
 namespace {
 
-using CleanCore::RuleTier;
 using Zorvane::Phase;
 
 constexpr QSize ordinary(1080, 760);
