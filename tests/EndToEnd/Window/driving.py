@@ -192,10 +192,14 @@ class Program:
         def attempt():
             x, y = start()
             DESKTOP.run("xdotool", "mousemove", x, y, "mousedown", 1)
-            for step in range(1, 30):
-                DESKTOP.run("xdotool", "mousemove", x + 4 * step, y + 2 * step)
-                # The window manager takes over in the middle and needs the program's request.
-                self.place()
+            for step in range(1, 200):
+                # Far enough, and then back and forth.
+                distance = min(step, 29 + step % 2)
+                DESKTOP.run("xdotool", "mousemove", x + 4 * distance, y + 2 * distance)
+                # The window manager takes over in the middle, at the program's request. If the
+                # button were let go of before, it would move the window until the next click.
+                if has_come_about() and step > 29:
+                    break
             DESKTOP.run("xdotool", "mouseup", 1)
             return has_come_about()
 
