@@ -39,7 +39,9 @@ class Interruption(ProgramTest):
                                  (130, b"", b"zorvane-cli: interrupted\n"))
 
     def test_a_request_to_end_that_comes_while_a_tool_lists(self):
-        tool = self.file("home/.tools/opt/homebrew/bin/brew", "#!/bin/sh\nkill -INT $PPID\n")
+        # The tool itself never ends.
+        tool = self.file("home/.tools/opt/homebrew/bin/brew",
+                         "#!/bin/sh\nkill -INT $PPID\nexec tail -f /dev/null\n")
         tool.chmod(0o755)
         process = self.run_program("scan", "--json", "--home", self.home, "--rule", "brew-cleanup",
                                    "--tools", self.home / ".tools")
