@@ -1,8 +1,8 @@
-#include "CleanCore/Platform/ChildSignal.h"
+#include "CleanCore/Commands/Running/ChildSignal.h"
 #include "CleanCore/Startup/StartError.h"
-#include "Zorvane/Application/ApplicationEnvironment.h"
-#include "Zorvane/Platform/DisplayText.h"
-#include "Zorvane/Platform/ReducedMotion.h"
+#include "Zorvane/Desktop/DisplayText.h"
+#include "Zorvane/Desktop/ReducedMotion.h"
+#include "Zorvane/Startup/ApplicationEnvironment.h"
 #include "Zorvane/State/AppState.h"
 
 #include <CLI/CLI.hpp>

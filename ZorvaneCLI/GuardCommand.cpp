@@ -1,4 +1,4 @@
-#include "CleanCore/Platform/FileManager.h"
+#include "CleanCore/FileSystem/FileManager.h"
 #include "CleanCore/Rules/SafetyGuard.h"
 #include "CleanCore/Startup/Startup.h"
 #include "ZorvaneCLI/Commands.h"

@@ -1,9 +1,9 @@
 #include "ZorvaneCLI/ICloudCommand.h"
 
-#include "CleanCore/ICloud/ICloudEvictor.h"
-#include "CleanCore/Platform/CloudDrive.h"
-#include "CleanCore/Platform/FileManager.h"
-#include "CleanCore/Platform/HomeEnvironment.h"
+#include "CleanCore/CloudDrive/ICloudEvictor.h"
+#include "CleanCore/CloudDrive/StandIn/CloudDrive.h"
+#include "CleanCore/FileSystem/FileManager.h"
+#include "CleanCore/Startup/HomeEnvironment.h"
 #include "CleanCore/Support/PathText.h"
 #include "ZorvaneCLI/PathJson.h"
 #include "ZorvaneCLI/TerminalText.h"

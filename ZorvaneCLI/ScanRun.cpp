@@ -1,7 +1,7 @@
 #include "ZorvaneCLI/ScanRun.h"
 
 #include "CleanCore/Commands/CommandScanEngine.h"
-#include "CleanCore/Commands/SystemCommandRunner.h"
+#include "CleanCore/Commands/Running/SystemCommandRunner.h"
 #include "CleanCore/Scanning/Overlaps.h"
 #include "CleanCore/Scanning/ResultList.h"
 #include "CleanCore/Scanning/ScanEngine.h"

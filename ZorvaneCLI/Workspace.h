@@ -1,9 +1,9 @@
 #pragma once
 
-#include "CleanCore/Platform/HomeEnvironment.h"
-#include "CleanCore/Platform/ToolLocations.h"
+#include "CleanCore/Commands/Running/ToolLocations.h"
 #include "CleanCore/Rules/RulesCatalog.h"
 #include "CleanCore/Rules/TextTable.h"
+#include "CleanCore/Startup/HomeEnvironment.h"
 #include "ZorvaneCLI/CommonOptions.h"
 
 #include <optional>

@@ -1,4 +1,4 @@
-#include "CleanCore/Platform/ChildSignal.h"
+#include "CleanCore/Commands/Running/ChildSignal.h"
 #include "CleanCore/Startup/StartError.h"
 #include "CleanCore/Startup/Startup.h"
 #include "ZorvaneCLI/Commands.h"

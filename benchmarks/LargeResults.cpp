@@ -1,6 +1,6 @@
 #include "benchmarks/LargeResults.h"
 
-#include "CleanCore/Platform/LinuxFileManager.h"
+#include "CleanCore/FileSystem/LinuxFileManager.h"
 #include "CleanCore/Support/TaskPool.h"
 
 namespace LargeResults {

@@ -2,7 +2,7 @@
 //
 // HOME says whose entries may go; it must hold BASE, so that nothing else is ever in reach.
 
-#include "CleanCore/Platform/LinuxRemoval.h"
+#include "CleanCore/FileSystem/Removing/LinuxRemoval.h"
 #include "CleanCore/Support/PathText.h"
 #include "CleanCore/Support/TaskPool.h"
 

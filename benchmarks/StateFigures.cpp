@@ -4,13 +4,13 @@
 //
 // usage: state-figures [FOLDER]
 
-#include "CleanCore/Platform/LinuxFileManager.h"
+#include "CleanCore/FileSystem/LinuxFileManager.h"
 #include "CleanCore/Support/TaskPool.h"
 #include "Zorvane/State/AppState.h"
-#include "Zorvane/State/ConfirmationModel.h"
-#include "Zorvane/State/Figures.h"
-#include "Zorvane/State/ResultsModel.h"
-#include "Zorvane/State/SummaryModel.h"
+#include "Zorvane/State/Models/ConfirmationModel.h"
+#include "Zorvane/State/Models/Figures.h"
+#include "Zorvane/State/Models/ResultsModel.h"
+#include "Zorvane/State/Models/SummaryModel.h"
 #include "benchmarks/LargeResults.h"
 
 #include <QCoreApplication>

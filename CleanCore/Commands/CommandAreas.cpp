@@ -1,8 +1,8 @@
 #include "CleanCore/Commands/CommandAreas.h"
 
-#include "CleanCore/Commands/FlatpakOutput.h"
-#include "CleanCore/Commands/PodmanOutput.h"
-#include "CleanCore/Commands/ToolOutput.h"
+#include "CleanCore/Commands/Parsing/FlatpakOutput.h"
+#include "CleanCore/Commands/Parsing/PodmanOutput.h"
+#include "CleanCore/Commands/Parsing/ToolOutput.h"
 
 #include <algorithm>
 #include <array>

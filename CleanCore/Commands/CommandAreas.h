@@ -1,6 +1,6 @@
 #pragma once
 
-#include "CleanCore/Platform/ToolLocations.h"
+#include "CleanCore/Commands/Running/ToolLocations.h"
 #include "CleanCore/Scanning/ScannedItem.h"
 
 #include <span>

@@ -1,6 +1,6 @@
 #include "CleanCore/Commands/ToolRuns.h"
 
-#include "CleanCore/Commands/CommandRunning.h"
+#include "CleanCore/Commands/Running/CommandRunning.h"
 
 #include <exception>
 

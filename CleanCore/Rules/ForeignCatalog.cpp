@@ -1,6 +1,6 @@
 #include "CleanCore/Rules/ForeignCatalog.h"
 
-#include "CleanCore/Platform/FileManager.h"
+#include "CleanCore/FileSystem/FileManager.h"
 #include "CleanCore/Rules/PathExpander.h"
 #include "CleanCore/Rules/RulesCatalog.h"
 #include "CleanCore/Support/PathText.h"

@@ -1,8 +1,8 @@
 #include "CleanCore/Rules/PathExpander.h"
 
-#include "CleanCore/Platform/FileManager.h"
-#include "CleanCore/Platform/LinkResolver.h"
-#include "CleanCore/Platform/Shortage.h"
+#include "CleanCore/FileSystem/FileManager.h"
+#include "CleanCore/FileSystem/LinkResolver.h"
+#include "CleanCore/FileSystem/Shortage.h"
 #include "CleanCore/Support/PathText.h"
 
 #include <algorithm>

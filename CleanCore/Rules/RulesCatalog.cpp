@@ -1,7 +1,7 @@
 #include "CleanCore/Rules/RulesCatalog.h"
 
-#include "CleanCore/Platform/ResourceBundle.h"
 #include "CleanCore/Rules/CleanCoreError.h"
+#include "CleanCore/Rules/ResourceBundle.h"
 #include "CleanCore/Rules/StrictJson.h"
 #include "CleanCore/Support/TextEquality.h"
 

@@ -1,6 +1,6 @@
 #include "CleanCore/Rules/TextTable.h"
 
-#include "CleanCore/Platform/ResourceBundle.h"
+#include "CleanCore/Rules/ResourceBundle.h"
 
 #include <fstream>
 #include <nlohmann/json.hpp>

@@ -1,6 +1,6 @@
 #include "CleanCore/Scanning/ItemEnumerator.h"
 
-#include "CleanCore/Platform/FileManager.h"
+#include "CleanCore/FileSystem/FileManager.h"
 #include "CleanCore/Support/PathText.h"
 #include "CleanCore/Support/TextEquality.h"
 

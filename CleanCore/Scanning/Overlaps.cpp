@@ -1,6 +1,6 @@
 #include "CleanCore/Scanning/Overlaps.h"
 
-#include "CleanCore/Platform/FileManager.h"
+#include "CleanCore/FileSystem/FileManager.h"
 #include "CleanCore/Rules/PathExpander.h"
 #include "CleanCore/Support/PathText.h"
 

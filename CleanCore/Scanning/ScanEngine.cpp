@@ -1,6 +1,6 @@
 #include "CleanCore/Scanning/ScanEngine.h"
 
-#include "CleanCore/Platform/FileManager.h"
+#include "CleanCore/FileSystem/FileManager.h"
 #include "CleanCore/Rules/PathExpander.h"
 #include "CleanCore/Scanning/ItemEnumerator.h"
 #include "CleanCore/Support/TaskPool.h"

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "CleanCore/Platform/EntryIdentity.h"
+#include "CleanCore/FileSystem/EntryIdentity.h"
 #include "CleanCore/Support/Timestamp.h"
 
 #include <cstdint>

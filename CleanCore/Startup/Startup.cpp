@@ -1,6 +1,6 @@
 #include "CleanCore/Startup/Startup.h"
 
-#include "CleanCore/Platform/FileManager.h"
+#include "CleanCore/FileSystem/FileManager.h"
 #include "CleanCore/Rules/CleanCoreError.h"
 #include "CleanCore/Rules/ForeignCatalog.h"
 #include "CleanCore/Startup/StartError.h"

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "CleanCore/Platform/HomeEnvironment.h"
-#include "CleanCore/Platform/ToolLocations.h"
+#include "CleanCore/Commands/Running/ToolLocations.h"
 #include "CleanCore/Rules/RulesCatalog.h"
+#include "CleanCore/Startup/HomeEnvironment.h"
 
 #include <optional>
 #include <string>

@@ -1,33 +1,33 @@
 # The screens of the main window.
 target_sources(ZorvaneWindow PRIVATE
-  Screens/CardPart.cpp
-  Screens/RingArc.cpp
+  Screens/Results/CardPart.cpp
+  Screens/Results/RingArc.cpp
 )
 # The registration of the QML types includes their headers by file name.
-target_include_directories(ZorvaneWindow PRIVATE Screens)
+target_include_directories(ZorvaneWindow PRIVATE Screens/Results)
 
 qt_target_qml_sources(ZorvaneWindow
   QML_FILES
-    Screens/ActionBar.qml
-    Screens/CardSlice.qml
-    Screens/CategoryRow.qml
-    Screens/CleaningOverlay.qml
-    Screens/DetailsRow.qml
-    Screens/DonutChart.qml
-    Screens/ICloudBridgeCard.qml
-    Screens/ItemRow.qml
-    Screens/NoticeRow.qml
-    Screens/OnboardingStep.qml
-    Screens/OnboardingView.qml
-    Screens/ReadyScreen.qml
-    Screens/ResultsList.qml
-    Screens/ResultsRow.qml
-    Screens/ResultsView.qml
-    Screens/ScanView.qml
-    Screens/ScanningScreen.qml
+    Screens/Results/ActionBar.qml
+    Screens/Results/CardSlice.qml
+    Screens/Results/CategoryRow.qml
+    Screens/Results/CleaningOverlay.qml
+    Screens/Results/DetailsRow.qml
+    Screens/Results/DonutChart.qml
+    Screens/Results/ICloudBridgeCard.qml
+    Screens/Results/ItemRow.qml
+    Screens/Results/NoticeRow.qml
+    Screens/FirstRun/OnboardingStep.qml
+    Screens/FirstRun/OnboardingView.qml
+    Screens/Scanning/ReadyScreen.qml
+    Screens/Results/ResultsList.qml
+    Screens/Results/ResultsRow.qml
+    Screens/Results/ResultsView.qml
+    Screens/Scanning/ScanView.qml
+    Screens/Scanning/ScanningScreen.qml
     Screens/ScreenStack.qml
     Screens/ScreenText.qml
-    Screens/SummaryPanel.qml
-    Screens/TermsView.qml
+    Screens/Results/SummaryPanel.qml
+    Screens/FirstRun/TermsView.qml
     Screens/TopBar.qml
 )

@@ -1,26 +1,26 @@
 # The panels that open over the results.
 qt_target_qml_sources(ZorvaneWindow
   QML_FILES
-    Sheets/Acknowledgement.qml
-    Sheets/AppsNotice.qml
-    Sheets/ConfirmationSheet.qml
-    Sheets/ConfirmationSummary.qml
-    Sheets/EvictResult.qml
-    Sheets/Expectations.qml
+    Sheets/Confirmation/Acknowledgement.qml
+    Sheets/ICloud/AppsNotice.qml
+    Sheets/Confirmation/ConfirmationSheet.qml
+    Sheets/Confirmation/ConfirmationSummary.qml
+    Sheets/ICloud/EvictResult.qml
+    Sheets/ICloud/Expectations.qml
     Sheets/FocusFence.qml
-    Sheets/ICloudHeader.qml
-    Sheets/ICloudItemRow.qml
-    Sheets/ICloudList.qml
-    Sheets/ICloudSheet.qml
+    Sheets/ICloud/ICloudHeader.qml
+    Sheets/ICloud/ICloudItemRow.qml
+    Sheets/ICloud/ICloudList.qml
+    Sheets/ICloud/ICloudSheet.qml
     Sheets/NoticeBox.qml
-    Sheets/ProgressLine.qml
-    Sheets/ReasonRow.qml
-    Sheets/ReportSheet.qml
+    Sheets/ICloud/ProgressLine.qml
+    Sheets/Report/ReasonRow.qml
+    Sheets/Report/ReportSheet.qml
     Sheets/Sheet.qml
     Sheets/SheetHost.qml
     Sheets/SheetPanel.qml
     Sheets/SheetText.qml
-    Sheets/SkippedPaths.qml
-    Sheets/SkippedSummary.qml
+    Sheets/Report/SkippedPaths.qml
+    Sheets/Report/SkippedSummary.qml
     Sheets/SymbolText.qml
 )

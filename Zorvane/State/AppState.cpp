@@ -1,6 +1,6 @@
 #include "Zorvane/State/AppState.h"
 
-#include "CleanCore/Platform/FileManager.h"
+#include "CleanCore/FileSystem/FileManager.h"
 #include "CleanCore/Support/PathText.h"
 #include "CleanCore/Support/SaturatingSum.h"
 #include "CleanCore/Support/TaskPool.h"

@@ -2,14 +2,14 @@
 
 #include "CleanCore/Cleaning/CleaningReport.h"
 #include "CleanCore/Cleaning/SelectionState.h"
-#include "CleanCore/ICloud/ICloudEvictor.h"
+#include "CleanCore/CloudDrive/ICloudEvictor.h"
 #include "CleanCore/Scanning/CategoryResult.h"
-#include "Zorvane/Platform/ByteCountFormatter.h"
+#include "Zorvane/Desktop/ByteCountFormatter.h"
 #include "Zorvane/State/Binding.h"
 #include "Zorvane/State/Environment.h"
 #include "Zorvane/State/Mailbox.h"
+#include "Zorvane/State/Models/RingSegment.h"
 #include "Zorvane/State/Phase.h"
-#include "Zorvane/State/RingSegment.h"
 
 #include <QObject>
 #include <QtQml/qqmlregistration.h>

@@ -1,10 +1,10 @@
 #include "CleanCore/Cleaning/CleanEngine.h"
 #include "CleanCore/Commands/CommandCleanEngine.h"
-#include "CleanCore/Commands/CommandRunning.h"
-#include "CleanCore/Platform/FileManager.h"
+#include "CleanCore/Commands/Running/CommandRunning.h"
+#include "CleanCore/FileSystem/FileManager.h"
 #include "CleanCore/Support/TaskPool.h"
 #include "Zorvane/State/AppState.h"
-#include "Zorvane/State/RuleDisplay.h"
+#include "Zorvane/State/Models/RuleDisplay.h"
 
 #include <QPointer>
 #include <algorithm>

@@ -1,4 +1,4 @@
-#include "CleanCore/Commands/CommandRunning.h"
+#include "CleanCore/Commands/Running/CommandRunning.h"
 #include "CleanCore/Support/TaskPool.h"
 #include "Zorvane/State/AppState.h"
 #include "Zorvane/State/ScanJob.h"

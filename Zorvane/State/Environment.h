@@ -1,12 +1,12 @@
 #pragma once
 
-#include "CleanCore/Platform/HomeEnvironment.h"
-#include "CleanCore/Platform/ToolLocations.h"
+#include "CleanCore/Commands/Running/ToolLocations.h"
 #include "CleanCore/Rules/RulesCatalog.h"
 #include "CleanCore/Rules/TextTable.h"
+#include "CleanCore/Startup/HomeEnvironment.h"
 #include "CleanCore/Support/Timestamp.h"
-#include "Zorvane/Platform/Preferences.h"
-#include "Zorvane/Platform/UserAccount.h"
+#include "Zorvane/Desktop/Preferences.h"
+#include "Zorvane/Desktop/UserAccount.h"
 
 #include <QLocale>
 #include <chrono>

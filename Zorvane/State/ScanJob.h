@@ -1,9 +1,9 @@
 #pragma once
 
 #include "CleanCore/Cleaning/SelectionState.h"
-#include "CleanCore/Platform/HomeEnvironment.h"
-#include "CleanCore/Platform/ToolLocations.h"
+#include "CleanCore/Commands/Running/ToolLocations.h"
 #include "CleanCore/Rules/RulesCatalog.h"
+#include "CleanCore/Startup/HomeEnvironment.h"
 #include "CleanCore/Support/Timestamp.h"
 
 #include <cstdint>

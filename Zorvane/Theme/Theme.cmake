@@ -1,46 +1,46 @@
 # The looks that every screen is made of.
-set_source_files_properties(Theme/Theme.qml PROPERTIES QT_QML_SINGLETON_TYPE TRUE)
+set_source_files_properties(Theme/Tokens/Theme.qml PROPERTIES QT_QML_SINGLETON_TYPE TRUE)
 
 file(GLOB symbols RELATIVE "${CMAKE_CURRENT_SOURCE_DIR}" CONFIGURE_DEPENDS Resources/symbols/*.svg)
 
 target_sources(ZorvaneWindow PRIVATE
-  Theme/AuroraPainting.cpp
-  Theme/DiagonalGradient.cpp
-  Theme/GaussianBlur.cpp
-  Theme/PaintedShape.cpp
-  Theme/RoundedBox.cpp
-  Theme/SoftShadow.cpp
-  Theme/SpinnerArc.cpp
-  Theme/SymbolImages.cpp
+  Theme/Painting/AuroraPainting.cpp
+  Theme/Painting/DiagonalGradient.cpp
+  Theme/Painting/GaussianBlur.cpp
+  Theme/Painting/PaintedShape.cpp
+  Theme/Painting/RoundedBox.cpp
+  Theme/Painting/SoftShadow.cpp
+  Theme/Painting/SpinnerArc.cpp
+  Theme/Tokens/SymbolImages.cpp
 )
 # Without optimisation each shadow would take a second, and every debug build and test wait for it.
-set_source_files_properties(Theme/GaussianBlur.cpp Theme/AuroraPainting.cpp
+set_source_files_properties(Theme/Painting/GaussianBlur.cpp Theme/Painting/AuroraPainting.cpp
   PROPERTIES COMPILE_OPTIONS $<$<CONFIG:Debug>:-O2>)
 # The registration of the QML types includes their headers by file name.
-target_include_directories(ZorvaneWindow PRIVATE Theme)
+target_include_directories(ZorvaneWindow PRIVATE Theme/Painting Theme/Tokens)
 
 qt_target_qml_sources(ZorvaneWindow
   QML_FILES
-    Theme/AuroraBackground.qml
-    Theme/Badge.qml
-    Theme/BaseButton.qml
-    Theme/FocusRing.qml
-    Theme/GlassCard.qml
-    Theme/GlassSurface.qml
-    Theme/GradientTile.qml
-    Theme/HoverHelp.qml
-    Theme/LabelRow.qml
-    Theme/LinkButton.qml
-    Theme/PlainButton.qml
-    Theme/PrimaryButton.qml
-    Theme/RollingCharacter.qml
-    Theme/RollingFigure.qml
-    Theme/SecondaryButton.qml
-    Theme/SelectionBox.qml
-    Theme/Spinner.qml
-    Theme/Symbol.qml
-    Theme/Theme.qml
-    Theme/ThinScrollBar.qml
+    Theme/Painting/AuroraBackground.qml
+    Theme/Controls/Badge.qml
+    Theme/Controls/BaseButton.qml
+    Theme/Controls/FocusRing.qml
+    Theme/Painting/GlassCard.qml
+    Theme/Painting/GlassSurface.qml
+    Theme/Painting/GradientTile.qml
+    Theme/Controls/HoverHelp.qml
+    Theme/Controls/LabelRow.qml
+    Theme/Controls/LinkButton.qml
+    Theme/Controls/PlainButton.qml
+    Theme/Controls/PrimaryButton.qml
+    Theme/Controls/RollingCharacter.qml
+    Theme/Controls/RollingFigure.qml
+    Theme/Controls/SecondaryButton.qml
+    Theme/Controls/SelectionBox.qml
+    Theme/Controls/Spinner.qml
+    Theme/Tokens/Symbol.qml
+    Theme/Tokens/Theme.qml
+    Theme/Controls/ThinScrollBar.qml
   RESOURCES
     Resources/zorvane.svg
     ${symbols}

@@ -1,6 +1,6 @@
 #include "tests/CleanCore/Support/CloudFolders.h"
 
-#include "CleanCore/Platform/Cloud/CloudMarker.h"
+#include "CleanCore/CloudDrive/StandIn/CloudMarker.h"
 #include "CleanCore/Support/FileDescriptor.h"
 
 #include <fcntl.h>

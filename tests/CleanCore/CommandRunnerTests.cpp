@@ -1,5 +1,5 @@
-#include "CleanCore/Commands/SystemCommandRunner.h"
-#include "CleanCore/Platform/ChildSignal.h"
+#include "CleanCore/Commands/Running/ChildSignal.h"
+#include "CleanCore/Commands/Running/SystemCommandRunner.h"
 #include "CleanCore/Rules/CleanCoreError.h"
 #include "CleanCore/Support/FileDescriptor.h"
 #include "tests/CleanCore/Support/TemporaryFolder.h"

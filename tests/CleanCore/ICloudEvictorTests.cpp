@@ -1,7 +1,7 @@
-#include "CleanCore/ICloud/ICloudEvictor.h"
-#include "CleanCore/ICloud/TreeCount.h"
-#include "CleanCore/Platform/HomeEnvironment.h"
-#include "CleanCore/Platform/LinuxFileManager.h"
+#include "CleanCore/CloudDrive/ICloudEvictor.h"
+#include "CleanCore/CloudDrive/TreeCount.h"
+#include "CleanCore/FileSystem/LinuxFileManager.h"
+#include "CleanCore/Startup/HomeEnvironment.h"
 #include "CleanCore/Support/TaskPool.h"
 #include "tests/CleanCore/Support/CloudFolders.h"
 

@@ -1,6 +1,6 @@
 #include "CleanCore/Commands/CommandCleanEngine.h"
 #include "CleanCore/Commands/CommandScanEngine.h"
-#include "CleanCore/Commands/SystemCommandRunner.h"
+#include "CleanCore/Commands/Running/SystemCommandRunner.h"
 #include "tests/CleanCore/Support/ScriptedCommandRunner.h"
 #include "tests/CleanCore/Support/TemporaryFolder.h"
 

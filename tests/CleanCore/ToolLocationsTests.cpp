@@ -1,4 +1,4 @@
-#include "CleanCore/Platform/ToolLocations.h"
+#include "CleanCore/Commands/Running/ToolLocations.h"
 #include "tests/CleanCore/Support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-#include "CleanCore/Commands/ToolText.h"
+#include "CleanCore/Commands/Parsing/ToolText.h"
 #include "CleanCore/Scanning/CategoryResult.h"
 
 #include <algorithm>

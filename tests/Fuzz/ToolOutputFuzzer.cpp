@@ -1,5 +1,5 @@
 #include "CleanCore/Commands/CommandAreas.h"
-#include "CleanCore/Commands/ToolText.h"
+#include "CleanCore/Commands/Parsing/ToolText.h"
 
 #include <algorithm>
 #include <cstddef>

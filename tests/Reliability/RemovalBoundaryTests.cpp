@@ -1,7 +1,7 @@
 // Where a removal has to stop: at mounts, at links, and at everything that is not inside the base.
 
 #include "CleanCore/Cleaning/CleanEngine.h"
-#include "CleanCore/Platform/LinuxFileManager.h"
+#include "CleanCore/FileSystem/LinuxFileManager.h"
 #include "tests/Reliability/RemovalFixture.h"
 
 #include <cerrno>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "CleanCore/Platform/LinuxRemoval.h"
+#include "CleanCore/FileSystem/Removing/LinuxRemoval.h"
 #include "CleanCore/Support/TaskPool.h"
 #include "tests/CleanCore/Support/TemporaryFolder.h"
 

@@ -1,7 +1,7 @@
 // What others do to the tree while it is removed must never reach what was not chosen.
 
 #include "CleanCore/Cleaning/CleanEngine.h"
-#include "CleanCore/Platform/LinuxFileManager.h"
+#include "CleanCore/FileSystem/LinuxFileManager.h"
 #include "tests/Reliability/RemovalFixture.h"
 
 #include <atomic>

@@ -1,5 +1,5 @@
-#include "Zorvane/Theme/GaussianBlur.h"
-#include "Zorvane/Theme/SymbolImages.h"
+#include "Zorvane/Theme/Painting/GaussianBlur.h"
+#include "Zorvane/Theme/Tokens/SymbolImages.h"
 #include "tests/Zorvane/Support/Colors.h"
 #include "tests/Zorvane/Support/Stage.h"
 

@@ -1,4 +1,4 @@
-#include "CleanCore/Platform/HomeEnvironment.h"
+#include "CleanCore/Startup/HomeEnvironment.h"
 #include "CleanCore/Support/TaskPool.h"
 #include "ZorvaneCLI/ICloudCommand.h"
 #include "tests/CleanCore/Support/CloudFolders.h"

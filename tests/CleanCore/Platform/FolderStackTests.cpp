@@ -1,4 +1,4 @@
-#include "CleanCore/Platform/FolderStack.h"
+#include "CleanCore/FileSystem/Walking/FolderStack.h"
 
 #include "tests/CleanCore/Support/TemporaryFolder.h"
 

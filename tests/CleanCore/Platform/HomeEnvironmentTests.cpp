@@ -1,6 +1,6 @@
-#include "CleanCore/Platform/HomeEnvironment.h"
+#include "CleanCore/Startup/HomeEnvironment.h"
 
-#include "CleanCore/Platform/FileManager.h"
+#include "CleanCore/FileSystem/FileManager.h"
 #include "CleanCore/Rules/PathExpander.h"
 #include "tests/CleanCore/Support/TemporaryFolder.h"
 

@@ -1,4 +1,4 @@
-#include "CleanCore/Platform/LinkResolver.h"
+#include "CleanCore/FileSystem/LinkResolver.h"
 
 #include "tests/CleanCore/Support/TemporaryFolder.h"
 

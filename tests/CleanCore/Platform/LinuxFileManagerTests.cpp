@@ -1,4 +1,4 @@
-#include "CleanCore/Platform/LinuxFileManager.h"
+#include "CleanCore/FileSystem/LinuxFileManager.h"
 
 #include "CleanCore/Support/TaskPool.h"
 #include "tests/CleanCore/Support/FailingCall.h"

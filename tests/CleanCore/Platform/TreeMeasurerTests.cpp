@@ -1,4 +1,4 @@
-#include "CleanCore/Platform/TreeMeasurer.h"
+#include "CleanCore/FileSystem/Walking/TreeMeasurer.h"
 
 #include "CleanCore/Support/PathText.h"
 #include "CleanCore/Support/TaskPool.h"

@@ -1,4 +1,4 @@
-#include "CleanCore/Platform/UserFolders.h"
+#include "CleanCore/FileSystem/UserFolders.h"
 
 #include "tests/CleanCore/Support/TemporaryFolder.h"
 

@@ -1,7 +1,7 @@
 #include "CleanCore/Rules/PathExpander.h"
 
-#include "CleanCore/Platform/LinkResolver.h"
-#include "CleanCore/Platform/LinuxFileManager.h"
+#include "CleanCore/FileSystem/LinkResolver.h"
+#include "CleanCore/FileSystem/LinuxFileManager.h"
 #include "CleanCore/Support/TaskPool.h"
 #include "tests/CleanCore/Support/ScriptedFileManager.h"
 #include "tests/CleanCore/Support/TemporaryFolder.h"

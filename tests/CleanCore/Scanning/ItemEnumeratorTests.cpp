@@ -1,6 +1,6 @@
 #include "CleanCore/Scanning/ItemEnumerator.h"
 
-#include "CleanCore/Platform/LinuxFileManager.h"
+#include "CleanCore/FileSystem/LinuxFileManager.h"
 #include "CleanCore/Support/TaskPool.h"
 #include "tests/CleanCore/Support/ScriptedFileManager.h"
 #include "tests/CleanCore/Support/TemporaryFolder.h"

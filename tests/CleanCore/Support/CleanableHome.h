@@ -1,7 +1,7 @@
 #pragma once
 
 #include "CleanCore/Cleaning/CleanEngine.h"
-#include "CleanCore/Platform/LinuxFileManager.h"
+#include "CleanCore/FileSystem/LinuxFileManager.h"
 #include "CleanCore/Support/TaskPool.h"
 #include "tests/CleanCore/Support/TemporaryFolder.h"
 

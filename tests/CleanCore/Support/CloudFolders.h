@@ -1,6 +1,6 @@
 #pragma once
 
-#include "CleanCore/Platform/CloudDrive.h"
+#include "CleanCore/CloudDrive/StandIn/CloudDrive.h"
 #include "tests/CleanCore/Support/TemporaryFolder.h"
 
 #include <string>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "CleanCore/Platform/FileManager.h"
+#include "CleanCore/FileSystem/FileManager.h"
 
 #include <stdexcept>
 

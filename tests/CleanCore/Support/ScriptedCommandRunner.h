@@ -1,6 +1,6 @@
 #pragma once
 
-#include "CleanCore/Commands/CommandRunning.h"
+#include "CleanCore/Commands/Running/CommandRunning.h"
 #include "CleanCore/Rules/CleanCoreError.h"
 #include "CleanCore/Rules/CleaningRule.h"
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "CleanCore/Platform/LinuxFileManager.h"
+#include "CleanCore/FileSystem/LinuxFileManager.h"
 
 #include <memory>
 #include <stop_token>

@@ -1,4 +1,4 @@
-#include "Zorvane/Platform/ByteCountFormatter.h"
+#include "Zorvane/Desktop/ByteCountFormatter.h"
 
 #include <gtest/gtest.h>
 #include <limits>

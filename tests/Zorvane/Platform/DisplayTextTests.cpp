@@ -1,5 +1,5 @@
-#include "Zorvane/Platform/DisplayText.h"
-#include "Zorvane/Platform/StyledText.h"
+#include "Zorvane/Desktop/DisplayText.h"
+#include "Zorvane/Desktop/StyledText.h"
 
 #include <gtest/gtest.h>
 

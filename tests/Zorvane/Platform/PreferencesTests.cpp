@@ -1,4 +1,4 @@
-#include "Zorvane/Platform/Preferences.h"
+#include "Zorvane/Desktop/Preferences.h"
 #include "tests/CleanCore/Support/TemporaryFolder.h"
 
 #include <QFile>

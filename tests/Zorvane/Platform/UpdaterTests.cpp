@@ -1,5 +1,5 @@
-#include "Zorvane/Platform/UpdateFeed.h"
-#include "Zorvane/Platform/UpdaterController.h"
+#include "Zorvane/Desktop/UpdateFeed.h"
+#include "Zorvane/Desktop/UpdaterController.h"
 #include "tests/Zorvane/Support/ScriptedApplication.h"
 
 #include <gtest/gtest.h>

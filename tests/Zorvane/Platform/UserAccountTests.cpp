@@ -1,4 +1,4 @@
-#include "Zorvane/Platform/UserAccount.h"
+#include "Zorvane/Desktop/UserAccount.h"
 
 #include <gtest/gtest.h>
 

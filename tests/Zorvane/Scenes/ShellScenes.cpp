@@ -1,7 +1,7 @@
 #include "tests/Zorvane/Scenes/Sample.h"
 #include "tests/Zorvane/Scenes/Scene.h"
 
-#include "Zorvane/Platform/UpdaterController.h"
+#include "Zorvane/Desktop/UpdaterController.h"
 
 namespace ZorvaneTests {
 

@@ -1,4 +1,4 @@
-#include "Zorvane/State/ReportModel.h"
+#include "Zorvane/State/Models/ReportModel.h"
 #include "tests/Zorvane/Support/Gate.h"
 #include "tests/Zorvane/Support/ScriptedApplication.h"
 

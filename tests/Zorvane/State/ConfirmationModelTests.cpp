@@ -1,4 +1,4 @@
-#include "Zorvane/State/ConfirmationModel.h"
+#include "Zorvane/State/Models/ConfirmationModel.h"
 #include "tests/Zorvane/Support/ScriptedApplication.h"
 
 #include <QAbstractItemModelTester>

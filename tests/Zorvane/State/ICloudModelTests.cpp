@@ -1,4 +1,4 @@
-#include "Zorvane/State/ICloudModel.h"
+#include "Zorvane/State/Models/ICloudModel.h"
 #include "tests/Zorvane/Support/ScriptedApplication.h"
 
 #include <QAbstractItemModelTester>

@@ -1,4 +1,4 @@
-#include "Zorvane/State/ResultsModel.h"
+#include "Zorvane/State/Models/ResultsModel.h"
 #include "tests/Zorvane/Support/ScriptedApplication.h"
 
 #include <QAbstractItemModelTester>

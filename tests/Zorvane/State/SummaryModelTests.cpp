@@ -1,4 +1,4 @@
-#include "Zorvane/State/SummaryModel.h"
+#include "Zorvane/State/Models/SummaryModel.h"
 #include "tests/Zorvane/Support/ScriptedApplication.h"
 
 #include <QAbstractItemModelTester>

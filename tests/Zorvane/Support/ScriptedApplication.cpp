@@ -1,6 +1,6 @@
 #include "tests/Zorvane/Support/ScriptedApplication.h"
 
-#include "CleanCore/Platform/Removal.h"
+#include "CleanCore/FileSystem/Removing/Removal.h"
 #include "CleanCore/Support/PathText.h"
 #include "CleanCore/Support/TaskPool.h"
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "CleanCore/ICloud/ICloudEvictor.h"
+#include "CleanCore/CloudDrive/ICloudEvictor.h"
 #include "Zorvane/State/AppState.h"
 #include "tests/CleanCore/Support/ScriptedCommandRunner.h"
 #include "tests/CleanCore/Support/ScriptedFileManager.h"

@@ -1,0 +1,205 @@
+#include "CleanCore/CloudDrive/ICloudEvictor.h"
+
+#include "CleanCore/CloudDrive/TreeCount.h"
+#include "CleanCore/FileSystem/FileManager.h"
+#include "CleanCore/Support/PathText.h"
+#include "CleanCore/Support/SaturatingSum.h"
+#include "CleanCore/Support/SharedWork.h"
+
+#include <algorithm>
+#include <set>
+#include <system_error>
+#include <utility>
+
+namespace CleanCore {
+
+namespace {
+
+constexpr std::int64_t filesBetweenReports = 2000;
+constexpr std::int64_t filesBetweenClockReadings = 256;
+
+/// One call of measureChildren(): the entries, taken one by one by whoever is free.
+class Measuring : public SharedWork<std::size_t>
+{
+public:
+    Measuring(std::shared_ptr<TaskPool> pool, ICloudEvictor evictor,
+              std::span<const std::string> paths, std::optional<ICloudEvictor::Deadline> deadline)
+        : SharedWork(std::move(pool)), results(paths.size()), m_evictor(std::move(evictor)),
+          m_paths(paths.begin(), paths.end()), m_deadline(deadline)
+    {
+    }
+
+    std::vector<ICloudEvictor::MeasureResult> results;
+
+protected:
+    void workOn(std::size_t index) override
+    {
+        if (index + 1 < m_paths.size()) {
+            offer(index + 1);
+        }
+        results[index] = m_evictor.measureChild(m_paths[index], m_deadline);
+    }
+
+private:
+    const ICloudEvictor m_evictor;
+    const std::vector<std::string> m_paths;
+    const std::optional<ICloudEvictor::Deadline> m_deadline;
+};
+
+} // namespace
+
+std::int64_t ICloudEvictor::EvictReport::appsStillBytes() const
+{
+    std::int64_t bytes = 0;
+    for (const ICloudAppBundle& app : appsStillDownloaded) {
+        bytes = saturatingSum(bytes, app.localBytes);
+    }
+    return bytes;
+}
+
+ICloudEvictor::ICloudEvictor(std::string container, std::shared_ptr<const FileManager> fileManager,
+                             std::shared_ptr<TaskPool> pool, Clock clock)
+    : m_container(std::move(container)), m_fileManager(std::move(fileManager)),
+      m_pool(std::move(pool)), m_clock(std::move(clock))
+{
+}
+
+std::vector<std::string> ICloudEvictor::topLevelChildren() const
+{
+    std::vector<std::string> children;
+    try {
+        for (const std::string& name : m_fileManager->namesInFolder(m_container)) {
+            if (name.front() != '.') {
+                children.push_back(PathText::join(m_container, name));
+            }
+        }
+    } catch (const std::system_error&) {
+        // A container that cannot be read offers nothing; half a listing would mislead.
+        children.clear();
+    }
+    return children;
+}
+
+ICloudEvictor::MeasureResult ICloudEvictor::measureChild(const std::string& path,
+                                                         std::optional<Deadline> deadline,
+                                                         const MeasureProgress& progress) const
+{
+    const auto isLate = [&] { return deadline && m_clock() > *deadline; };
+    const std::optional<EntryAttributes> attributes = m_fileManager->attributes(path);
+    if (!attributes || attributes->kind == EntryKind::symbolicLink) {
+        return {{path, 0, 0, {}}, false};
+    }
+    if (attributes->kind != EntryKind::folder) {
+        return {{path, attributes->allocatedBytes, 1, {}}, false};
+    }
+    if (isLate()) {
+        return {{path, 0, 0, {}}, true};
+    }
+    TreeCount count;
+    bool timedOut = false;
+    const bool wasWalked = m_fileManager->visitTree(path, [&](const TreeEntry& entry) {
+        if (count.add(entry)) {
+            if (progress && count.files % filesBetweenReports == 0) {
+                progress(count.files, count.bytes);
+            }
+            timedOut = count.files % filesBetweenClockReadings == 0 && isLate();
+        }
+        return !timedOut;
+    });
+    count.closeBundle();
+    if (wasWalked && !timedOut && progress) {
+        progress(count.files, count.bytes);
+    }
+    return {{path, count.bytes, count.files, std::move(count.apps)}, timedOut};
+}
+
+std::vector<ICloudEvictor::MeasureResult>
+ICloudEvictor::measureChildren(std::span<const std::string> paths,
+                               std::optional<Deadline> deadline) const
+{
+    if (m_pool && !paths.empty()) {
+        const auto measuring = std::make_shared<Measuring>(m_pool, *this, paths, deadline);
+        measuring->run(0);
+        return std::move(measuring->results);
+    }
+    std::vector<MeasureResult> results;
+    for (const std::string& path : paths) {
+        results.push_back(measureChild(path, deadline));
+    }
+    return results;
+}
+
+std::vector<ICloudItem> ICloudEvictor::listLocalCopies() const
+{
+    std::vector<ICloudItem> items;
+    for (MeasureResult& result : measureChildren(topLevelChildren())) {
+        if (result.item.localBytes > 0) {
+            items.push_back(std::move(result.item));
+        }
+    }
+    std::stable_sort(items.begin(), items.end(), [](const ICloudItem& a, const ICloudItem& b) {
+        return a.localBytes > b.localBytes;
+    });
+    return items;
+}
+
+ICloudEvictor::EvictReport ICloudEvictor::evict(std::span<const ICloudItem> items,
+                                                const EvictProgress& progress,
+                                                const std::stop_token& stop) const
+{
+    EvictReport report;
+    const std::string root = m_fileManager->resolvingSymbolicLinks(m_container);
+    const std::int64_t freeBefore = volumeFreeBytes();
+    std::int64_t index = 0;
+    for (const ICloudItem& item : items) {
+        if (stop.stop_requested()) {
+            break;
+        }
+        if (progress) {
+            progress(++index, static_cast<std::int64_t>(items.size()), item.path);
+        }
+        // Compared by whole components: a folder beside the container may share its first letters.
+        if (!PathText::isSameOrInside(m_fileManager->resolvingSymbolicLinks(item.path), root)) {
+            report.blocked.push_back(item.path);
+            continue;
+        }
+        for (CloudRefusal& refusal : m_fileManager->releaseLocalCopy(item.path)) {
+            report.refused.push_back(std::move(refusal));
+        }
+        report.released.push_back(item.path);
+    }
+    report.freedBytes = std::max<std::int64_t>(0, volumeFreeBytes() - freeBefore);
+    report.appsStillDownloaded = stillDownloaded(items, report.released);
+    return report;
+}
+
+std::int64_t ICloudEvictor::volumeFreeBytes() const
+{
+    return m_fileManager->availableCapacity(m_container).value_or(0);
+}
+
+std::vector<ICloudAppBundle>
+ICloudEvictor::stillDownloaded(std::span<const ICloudItem> items,
+                               std::span<const std::string> released) const
+{
+    const std::set<std::string_view> releasedPaths(released.begin(), released.end());
+    std::vector<ICloudAppBundle> apps;
+    for (const ICloudItem& item : items) {
+        if (releasedPaths.count(item.path) == 0) {
+            continue;
+        }
+        for (const ICloudAppBundle& app : item.apps) {
+            const std::optional<EntryAttributes> probe = m_fileManager->attributes(app.probePath);
+            if (probe && probe->allocatedBytes > 0) {
+                apps.push_back(app);
+            }
+        }
+    }
+    std::stable_sort(apps.begin(), apps.end(),
+                     [](const ICloudAppBundle& a, const ICloudAppBundle& b) {
+                         return a.localBytes > b.localBytes;
+                     });
+    return apps;
+}
+
+} // namespace CleanCore

@@ -1,0 +1,107 @@
+#pragma once
+
+#include "CleanCore/CloudDrive/ICloudItem.h"
+#include "CleanCore/CloudDrive/StandIn/CloudRefusal.h"
+
+#include <chrono>
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <span>
+#include <stop_token>
+#include <string>
+#include <vector>
+
+namespace CleanCore {
+
+class FileManager;
+class TaskPool;
+
+/// Measures what of the cloud drive is downloaded, and releases downloads: the files stay in the
+/// cloud and in place, as placeholders that hold no bytes.
+///
+/// An immutable value; every operation blocks and may be called from any thread and from several at
+/// once. Nothing throws and nothing reports an error: what cannot be read counts as nothing.
+class ICloudEvictor
+{
+public:
+    using Deadline = std::chrono::steady_clock::time_point;
+    using Clock = std::function<Deadline()>;
+    /// Files and bytes so far. Called on the thread that measures.
+    using MeasureProgress = std::function<void(std::int64_t files, std::int64_t bytes)>;
+    /// The 1-based position of the item that is about to be released, the number of items, its
+    /// path. Called on the thread that releases.
+    using EvictProgress =
+        std::function<void(std::int64_t index, std::int64_t total, const std::string& path)>;
+
+    struct MeasureResult
+    {
+        ICloudItem item;
+        /// Whether the deadline came before the end; `item` then holds what was counted until then.
+        bool timedOut = false;
+
+        [[nodiscard]] bool operator==(const MeasureResult&) const = default;
+    };
+
+    struct EvictReport
+    {
+        /// How much the volume's free space has grown; never negative.
+        std::int64_t freedBytes = 0;
+        /// The items whose release was asked for, refused ones included, in item order.
+        std::vector<std::string> released;
+        /// Bundles of those items that still hold bytes, largest first.
+        std::vector<ICloudAppBundle> appsStillDownloaded;
+        /// The items that do not lie in the container and were not touched, in item order.
+        std::vector<std::string> blocked;
+        /// What the platform refused of the released items, for those who want to tell; the
+        /// report is otherwise the same as if it had been released.
+        std::vector<CloudRefusal> refused;
+
+        [[nodiscard]] std::int64_t appsStillBytes() const;
+        [[nodiscard]] bool operator==(const EvictReport&) const = default;
+    };
+
+    /// Does no work and checks nothing. With a pool, several entries are measured at once.
+    ICloudEvictor(std::string container, std::shared_ptr<const FileManager> fileManager,
+                  std::shared_ptr<TaskPool> pool = nullptr,
+                  Clock clock = std::chrono::steady_clock::now);
+
+    /// The paths of the entries directly inside the container but hidden ones, in the file
+    /// manager's order; empty when the container cannot be read.
+    [[nodiscard]] std::vector<std::string> topLevelChildren() const;
+
+    /// Measures one entry. The clock is read before a folder is walked and every 256 files.
+    /// Progress comes every 2,000 files of a folder and once at its end.
+    [[nodiscard]] MeasureResult measureChild(const std::string& path,
+                                             std::optional<Deadline> deadline = std::nullopt,
+                                             const MeasureProgress& progress = nullptr) const;
+
+    /// One result for each of `paths`, in their order, measured by all workers of the pool.
+    [[nodiscard]] std::vector<MeasureResult>
+    measureChildren(std::span<const std::string> paths,
+                    std::optional<Deadline> deadline = std::nullopt) const;
+
+    /// Every entry of the container that holds at least one byte, largest first, those of equal
+    /// size in listing order.
+    [[nodiscard]] std::vector<ICloudItem> listLocalCopies() const;
+
+    /// Asks for the release of `items`, one after the other in their order. An item that does not
+    /// lie in the container, links resolved, is left alone. The stop token is looked at before each
+    /// item: what was begun is finished, what was not reached is in no list.
+    [[nodiscard]] EvictReport evict(std::span<const ICloudItem> items,
+                                    const EvictProgress& progress = nullptr,
+                                    const std::stop_token& stop = {}) const;
+
+private:
+    [[nodiscard]] std::int64_t volumeFreeBytes() const;
+    [[nodiscard]] std::vector<ICloudAppBundle>
+    stillDownloaded(std::span<const ICloudItem> items, std::span<const std::string> released) const;
+
+    std::string m_container;
+    std::shared_ptr<const FileManager> m_fileManager;
+    std::shared_ptr<TaskPool> m_pool;
+    Clock m_clock;
+};
+
+} // namespace CleanCore

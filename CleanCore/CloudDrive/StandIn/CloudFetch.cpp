@@ -1,0 +1,170 @@
+#include "CleanCore/CloudDrive/StandIn/CloudFetch.h"
+
+#include "CleanCore/CloudDrive/StandIn/CloudFilePair.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <fcntl.h>
+#include <utility>
+
+namespace CleanCore {
+
+namespace {
+
+using Reason = CloudRefusalReason;
+
+/// Looks at one file without its copy: whether all of its content is here. Returns 0 or errno.
+int readIsLocal(const CloudPlace& place, bool& isLocal)
+{
+    EntryStatus seen;
+    if (const int error = readStatus(place.folder, place.name.c_str(), seen); error != 0) {
+        return error;
+    }
+    isLocal = seen.lengthBytes == 0;
+    if (isLocal || seen.identity.kind != EntryKind::file ||
+        seen.isBeyondBoundaryOf(place.folderStatus)) {
+        return 0;
+    }
+    const FileDescriptor file(::openat(place.folder, place.name.c_str(),
+                                       O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
+    struct stat status = {};
+    if (!file.isOpen() || ::fstat(file.get(), &status) != 0) {
+        return errno;
+    }
+    const std::optional<CloudMarker> marker = readMarker(file.get());
+    // Without a marker, holes are the user's own unless nothing else is there. With one that no
+    // longer fits, a file without holes was written anew.
+    isLocal = marker ? !marker->explains(status) && !hasHole(file.get(), status.st_size)
+                     : status.st_blocks > 0 || hasData(file.get());
+    return 0;
+}
+
+/// Puts down that no change is under way any more, so that from here on the time has to be the
+/// same; not if it could not be given back.
+void settle(const CloudFilePair& pair, CloudMarker marker)
+{
+    struct stat status = {};
+    if (::fstat(pair.local(), &status) == 0 && areSameTime(status.st_mtim, marker.modifiedAt)) {
+        marker.changingSince = 0;
+        static_cast<void>(writeMarker(pair.local(), marker));
+    }
+}
+
+} // namespace
+
+std::optional<CloudFailure> CloudFetch::fetchFile(const CloudPlace& place)
+{
+    bool isLocal = false;
+    if (const int error = readIsLocal(place, isLocal); error != 0 || isLocal) {
+        return failureOrNone(error);
+    }
+    CloudFilePair pair;
+    if (auto failure = pair.open(place)) {
+        return failure;
+    }
+    CloudMarker marker;
+    if (auto failure = prove(pair, marker)) {
+        return failure;
+    }
+    timespec lastTime = pair.localStatus().st_mtim;
+    while (!marker.missing.isEmpty()) {
+        if (auto failure = takeStep(place, pair, marker, lastTime)) {
+            settle(pair, marker);
+            return failure;
+        }
+        lastTime = marker.modifiedAt;
+    }
+    return finish(pair, marker);
+}
+
+/// Finds out that all that is missing from the file is in the copy, and where it is missing.
+std::optional<CloudFailure> CloudFetch::prove(const CloudFilePair& pair, CloudMarker& marker)
+{
+    const struct stat& status = pair.localStatus();
+    CloudComparison comparison;
+    if (const int error = m_content.compare(pair.local(), pair.copy(), status.st_size, comparison);
+        error != 0) {
+        return failureOf(error);
+    }
+    const std::optional<CloudMarker> found = readMarker(pair.local());
+    if (found) {
+        marker = *found;
+        if (!marker.explains(status) || !comparison.isSameButForHoles ||
+            !marker.missing.contains(comparison.missing)) {
+            return CloudFailure{Reason::notProven, 0};
+        }
+        if (marker.checksum != comparison.checksum) {
+            return CloudFailure{Reason::differsFromMirror, 0};
+        }
+        return std::nullopt;
+    }
+    const bool isEmptyTwin = status.st_blocks == 0 && !hasData(pair.local()) &&
+                             areSameTime(status.st_mtim, pair.copyStatus().st_mtim);
+    if (!isEmptyTwin || !comparison.isSameButForHoles) {
+        return CloudFailure{Reason::notProven, 0};
+    }
+    marker.length = status.st_size;
+    marker.modifiedAt = status.st_mtim;
+    marker.checksum = comparison.checksum;
+    marker.missing = {0, status.st_size};
+    return std::nullopt;
+}
+
+std::optional<CloudFailure> CloudFetch::takeStep(const CloudPlace& place, const CloudFilePair& pair,
+                                                 CloudMarker& marker, const timespec& lastTime)
+{
+    marker.beginChange();
+    if (const int error = writeMarker(pair.local(), marker); error != 0) {
+        return failureOf(error);
+    }
+    if (::fsync(pair.local()) != 0) {
+        return failureOf(errno);
+    }
+    if (auto failure = pair.findChange(place, lastTime)) {
+        return failure;
+    }
+    ByteRange step = {marker.missing.begin,
+                      std::min(marker.missing.begin + m_stepBytes, marker.missing.end)};
+    const std::int64_t end = step.end;
+    int error = 0;
+    while (error == 0 && !step.isEmpty()) {
+        error =
+            m_content.transferPiece(pair.copy(), pair.local(), step, [&] { return pair.isHeld(); });
+    }
+    // Also after a failure: what was written until then is as good as the rest.
+    const int timeError = setModificationTime(pair.local(), marker.modifiedAt);
+    if (error == 0) {
+        error = timeError;
+    }
+    if (error == 0 && ::fsync(pair.local()) != 0) {
+        error = errno;
+    }
+    if (error == 0) {
+        marker.missing.begin = end;
+    }
+    return failureOrNone(error);
+}
+
+std::optional<CloudFailure> CloudFetch::finish(const CloudFilePair& pair, const CloudMarker& marker)
+{
+    // Read back from the disk, as far as the kernel agrees, and not from memory.
+    static_cast<void>(::posix_fadvise(pair.local(), 0, 0, POSIX_FADV_DONTNEED));
+    CloudComparison comparison;
+    if (const int error = m_content.compare(pair.local(), pair.copy(), marker.length, comparison);
+        error != 0) {
+        return failureOf(error);
+    }
+    if (!comparison.isSame() || comparison.checksum != marker.checksum) {
+        return CloudFailure{Reason::differsFromMirror, 0};
+    }
+    int error = setModificationTime(pair.local(), marker.modifiedAt);
+    if (error == 0) {
+        error = removeMarker(pair.local());
+    }
+    if (error == 0 && ::fsync(pair.local()) != 0) {
+        error = errno;
+    }
+    return failureOrNone(error);
+}
+
+} // namespace CleanCore

@@ -1,0 +1,211 @@
+#include "CleanCore/CloudDrive/StandIn/CloudRelease.h"
+
+#include "CleanCore/CloudDrive/StandIn/CloudFilePair.h"
+#include "CleanCore/CloudDrive/StandIn/CloudMarker.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <fcntl.h>
+#include <sys/xattr.h>
+#include <vector>
+
+namespace CleanCore {
+
+namespace {
+
+using Reason = CloudRefusalReason;
+
+constexpr int folderFlags = O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC;
+// Punching to behind the end takes the last, partly used block too.
+constexpr std::int64_t beyondEnd = 1 << 16;
+
+/// Whether nothing of this file is left to release, as far as one can see without its copy.
+bool holdsNothing(const CloudPlace& place, const EntryStatus& status)
+{
+    if (status.lengthBytes == 0) {
+        return true;
+    }
+    const FileDescriptor file(::openat(place.folder, place.name.c_str(),
+                                       O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
+    struct stat now = {};
+    if (!file.isOpen() || ::fstat(file.get(), &now) != 0) {
+        return status.allocatedBytes == 0;
+    }
+    const std::optional<CloudMarker> marker = readMarker(file.get());
+    if (marker && marker->changingSince != 0) {
+        return false;
+    }
+    // A marker that has no room in the inode takes a block of its own.
+    return now.st_blocks == 0 || (marker && marker->explains(now) && !hasData(file.get()));
+}
+
+/// Whether the kernel would take something away from the file when its content is changed.
+bool isPrivileged(int file, const struct stat& status)
+{
+    return (status.st_mode & (S_ISUID | S_ISGID)) != 0 ||
+           ::fgetxattr(file, "security.capability", nullptr, 0) >= 0;
+}
+
+} // namespace
+
+/// The release of one file whose content is known to be in the mirror.
+class CloudRelease::Steps
+{
+public:
+    Steps(const CloudPlace& place, const CloudFilePair& pair, const CloudMarker& marker,
+          const std::optional<CloudMarker>& before)
+        : m_place(place), m_pair(pair), m_marker(marker), m_settled(before)
+    {
+    }
+
+    std::optional<CloudFailure> run(std::int64_t stepBytes)
+    {
+        for (std::int64_t at = 0; at < m_marker.length; at += stepBytes) {
+            if (auto failure = take({at, std::min(at + stepBytes, m_marker.length)})) {
+                settle();
+                return failure;
+            }
+        }
+        return finish();
+    }
+
+private:
+    std::optional<CloudFailure> take(const ByteRange& step)
+    {
+        const int file = m_pair.local();
+        m_marker.missing = m_marker.missing.joined(step);
+        m_marker.beginChange();
+        if (const int error = writeMarker(file, m_marker); error != 0) {
+            return failureOf(error);
+        }
+        if (::fsync(file) != 0) {
+            return failureOf(errno);
+        }
+        if (auto failure = m_pair.findChange(m_place, m_lastTime)) {
+            return failure;
+        }
+        const std::int64_t end = step.end == m_marker.length ? step.end + beyondEnd : step.end;
+        const int error = ::fallocate(file, FALLOC_FL_PUNCH_HOLE | FALLOC_FL_KEEP_SIZE, step.begin,
+                                      end - step.begin) == 0
+                              ? 0
+                              : errno;
+        if (error == EOPNOTSUPP) {
+            return failureOf(error);
+        }
+        // Whatever else went wrong, a part of the step may be gone.
+        const int timeError = setModificationTime(file, m_marker.modifiedAt);
+        m_lastTime = m_marker.modifiedAt;
+        m_settled = m_marker;
+        if (timeError == 0) {
+            m_settled->changingSince = 0;
+        }
+        return failureOrNone(error != 0 ? error : timeError);
+    }
+
+    std::optional<CloudFailure> finish()
+    {
+        struct stat status = {};
+        if (::fstat(m_pair.local(), &status) != 0) {
+            return failureOf(errno);
+        }
+        // Blocks reserved behind the end stay when a hole is punched; this gives them back.
+        if (status.st_blocks > 0 && m_pair.isHeld() &&
+            ::ftruncate(m_pair.local(), m_marker.length) != 0) {
+            return failureOf(errno);
+        }
+        const int error = setModificationTime(m_pair.local(), m_marker.modifiedAt);
+        return failureOrNone(error != 0 ? error : settle());
+    }
+
+    /// Puts down that no change is under way any more, or what was there before there was one.
+    int settle() const
+    {
+        return m_settled ? writeMarker(m_pair.local(), *m_settled) : removeMarker(m_pair.local());
+    }
+
+    const CloudPlace& m_place;
+    const CloudFilePair& m_pair;
+    CloudMarker m_marker;
+    // The marker for the file as it is when no step is being taken.
+    std::optional<CloudMarker> m_settled;
+    timespec m_lastTime = m_pair.localStatus().st_mtim;
+};
+
+std::optional<CloudFailure> CloudRelease::releaseFile(const CloudPlace& place)
+{
+    EntryStatus seen;
+    if (const int error = readStatus(place.folder, place.name.c_str(), seen); error != 0) {
+        return failureOf(error);
+    }
+    if (seen.identity.kind == EntryKind::file && !seen.isBeyondBoundaryOf(place.folderStatus) &&
+        holdsNothing(place, seen)) {
+        return std::nullopt;
+    }
+    CloudFilePair pair;
+    if (auto failure = pair.open(place)) {
+        return failure;
+    }
+    const struct stat& status = pair.localStatus();
+    if (status.st_nlink != 1) {
+        return CloudFailure{status.st_nlink == 0 ? Reason::changedMeanwhile : Reason::hardLinked,
+                            0};
+    }
+    if (isPrivileged(pair.local(), status)) {
+        return CloudFailure{Reason::privilegedFile, 0};
+    }
+    CloudComparison comparison;
+    if (const int error = m_content.compare(pair.local(), pair.copy(), status.st_size, comparison);
+        error != 0) {
+        return failureOf(error);
+    }
+    if (!comparison.isSameButForHoles) {
+        return CloudFailure{Reason::differsFromMirror, 0};
+    }
+    const std::optional<CloudMarker> before = readMarker(pair.local());
+    const bool isOurs =
+        before && before->explains(status) && before->checksum == comparison.checksum;
+    if (!comparison.isSame() && !(isOurs && before->missing.contains(comparison.missing))) {
+        return CloudFailure{before ? Reason::notProven : Reason::differsFromMirror, 0};
+    }
+    if (::fsync(pair.copy()) != 0 || !isMirrorFolderDurable(place.mirrorFolder)) {
+        return CloudFailure{Reason::mirrorNotDurable, 0};
+    }
+    CloudMarker marker;
+    marker.length = status.st_size;
+    marker.modifiedAt = isOurs ? before->modifiedAt : status.st_mtim;
+    marker.checksum = comparison.checksum;
+    marker.missing = isOurs ? before->missing : ByteRange();
+    return Steps(place, pair, marker, before).run(m_stepBytes);
+}
+
+/// A copy is durable when its name is, and those of the folders above it. A folder is made durable
+/// only after what lies below has been opened, so that it is known to be in it.
+bool CloudRelease::isMirrorFolderDurable(int folder)
+{
+    EntryStatus status;
+    if (::fsync(folder) != 0 || readStatus(folder, "", status) != 0) {
+        return false;
+    }
+    std::vector<EntryIdentity> way;
+    FileDescriptor above;
+    while (status.identity != m_home && !isKnownDurable(status.identity)) {
+        way.push_back(status.identity);
+        FileDescriptor next(::openat(above.isOpen() ? above.get() : folder, "..", folderFlags));
+        if (!next.isOpen() || ::fsync(next.get()) != 0 || readStatus(next.get(), "", status) != 0 ||
+            status.identity == way.back()) {
+            return false;
+        }
+        above = std::move(next);
+    }
+    for (const EntryIdentity& identity : way) {
+        m_durableFolders.emplace(identity.device, identity.inode);
+    }
+    return true;
+}
+
+bool CloudRelease::isKnownDurable(const EntryIdentity& folder) const
+{
+    return m_durableFolders.count({folder.device, folder.inode}) > 0;
+}
+
+} // namespace CleanCore

@@ -1,0 +1,49 @@
+#pragma once
+
+#include "CleanCore/CloudDrive/StandIn/CloudPlace.h"
+#include "CleanCore/CloudDrive/StandIn/CloudRefusal.h"
+#include "CleanCore/FileSystem/Removing/EntryPin.h"
+#include "CleanCore/Support/FileDescriptor.h"
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace CleanCore {
+
+/// One request to the cloud drive: its two folders, opened and found to be apart, and the entry
+/// asked for, with both folders that hold it.
+class CloudRequest
+{
+public:
+    /// Returns why the request cannot be served, nothing when it can.
+    [[nodiscard]] std::optional<CloudFailure> open(const std::string& home,
+                                                   const std::string& container,
+                                                   const std::string& mirror,
+                                                   const std::string& path);
+
+    /// The entry asked for; valid as long as this request.
+    [[nodiscard]] const CloudPlace& place() const { return m_place; }
+    /// The folder that both lie in.
+    [[nodiscard]] const EntryIdentity& home() const { return m_home.identity; }
+    /// Whether the entry lies in an application bundle, or is one.
+    [[nodiscard]] bool isInAppBundle() const { return m_isInAppBundle; }
+
+private:
+    [[nodiscard]] std::optional<CloudFailure>
+    openFolders(const std::string& home, const std::string& container, const std::string& mirror);
+    [[nodiscard]] std::optional<CloudFailure> checkApart(const std::string& home) const;
+    [[nodiscard]] std::optional<CloudFailure> openEntry(const std::vector<std::string>& names);
+
+    EntryStatus m_home;
+    FileDescriptor m_container;
+    EntryStatus m_containerStatus;
+    FileDescriptor m_mirror;
+    EntryStatus m_mirrorStatus;
+    FileDescriptor m_folder;
+    FileDescriptor m_mirrorFolder;
+    CloudPlace m_place;
+    bool m_isInAppBundle = false;
+};
+
+} // namespace CleanCore

@@ -1,0 +1,162 @@
+#include "CleanCore/Commands/Running/ChildProcess.h"
+
+#include <cerrno>
+#include <csignal>
+#include <fcntl.h>
+#include <spawn.h>
+#include <string_view>
+#include <sys/wait.h>
+#include <system_error>
+#include <unistd.h>
+
+namespace CleanCore {
+
+namespace {
+
+void require(int error, const std::string& what)
+{
+    if (error != 0) {
+        throw std::system_error(error, std::generic_category(), what);
+    }
+}
+
+class FileActions
+{
+public:
+    explicit FileActions(int output)
+    {
+        require(::posix_spawn_file_actions_init(&m_actions), "posix_spawn_file_actions_init");
+        int error = ::posix_spawn_file_actions_adddup2(&m_actions, output, STDOUT_FILENO);
+        if (error == 0) {
+            error = ::posix_spawn_file_actions_addopen(&m_actions, STDERR_FILENO, "/dev/null",
+                                                       O_WRONLY, 0);
+        }
+        // Close-on-exec covers our own descriptors, this also those of libraries.
+        if (error == 0) {
+            error = ::posix_spawn_file_actions_addclosefrom_np(&m_actions, STDERR_FILENO + 1);
+        }
+        if (error != 0) {
+            ::posix_spawn_file_actions_destroy(&m_actions);
+            require(error, "posix_spawn_file_actions");
+        }
+    }
+    FileActions(const FileActions&) = delete;
+    FileActions& operator=(const FileActions&) = delete;
+    ~FileActions() { ::posix_spawn_file_actions_destroy(&m_actions); }
+
+    [[nodiscard]] const posix_spawn_file_actions_t* get() const { return &m_actions; }
+
+private:
+    posix_spawn_file_actions_t m_actions = {};
+};
+
+/// Our threads block signals and our programs ignore some; a child must know nothing of that. Its
+/// session is its own when posix_spawn() returns, since that waits for the child to have come to
+/// its program.
+class OwnSession
+{
+public:
+    OwnSession()
+    {
+        require(::posix_spawnattr_init(&m_attributes), "posix_spawnattr_init");
+        sigset_t none;
+        sigset_t all;
+        ::sigemptyset(&none);
+        ::sigfillset(&all);
+        ::posix_spawnattr_setsigmask(&m_attributes, &none);
+        ::posix_spawnattr_setsigdefault(&m_attributes, &all);
+        ::posix_spawnattr_setflags(&m_attributes, POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF |
+                                                      POSIX_SPAWN_SETSID);
+    }
+    OwnSession(const OwnSession&) = delete;
+    OwnSession& operator=(const OwnSession&) = delete;
+    ~OwnSession() { ::posix_spawnattr_destroy(&m_attributes); }
+
+    [[nodiscard]] const posix_spawnattr_t* get() const { return &m_attributes; }
+
+private:
+    posix_spawnattr_t m_attributes = {};
+};
+
+/// The form of a list that the kernel takes; the pointers live as long as the strings.
+std::vector<char*> pointersTo(std::vector<std::string>& texts)
+{
+    std::vector<char*> pointers;
+    pointers.reserve(texts.size() + 1);
+    for (std::string& text : texts) {
+        pointers.push_back(text.data());
+    }
+    pointers.push_back(nullptr);
+    return pointers;
+}
+
+std::vector<std::string> childEnvironment()
+{
+    std::vector<std::string> variables = {"LC_ALL=C"};
+    for (char** variable = environ; variable != nullptr && *variable != nullptr; ++variable) {
+        if (!std::string_view(*variable).starts_with("LC_ALL=")) {
+            variables.emplace_back(*variable);
+        }
+    }
+    return variables;
+}
+
+} // namespace
+
+ChildProcess ChildProcess::start(const std::string& executable,
+                                 const std::vector<std::string>& arguments, int output)
+{
+    std::vector<std::string> words = {executable};
+    words.insert(words.end(), arguments.begin(), arguments.end());
+    for (const std::string& word : words) {
+        // The kernel would take what stands before it for the whole word.
+        require(word.find('\0') != std::string::npos ? EINVAL : 0, executable);
+    }
+    std::vector<std::string> variables = childEnvironment();
+    const FileActions actions(output);
+    const OwnSession session;
+    pid_t id = -1;
+    require(::posix_spawn(&id, executable.c_str(), actions.get(), session.get(),
+                          pointersTo(words).data(), pointersTo(variables).data()),
+            executable);
+    return ChildProcess(id);
+}
+
+ChildProcess::~ChildProcess()
+{
+    if (m_id > 0) {
+        kill();
+        while (::waitpid(m_id, nullptr, 0) < 0 && errno == EINTR) {
+        }
+    }
+}
+
+void ChildProcess::kill() const
+{
+    siginfo_t info = {};
+    // Where SIGCHLD is ignored the child may be gone, and its id another's.
+    if (::waitid(P_PID, static_cast<id_t>(m_id), &info, WEXITED | WNOHANG | WNOWAIT) == 0) {
+        ::kill(-m_id, SIGKILL);
+    }
+}
+
+void ChildProcess::waitForEnd() const
+{
+    siginfo_t info = {};
+    while (::waitid(P_PID, static_cast<id_t>(m_id), &info, WEXITED | WNOWAIT) != 0) {
+        require(errno == EINTR ? 0 : errno, "waitid");
+    }
+}
+
+int ChildProcess::collect()
+{
+    int status = 0;
+    while (::waitpid(m_id, &status, 0) < 0) {
+        require(errno == EINTR ? 0 : errno, "waitpid");
+    }
+    m_id = -1;
+    constexpr int signalBase = 128;
+    return WIFSIGNALED(status) ? signalBase + WTERMSIG(status) : WEXITSTATUS(status);
+}
+
+} // namespace CleanCore

@@ -1,0 +1,82 @@
+#pragma once
+
+#include "CleanCore/CloudDrive/StandIn/CloudRefusal.h"
+#include "CleanCore/FileSystem/EntryMeasure.h"
+#include "CleanCore/FileSystem/Removing/Removal.h"
+#include "CleanCore/FileSystem/TreeVisitor.h"
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <span>
+#include <stop_token>
+#include <string>
+#include <vector>
+
+namespace CleanCore {
+
+/// The folders that the system gives to one user outside any application's own.
+enum class PerUserFolder { cache, temporary };
+
+/// The one seam to the file system: the few operations that the engines need.
+///
+/// Paths are absolute and are the exact bytes that the kernel gave. All operations are safe from
+/// any thread and from many at once. Expensive ones work on whole trees, so that no call and no
+/// path is paid per entry.
+class FileManager
+{
+public:
+    FileManager() = default;
+    FileManager(const FileManager&) = delete;
+    FileManager& operator=(const FileManager&) = delete;
+    virtual ~FileManager() = default;
+
+    /// The path of a per-user folder; nothing where the system has none.
+    [[nodiscard]] virtual std::optional<std::string> perUserFolder(PerUserFolder folder) const = 0;
+
+    /// Whether something exists at `path`; a link counts if its target does. True when the system
+    /// lacks the descriptors or the memory to find out: namesInFolder() then tells.
+    [[nodiscard]] virtual bool exists(const std::string& path) const = 0;
+
+    /// The names in a folder, hidden ones included, in the order of this file manager. Throws
+    /// std::system_error when there is no such folder or it cannot be read.
+    [[nodiscard]] virtual std::vector<std::string> namesInFolder(const std::string& path) const = 0;
+
+    /// Measures the named entries of `folder`, in the order of `names`; see TreeMeasurer. What
+    /// cannot be read counts as nothing. Figures are incomplete after a stop request. Throws
+    /// std::system_error when the system lacks the descriptors or the memory to open `folder`.
+    [[nodiscard]] virtual std::vector<EntryMeasure> measure(const std::string& folder,
+                                                            std::span<const std::string> names,
+                                                            const std::stop_token& stop) const = 0;
+
+    /// The attributes of the entry at `path`, a link's own; nothing when they cannot be read.
+    [[nodiscard]] virtual std::optional<EntryAttributes>
+    attributes(const std::string& path) const = 0;
+
+    /// Calls `visit` for every entry below the folder `path`, one after the other: depth first, a
+    /// folder before everything in it, hidden entries included, links as links. What cannot be
+    /// read, and what lies behind another mount, is passed over. Ends early when `visit` returns
+    /// false. Returns false when `path` is no folder, a link, a mount, or cannot be opened.
+    virtual bool visitTree(const std::string& path, const TreeVisitor& visit) const = 0;
+
+    /// `path` with every link in it followed and without "." and ".."; what does not exist is kept
+    /// as it is written.
+    [[nodiscard]] virtual std::string resolvingSymbolicLinks(const std::string& path) const = 0;
+
+    /// Free bytes, for the user, of the file system that holds `path`; nothing when unknown.
+    [[nodiscard]] virtual std::optional<std::int64_t>
+    availableCapacity(const std::string& path) const = 0;
+
+    /// Asks the cloud drive to give up the local copy of the file or folder at `path`, which stays
+    /// in place as a placeholder. Returns what was refused, nothing when all was released.
+    [[nodiscard]] virtual std::vector<CloudRefusal>
+    releaseLocalCopy(const std::string& path) const = 0;
+
+    /// Begins a series of removals, one clean's. Only entries of the owner of `home` will be
+    /// removed; `protectedFolders`, whatever they are called by then, and everything in and above
+    /// them will be kept.
+    [[nodiscard]] virtual std::unique_ptr<Removal>
+    beginRemoval(const std::string& home, std::span<const std::string> protectedFolders) const = 0;
+};
+
+} // namespace CleanCore

@@ -1,0 +1,155 @@
+#include "CleanCore/FileSystem/LinuxFileManager.h"
+
+#include "CleanCore/CloudDrive/StandIn/CloudDrive.h"
+#include "CleanCore/FileSystem/DescriptorPath.h"
+#include "CleanCore/FileSystem/LinkResolver.h"
+#include "CleanCore/FileSystem/Removing/LinuxRemoval.h"
+#include "CleanCore/FileSystem/Shortage.h"
+#include "CleanCore/FileSystem/Walking/DirectoryReader.h"
+#include "CleanCore/FileSystem/Walking/TreeWalk.h"
+#include "CleanCore/Support/PathText.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <fcntl.h>
+#include <sys/statvfs.h>
+#include <system_error>
+#include <utility>
+
+namespace CleanCore {
+
+LinuxFileManager::LinuxFileManager(UserFolders folders, std::optional<std::string> confinement,
+                                   std::shared_ptr<TaskPool> pool,
+                                   std::shared_ptr<const CloudDrive> cloudDrive)
+    : m_folders(std::move(folders)), m_confinement(std::move(confinement)), m_pool(std::move(pool)),
+      m_cloudDrive(std::move(cloudDrive))
+{
+    if (m_confinement) {
+        m_confinement = resolveSymbolicLinks(*m_confinement);
+    }
+}
+
+FileDescriptor LinuxFileManager::open(const std::string& path, int flags) const
+{
+    if (path.find('\0') != std::string::npos) {
+        errno = ENOENT;
+        return {};
+    }
+    // The path is judged before anything is opened, so that nothing outside is even touched, and
+    // what was opened once more, so that a link exchanged in between changes nothing.
+    if (m_confinement && !PathText::isSameOrInside(resolveSymbolicLinks(path), *m_confinement)) {
+        errno = ENOENT;
+        return {};
+    }
+    FileDescriptor file(::open(path.c_str(), flags | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
+    if (file.isOpen() && m_confinement &&
+        !PathText::isSameOrInside(pathOfDescriptor(file.get()), *m_confinement)) {
+        file.reset();
+        errno = ENOENT;
+    }
+    return file;
+}
+
+std::optional<std::string> LinuxFileManager::perUserFolder(PerUserFolder folder) const
+{
+    return folder == PerUserFolder::cache ? m_folders.cacheFolder : m_folders.temporaryFolder;
+}
+
+bool LinuxFileManager::exists(const std::string& path) const
+{
+    // What cannot be looked for now is not missing; whoever opens it will be told why it cannot.
+    return open(path, O_PATH).isOpen() || isShortage(errno);
+}
+
+std::vector<std::string> LinuxFileManager::namesInFolder(const std::string& path) const
+{
+    const FileDescriptor folder = open(path, O_RDONLY | O_DIRECTORY);
+    if (!folder.isOpen()) {
+        throw std::system_error(errno, std::generic_category(), path);
+    }
+    std::vector<std::string> names;
+    DirectoryReader reader;
+    int more = 0;
+    while ((more = reader.readBatch(folder.get())) > 0) {
+        reader.forEach([&](const char* name) {
+            names.emplace_back(name);
+            return true;
+        });
+    }
+    if (more < 0) {
+        throw std::system_error(-more, std::generic_category(), path);
+    }
+    std::sort(names.begin(), names.end());
+    return names;
+}
+
+std::vector<EntryMeasure> LinuxFileManager::measure(const std::string& folder,
+                                                    std::span<const std::string> names,
+                                                    const std::stop_token& stop) const
+{
+    FileDescriptor directory = open(folder, O_RDONLY | O_DIRECTORY);
+    if (!directory.isOpen() && isShortage(errno)) {
+        throw std::system_error(errno, std::generic_category(), folder);
+    }
+    if (!directory.isOpen()) {
+        return std::vector<EntryMeasure>(names.size());
+    }
+    return TreeMeasurer(m_pool).measure(std::move(directory), names, stop);
+}
+
+std::optional<EntryAttributes> LinuxFileManager::attributes(const std::string& path) const
+{
+    const FileDescriptor parent = open(PathText::parent(path), O_PATH | O_DIRECTORY);
+    const std::string name(PathText::lastComponent(path));
+    EntryStatus status;
+    if (!parent.isOpen() || readStatus(parent.get(), name.c_str(), status) != 0) {
+        return std::nullopt;
+    }
+    return EntryAttributes{status.identity.kind, status.allocatedBytes};
+}
+
+bool LinuxFileManager::visitTree(const std::string& path, const TreeVisitor& visit) const
+{
+    const FileDescriptor parent = open(PathText::parent(path), O_PATH | O_DIRECTORY);
+    FileDescriptor folder = open(path, O_RDONLY | O_DIRECTORY | O_NOFOLLOW);
+    EntryStatus parentStatus;
+    EntryStatus status;
+    if (!parent.isOpen() || !folder.isOpen() || readStatus(parent.get(), "", parentStatus) != 0 ||
+        readStatus(folder.get(), "", status) != 0 || status.isBeyondBoundaryOf(parentStatus)) {
+        return false;
+    }
+    walkTree(std::move(folder), path, visit);
+    return true;
+}
+
+std::string LinuxFileManager::resolvingSymbolicLinks(const std::string& path) const
+{
+    return resolveSymbolicLinks(path);
+}
+
+std::optional<std::int64_t> LinuxFileManager::availableCapacity(const std::string& path) const
+{
+    const FileDescriptor file = open(path, O_PATH);
+    struct statvfs capacity = {};
+    if (!file.isOpen() || ::fstatvfs(file.get(), &capacity) != 0) {
+        return std::nullopt;
+    }
+    return static_cast<std::int64_t>(capacity.f_bavail * capacity.f_frsize);
+}
+
+std::vector<CloudRefusal> LinuxFileManager::releaseLocalCopy(const std::string& path) const
+{
+    if (!m_cloudDrive) {
+        return {{path, {CloudRefusalReason::noMirror, 0}}};
+    }
+    return m_cloudDrive->release(path);
+}
+
+std::unique_ptr<Removal>
+LinuxFileManager::beginRemoval(const std::string& home,
+                               std::span<const std::string> protectedFolders) const
+{
+    return std::make_unique<LinuxRemoval>(home, protectedFolders, m_confinement, m_pool);
+}
+
+} // namespace CleanCore

@@ -1,0 +1,40 @@
+#pragma once
+
+#include "CleanCore/FileSystem/EntryIdentity.h"
+
+#include <set>
+#include <span>
+#include <string>
+#include <utility>
+
+namespace CleanCore {
+
+/// The protected folders and everything above them, by device and inode: whatever they are called,
+/// wherever they are moved or bound to, they are recognised as long as this exists.
+class ProtectedIdentities
+{
+public:
+    /// Reads the identities now; a folder that does not exist has none. Links are followed.
+    ProtectedIdentities(const std::string& home, std::span<const std::string> protectedFolders);
+
+    /// Whether this is a protected folder.
+    [[nodiscard]] bool holds(const EntryIdentity& identity) const;
+
+    /// Whether this is a protected folder, home, or a folder above one of them: what must never be
+    /// removed or emptied.
+    [[nodiscard]] bool holdsOrLeadsTo(const EntryIdentity& identity) const;
+
+    /// Whether the folder open as `folder` is, or lies inside, a protected folder; walks up through
+    /// the folders' own "..", so that it tells where the folder is now. True when that cannot be
+    /// found out.
+    [[nodiscard]] bool enclose(int folder) const;
+
+private:
+    using Key = std::pair<std::uint64_t, std::uint64_t>;
+    void addAncestors(int folder);
+
+    std::set<Key> m_protected;
+    std::set<Key> m_leading;
+};
+
+} // namespace CleanCore

@@ -1,0 +1,190 @@
+#include "CleanCore/FileSystem/UserFolders.h"
+
+#include "CleanCore/Support/PathText.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <fstream>
+#include <string_view>
+#include <sys/stat.h>
+
+namespace CleanCore {
+
+namespace {
+
+constexpr const char* alwaysProtected[] = {
+    "Videos", "Templates",       "Public", ".ssh",
+    ".gnupg", ".password-store", ".pki",   ".local/share/keyrings",
+};
+// Configuration, data, and the folders that the guard knows everywhere; here they only bar a
+// variable from naming them. Each may be a link to another place.
+constexpr const char* keptEverywhere[] = {
+    ".config",
+    ".local",
+    ".local/share",
+    ".local/state",
+    "Documents",
+    "Desktop",
+    "Downloads",
+    "Pictures",
+    "Music",
+    "Movies",
+    "Library/Mobile Documents",
+};
+
+std::optional<std::string> resolvedFolder(const std::string& path, struct stat& status)
+{
+    char* const real = ::realpath(path.c_str(), nullptr);
+    if (real == nullptr) {
+        return std::nullopt;
+    }
+    std::string result = real;
+    std::free(real);
+    if (::stat(result.c_str(), &status) != 0 || !S_ISDIR(status.st_mode)) {
+        return std::nullopt;
+    }
+    return result;
+}
+
+std::string resolvedOrSame(const std::string& path)
+{
+    struct stat status = {};
+    return resolvedFolder(path, status).value_or(PathText::standardized(path));
+}
+
+bool areRelated(std::string_view a, std::string_view b)
+{
+    return PathText::isSameOrInside(a, b) || PathText::isSameOrInside(b, a);
+}
+
+/// The value of one line of user-dirs.dirs, XDG_NAME_DIR="$HOME/relative" or ="/absolute"; see
+/// user-dirs.dirs(5).
+std::optional<std::string> userDirectory(std::string_view line, const std::string& home)
+{
+    line.remove_prefix(std::min(line.find_first_not_of(" \t"), line.size()));
+    const std::size_t equals = line.find('=');
+    if (line.substr(0, 4) != "XDG_" || equals == std::string_view::npos ||
+        line.substr(0, equals).find("_DIR") == std::string_view::npos) {
+        return std::nullopt;
+    }
+    const std::size_t open = line.find('"', equals);
+    if (open == std::string_view::npos) {
+        return std::nullopt;
+    }
+    std::string value;
+    for (std::size_t i = open + 1; i < line.size() && line[i] != '"'; ++i) {
+        if (line[i] == '\\' && i + 1 < line.size()) {
+            ++i;
+        }
+        value += line[i];
+    }
+    constexpr std::string_view homePrefix = "$HOME";
+    if (value.compare(0, homePrefix.size(), homePrefix) == 0) {
+        value = home + "/" + value.substr(homePrefix.size());
+    }
+    if (value.empty() || value.front() != '/') {
+        return std::nullopt;
+    }
+    value = PathText::standardized(value);
+    // "The folder is disabled", in that file's own way.
+    if (PathText::isSameOrInside(home, value) ||
+        PathText::isSameOrInside(resolvedOrSame(home), resolvedOrSame(value))) {
+        return std::nullopt;
+    }
+    return value;
+}
+
+std::vector<std::string> protectedFolders(const std::string& home, const std::string& configuration)
+{
+    std::vector<std::string> folders;
+    for (const char* name : alwaysProtected) {
+        folders.push_back(PathText::join(home, name));
+    }
+    const std::string path = PathText::join(configuration, "user-dirs.dirs");
+    struct stat status = {};
+    // Anything else than a small file is none of this format, and a FIFO would never end.
+    constexpr off_t largest = off_t{1} << 20;
+    if (::stat(path.c_str(), &status) != 0 || !S_ISREG(status.st_mode) ||
+        status.st_size > largest) {
+        return folders;
+    }
+    std::ifstream file(path, std::ios::binary);
+    for (std::string line; std::getline(file, line);) {
+        if (auto folder = userDirectory(line, home)) {
+            folders.push_back(std::move(*folder));
+        }
+    }
+    return folders;
+}
+
+/// Whether a folder, by its name or by where that leads, holds more than what may be thrown away.
+bool holdsMoreThanCaches(const std::string& name, const std::string& resolved,
+                         const UserFolders& folders)
+{
+    const std::string home = resolvedOrSame(folders.home);
+    const auto isAt = [&](const std::string& kept) {
+        return areRelated(resolved, resolvedOrSame(kept));
+    };
+    const auto isKept = [&](const char* kept) {
+        return PathText::isSameOrInside(name, PathText::join(folders.home, kept)) ||
+               PathText::isSameOrInside(name, PathText::join(home, kept)) ||
+               isAt(PathText::join(home, kept));
+    };
+    return PathText::isSameOrInside(home, resolved) || PathText::isSameOrInside(resolved, "/run") ||
+           std::any_of(std::begin(keptEverywhere), std::end(keptEverywhere), isKept) ||
+           std::any_of(folders.protectedFolders.begin(), folders.protectedFolders.end(), isAt);
+}
+
+enum class Sticky { refused, accepted };
+
+std::optional<std::string> usable(const std::optional<std::string>& value, Sticky sticky,
+                                  const UserFolders& folders)
+{
+    struct stat home = {};
+    struct stat status = {};
+    if (!value || value->empty() || value->front() != '/' ||
+        ::stat(folders.home.c_str(), &home) != 0) {
+        return std::nullopt;
+    }
+    const std::optional<std::string> folder = resolvedFolder(*value, status);
+    // As text, ".." behind a link would name a folder that was not judged.
+    std::string path = PathText::standardized(*value);
+    const bool isSticky = (status.st_mode & S_ISVTX) != 0;
+    if (!folder || (status.st_uid != home.st_uid && !(isSticky && sticky == Sticky::accepted)) ||
+        holdsMoreThanCaches(path, *folder, folders)) {
+        return std::nullopt;
+    }
+    return resolvedOrSame(path) == *folder ? path : *folder;
+}
+
+} // namespace
+
+UserFolders UserFolders::ofAccount(const std::string& home, const Variables& variables)
+{
+    UserFolders folders;
+    folders.home = home;
+    folders.protectedFolders = CleanCore::protectedFolders(home, PathText::join(home, ".config"));
+    const auto configuration = variables("XDG_CONFIG_HOME");
+    if (configuration && configuration->substr(0, 1) == "/") {
+        for (std::string& folder : CleanCore::protectedFolders(home, *configuration)) {
+            folders.protectedFolders.push_back(std::move(folder));
+        }
+    }
+    folders.cacheFolder = usable(variables("XDG_CACHE_HOME"), Sticky::refused, folders)
+                              .value_or(PathText::join(home, ".cache"));
+    folders.temporaryFolder =
+        usable(variables("TMPDIR"), Sticky::accepted, folders).value_or("/tmp");
+    return folders;
+}
+
+UserFolders UserFolders::confinedTo(const std::string& home)
+{
+    UserFolders folders;
+    folders.home = home;
+    folders.cacheFolder = PathText::join(home, ".cache");
+    folders.temporaryFolder = PathText::join(home, ".tmp");
+    folders.protectedFolders = CleanCore::protectedFolders(home, PathText::join(home, ".config"));
+    return folders;
+}
+
+} // namespace CleanCore

@@ -1,0 +1,54 @@
+#include "CleanCore/FileSystem/Walking/FolderStack.h"
+
+#include <fcntl.h>
+#include <utility>
+
+namespace CleanCore {
+
+FolderStack::Level& FolderStack::push(FileDescriptor folder, const EntryStatus& status,
+                                      std::string name)
+{
+    m_levels.push_back({std::move(folder), status, std::move(name), {}, false});
+    if (m_levels.size() - m_firstOpen >= m_openLimit && m_levels.size() > 2) {
+        m_levels[m_firstOpen].folder.reset();
+        ++m_firstOpen;
+    }
+    return m_levels.back();
+}
+
+bool FolderStack::openParent()
+{
+    if (m_levels.size() < 2 || m_levels[m_levels.size() - 2].folder.isOpen()) {
+        return true;
+    }
+    Level& above = m_levels[m_levels.size() - 2];
+    constexpr int flags = O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC;
+    FileDescriptor parent(::openat(top().folder.get(), "..", flags));
+    EntryStatus status;
+    if (!parent.isOpen() || readStatus(parent.get(), "", status) != 0 ||
+        status.identity != above.status.identity || status.mountId != above.status.mountId) {
+        return false;
+    }
+    above.folder = std::move(parent);
+    above.wasReopened = true;
+    m_firstOpen = m_levels.size() - 2;
+    return true;
+}
+
+bool FolderStack::pop()
+{
+    if (!openParent()) {
+        clear();
+        return false;
+    }
+    m_levels.pop_back();
+    return true;
+}
+
+void FolderStack::clear()
+{
+    m_levels.clear();
+    m_firstOpen = 1;
+}
+
+} // namespace CleanCore

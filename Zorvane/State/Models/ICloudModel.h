@@ -1,0 +1,114 @@
+#pragma once
+
+#include "CleanCore/CloudDrive/ICloudItem.h"
+#include "Zorvane/State/Models/StateListModel.h"
+
+#include <QStringList>
+#include <QtQml/qqmlregistration.h>
+#include <cstdint>
+#include <vector>
+
+namespace Zorvane {
+
+/// What the cloud drive's sheet and card show. The rows are the measured entries, largest first,
+/// then those whose measuring ran out of time. Main thread only.
+class ICloudModel : public Zorvane::StateListModel
+{
+    Q_OBJECT
+    QML_ELEMENT
+    /// Whether a measuring has ever been started.
+    Q_PROPERTY(bool isMeasured READ isMeasured NOTIFY changed)
+    Q_PROPERTY(bool isMeasuring READ isMeasuring NOTIFY changed)
+    Q_PROPERTY(QString measuringText READ measuringText NOTIFY changed)
+    Q_PROPERTY(QString downloadedText READ downloadedText NOTIFY changed)
+    /// Empty while no release tells how far it is.
+    Q_PROPERTY(QString freeingText READ freeingText NOTIFY changed)
+    /// Whether everything is measured and nothing is downloaded.
+    Q_PROPERTY(bool isEmpty READ isEmpty NOTIFY changed)
+    /// Empty unless entries can be measured again that ran out of time.
+    Q_PROPERTY(QString busyText READ busyText NOTIFY changed)
+    Q_PROPERTY(QString selectedText READ selectedText NOTIFY changed)
+    Q_PROPERTY(bool hasSelectedBytes READ hasSelectedBytes NOTIFY changed)
+    Q_PROPERTY(bool canEvict READ canEvict NOTIFY changed)
+    /// What the release of the chosen entries will take; empty when it is not to be shown.
+    Q_PROPERTY(QString beforeFreeingText READ beforeFreeingText NOTIFY changed)
+    Q_PROPERTY(bool hasReport READ hasReport NOTIFY changed)
+    Q_PROPERTY(bool hasFreed READ hasFreed NOTIFY changed)
+    Q_PROPERTY(QString reportText READ reportText NOTIFY changed)
+    /// The applications that a release leaves: before one those of the chosen entries, after it
+    /// those still downloaded. An empty title means that there is nothing to tell.
+    Q_PROPERTY(QString appsTitle READ appsTitle NOTIFY changed)
+    /// Names and sizes of the first of them, and how many there are beyond.
+    Q_PROPERTY(QStringList appNames READ appNames NOTIFY changed)
+    Q_PROPERTY(QStringList appSizes READ appSizes NOTIFY changed)
+    Q_PROPERTY(QString moreAppsText READ moreAppsText NOTIFY changed)
+public:
+    enum Role {
+        NameRole = Qt::UserRole + 1,
+        /// Whether its measuring ran out of time; such a row has no figures and cannot be chosen.
+        IsBusyRole,
+        IsReleasedRole,
+        IsSelectedRole,
+        /// Tells of the applications in it; may be empty.
+        AppsTextRole,
+        /// May be empty.
+        FilesTextRole,
+        SizeTextRole,
+    };
+
+    using StateListModel::StateListModel;
+
+    [[nodiscard]] bool isMeasured() const;
+    [[nodiscard]] bool isMeasuring() const;
+    [[nodiscard]] QString measuringText() const;
+    [[nodiscard]] QString downloadedText() const;
+    [[nodiscard]] QString freeingText() const;
+    [[nodiscard]] bool isEmpty() const;
+    [[nodiscard]] QString busyText() const;
+    [[nodiscard]] QString selectedText() const;
+    [[nodiscard]] bool hasSelectedBytes() const;
+    [[nodiscard]] bool canEvict() const;
+    [[nodiscard]] QString beforeFreeingText() const;
+    [[nodiscard]] bool hasReport() const;
+    [[nodiscard]] bool hasFreed() const;
+    [[nodiscard]] QString reportText() const;
+    [[nodiscard]] QString appsTitle() const;
+    [[nodiscard]] QStringList appNames() const;
+    [[nodiscard]] QStringList appSizes() const;
+    [[nodiscard]] QString moreAppsText() const;
+
+    [[nodiscard]] int rowCount(const QModelIndex& parent = {}) const override;
+    [[nodiscard]] QVariant data(const QModelIndex& index, int role) const override;
+    [[nodiscard]] QHash<int, QByteArray> roleNames() const override;
+
+    /// Opens the sheet; the first time it starts the measuring too.
+    Q_INVOKABLE void open();
+    /// Ticks the check box of a measured entry.
+    Q_INVOKABLE void setSelected(int row, bool isSelected);
+    /// Shows all applications of the notice in the desktop's file manager.
+    Q_INVOKABLE void revealApps();
+
+    /// How long the release of so many files usually takes.
+    [[nodiscard]] static QString estimate(std::int64_t files);
+
+protected:
+    void follow(AppState& appState) override;
+
+private:
+    [[nodiscard]] const std::vector<CleanCore::ICloudItem>& items() const;
+    [[nodiscard]] std::vector<CleanCore::ICloudAppBundle> noticeApps() const;
+    [[nodiscard]] bool showsSelection() const;
+    [[nodiscard]] QString bytes(std::int64_t count) const;
+    [[nodiscard]] QString count(std::int64_t number) const;
+    [[nodiscard]] QVariant dataOfItem(const CleanCore::ICloudItem& item, int role) const;
+    /// The path that a row has by now.
+    [[nodiscard]] const std::string& pathAt(std::size_t row) const;
+    void updateRows();
+    void refreshRows();
+
+    /// The paths of the rows as they were last told to the views.
+    std::vector<std::string> m_paths;
+    std::size_t m_itemCount = 0;
+};
+
+} // namespace Zorvane

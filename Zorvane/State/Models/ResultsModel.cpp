@@ -1,0 +1,273 @@
+#include "Zorvane/State/Models/ResultsModel.h"
+
+#include "CleanCore/Commands/CommandAreas.h"
+#include "Zorvane/Desktop/DisplayText.h"
+#include "Zorvane/State/AppState.h"
+#include "Zorvane/State/Models/RuleDisplay.h"
+
+#include <limits>
+
+namespace Zorvane {
+
+namespace {
+
+using CleanCore::CategoryResult;
+using CleanCore::RuleKind;
+using CleanCore::RuleTier;
+
+constexpr std::size_t fewestForSelectAll = 2;
+
+QString kindName(ResultsModel::RowKind kind)
+{
+    switch (kind) {
+    case ResultsModel::RowKind::category:
+        return QStringLiteral("category");
+    case ResultsModel::RowKind::details:
+        return QStringLiteral("details");
+    case ResultsModel::RowKind::item:
+        return QStringLiteral("item");
+    case ResultsModel::RowKind::card:
+        return QStringLiteral("card");
+    }
+    return {};
+}
+
+bool offersSelectAll(const CategoryResult& category)
+{
+    return category.items.size() >= fewestForSelectAll &&
+           (category.rule.kind == RuleKind::fileSystem || category.rule.id == "tm-local-snapshots");
+}
+
+} // namespace
+
+void ResultsModel::follow(AppState& appState)
+{
+    connect(&appState, &AppState::categoriesChanged, this, &ResultsModel::rebuild);
+    connect(&appState, &AppState::selectionChanged, this, &ResultsModel::refreshSelection);
+    rebuild();
+}
+
+int ResultsModel::rowCount(const QModelIndex& parent) const
+{
+    if (parent.isValid() || appState() == nullptr) {
+        return 0;
+    }
+    std::size_t rows = 1;
+    for (std::size_t category = 0; category < m_isExpanded.size(); ++category) {
+        rows += 1 + rowsBelowHeader(category);
+    }
+    constexpr std::size_t most = std::numeric_limits<int>::max();
+    return static_cast<int>(std::min(rows, most));
+}
+
+std::size_t ResultsModel::rowsBelowHeader(std::size_t category) const
+{
+    return m_isExpanded[category] ? 1 + appState()->categories()[category].items.size() : 0;
+}
+
+std::optional<ResultsModel::Place> ResultsModel::placeOf(int row) const
+{
+    if (row < 0 || row >= rowCount()) {
+        return std::nullopt;
+    }
+    auto rest = static_cast<std::size_t>(row);
+    for (std::size_t category = 0; category < m_isExpanded.size(); ++category) {
+        const std::size_t below = rowsBelowHeader(category);
+        if (rest == 0) {
+            return Place{RowKind::category, category};
+        }
+        if (rest <= below) {
+            return rest == 1 ? Place{RowKind::details, category}
+                             : Place{RowKind::item, category, rest - 2};
+        }
+        rest -= 1 + below;
+    }
+    return Place{RowKind::card};
+}
+
+QVariant ResultsModel::data(const QModelIndex& index, int role) const
+{
+    const std::optional<Place> place = index.isValid() ? placeOf(index.row()) : std::nullopt;
+    if (!place) {
+        return {};
+    }
+    switch (role) {
+    case KindRole:
+        return kindName(place->kind);
+    case HasSelectedLookRole:
+        return place->kind != RowKind::card && m_hasSelectedLook[place->category];
+    case IsLastRole: {
+        const std::optional<Place> next = placeOf(index.row() + 1);
+        return !next || next->kind == RowKind::category || next->kind == RowKind::card;
+    }
+    default:
+        break;
+    }
+    switch (place->kind) {
+    case RowKind::category:
+        return dataOfCategory(place->category, role);
+    case RowKind::details:
+        return dataOfDetails(place->category, role);
+    case RowKind::item:
+        return dataOfItem(*place, role);
+    case RowKind::card:
+        break;
+    }
+    return {};
+}
+
+QVariant ResultsModel::dataOfCategory(std::size_t category, int role) const
+{
+    const CategoryResult& result = appState()->categories()[category];
+    const bool isReviewRequired = result.rule.tier == RuleTier::reviewRequired;
+    const ByteCountFormatter& formatter = appState()->byteCountFormatter();
+    switch (role) {
+    case TitleRole:
+        return RuleDisplay::title(result.rule.id, appState()->texts());
+    case CountTextRole:
+        return tr("%1 items").arg(formatter.count(static_cast<std::int64_t>(result.items.size())));
+    case SizeTextRole:
+        return formatter.string(result.totalBytes());
+    case IsSelectedRole:
+        return appState()->selection().isWhollySelected(category);
+    case IsSelectableRole:
+        return !isReviewRequired;
+    case IsDiagnosticRole:
+        return isReviewRequired && result.rule.kind == RuleKind::command;
+    case IsReviewRequiredRole:
+        return isReviewRequired;
+    case HadAccessErrorsRole:
+        return result.hadAccessErrors;
+    case IsExpandedRole:
+        return static_cast<bool>(m_isExpanded[category]);
+    default:
+        return {};
+    }
+}
+
+QVariant ResultsModel::dataOfDetails(std::size_t category, int role) const
+{
+    const CategoryResult& result = appState()->categories()[category];
+    switch (role) {
+    case ExplanationRole:
+        return QString::fromStdString(
+            appState()->texts().text("category.explanation." + result.rule.id));
+    case OffersSelectAllRole:
+        return offersSelectAll(result);
+    case TitleRole:
+        return RuleDisplay::title(result.rule.id, appState()->texts());
+    default:
+        return {};
+    }
+}
+
+QVariant ResultsModel::dataOfItem(const Place& place, int role) const
+{
+    const auto& item = appState()->categories()[place.category].items[place.item];
+    switch (role) {
+    case PathRole:
+        return displayText(item.path);
+    case SizeTextRole:
+        return appState()->byteCountFormatter().string(item.sizeBytes);
+    case IsSelectedRole:
+        return appState()->selection().isSelected(place.category, place.item);
+    default:
+        return {};
+    }
+}
+
+void ResultsModel::updateSelectedLooks()
+{
+    const auto& categories = appState()->categories();
+    m_hasSelectedLook.resize(categories.size());
+    for (std::size_t category = 0; category < categories.size(); ++category) {
+        m_hasSelectedLook[category] = categories[category].rule.tier == RuleTier::safe &&
+                                      appState()->selectedBytes(category) > 0;
+    }
+}
+
+QHash<int, QByteArray> ResultsModel::roleNames() const
+{
+    return {
+        {KindRole, "kind"},
+        {IsLastRole, "isLast"},
+        {HasSelectedLookRole, "hasSelectedLook"},
+        {TitleRole, "title"},
+        {CountTextRole, "countText"},
+        {SizeTextRole, "sizeText"},
+        {IsSelectedRole, "isSelected"},
+        {IsSelectableRole, "isSelectable"},
+        {IsDiagnosticRole, "isDiagnostic"},
+        {IsReviewRequiredRole, "isReviewRequired"},
+        {HadAccessErrorsRole, "hadAccessErrors"},
+        {IsExpandedRole, "isExpanded"},
+        {ExplanationRole, "explanation"},
+        {OffersSelectAllRole, "offersSelectAll"},
+        {PathRole, "path"},
+    };
+}
+
+void ResultsModel::toggleExpanded(int row)
+{
+    const std::optional<Place> place = placeOf(row);
+    if (!place || place->kind != RowKind::category) {
+        return;
+    }
+    const auto below = static_cast<int>(1 + appState()->categories()[place->category].items.size());
+    if (m_isExpanded[place->category]) {
+        beginRemoveRows({}, row + 1, row + below);
+        m_isExpanded[place->category] = false;
+        endRemoveRows();
+    } else {
+        beginInsertRows({}, row + 1, row + below);
+        m_isExpanded[place->category] = true;
+        endInsertRows();
+    }
+    emit dataChanged(index(row), index(row), {IsExpandedRole, IsLastRole});
+}
+
+void ResultsModel::setSelected(int row, bool isSelected)
+{
+    const std::optional<Place> place = placeOf(row);
+    if (place && place->kind == RowKind::category) {
+        appState()->categoryBinding(place->category).set(isSelected);
+    } else if (place && place->kind == RowKind::item) {
+        const CategoryResult& result = appState()->categories()[place->category];
+        if (CleanCore::clearsWholeArea(result.rule.id)) {
+            // Its tool knows no single items: whoever chooses one would lose them all unseen.
+            appState()->categoryBinding(place->category).set(isSelected);
+            return;
+        }
+        appState()->itemBinding(result.rule.id, result.items[place->item].path).set(isSelected);
+    }
+}
+
+void ResultsModel::selectAll(int row)
+{
+    if (const std::optional<Place> place = placeOf(row)) {
+        appState()->selectAll(appState()->categories()[place->category].rule.id);
+    }
+}
+
+void ResultsModel::clearSelection(int row)
+{
+    if (const std::optional<Place> place = placeOf(row)) {
+        appState()->deselectAll(appState()->categories()[place->category].rule.id);
+    }
+}
+
+void ResultsModel::rebuild()
+{
+    beginResetModel();
+    m_isExpanded.assign(appState()->categories().size(), false);
+    updateSelectedLooks();
+    endResetModel();
+}
+
+void ResultsModel::refreshSelection()
+{
+    updateSelectedLooks();
+    emit dataChanged(index(0), index(rowCount() - 1), {IsSelectedRole, HasSelectedLookRole});
+}
+
+} // namespace Zorvane
