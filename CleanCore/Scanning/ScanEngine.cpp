@@ -60,7 +60,7 @@ void Scan::run(const CleaningRule& rule)
 {
     std::optional<CategoryResult> result;
     if (!stop.stop_requested()) {
-        sink.emit(RuleStarted{rule.id});
+        sink.send(RuleStarted{rule.id});
         result = scanRule(rule);
     }
     std::optional<RuleCompleted> completed;
@@ -70,7 +70,7 @@ void Scan::run(const CleaningRule& rule)
     const std::lock_guard lock(mutex);
     if (result) {
         // Under the lock: the results of the finished scan come in the order of these events.
-        sink.emit(std::move(*completed));
+        sink.send(std::move(*completed));
         results.push_back(std::move(*result));
     }
     if (--unfinished == 0) {
@@ -81,7 +81,7 @@ void Scan::run(const CleaningRule& rule)
 void Scan::finish()
 {
     if (!stop.stop_requested()) {
-        sink.emit(Finished{std::move(results)});
+        sink.send(Finished{std::move(results)});
     }
     sink.finish();
 }

@@ -23,7 +23,7 @@ template <typename Event>
 class EventSink
 {
 public:
-    void emit(Event event) const
+    void send(Event event) const
     {
         const std::lock_guard lock(m_channel->mutex);
         if (!m_channel->isEnded) {

@@ -15,7 +15,7 @@ target_sources(ZorvaneWindow PRIVATE
 )
 # Without optimisation each shadow would take a second, and every debug build and test wait for it.
 set_source_files_properties(Theme/Painting/GaussianBlur.cpp Theme/Painting/AuroraPainting.cpp
-  PROPERTIES COMPILE_OPTIONS $<$<CONFIG:Debug>:-O2>)
+  PROPERTIES COMPILE_OPTIONS $<$<CONFIG:Debug>:-O2> SKIP_PRECOMPILE_HEADERS ON)
 # The registration of the QML types includes their headers by file name.
 target_include_directories(ZorvaneWindow PRIVATE Theme/Painting Theme/Tokens)
 

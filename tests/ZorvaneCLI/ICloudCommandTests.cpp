@@ -1,7 +1,7 @@
 #include "CleanCore/Startup/HomeEnvironment.h"
 #include "CleanCore/Support/TaskPool.h"
 #include "ZorvaneCLI/ICloudCommand.h"
-#include "tests/CleanCore/Support/CloudFolders.h"
+#include "tests/Support/CloudFolders.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

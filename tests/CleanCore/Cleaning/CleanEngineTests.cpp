@@ -1,7 +1,7 @@
 #include "CleanCore/Cleaning/CleanEngine.h"
 
-#include "tests/CleanCore/Support/CleanableHome.h"
-#include "tests/CleanCore/Support/StoppingFileManager.h"
+#include "tests/Support/CleanableHome.h"
+#include "tests/Support/StoppingFileManager.h"
 
 #include <functional>
 #include <gmock/gmock.h>

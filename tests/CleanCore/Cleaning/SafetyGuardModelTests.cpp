@@ -1,7 +1,7 @@
-#include "tests/CleanCore/Support/CleanableHome.h"
-#include "tests/CleanCore/Support/GuardModel.h"
-#include "tests/CleanCore/Support/LinkedPaths.h"
-#include "tests/CleanCore/Support/VerdictText.h"
+#include "tests/Support/CleanableHome.h"
+#include "tests/Support/GuardModel.h"
+#include "tests/Support/LinkedPaths.h"
+#include "tests/Support/VerdictText.h"
 
 #include <filesystem>
 #include <gmock/gmock.h>

@@ -1,8 +1,8 @@
 #include "CleanCore/Rules/SafetyGuard.h"
 
-#include "tests/CleanCore/Support/CleanableHome.h"
-#include "tests/CleanCore/Support/LinkedPaths.h"
-#include "tests/CleanCore/Support/VerdictText.h"
+#include "tests/Support/CleanableHome.h"
+#include "tests/Support/LinkedPaths.h"
+#include "tests/Support/VerdictText.h"
 
 #include <gmock/gmock.h>
 

@@ -1,4 +1,4 @@
-#include "tests/CleanCore/Support/CleanableHome.h"
+#include "tests/Support/CleanableHome.h"
 
 #include <gmock/gmock.h>
 

@@ -1,7 +1,7 @@
 #include "CleanCore/Rules/ForeignCatalog.h"
 
 #include "CleanCore/Rules/RulesCatalog.h"
-#include "tests/CleanCore/Support/ScriptedFileManager.h"
+#include "tests/Support/ScriptedFileManager.h"
 
 #include <gtest/gtest.h>
 

@@ -3,8 +3,8 @@
 #include "CleanCore/FileSystem/LinkResolver.h"
 #include "CleanCore/FileSystem/LinuxFileManager.h"
 #include "CleanCore/Support/TaskPool.h"
-#include "tests/CleanCore/Support/ScriptedFileManager.h"
-#include "tests/CleanCore/Support/TemporaryFolder.h"
+#include "tests/Support/ScriptedFileManager.h"
+#include "tests/Support/TemporaryFolder.h"
 
 #include <filesystem>
 #include <gtest/gtest.h>

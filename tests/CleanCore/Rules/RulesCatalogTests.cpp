@@ -1,7 +1,7 @@
 #include "CleanCore/Rules/RulesCatalog.h"
 
 #include "CleanCore/Rules/CleanCoreError.h"
-#include "tests/CleanCore/Support/TemporaryFolder.h"
+#include "tests/Support/TemporaryFolder.h"
 
 #include <functional>
 #include <gtest/gtest.h>

@@ -2,8 +2,8 @@
 
 #include "CleanCore/FileSystem/LinuxFileManager.h"
 #include "CleanCore/Support/TaskPool.h"
-#include "tests/CleanCore/Support/ScriptedFileManager.h"
-#include "tests/CleanCore/Support/TemporaryFolder.h"
+#include "tests/Support/ScriptedFileManager.h"
+#include "tests/Support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
 #include <system_error>

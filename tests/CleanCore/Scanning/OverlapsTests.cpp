@@ -1,6 +1,6 @@
 #include "CleanCore/Scanning/Overlaps.h"
 
-#include "tests/CleanCore/Support/ScriptedFileManager.h"
+#include "tests/Support/ScriptedFileManager.h"
 
 #include <gtest/gtest.h>
 

@@ -1,7 +1,7 @@
 #include "CleanCore/Scanning/ScanEngine.h"
 
 #include "CleanCore/Support/TaskPool.h"
-#include "tests/CleanCore/Support/ScriptedFileManager.h"
+#include "tests/Support/ScriptedFileManager.h"
 
 #include <algorithm>
 #include <gtest/gtest.h>

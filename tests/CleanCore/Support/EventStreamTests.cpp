@@ -19,7 +19,7 @@ TEST(EventStream, DeliversEverythingFromEveryWriterInItsOrder)
     for (int writer = 0; writer < writers; ++writer) {
         threads.emplace_back([writer, sink = stream.sink()] {
             for (int i = 0; i < events; ++i) {
-                sink.emit({writer, i});
+                sink.send({writer, i});
             }
         });
     }
@@ -40,10 +40,10 @@ TEST(EventStream, DeliversWhatWasWrittenBeforeItsEndAndNothingAfter)
 {
     EventStream<int> stream;
     const EventSink<int> sink = stream.sink();
-    sink.emit(1);
-    sink.emit(2);
+    sink.send(1);
+    sink.send(2);
     sink.finish();
-    sink.emit(3);
+    sink.send(3);
     EXPECT_FALSE(stream.hasEnded());
     EXPECT_EQ(stream.next(), 1);
     EXPECT_EQ(stream.tryNext(), 2);
@@ -58,9 +58,9 @@ TEST(EventStream, DropsUnreadEventsAndStopsItsWritersWhenCancelled)
     EventStream<std::shared_ptr<int>> stream;
     const auto sink = stream.sink();
     const auto event = std::make_shared<int>(1);
-    sink.emit(event);
+    sink.send(event);
     stream.cancel();
-    sink.emit(event);
+    sink.send(event);
     EXPECT_EQ(event.use_count(), 1);
     EXPECT_TRUE(sink.stopToken().stop_requested());
     EXPECT_FALSE(stream.next());
@@ -81,7 +81,7 @@ TEST(EventStream, StopsItsWritersWhenItIsDroppedButNotWhenItIsMoved)
         EventStream<int> original;
         sink = original.sink();
         EventStream<int> moved = std::move(original);
-        sink->emit(5);
+        sink->send(5);
         EXPECT_EQ(moved.next(), 5);
         EXPECT_FALSE(sink->stopToken().stop_requested());
 

@@ -2,9 +2,9 @@
 
 #include "CleanCore/CloudDrive/ICloudEvictor.h"
 #include "Zorvane/State/AppState.h"
-#include "tests/CleanCore/Support/ScriptedCommandRunner.h"
-#include "tests/CleanCore/Support/ScriptedFileManager.h"
-#include "tests/CleanCore/Support/TemporaryFolder.h"
+#include "tests/Support/ScriptedCommandRunner.h"
+#include "tests/Support/ScriptedFileManager.h"
+#include "tests/Support/TemporaryFolder.h"
 
 #include <QString>
 #include <atomic>

@@ -1,9 +1,0 @@
-zorvane_add_tests(CommandTests
-  CommandCleanEngineTests.cpp
-  CommandRunnerTests.cpp
-  CommandScanEngineTests.cpp
-  LinuxToolAreasTests.cpp
-  StandInToolsTests.cpp
-  ToolLocationsTests.cpp
-  ToolTextTests.cpp
-  Support/TemporaryFolder.cpp)

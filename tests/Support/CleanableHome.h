@@ -1,0 +1,55 @@
+#pragma once
+
+#include "CleanCore/Cleaning/CleanEngine.h"
+#include "CleanCore/FileSystem/LinuxFileManager.h"
+#include "CleanCore/Support/TaskPool.h"
+#include "tests/Support/TemporaryFolder.h"
+
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace CleanCoreTests {
+
+/// A home of the test's own with the engines' real collaborators, confined to it. Paths are
+/// relative to the home.
+class CleanableHome
+{
+public:
+    /// No size that a file system gives to an entry.
+    static constexpr std::int64_t selectedBytes = 12'345;
+
+    TemporaryFolder folder;
+    std::shared_ptr<CleanCore::TaskPool> pool = std::make_shared<CleanCore::TaskPool>(2);
+    std::shared_ptr<const CleanCore::FileManager> files = visibleFiles();
+
+    /// A file manager that sees `~/.config/user-dirs.dirs` as it is now.
+    [[nodiscard]] std::shared_ptr<const CleanCore::LinuxFileManager> visibleFiles() const;
+    [[nodiscard]] CleanCore::CleanEngine engine() const;
+
+    /// A selection of everything that a scan finds now in these bases, in the order of the names.
+    [[nodiscard]] CleanCore::CleaningSelection scan(const std::vector<std::string>& basePaths = {
+                                                        "~/.cache"}) const;
+    /// What a scan finds now at `relative`.
+    [[nodiscard]] CleanCore::ScannedItem item(std::string_view relative) const;
+    /// A rule with these bases and the one item at `relative`, as if it had been measured at
+    /// selectedBytes.
+    [[nodiscard]] CleanCore::CleaningSelection select(std::string_view relative,
+                                                      const std::vector<std::string>& basePaths = {
+                                                          "~/.cache"}) const;
+
+    /// Cleans one selection with engine().
+    [[nodiscard]] CleanCore::CleaningReport clean(const CleanCore::CleaningSelection& selection,
+                                                  bool dryRun = false) const;
+    /// Scans the one item, cleans it and tells how that ended: "removed BYTES" (the scanned size
+    /// as "all"), "blocked" or "failed".
+    [[nodiscard]] std::string outcomeOf(std::string_view relative,
+                                        const std::vector<std::string>& basePaths = {
+                                            "~/.cache"}) const;
+    [[nodiscard]] std::string outcomeOf(const CleanCore::CleaningSelection& selection) const;
+};
+
+[[nodiscard]] std::string describe(const CleanCore::CleaningReport& report,
+                                   const CleanCore::ScannedItem& item);
+
+} // namespace CleanCoreTests

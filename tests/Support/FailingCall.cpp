@@ -1,0 +1,92 @@
+#include "tests/Support/FailingCall.h"
+
+#include <array>
+#include <cerrno>
+#include <csignal>
+#include <cstddef>
+#include <ctime>
+#include <linux/filter.h>
+#include <linux/seccomp.h>
+#include <sys/prctl.h>
+#include <sys/wait.h>
+#include <system_error>
+#include <unistd.h>
+
+namespace CleanCoreTests {
+
+namespace {
+
+constexpr int childTrouble = 255;
+
+pid_t forked()
+{
+    const pid_t child = ::fork();
+    if (child < 0) {
+        throw std::system_error(errno, std::generic_category(), "fork");
+    }
+    return child;
+}
+
+int waitFor(pid_t child)
+{
+    int status = 0;
+    while (::waitpid(child, &status, 0) < 0 && errno == EINTR) {
+    }
+    return status;
+}
+
+bool installFilter(long number, int error)
+{
+    std::array<sock_filter, 4> program = {
+        sock_filter BPF_STMT(BPF_LD | BPF_W | BPF_ABS, offsetof(seccomp_data, nr)),
+        sock_filter BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, static_cast<unsigned>(number), 0, 1),
+        sock_filter BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ERRNO | static_cast<unsigned>(error)),
+        sock_filter BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ALLOW),
+    };
+    const sock_fprog filter = {program.size(), program.data()};
+    return ::prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0) == 0 &&
+           ::prctl(PR_SET_SECCOMP, SECCOMP_MODE_FILTER, &filter) == 0;
+}
+
+bool startTimer(long nanoseconds)
+{
+    constexpr long second = 1'000'000'000;
+    sigevent event = {};
+    event.sigev_notify = SIGEV_SIGNAL;
+    event.sigev_signo = SIGKILL;
+    timer_t timer = {};
+    const itimerspec when = {{}, {nanoseconds / second, nanoseconds % second}};
+    return ::timer_create(CLOCK_MONOTONIC, &event, &timer) == 0 &&
+           ::timer_settime(timer, 0, &when, nullptr) == 0;
+}
+
+} // namespace
+
+int runWithFailingCall(long number, int error, const std::function<int()>& work)
+{
+    const pid_t child = forked();
+    if (child == 0) {
+        ::_exit(installFilter(number, error) ? work() : childTrouble);
+    }
+    const int status = waitFor(child);
+    return WIFEXITED(status) ? WEXITSTATUS(status) : childTrouble;
+}
+
+bool runUntilKilled(long nanoseconds, const std::function<void()>& work)
+{
+    const pid_t child = forked();
+    if (child == 0) {
+        if (!startTimer(nanoseconds)) {
+            ::_exit(childTrouble);
+        }
+        work();
+        ::_exit(0);
+    }
+    const int status = waitFor(child);
+    if (WIFEXITED(status) && WEXITSTATUS(status) != 0) {
+        throw std::system_error(ECHILD, std::generic_category(), "the child could not start");
+    }
+    return WIFSIGNALED(status);
+}
+
+} // namespace CleanCoreTests

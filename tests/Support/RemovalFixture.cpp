@@ -1,0 +1,131 @@
+#include "tests/Support/RemovalFixture.h"
+
+#include <fcntl.h>
+#include <filesystem>
+#include <fstream>
+#include <linux/capability.h>
+#include <sched.h>
+#include <sstream>
+#include <sys/mount.h>
+#include <sys/stat.h>
+#include <sys/syscall.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace CleanCoreTests {
+
+namespace fs = std::filesystem;
+
+RemovalFixture::RemovalFixture(const std::string& below)
+    : home(below), base(home.makeFolder(".cache")), documents(home.makeFolder("Documents"))
+{
+    // Names that the attacks use inside the base: a redirected removal would find them here.
+    for (const char* name : {"canary", "entry/canary", "entry/deep/canary", "0", "1"}) {
+        home.makeFile("Documents/" + std::string(name), "precious");
+    }
+    m_canaries = snapshot(documents);
+}
+
+std::unique_ptr<CleanCore::LinuxRemoval> RemovalFixture::beginRemoval() const
+{
+    return std::make_unique<CleanCore::LinuxRemoval>(
+        home.path(), std::vector<std::string>{documents}, std::nullopt, pool());
+}
+
+const std::shared_ptr<CleanCore::TaskPool>& RemovalFixture::pool() const
+{
+    if (!m_pool) {
+        m_pool = std::make_shared<CleanCore::TaskPool>();
+    }
+    return m_pool;
+}
+
+int RemovalFixture::remove(const std::string& relative) const
+{
+    return beginRemoval()->remove(base, home.path(relative), std::nullopt).error;
+}
+
+void RemovalFixture::expectCanaries() const
+{
+    const std::string now = '\n' + snapshot(documents);
+    std::istringstream lines(m_canaries);
+    for (std::string line; std::getline(lines, line);) {
+        EXPECT_NE(now.find('\n' + line + '\n'), std::string::npos) << "lost: " << line;
+    }
+}
+
+void inChildProcess(const std::function<void()>& body)
+{
+    const pid_t child = ::fork();
+    ASSERT_GE(child, 0);
+    if (child == 0) {
+        body();
+        ::_exit(testing::Test::HasFailure() ? 1 : 0);
+    }
+    int status = 0;
+    ASSERT_EQ(::waitpid(child, &status, 0), child);
+    EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0) << "the child failed: " << status;
+}
+
+void inMountNamespace(const std::function<void()>& body)
+{
+    inChildProcess([&] {
+        const auto user = std::to_string(::getuid());
+        const auto group = std::to_string(::getgid());
+        ASSERT_EQ(::unshare(CLONE_NEWUSER | CLONE_NEWNS), 0) << "user namespaces are needed here";
+        std::ofstream("/proc/self/setgroups") << "deny";
+        std::ofstream("/proc/self/uid_map") << user << ' ' << user << " 1";
+        std::ofstream("/proc/self/gid_map") << group << ' ' << group << " 1";
+        ASSERT_EQ(::mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr), 0);
+        body();
+    });
+}
+
+void dropCapabilities()
+{
+    __user_cap_header_struct header = {_LINUX_CAPABILITY_VERSION_3, 0};
+    __user_cap_data_struct none[_LINUX_CAPABILITY_U32S_3] = {};
+    ASSERT_EQ(::syscall(SYS_capset, &header, none), 0);
+}
+
+void bindMount(const std::string& what, const std::string& where)
+{
+    ASSERT_EQ(::mount(what.c_str(), where.c_str(), nullptr, MS_BIND, nullptr), 0) << where;
+}
+
+void mountTemporaryFileSystem(const std::string& where)
+{
+    ASSERT_EQ(::mount("none", where.c_str(), "tmpfs", 0, nullptr), 0) << where;
+}
+
+void remountReadOnly(const std::string& where)
+{
+    bindMount(where, where);
+    ASSERT_EQ(::mount(nullptr, where.c_str(), nullptr, MS_REMOUNT | MS_BIND | MS_RDONLY, nullptr),
+              0);
+}
+
+void makeFiles(const TemporaryFolder& folder, const std::string& relative, std::size_t count)
+{
+    const std::string path = folder.makeFolder(relative);
+    for (std::size_t i = 0; i < count; ++i) {
+        const std::string file = path + '/' + std::to_string(i);
+        ::close(::open(file.c_str(), O_CREAT | O_WRONLY | O_CLOEXEC, 0644));
+    }
+}
+
+std::size_t countEntries(const std::string& folder)
+{
+    std::size_t count = 0;
+    // Others may be changing it meanwhile; what has vanished does not count.
+    std::error_code error;
+    for (fs::directory_iterator entry(folder, error), end; !error && entry != end;
+         entry.increment(error)) {
+        std::error_code gone;
+        count +=
+            1 + (fs::is_directory(entry->symlink_status(gone)) ? countEntries(entry->path()) : 0);
+    }
+    return count;
+}
+
+} // namespace CleanCoreTests

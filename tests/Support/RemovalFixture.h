@@ -1,0 +1,70 @@
+#pragma once
+
+#include "CleanCore/FileSystem/Removing/LinuxRemoval.h"
+#include "CleanCore/Support/TaskPool.h"
+#include "tests/Support/TemporaryFolder.h"
+
+#include <cstdlib>
+#include <functional>
+#include <gtest/gtest.h>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace CleanCoreTests {
+
+/// A home with a base ".cache" to clean and a protected folder "Documents" whose canaries must
+/// survive whatever happens.
+class RemovalFixture : public testing::Test
+{
+protected:
+    explicit RemovalFixture(const std::string& below = "/tmp");
+
+    /// A removal as a clean begins it. Made anew it reads the protected folders' identities anew.
+    [[nodiscard]] std::unique_ptr<CleanCore::LinuxRemoval> beginRemoval() const;
+
+    /// The errno that removing `relative` (below home) from the base ends with; 0 for success.
+    [[nodiscard]] int remove(const std::string& relative) const;
+
+    /// Fails the test unless every canary is there as it was. (An attack may have put more beside.)
+    void expectCanaries() const;
+
+    TemporaryFolder home;
+    const std::string base;
+    const std::string documents;
+
+    /// Made when first asked for, so that a child process makes its own.
+    [[nodiscard]] const std::shared_ptr<CleanCore::TaskPool>& pool() const;
+
+private:
+    std::string m_canaries;
+    mutable std::shared_ptr<CleanCore::TaskPool> m_pool;
+};
+
+/// How much of the long runs to do: 1 for everyday runs, more with ZORVANE_RELIABILITY=long.
+[[nodiscard]] inline std::size_t scaled(std::size_t everyday, std::size_t whole)
+{
+    const char* const mode = std::getenv("ZORVANE_RELIABILITY");
+    return mode != nullptr && std::string(mode) == "long" ? whole : everyday;
+}
+
+/// Runs `body` in a child process in user and mount namespaces of its own, where it may mount, and
+/// fails the test if anything in it failed. The test must not have started a thread.
+void inMountNamespace(const std::function<void()>& body);
+
+/// Runs `body` in a child process.
+void inChildProcess(const std::function<void()>& body);
+
+/// Takes from this process what lets it pass over permissions in its own namespaces.
+void dropCapabilities();
+
+void bindMount(const std::string& what, const std::string& where);
+void mountTemporaryFileSystem(const std::string& where);
+void remountReadOnly(const std::string& where);
+
+/// Makes `count` empty files "0", "1", … in a new folder.
+void makeFiles(const TemporaryFolder& folder, const std::string& relative, std::size_t count);
+
+[[nodiscard]] std::size_t countEntries(const std::string& folder);
+
+} // namespace CleanCoreTests

@@ -1,0 +1,51 @@
+find_package(Qt6 6.4 REQUIRED COMPONENTS Test)
+
+# The window in all its states, for the tests and for whoever wants to look at it.
+file(GLOB support CONFIGURE_DEPENDS Zorvane/Support/*.cpp Zorvane/Scenes/*.cpp)
+list(FILTER support EXCLUDE REGEX "Main.cpp$")
+add_library(WindowTestSupport STATIC ${support})
+target_link_libraries(WindowTestSupport PUBLIC TestSupport ZorvaneWindow Qt6::Test
+                      PRIVATE Zorvane::Warnings)
+target_precompile_headers(WindowTestSupport PRIVATE <gmock/gmock.h> <QAbstractItemModelTester>
+                          <QQmlApplicationEngine> <QQuickWindow> <QSignalSpy> <functional> <map>)
+
+zorvane_add_tests(StateTests SUPPORT WindowTestSupport SOURCES
+  Zorvane/State/*.cpp Zorvane/Desktop/*.cpp Zorvane/Support/EventLoopMain.cpp)
+zorvane_add_tests(ThemeTests SUPPORT WindowTestSupport SOURCES
+  Zorvane/ThemeTests.cpp Zorvane/ControlTests.cpp Zorvane/Support/WindowTestMain.cpp)
+zorvane_add_tests(SheetTests SUPPORT WindowTestSupport SOURCES
+  Zorvane/Sheets/*.cpp Zorvane/ScreenTests.cpp Zorvane/Support/WindowTestMain.cpp)
+zorvane_add_tests(WindowTests SUPPORT WindowTestSupport SOURCES
+  Zorvane/Window*Tests.cpp Zorvane/Support/WindowTestMain.cpp)
+add_executable(screenshots Zorvane/Screenshots.cpp)
+target_link_libraries(screenshots PRIVATE WindowTestSupport Zorvane::Warnings)
+foreach(program ThemeTests SheetTests WindowTests screenshots)
+  target_link_libraries(${program} PRIVATE ZorvaneWindowplugin)
+endforeach()
+
+# Once more as the program draws where there is a graphics card: what looks at pixels.
+foreach(suite ThemeTests WindowTests)
+  add_test(NAME ${suite}WithOpenGL COMMAND "${launcher}" "${CMAKE_CURRENT_SOURCE_DIR}/with-display"
+           "$<TARGET_FILE:${suite}>" --opengl "--gtest_filter=-Window/EveryState.*")
+  set_tests_properties(${suite}WithOpenGL PROPERTIES TIMEOUT 120)
+endforeach()
+
+# The window as a person uses it, on a display of the tests' own.
+add_library(confined MODULE EndToEnd/Window/confined.c)
+set_target_properties(confined PROPERTIES PREFIX "")
+foreach(flow Clean FirstRun ICloud Scan)
+  zorvane_add_script_test(Window.${flow} EndToEnd/Window/${flow}Tests.py
+    "ZORVANE_CLI=$<TARGET_FILE:zorvane-cli>" "ZORVANE_WINDOW=$<TARGET_FILE:zorvane>"
+    "ZORVANE_CONFINED=$<TARGET_FILE:confined>")
+endforeach()
+
+# What an installation puts where, and whether it works from there.
+set(installed "${PROJECT_BINARY_DIR}/installed")
+add_test(NAME Install COMMAND "${CMAKE_COMMAND}" --install "${PROJECT_BINARY_DIR}" --prefix "${installed}")
+add_test(NAME Uninstall COMMAND "${CMAKE_COMMAND}" -E rm -rf "${installed}")
+zorvane_add_script_test(Window.Installation EndToEnd/Window/InstallationTests.py
+  "ZORVANE_INSTALLED=${installed}" "ZORVANE_CLI=${installed}/bin/zorvane-cli"
+  "ZORVANE_WINDOW=${installed}/bin/zorvane" "ZORVANE_CONFINED=$<TARGET_FILE:confined>")
+set_tests_properties(Install PROPERTIES FIXTURES_SETUP installation)
+set_tests_properties(Uninstall PROPERTIES FIXTURES_CLEANUP installation)
+set_tests_properties(Window.Installation PROPERTIES FIXTURES_REQUIRED installation)
