@@ -1,7 +1,7 @@
 #pragma once
 
 #include "CleanCore/CloudDrive/ICloudAppBundle.h"
-#include "CleanCore/FileSystem/TreeVisitor.h"
+#include "CleanCore/FileSystem/FileManager.h"
 
 #include <cstdint>
 #include <string>

@@ -1,10 +1,9 @@
 #include "CleanCore/FileSystem/LinuxFileManager.h"
 
 #include "CleanCore/CloudDrive/StandIn/CloudDrive.h"
-#include "CleanCore/FileSystem/DescriptorPath.h"
+#include "CleanCore/FileSystem/Descriptors.h"
 #include "CleanCore/FileSystem/LinkResolver.h"
 #include "CleanCore/FileSystem/Removing/LinuxRemoval.h"
-#include "CleanCore/FileSystem/Shortage.h"
 #include "CleanCore/FileSystem/Walking/DirectoryReader.h"
 #include "CleanCore/FileSystem/Walking/TreeWalk.h"
 #include "CleanCore/Support/PathText.h"

@@ -1,8 +1,8 @@
 #include "CleanCore/Rules/PathExpander.h"
 
+#include "CleanCore/FileSystem/Descriptors.h"
 #include "CleanCore/FileSystem/FileManager.h"
 #include "CleanCore/FileSystem/LinkResolver.h"
-#include "CleanCore/FileSystem/Shortage.h"
 #include "CleanCore/Support/PathText.h"
 
 #include <algorithm>

@@ -2,7 +2,7 @@
 
 #include "CleanCore/CloudDrive/AppBundleName.h"
 #include "CleanCore/CloudDrive/StandIn/CloudFilePair.h"
-#include "CleanCore/FileSystem/DescriptorPath.h"
+#include "CleanCore/FileSystem/Descriptors.h"
 #include "CleanCore/FileSystem/LinkResolver.h"
 #include "CleanCore/Support/PathText.h"
 

@@ -6,7 +6,6 @@
 
 #include <atomic>
 #include <cstddef>
-#include <fcntl.h>
 #include <memory>
 
 namespace CleanCore {
@@ -27,8 +26,6 @@ struct EmptyingPiece
 class EmptyingJob : public SharedWork<EmptyingPiece>
 {
 public:
-    static constexpr int folderFlags = O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC;
-
     /// `treeRoot`: the tree's own folder.
     EmptyingJob(std::shared_ptr<TaskPool> pool, unsigned helpers,
                 const TreeEmptier::Limits& passLimits, const EntryStatus& treeRoot)

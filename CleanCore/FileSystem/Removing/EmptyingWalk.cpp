@@ -1,5 +1,7 @@
 #include "CleanCore/FileSystem/Removing/EmptyingWalk.h"
 
+#include "CleanCore/FileSystem/Descriptors.h"
+
 #include <algorithm>
 #include <cerrno>
 #include <fcntl.h>
@@ -68,7 +70,7 @@ bool EmptyingWalk::isInPlace()
     int folder = m_stack.top().folder.get();
     EntryStatus status = m_stack.top().status;
     while (status.identity != m_job.root.identity) {
-        FileDescriptor parent(::openat(folder, "..", O_PATH | O_DIRECTORY | O_CLOEXEC));
+        FileDescriptor parent = holdFolder(folder, "..");
         EntryStatus above;
         if (!parent.isOpen() || readStatus(parent.get(), "", above) != 0 ||
             above.identity == status.identity) {
@@ -218,7 +220,7 @@ void EmptyingWalk::giveHalfAway()
         if (level.pending.isEmpty() || isOnlyOne) {
             return false;
         }
-        FileDescriptor folder(::fcntl(level.folder.get(), F_DUPFD_CLOEXEC, 0));
+        FileDescriptor folder = duplicate(level.folder.get());
         if (folder.isOpen()) {
             m_job.isIncomplete = true;
             ++m_progress[index].kept;

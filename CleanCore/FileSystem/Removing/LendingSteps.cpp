@@ -1,5 +1,6 @@
 #include "CleanCore/FileSystem/Removing/LendingSteps.h"
 
+#include "CleanCore/FileSystem/Descriptors.h"
 #include "CleanCore/FileSystem/Removing/EmptyingJob.h"
 #include "CleanCore/FileSystem/Removing/OwnerAccess.h"
 
@@ -18,16 +19,13 @@ LendingSteps::LendingSteps(const EmptyingJob& job)
 int LendingSteps::openSubfolder(const Folder& parent, const std::string& name,
                                 FileDescriptor& folder, EntryStatus& status) const
 {
-    const auto open = [&](int flags) {
-        return FileDescriptor(::openat(parent.folder.get(), name.c_str(), flags));
-    };
-    folder = open(EmptyingJob::folderFlags);
+    folder = openFolder(parent.folder.get(), name.c_str());
     if (!folder.isOpen() && errno == EACCES &&
         m_ownerAccess.lend(parent.folder.get(), parent.status)) {
-        folder = open(EmptyingJob::folderFlags);
+        folder = openFolder(parent.folder.get(), name.c_str());
     }
     if (!folder.isOpen() && errno == EACCES) {
-        const FileDescriptor closed = open(O_PATH | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC);
+        const FileDescriptor closed = holdFolder(parent.folder.get(), name.c_str());
         if (!closed.isOpen() || readStatus(closed.get(), "", status) != 0) {
             return errno;
         }
@@ -37,7 +35,7 @@ int LendingSteps::openSubfolder(const Folder& parent, const std::string& name,
         if (!m_ownerAccess.lend(closed.get(), status)) {
             return EACCES;
         }
-        folder = FileDescriptor(::openat(closed.get(), ".", EmptyingJob::folderFlags));
+        folder = openFolder(closed.get(), ".");
         if (!folder.isOpen()) {
             const int error = errno;
             m_ownerAccess.takeBack(closed.get(), status);
@@ -79,8 +77,7 @@ void LendingSteps::takeBack(const Folder& folder) const
 
 void LendingSteps::takeBack(const Folder& parent, const std::string& name) const
 {
-    const FileDescriptor folder(
-        ::openat(parent.folder.get(), name.c_str(), O_PATH | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
+    const FileDescriptor folder = holdFolder(parent.folder.get(), name.c_str());
     EntryStatus status;
     if (folder.isOpen() && readStatus(folder.get(), "", status) == 0) {
         m_ownerAccess.takeBack(folder.get(), status);
@@ -105,8 +102,7 @@ void LendingSteps::takeAllBack(FolderStack& stack) const
                 const char* const name = goesUp ? ".." : following.name.c_str();
                 next = following.folder.get();
                 if (next < 0) {
-                    reopened = FileDescriptor(
-                        ::openat(folder, name, O_PATH | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
+                    reopened = holdFolder(folder, name);
                     EntryStatus status;
                     const bool isSame = readStatus(reopened.get(), "", status) == 0 &&
                                         status.identity == following.status.identity;

@@ -1,6 +1,6 @@
 #include "CleanCore/FileSystem/Removing/LinuxRemoval.h"
 
-#include "CleanCore/FileSystem/DescriptorPath.h"
+#include "CleanCore/FileSystem/Descriptors.h"
 #include "CleanCore/FileSystem/LinkResolver.h"
 #include "CleanCore/FileSystem/Removing/OwnerAccess.h"
 #include "CleanCore/FileSystem/Removing/TreeEmptier.h"
@@ -19,7 +19,6 @@ namespace {
 // Measured: a second worker pays on every file system, a third on none.
 constexpr unsigned helperCount = 1;
 constexpr int refillLimit = 4;
-constexpr int openFolderFlags = O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC;
 
 std::vector<std::string> componentsBelow(const std::string& path, const std::string& folder)
 {
@@ -117,7 +116,7 @@ int LinuxRemoval::openBase(const std::string& path, Base& base) const
         return ENOENT;
     }
     base.path = path;
-    base.folder = FileDescriptor(::open(path.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC));
+    base.folder = holdFolderThroughLinks(path);
     if (!base.folder.isOpen()) {
         return errno;
     }
@@ -153,9 +152,9 @@ int LinuxRemoval::reasonToKeep(const EntryPin& pin, const std::optional<EntryIde
 int LinuxRemoval::removeFolder(const Base& base, const EntryPin& pin) const
 {
     OwnerAccess ownerAccess;
-    FileDescriptor folder(::openat(pin.entry.get(), ".", openFolderFlags));
+    FileDescriptor folder = openFolder(pin.entry.get(), ".");
     if (!folder.isOpen() && errno == EACCES && ownerAccess.lend(pin.entry.get(), pin.status)) {
-        folder = FileDescriptor(::openat(pin.entry.get(), ".", openFolderFlags));
+        folder = openFolder(pin.entry.get(), ".");
     }
     if (!folder.isOpen()) {
         const int error = errno;
@@ -200,7 +199,7 @@ void LinuxRemoval::removeTrashRecord(const Base& base, const std::string& name) 
         path.substr(path.size() - trashFiles.size()) != trashFiles) {
         return;
     }
-    const FileDescriptor trash(::openat(base.folder.get(), "..", O_PATH | O_DIRECTORY | O_CLOEXEC));
+    const FileDescriptor trash = holdFolder(base.folder.get(), "..");
     EntryStatus files;
     if (!trash.isOpen() || !isVisible(trash.get()) ||
         readStatus(trash.get(), "files", files) != 0 || files.identity != base.status.identity) {

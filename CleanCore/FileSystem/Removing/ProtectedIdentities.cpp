@@ -1,15 +1,11 @@
 #include "CleanCore/FileSystem/Removing/ProtectedIdentities.h"
 
+#include "CleanCore/FileSystem/Descriptors.h"
 #include "CleanCore/FileSystem/EntryStatus.h"
-#include "CleanCore/Support/FileDescriptor.h"
-
-#include <fcntl.h>
 
 namespace CleanCore {
 
 namespace {
-
-constexpr int openFlags = O_PATH | O_DIRECTORY | O_CLOEXEC;
 
 enum class Step { goOn, stop };
 
@@ -28,7 +24,7 @@ bool climb(int start, Visit visit)
         if (visit(status.identity) == Step::stop) {
             return true;
         }
-        FileDescriptor parent(::openat(folder, "..", openFlags));
+        FileDescriptor parent = holdFolder(folder, "..");
         EntryStatus above;
         if (!parent.isOpen() || readStatus(parent.get(), "", above) != 0) {
             return false;
@@ -48,12 +44,12 @@ bool climb(int start, Visit visit)
 ProtectedIdentities::ProtectedIdentities(const std::string& home,
                                          std::span<const std::string> protectedFolders)
 {
-    const FileDescriptor homeFolder(::open(home.c_str(), openFlags));
+    const FileDescriptor homeFolder = holdFolderThroughLinks(home);
     if (homeFolder.isOpen()) {
         addAncestors(homeFolder.get());
     }
     for (const std::string& path : protectedFolders) {
-        const FileDescriptor folder(::open(path.c_str(), openFlags));
+        const FileDescriptor folder = holdFolderThroughLinks(path);
         EntryStatus status;
         if (folder.isOpen() && readStatus(folder.get(), "", status) == 0) {
             m_protected.emplace(status.identity.device, status.identity.inode);

@@ -1,9 +1,9 @@
 #include "CleanCore/FileSystem/Removing/TreeEmptier.h"
 
+#include "CleanCore/FileSystem/Descriptors.h"
 #include "CleanCore/FileSystem/Removing/EmptyingJob.h"
 
 #include <cerrno>
-#include <fcntl.h>
 #include <utility>
 
 namespace CleanCore {
@@ -22,7 +22,7 @@ int TreeEmptier::empty(const FileDescriptor& folder, const EntryStatus& status,
         // Only the first pass is shared: what it leaves is the bare frame of the tree.
         const auto job =
             std::make_shared<EmptyingJob>(m_pool, pass == 0 ? m_helpers : 0, limits, status);
-        FileDescriptor root(::openat(folder.get(), ".", EmptyingJob::folderFlags));
+        FileDescriptor root = openFolder(folder.get(), ".");
         if (!root.isOpen()) {
             return errno;
         }

@@ -1,6 +1,7 @@
 #include "CleanCore/FileSystem/Walking/FolderStack.h"
 
-#include <fcntl.h>
+#include "CleanCore/FileSystem/Descriptors.h"
+
 #include <utility>
 
 namespace CleanCore {
@@ -22,8 +23,7 @@ bool FolderStack::openParent()
         return true;
     }
     Level& above = m_levels[m_levels.size() - 2];
-    constexpr int flags = O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC;
-    FileDescriptor parent(::openat(top().folder.get(), "..", flags));
+    FileDescriptor parent = openFolder(top().folder.get(), "..");
     EntryStatus status;
     if (!parent.isOpen() || readStatus(parent.get(), "", status) != 0 ||
         status.identity != above.status.identity || status.mountId != above.status.mountId) {

@@ -1,12 +1,12 @@
 #include "CleanCore/FileSystem/Walking/TreeMeasurer.h"
 
+#include "CleanCore/FileSystem/Descriptors.h"
 #include "CleanCore/FileSystem/Walking/DirectoryReader.h"
 #include "CleanCore/FileSystem/Walking/FolderStack.h"
 #include "CleanCore/Support/SharedWork.h"
 
 #include <algorithm>
 #include <atomic>
-#include <fcntl.h>
 #include <optional>
 #include <utility>
 
@@ -18,7 +18,6 @@ namespace {
 // opened would not be counted.
 constexpr std::size_t openFolderLimit = 12;
 constexpr unsigned entriesBetweenStopChecks = 64;
-constexpr int openFolderFlags = O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC;
 
 using SharedFolder = std::shared_ptr<const FileDescriptor>;
 
@@ -155,7 +154,7 @@ void PieceWalk::measureEntries(Piece& piece)
 /// Opens a subfolder and reads it; it becomes the top of the stack.
 void PieceWalk::enterSubfolder(int parent, const EntryStatus& parentStatus, const std::string& name)
 {
-    FileDescriptor folder(::openat(parent, name.c_str(), openFolderFlags));
+    FileDescriptor folder = openFolder(parent, name.c_str());
     EntryStatus status;
     if (!folder.isOpen() || readStatus(folder.get(), "", status) != 0 ||
         status.isBeyondBoundaryOf(parentStatus)) {
@@ -195,8 +194,7 @@ void PieceWalk::readTop()
         // A flat folder has no subfolders to give away, so its names are.
         if (m_job.wantsPieces() && m_reader.isLarge()) {
             if (!handedOut) {
-                handedOut = std::make_shared<const FileDescriptor>(
-                    ::fcntl(level.folder.get(), F_DUPFD_CLOEXEC, 0));
+                handedOut = std::make_shared<const FileDescriptor>(duplicate(level.folder.get()));
             }
             if (handedOut->isOpen()) {
                 m_job.offer({handedOut, level.status, m_entry, 0, {}, m_reader.takeBatch()});
@@ -241,8 +239,7 @@ void PieceWalk::offerHalf()
         if (level.pending.isEmpty() || isOnlyOne) {
             return false;
         }
-        auto shared =
-            std::make_shared<const FileDescriptor>(::fcntl(level.folder.get(), F_DUPFD_CLOEXEC, 0));
+        auto shared = std::make_shared<const FileDescriptor>(duplicate(level.folder.get()));
         if (shared->isOpen()) {
             m_job.offer(
                 {std::move(shared), level.status, m_entry, 0, level.pending.takeHalf(), {}});
