@@ -1,10 +1,11 @@
 #include "CleanCore/FileSystem/Removing/EmptyingWalk.h"
 
-#include "CleanCore/FileSystem/Descriptors.h"
+#include "CleanCore/FileSystem/Walking/Climb.h"
 
 #include <algorithm>
 #include <cerrno>
 #include <fcntl.h>
+#include <optional>
 #include <utility>
 
 namespace CleanCore {
@@ -32,7 +33,7 @@ void EmptyingWalk::run(EmptyingPiece piece)
             return;
         }
         if (m_job.wantsPieces()) {
-            giveHalfAway();
+            shareWork();
         }
         if (!m_stack.top().pending.isEmpty()) {
             enter(m_stack.top().pending.takeLast());
@@ -66,21 +67,12 @@ bool EmptyingWalk::isInPlace()
         m_job.isOver = true;
         return false;
     }
-    FileDescriptor held;
-    int folder = m_stack.top().folder.get();
-    EntryStatus status = m_stack.top().status;
-    while (status.identity != m_job.root.identity) {
-        FileDescriptor parent = holdFolder(folder, "..");
-        EntryStatus above;
-        if (!parent.isOpen() || readStatus(parent.get(), "", above) != 0 ||
-            above.identity == status.identity) {
-            return false;
-        }
-        held = std::move(parent);
-        folder = held.get();
-        status = above;
-    }
-    return true;
+    bool isInsideTree = false;
+    const bool isKnown = climb(m_stack.top().folder.get(), [&](const EntryIdentity& identity) {
+        isInsideTree = identity == m_job.root.identity;
+        return !isInsideTree;
+    });
+    return isKnown && isInsideTree;
 }
 
 /// Leaves everything as it is, to be looked at again by another pass.
@@ -209,26 +201,16 @@ void EmptyingWalk::leave()
     }
 }
 
-/// Gives half of the subfolders nearest the root away: the largest part that can be had. The folder
-/// that they are in cannot go before they have, so it is left to another pass. The only one is
-/// kept, or a chain of folders would wander from worker to worker.
-void EmptyingWalk::giveHalfAway()
+/// Offers a part of this walk to another worker. The folder that the part lies in cannot go before
+/// it, so it is left to another pass.
+void EmptyingWalk::shareWork()
 {
-    m_stack.findOpen([&](std::size_t index) {
-        FolderStack::Level& level = m_stack.at(index);
-        const bool isOnlyOne = index + 1 == m_stack.depth() && !level.pending.holdsSeveral();
-        if (level.pending.isEmpty() || isOnlyOne) {
-            return false;
-        }
-        FileDescriptor folder = duplicate(level.folder.get());
-        if (folder.isOpen()) {
-            m_job.isIncomplete = true;
-            ++m_progress[index].kept;
-            m_job.offer({std::move(folder), level.status, level.pending.takeHalf(),
-                         m_depthOfRoot + index, false});
-        }
-        return true;
-    });
+    if (std::optional<FolderStack::Share> share = m_stack.splitPending()) {
+        m_job.isIncomplete = true;
+        ++m_progress[share->level].kept;
+        m_job.offer({std::move(share->folder), share->status, std::move(share->subfolders),
+                     m_depthOfRoot + share->level, false});
+    }
 }
 
 } // namespace CleanCore

@@ -36,7 +36,7 @@ private:
     void readTop();
     void look(const char* name, bool isKnownFolder);
     void leave();
-    void giveHalfAway();
+    void shareWork();
     [[nodiscard]] bool isInPlace();
     void abandon();
     void keep(int error);

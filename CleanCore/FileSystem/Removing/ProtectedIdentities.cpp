@@ -2,44 +2,9 @@
 
 #include "CleanCore/FileSystem/Descriptors.h"
 #include "CleanCore/FileSystem/EntryStatus.h"
+#include "CleanCore/FileSystem/Walking/Climb.h"
 
 namespace CleanCore {
-
-namespace {
-
-enum class Step { goOn, stop };
-
-/// Calls `visit` with the identity of the folder and then of each above it up to the root, until it
-/// says stop. False when a folder could not be read.
-template <typename Visit>
-bool climb(int start, Visit visit)
-{
-    FileDescriptor held;
-    int folder = start;
-    EntryStatus status;
-    if (readStatus(folder, "", status) != 0) {
-        return false;
-    }
-    for (;;) {
-        if (visit(status.identity) == Step::stop) {
-            return true;
-        }
-        FileDescriptor parent = holdFolder(folder, "..");
-        EntryStatus above;
-        if (!parent.isOpen() || readStatus(parent.get(), "", above) != 0) {
-            return false;
-        }
-        // The root is its own parent; a mount's root is not, since ".." leaves the mount.
-        if (above.identity == status.identity && above.mountId == status.mountId) {
-            return true;
-        }
-        status = above;
-        held = std::move(parent);
-        folder = held.get();
-    }
-}
-
-} // namespace
 
 ProtectedIdentities::ProtectedIdentities(const std::string& home,
                                          std::span<const std::string> protectedFolders)
@@ -60,10 +25,11 @@ ProtectedIdentities::ProtectedIdentities(const std::string& home,
 
 void ProtectedIdentities::addAncestors(int folder)
 {
-    climb(folder, [&](const EntryIdentity& identity) {
+    // Where the way up cannot be read, the folders below that point are known all the same.
+    static_cast<void>(climb(folder, [&](const EntryIdentity& identity) {
         m_leading.emplace(identity.device, identity.inode);
-        return Step::goOn;
-    });
+        return true;
+    }));
 }
 
 bool ProtectedIdentities::holds(const EntryIdentity& identity) const
@@ -81,7 +47,7 @@ bool ProtectedIdentities::enclose(int folder) const
     bool isEnclosed = false;
     const bool isKnown = climb(folder, [&](const EntryIdentity& identity) {
         isEnclosed = holds(identity);
-        return isEnclosed ? Step::stop : Step::goOn;
+        return !isEnclosed;
     });
     return isEnclosed || !isKnown;
 }

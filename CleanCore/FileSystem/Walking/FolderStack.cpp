@@ -2,6 +2,7 @@
 
 #include "CleanCore/FileSystem/Descriptors.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace CleanCore {
@@ -49,6 +50,23 @@ void FolderStack::clear()
 {
     m_levels.clear();
     m_firstOpen = 1;
+}
+
+std::optional<FolderStack::Share> FolderStack::splitPending()
+{
+    for (std::size_t i = 0; i < m_levels.size(); i = std::max(i + 1, m_firstOpen)) {
+        Level& level = m_levels[i];
+        const bool isOnlyOne = i + 1 == m_levels.size() && !level.pending.holdsSeveral();
+        if (level.pending.isEmpty() || isOnlyOne) {
+            continue;
+        }
+        FileDescriptor folder = duplicate(level.folder.get());
+        if (!folder.isOpen()) {
+            return std::nullopt;
+        }
+        return Share{std::move(folder), level.status, level.pending.takeHalf(), i};
+    }
+    return std::nullopt;
 }
 
 } // namespace CleanCore

@@ -74,7 +74,7 @@ private:
     void walk();
     void readTop();
     void count(int folder, const EntryStatus& folderStatus, const char* name, NameList& pending);
-    void offerHalf();
+    void shareWork();
     void flush(std::size_t entry);
     [[nodiscard]] bool isStopped();
 
@@ -172,7 +172,7 @@ void PieceWalk::walk()
             return;
         }
         if (m_job.wantsPieces()) {
-            offerHalf();
+            shareWork();
         }
         FolderStack::Level& level = m_stack.top();
         if (level.pending.isEmpty()) {
@@ -229,23 +229,16 @@ void PieceWalk::count(int folder, const EntryStatus& folderStatus, const char* n
     }
 }
 
-/// Gives half of the subfolders nearest the root away: the largest part that can be had. The only
-/// one is kept, or a chain of folders would wander from worker to worker.
-void PieceWalk::offerHalf()
+void PieceWalk::shareWork()
 {
-    m_stack.findOpen([&](std::size_t index) {
-        FolderStack::Level& level = m_stack.at(index);
-        const bool isOnlyOne = index + 1 == m_stack.depth() && !level.pending.holdsSeveral();
-        if (level.pending.isEmpty() || isOnlyOne) {
-            return false;
-        }
-        auto shared = std::make_shared<const FileDescriptor>(duplicate(level.folder.get()));
-        if (shared->isOpen()) {
-            m_job.offer(
-                {std::move(shared), level.status, m_entry, 0, level.pending.takeHalf(), {}});
-        }
-        return true;
-    });
+    if (std::optional<FolderStack::Share> share = m_stack.splitPending()) {
+        m_job.offer({std::make_shared<const FileDescriptor>(std::move(share->folder)),
+                     share->status,
+                     m_entry,
+                     0,
+                     std::move(share->subfolders),
+                     {}});
+    }
 }
 
 void PieceWalk::flush(std::size_t entry)
