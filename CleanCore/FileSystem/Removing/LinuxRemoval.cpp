@@ -2,7 +2,7 @@
 
 #include "CleanCore/FileSystem/Descriptors.h"
 #include "CleanCore/FileSystem/LinkResolver.h"
-#include "CleanCore/FileSystem/Removing/OwnerAccess.h"
+#include "CleanCore/FileSystem/Removing/TemporaryPermissions.h"
 #include "CleanCore/FileSystem/Removing/TreeEmptier.h"
 #include "CleanCore/Support/PathText.h"
 
@@ -151,14 +151,10 @@ int LinuxRemoval::reasonToKeep(const EntryPin& pin, const std::optional<EntryIde
 
 int LinuxRemoval::removeFolder(const Base& base, const EntryPin& pin) const
 {
-    OwnerAccess ownerAccess;
-    FileDescriptor folder = openFolder(pin.entry.get(), ".");
-    if (!folder.isOpen() && errno == EACCES && ownerAccess.lend(pin.entry.get(), pin.status)) {
-        folder = openFolder(pin.entry.get(), ".");
-    }
-    if (!folder.isOpen()) {
-        const int error = errno;
-        ownerAccess.takeBack(pin.entry.get(), pin.status);
+    TemporaryPermissions permissions;
+    FileDescriptor folder;
+    int error = permissions.openHeldFolder(pin.entry.get(), pin.status, folder);
+    if (error != 0) {
         return error;
     }
     const auto isInPlace = [&] {
@@ -170,10 +166,9 @@ int LinuxRemoval::removeFolder(const Base& base, const EntryPin& pin) const
                now.st_ino == base.status.identity.inode;
     };
     const TreeEmptier emptier(m_pool, helperCount);
-    const TreeEmptier::Limits limits{*m_owner, &m_protected, &ownerAccess, isInPlace};
-    int error = 0;
+    const EmptyingLimits limits{*m_owner, &m_protected, isInPlace};
     for (int attempt = 0; attempt < refillLimit; ++attempt) {
-        error = emptier.empty(folder, pin.status, limits);
+        error = emptier.empty(folder, pin.status, limits, permissions);
         if (error != 0) {
             break;
         }
@@ -185,7 +180,7 @@ int LinuxRemoval::removeFolder(const Base& base, const EntryPin& pin) const
             break;
         }
     }
-    ownerAccess.takeBack(folder.get(), pin.status);
+    permissions.restore(folder.get(), pin.status);
     return error;
 }
 
