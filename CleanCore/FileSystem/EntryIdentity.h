@@ -6,7 +6,7 @@ namespace CleanCore {
 
 enum class EntryKind : std::uint8_t { file, folder, symbolicLink, other };
 
-/// What makes a file-system entry the same entry, whatever its name: see inode(7).
+/// Identifies a file-system entry under any name; see inode(7).
 struct EntryIdentity
 {
     std::uint64_t device = 0;
