@@ -1,7 +1,7 @@
 #include "ZorvaneCLI/ICloudCommand.h"
 
+#include "CleanCore/CloudDrive/CloudDrive.h"
 #include "CleanCore/CloudDrive/ICloudEvictor.h"
-#include "CleanCore/CloudDrive/StandIn/CloudDrive.h"
 #include "CleanCore/FileSystem/FileManager.h"
 #include "CleanCore/Startup/HomeEnvironment.h"
 #include "CleanCore/Support/PathText.h"
@@ -99,8 +99,8 @@ public:
           m_drive(environment.cloudDrive(m_container, options.mirror
                                                           ? std::optional(absolute(*options.mirror))
                                                           : std::nullopt)),
-          m_fileManager(environment.fileManagerWith(m_drive)),
-          m_evictor(m_container, m_fileManager, environment.pool, [stop] {
+          m_fileManager(environment.fileManager),
+          m_evictor(m_container, m_fileManager, m_drive, environment.pool, [stop] {
               // For one who does not want to wait any more the time is up.
               return stop.stop_requested() ? ICloudEvictor::Deadline::max()
                                            : std::chrono::steady_clock::now();

@@ -1,5 +1,6 @@
 #include "CleanCore/CloudDrive/ICloudEvictor.h"
 
+#include "CleanCore/CloudDrive/CloudDrive.h"
 #include "CleanCore/CloudDrive/TreeCount.h"
 #include "CleanCore/FileSystem/FileManager.h"
 #include "CleanCore/Support/PathText.h"
@@ -58,9 +59,10 @@ std::int64_t ICloudEvictor::EvictReport::appsStillBytes() const
 }
 
 ICloudEvictor::ICloudEvictor(std::string container, std::shared_ptr<const FileManager> fileManager,
+                             std::shared_ptr<const CloudDrive> drive,
                              std::shared_ptr<TaskPool> pool, Clock clock)
     : m_container(std::move(container)), m_fileManager(std::move(fileManager)),
-      m_pool(std::move(pool)), m_clock(std::move(clock))
+      m_drive(std::move(drive)), m_pool(std::move(pool)), m_clock(std::move(clock))
 {
 }
 
@@ -163,7 +165,7 @@ ICloudEvictor::EvictReport ICloudEvictor::evict(std::span<const ICloudItem> item
             report.blocked.push_back(item.path);
             continue;
         }
-        for (CloudRefusal& refusal : m_fileManager->releaseLocalCopy(item.path)) {
+        for (CloudRefusal& refusal : m_drive->release(item.path)) {
             report.refused.push_back(std::move(refusal));
         }
         report.released.push_back(item.path);

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "CleanCore/CloudDrive/CloudRefusal.h"
 #include "CleanCore/CloudDrive/ICloudItem.h"
-#include "CleanCore/CloudDrive/StandIn/CloudRefusal.h"
 
 #include <chrono>
 #include <cstdint>
@@ -15,6 +15,7 @@
 
 namespace CleanCore {
 
+class CloudDrive;
 class FileManager;
 class TaskPool;
 
@@ -64,7 +65,7 @@ public:
 
     /// Does no work and checks nothing. With a pool, several entries are measured at once.
     ICloudEvictor(std::string container, std::shared_ptr<const FileManager> fileManager,
-                  std::shared_ptr<TaskPool> pool = nullptr,
+                  std::shared_ptr<const CloudDrive> drive, std::shared_ptr<TaskPool> pool = nullptr,
                   Clock clock = std::chrono::steady_clock::now);
 
     /// The paths of the entries directly inside the container but hidden ones, in the file
@@ -100,6 +101,7 @@ private:
 
     std::string m_container;
     std::shared_ptr<const FileManager> m_fileManager;
+    std::shared_ptr<const CloudDrive> m_drive;
     std::shared_ptr<TaskPool> m_pool;
     Clock m_clock;
 };

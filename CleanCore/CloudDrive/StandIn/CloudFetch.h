@@ -1,9 +1,9 @@
 #pragma once
 
+#include "CleanCore/CloudDrive/CloudRefusal.h"
 #include "CleanCore/CloudDrive/StandIn/CloudContent.h"
 #include "CleanCore/CloudDrive/StandIn/CloudMarker.h"
 #include "CleanCore/CloudDrive/StandIn/CloudPlace.h"
-#include "CleanCore/CloudDrive/StandIn/CloudRefusal.h"
 
 #include <cstdint>
 #include <optional>

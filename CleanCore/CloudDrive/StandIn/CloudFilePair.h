@@ -1,7 +1,7 @@
 #pragma once
 
+#include "CleanCore/CloudDrive/CloudRefusal.h"
 #include "CleanCore/CloudDrive/StandIn/CloudPlace.h"
-#include "CleanCore/CloudDrive/StandIn/CloudRefusal.h"
 #include "CleanCore/Support/FileDescriptor.h"
 
 #include <ctime>

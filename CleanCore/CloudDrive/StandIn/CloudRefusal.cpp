@@ -1,4 +1,4 @@
-#include "CleanCore/CloudDrive/StandIn/CloudRefusal.h"
+#include "CleanCore/CloudDrive/CloudRefusal.h"
 
 #include <system_error>
 

@@ -13,7 +13,7 @@
 namespace CleanCoreTests {
 namespace {
 
-using CleanCore::CloudDrive;
+using CleanCore::StandInDrive;
 using testing::IsEmpty;
 
 /// A tree of files of many lengths, from none to several steps.
@@ -107,7 +107,7 @@ TEST(CloudDriveCrashTest, nothingIsLostWheneverAReleaseOrAFetchIsKilled)
     const CloudFolders folders(reliabilityFolder());
     const Tree tree(folders, files);
     const std::string path = folders.local("Tree");
-    const CloudDrive drive = folders.drive();
+    const StandInDrive drive = folders.drive();
 
     // Each is timed while it is done in full, so that the moments spread over all of it.
     long releaseTime = 0;

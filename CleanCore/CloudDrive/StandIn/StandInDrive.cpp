@@ -1,4 +1,4 @@
-#include "CleanCore/CloudDrive/StandIn/CloudDrive.h"
+#include "CleanCore/CloudDrive/StandIn/StandInDrive.h"
 
 #include "CleanCore/CloudDrive/StandIn/CloudFetch.h"
 #include "CleanCore/CloudDrive/StandIn/CloudRelease.h"
@@ -31,8 +31,8 @@ std::optional<CloudFailure> openRequest(CloudRequest& request,
 
 } // namespace
 
-CloudDrive::CloudDrive(std::optional<std::string> confinement, const std::string& container,
-                       std::optional<std::string> mirror, std::int64_t stepBytes)
+StandInDrive::StandInDrive(std::optional<std::string> confinement, const std::string& container,
+                           std::optional<std::string> mirror, std::int64_t stepBytes)
     : m_confinement(std::move(confinement)),
       m_container(PathText::withoutTrailingSlashes(container)), m_mirror(std::move(mirror)),
       m_stepBytes(stepBytes)
@@ -42,7 +42,7 @@ CloudDrive::CloudDrive(std::optional<std::string> confinement, const std::string
     }
 }
 
-std::vector<CloudRefusal> CloudDrive::release(const std::string& path) const
+std::vector<CloudRefusal> StandInDrive::release(const std::string& path) const
 {
     CloudRequest request;
     if (const auto failure = openRequest(request, m_confinement, m_container, m_mirror, path)) {
@@ -57,7 +57,7 @@ std::vector<CloudRefusal> CloudDrive::release(const std::string& path) const
         .run(request.place());
 }
 
-std::vector<CloudRefusal> CloudDrive::fetch(const std::string& path) const
+std::vector<CloudRefusal> StandInDrive::fetch(const std::string& path) const
 {
     CloudRequest request;
     if (const auto failure = openRequest(request, m_confinement, m_container, m_mirror, path)) {
