@@ -4,7 +4,6 @@
 #include "CleanCore/CloudDrive/TreeCount.h"
 #include "CleanCore/FileSystem/FileManager.h"
 #include "CleanCore/Support/PathText.h"
-#include "CleanCore/Support/SaturatingSum.h"
 #include "CleanCore/Support/SharedWork.h"
 
 #include <algorithm>
@@ -19,7 +18,7 @@ namespace {
 constexpr std::int64_t filesBetweenReports = 2000;
 constexpr std::int64_t filesBetweenClockReadings = 256;
 
-/// One call of measureChildren(): the entries, taken one by one by whoever is free.
+/// One call of measureChildren(): whichever worker is free takes the next entry.
 class Measuring : public SharedWork<std::size_t>
 {
 public:
@@ -51,11 +50,7 @@ private:
 
 std::int64_t ICloudEvictor::EvictReport::appsStillBytes() const
 {
-    std::int64_t bytes = 0;
-    for (const ICloudAppBundle& app : appsStillDownloaded) {
-        bytes = saturatingSum(bytes, app.localBytes);
-    }
-    return bytes;
+    return totalBytes(appsStillDownloaded);
 }
 
 ICloudEvictor::ICloudEvictor(std::string container, std::shared_ptr<const FileManager> fileManager,
@@ -76,7 +71,7 @@ std::vector<std::string> ICloudEvictor::topLevelChildren() const
             }
         }
     } catch (const std::system_error&) {
-        // A container that cannot be read offers nothing; half a listing would mislead.
+        // Half a listing would mislead.
         children.clear();
     }
     return children;
@@ -160,7 +155,7 @@ ICloudEvictor::EvictReport ICloudEvictor::evict(std::span<const ICloudItem> item
         if (progress) {
             progress(++index, static_cast<std::int64_t>(items.size()), item.path);
         }
-        // Compared by whole components: a folder beside the container may share its first letters.
+        // Compares whole components: a folder beside the container may share its first letters.
         if (!PathText::isSameOrInside(m_fileManager->resolvingSymbolicLinks(item.path), root)) {
             report.blocked.push_back(item.path);
             continue;

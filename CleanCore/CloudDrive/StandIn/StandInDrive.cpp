@@ -13,7 +13,7 @@ namespace CleanCore {
 
 namespace {
 
-/// Opens what a request is about; returns why it is refused.
+/// Opens the requested entry. Returns why the request is refused.
 std::optional<CloudFailure> openRequest(CloudRequest& request,
                                         const std::optional<std::string>& confinement,
                                         const std::string& container,
@@ -52,9 +52,9 @@ std::vector<CloudRefusal> StandInDrive::release(const std::string& path) const
         return {{path, {CloudRefusalReason::applicationBundle, 0}}};
     }
     CloudRelease release(request.home(), m_stepBytes);
-    return CloudWalk(AppBundles::passedOver,
-                     [&](const CloudPlace& place) { return release.releaseFile(place); })
-        .run(request.place());
+    return CloudWalk(AppBundles::skipped,
+                     [&](const CloudEntry& entry) { return release.releaseFile(entry); })
+        .run(request.entry());
 }
 
 std::vector<CloudRefusal> StandInDrive::fetch(const std::string& path) const
@@ -65,8 +65,8 @@ std::vector<CloudRefusal> StandInDrive::fetch(const std::string& path) const
     }
     CloudFetch fetch(m_stepBytes);
     return CloudWalk(AppBundles::entered,
-                     [&](const CloudPlace& place) { return fetch.fetchFile(place); })
-        .run(request.place());
+                     [&](const CloudEntry& entry) { return fetch.fetchFile(entry); })
+        .run(request.entry());
 }
 
 } // namespace CleanCore
