@@ -62,13 +62,15 @@ std::optional<CloudFailure> CloudFetch::fetchFile(const CloudEntry& entry)
     if (auto failure = prove(pair, marker)) {
         return failure;
     }
-    timespec lastTime = pair.localStatus().st_mtim;
+    // The marker of the next step would not explain the time of a step that was killed before.
+    if (auto failure = pair.restoreTime(marker.modifiedAt)) {
+        return failure;
+    }
     while (!marker.missing.isEmpty()) {
-        if (auto failure = fillStep(entry, pair, marker, lastTime)) {
+        if (auto failure = fillStep(entry, pair, marker)) {
             endChange(pair, marker);
             return failure;
         }
-        lastTime = marker.modifiedAt;
     }
     return finish(pair, marker);
 }
@@ -107,7 +109,7 @@ std::optional<CloudFailure> CloudFetch::prove(const CloudFilePair& pair, CloudMa
 }
 
 std::optional<CloudFailure> CloudFetch::fillStep(const CloudEntry& entry, const CloudFilePair& pair,
-                                                 CloudMarker& marker, const timespec& lastTime)
+                                                 CloudMarker& marker)
 {
     marker.beginChange();
     if (const int error = writeMarker(pair.local(), marker); error != 0) {
@@ -116,7 +118,7 @@ std::optional<CloudFailure> CloudFetch::fillStep(const CloudEntry& entry, const 
     if (::fsync(pair.local()) != 0) {
         return failureOf(errno);
     }
-    if (auto failure = pair.findChange(entry, lastTime)) {
+    if (auto failure = pair.findChange(entry, marker.modifiedAt)) {
         return failure;
     }
     ByteRange step = {marker.missing.begin,

@@ -28,10 +28,8 @@ public:
 
 private:
     [[nodiscard]] std::optional<CloudFailure> prove(const CloudFilePair& pair, CloudMarker& marker);
-    [[nodiscard]] std::optional<CloudFailure> fillStep(const CloudEntry& entry,
-                                                       const CloudFilePair& pair,
-                                                       CloudMarker& marker,
-                                                       const timespec& lastTime);
+    [[nodiscard]] std::optional<CloudFailure>
+    fillStep(const CloudEntry& entry, const CloudFilePair& pair, CloudMarker& marker);
     [[nodiscard]] std::optional<CloudFailure> finish(const CloudFilePair& pair,
                                                      const CloudMarker& marker);
 

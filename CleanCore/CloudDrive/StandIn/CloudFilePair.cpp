@@ -165,6 +165,18 @@ bool CloudFilePair::isHeld() const
     return holdsLease(m_local.get(), exclusive) && holdsLease(m_copy.get(), sharedByReaders);
 }
 
+std::optional<CloudFailure> CloudFilePair::restoreTime(const timespec& modifiedAt)
+{
+    if (areSameTime(m_localStatus.st_mtim, modifiedAt)) {
+        return std::nullopt;
+    }
+    if (!isHeld()) {
+        return CloudFailure{Reason::inUse, 0};
+    }
+    m_localStatus.st_mtim = modifiedAt;
+    return failureOrNone(setModificationTime(m_local.get(), modifiedAt));
+}
+
 std::optional<CloudFailure> CloudFilePair::findChange(const CloudEntry& entry,
                                                       const timespec& modifiedAt) const
 {

@@ -44,6 +44,10 @@ public:
     /// others waiting for the time in /proc/sys/fs/lease-break-time (45 s).
     [[nodiscard]] bool isHeld() const;
 
+    /// Sets the local file's modification time to `modifiedAt` if it is another: a request that was
+    /// killed may have left its own. Returns why it could not.
+    [[nodiscard]] std::optional<CloudFailure> restoreTime(const timespec& modifiedAt);
+
     /// Why the next step must not be taken: somebody waits for one of the files, or the local one
     /// was renamed, linked, or changed in its length or in its time, which should be `modifiedAt`.
     [[nodiscard]] std::optional<CloudFailure> findChange(const CloudEntry& entry,

@@ -79,7 +79,7 @@ private:
         if (::fsync(file) != 0) {
             return failureOf(errno);
         }
-        if (auto failure = m_pair.findChange(m_entry, m_lastTime)) {
+        if (auto failure = m_pair.findChange(m_entry, m_marker.modifiedAt)) {
             return failure;
         }
         const std::int64_t end = step.end == m_marker.length ? step.end + beyondEnd : step.end;
@@ -92,7 +92,6 @@ private:
         }
         // After any other error, a part of the step may be gone already.
         const int timeError = setModificationTime(file, m_marker.modifiedAt);
-        m_lastTime = m_marker.modifiedAt;
         m_settled = m_marker;
         if (timeError == 0) {
             m_settled->changingSince = 0;
@@ -126,7 +125,6 @@ private:
     CloudMarker m_marker;
     // The marker that fits the file between two steps; none before the first one.
     std::optional<CloudMarker> m_settled;
-    timespec m_lastTime = m_pair.localStatus().st_mtim;
 };
 
 std::optional<CloudFailure> CloudRelease::releaseFile(const CloudEntry& entry)
@@ -173,6 +171,10 @@ std::optional<CloudFailure> CloudRelease::releaseFile(const CloudEntry& entry)
     marker.modifiedAt = isOurs ? before->modifiedAt : status.st_mtim;
     marker.checksum = comparison.checksum;
     marker.missing = isOurs ? before->missing : ByteRange();
+    // The marker of the next step would not explain the time of a step that was killed before.
+    if (auto failure = pair.restoreTime(marker.modifiedAt)) {
+        return failure;
+    }
     return Steps(entry, pair, marker, before).run(m_stepBytes);
 }
 

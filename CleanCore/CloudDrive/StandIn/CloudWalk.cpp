@@ -132,7 +132,10 @@ void CloudWalk::readTop()
 void CloudWalk::visit(const char* name, NameList& subfolders)
 {
     EntryStatus status;
-    if (readStatus(m_entry.folder, name, status) != 0) {
+    if (const int error = readStatus(m_entry.folder, name, status); error != 0) {
+        if (error != ENOENT) {
+            refuse(PathText::join(m_path, name), failureOf(error));
+        }
         return;
     }
     if (status.isFolder()) {
