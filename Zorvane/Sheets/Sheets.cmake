@@ -5,7 +5,6 @@ qt_target_qml_sources(ZorvaneWindow
     Sheets/ICloud/AppsNotice.qml
     Sheets/Confirmation/ConfirmationSheet.qml
     Sheets/Confirmation/ConfirmationSummary.qml
-    Sheets/ICloud/EvictResult.qml
     Sheets/ICloud/Expectations.qml
     Sheets/FocusFence.qml
     Sheets/ICloud/ICloudHeader.qml
@@ -14,6 +13,7 @@ qt_target_qml_sources(ZorvaneWindow
     Sheets/ICloud/ICloudSheet.qml
     Sheets/NoticeBox.qml
     Sheets/ICloud/ProgressLine.qml
+    Sheets/ICloud/ReleaseResult.qml
     Sheets/Report/ReasonRow.qml
     Sheets/Report/ReportSheet.qml
     Sheets/Sheet.qml

@@ -32,7 +32,7 @@ Sheet {
                 text: qsTr("Free up %1").arg(icloud.selectedText)
                 minimumTextWidth: 170
                 busy: sheet.appState.isEvicting
-                available: icloud.canEvict
+                available: icloud.canRelease
                 opacity: icloud.hasSelectedBytes ? 1 : 0.5
                 onClicked: sheet.appState.requestEvict()
             }
@@ -109,7 +109,7 @@ Sheet {
             }
         }
 
-        EvictResult {
+        ReleaseResult {
             visible: icloud.hasReport
             width: parent.width
             model: icloud
