@@ -1,6 +1,5 @@
 # The screens of the main window.
 target_sources(ZorvaneWindow PRIVATE
-  Screens/Results/CardPart.cpp
   Screens/Results/RingArc.cpp
 )
 # The registration of the QML types includes their headers by file name.

@@ -5,7 +5,6 @@ file(GLOB symbols RELATIVE "${CMAKE_CURRENT_SOURCE_DIR}" CONFIGURE_DEPENDS Resou
 
 target_sources(ZorvaneWindow PRIVATE
   Theme/Painting/AuroraPainting.cpp
-  Theme/Painting/DiagonalGradient.cpp
   Theme/Painting/GaussianBlur.cpp
   Theme/Painting/PaintedShape.cpp
   Theme/Painting/RoundedBox.cpp

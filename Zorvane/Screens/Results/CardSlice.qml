@@ -11,20 +11,20 @@ Item {
     /// How much white lies over the fill, for rows that answer to the pointer.
     property real highlight: 0
 
-    CardPart {
+    RoundedBox {
         anchors.fill: parent
-        isFirst: slice.isFirst
-        isLast: slice.isLast
+        continuesAbove: !slice.isFirst
+        continuesBelow: !slice.isLast
         cornerRadius: Theme.radiusLarge
         color: slice.selected ? Theme.glassSelectedFill : Theme.glassFill
         outlineColor: slice.selected ? Theme.glassSelectedBorder : Theme.glassBorder
     }
 
-    CardPart {
+    RoundedBox {
         anchors.fill: parent
         visible: opacity > 0
-        isFirst: slice.isFirst
-        isLast: slice.isLast
+        continuesAbove: !slice.isFirst
+        continuesBelow: !slice.isLast
         cornerRadius: Theme.radiusLarge
         color: "white"
         opacity: slice.highlight

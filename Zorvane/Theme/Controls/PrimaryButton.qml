@@ -13,7 +13,16 @@ BaseButton {
     /// Of the text alone, without the padding.
     property real minimumTextWidth: 0
 
-    readonly property real fillOpacity: down ? 0.75 : 0.9
+    property color fill: isDestructive ? Theme.withOpacity(Theme.danger, down ? 0.75 : 0.9)
+                                       : down ? Theme.primaryDeep : Theme.primaryLight
+
+    Behavior on fill {
+        enabled: Theme.animated
+        ColorAnimation {
+            duration: Theme.pressDuration
+            easing.type: Easing.OutQuad
+        }
+    }
 
     leftPadding: 26
     rightPadding: 26
@@ -46,35 +55,11 @@ BaseButton {
             cornerRadius: Theme.radiusMedium
         }
 
-        DiagonalGradient {
-            visible: !button.isDestructive
-            anchors.fill: parent
-            cornerRadius: Theme.radiusMedium
-            fromColor: button.down ? Theme.primaryDeep : Theme.primaryLight
-            toColor: Theme.primaryDeep
-
-            Behavior on fromColor {
-                enabled: Theme.animated
-                ColorAnimation {
-                    duration: Theme.pressDuration
-                    easing.type: Easing.OutQuad
-                }
-            }
-        }
-
         RoundedBox {
-            visible: button.isDestructive
             anchors.fill: parent
             cornerRadius: Theme.radiusMedium
-            color: Theme.withOpacity(Theme.danger, button.fillOpacity)
-
-            Behavior on color {
-                enabled: Theme.animated
-                ColorAnimation {
-                    duration: Theme.pressDuration
-                    easing.type: Easing.OutQuad
-                }
-            }
+            color: button.fill
+            endColor: button.isDestructive ? button.fill : Theme.primaryDeep
         }
 
         RoundedBox {

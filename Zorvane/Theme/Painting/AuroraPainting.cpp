@@ -58,12 +58,14 @@ Plane blurredChannel(const QImage& scene, int shift, int base)
                          static_cast<std::size_t>(scene.height()));
     for (int y = 0; y < scene.height(); ++y) {
         const auto* line = reinterpret_cast<const QRgb*>(scene.constScanLine(y));
-        for (int x = 0; x < scene.width(); ++x)
+        for (int x = 0; x < scene.width(); ++x) {
             plane.values.push_back(static_cast<float>((line[x] >> shift) & 0xff));
+        }
     }
     plane = gaussianBlurred(plane, blurRadius / reduction);
-    for (float& value : plane.values)
+    for (float& value : plane.values) {
         value = static_cast<float>(base * (1 - glowOpacity) + value * glowOpacity);
+    }
     return plane;
 }
 
@@ -100,8 +102,9 @@ std::vector<float> thresholds()
 {
     std::vector<float> result;
     for (int y = 0; y < tile; ++y) {
-        for (int x = 0; x < tile; ++x)
+        for (int x = 0; x < tile; ++x) {
             result.push_back(threshold(x, y));
+        }
     }
     return result;
 }
@@ -119,8 +122,9 @@ QImage enlarged(const std::array<Plane, 3>& channels, QSize size, double scale)
         for (std::size_t c = 0; c < channels.size(); ++c) {
             line[c].resize(width);
             const float* above = channels[c].values.data() + row.index * width;
-            for (std::size_t x = 0; x < width; ++x)
+            for (std::size_t x = 0; x < width; ++x) {
                 line[c][x] = above[x] + (above[width + x] - above[x]) * row.fraction;
+            }
         }
         auto* target = reinterpret_cast<QRgb*>(image.scanLine(y));
         const float* noiseLine = noise.data() + static_cast<std::ptrdiff_t>(y % tile) * tile;
@@ -148,8 +152,9 @@ AuroraPainting::AuroraPainting(QQuickItem* parent) : PaintedShape(parent)
 void AuroraPainting::paint(QPainter* painter)
 {
     const QSizeF area = size();
-    if (area.isEmpty())
+    if (area.isEmpty()) {
         return;
+    }
     const std::array<Ellipse, 3> ellipses{{
         {m_violet, {120, 40}, {520, 420}},
         {m_indigo, {area.width() - 110, 100}, {460, 400}},

@@ -60,8 +60,9 @@ void SoftShadow::paint(QPainter* painter)
 {
     const qreal around = margin();
     const QRectF shape = QRectF(QPointF(), size()).adjusted(around, around, -around, -around);
-    if (shape.isEmpty())
+    if (shape.isEmpty()) {
         return;
+    }
     const qreal corner = std::min({m_cornerRadius, shape.width() / 2, shape.height() / 2});
 
     const double scale = painter->deviceTransform().m11();

@@ -42,7 +42,6 @@ QtObject {
     /// More than half of any height: the ends become half circles.
     readonly property int radiusCapsule: 99
 
-    readonly property font largeTitle: textFont(26, Font.Bold)
     readonly property font title: textFont(22, Font.Bold)
     readonly property font headline: textFont(15, Font.DemiBold)
     readonly property font body: textFont(13, Font.Normal)
