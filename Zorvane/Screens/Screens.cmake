@@ -8,14 +8,13 @@ target_include_directories(ZorvaneWindow PRIVATE Screens/Results)
 qt_target_qml_sources(ZorvaneWindow
   QML_FILES
     Screens/Results/ActionBar.qml
+    Screens/Results/CardButton.qml
     Screens/Results/CardSlice.qml
     Screens/Results/CategoryRow.qml
-    Screens/Results/CleaningOverlay.qml
     Screens/Results/DetailsRow.qml
     Screens/Results/DonutChart.qml
     Screens/Results/ICloudBridgeCard.qml
     Screens/Results/ItemRow.qml
-    Screens/Results/NoticeRow.qml
     Screens/FirstRun/OnboardingStep.qml
     Screens/FirstRun/OnboardingView.qml
     Screens/Scanning/ReadyScreen.qml
@@ -25,7 +24,6 @@ qt_target_qml_sources(ZorvaneWindow
     Screens/Scanning/ScanView.qml
     Screens/Scanning/ScanningScreen.qml
     Screens/ScreenStack.qml
-    Screens/ScreenText.qml
     Screens/Results/SummaryPanel.qml
     Screens/FirstRun/TermsView.qml
     Screens/TopBar.qml

@@ -27,7 +27,7 @@ Item {
             Accessible.ignored: true
         }
 
-        ScreenText {
+        Label {
             id: product
 
             anchors.verticalCenter: parent.verticalCenter
@@ -35,7 +35,7 @@ Item {
             font: Theme.textFont(14, Font.Bold)
         }
 
-        ScreenText {
+        Label {
             anchors.verticalCenter: parent.verticalCenter
             width: Math.min(implicitWidth, bar.width - bar.rightReserve - product.width - 68)
             text: qsTr("Welcome, %1").arg(bar.userName)

@@ -74,20 +74,12 @@ Item {
         }
     }
 
-    Rectangle {
+    Dimming {
         anchors.fill: parent
-        color: Theme.black(0.55)
+        enabled: sheet.isOpen
+        darkness: 0.55
         opacity: sheet.presence
-        visible: opacity > 0
-    }
-
-    MouseArea {
-        anchors.fill: parent
-        visible: sheet.isOpen
-        acceptedButtons: Qt.AllButtons
-        hoverEnabled: true
-        cursorShape: Qt.ArrowCursor
-        onWheel: wheel => { wheel.accepted = true; }
+        visible: sheet.isOpen || opacity > 0
     }
 
     FocusFence {

@@ -108,10 +108,11 @@ Window {
         updater: updater
     }
 
-    ClosingOverlay {
+    BusyOverlay {
         id: closing
 
         anchors.fill: parent
+        text: qsTr("Finishing the item in hand, then closing…")
         visible: window.appState.isClosing
     }
 

@@ -4,7 +4,6 @@ qt_target_qml_sources(ZorvaneWindow
     Shell/AboutSheet.qml
     Shell/ApplicationMenu.qml
     Shell/ApplicationMenuItem.qml
-    Shell/ClosingOverlay.qml
     Shell/Main.qml
     Shell/ResizeEdges.qml
     Shell/SystemMoveArea.qml

@@ -23,11 +23,14 @@ qt_target_qml_sources(ZorvaneWindow
     Theme/Painting/AuroraBackground.qml
     Theme/Controls/Badge.qml
     Theme/Controls/BaseButton.qml
+    Theme/Controls/BusyOverlay.qml
+    Theme/Controls/Dimming.qml
     Theme/Controls/FocusRing.qml
     Theme/Painting/GlassCard.qml
     Theme/Painting/GlassSurface.qml
     Theme/Painting/GradientTile.qml
     Theme/Controls/HoverHelp.qml
+    Theme/Controls/Label.qml
     Theme/Controls/LabelRow.qml
     Theme/Controls/LinkButton.qml
     Theme/Controls/PlainButton.qml
@@ -37,6 +40,7 @@ qt_target_qml_sources(ZorvaneWindow
     Theme/Controls/SecondaryButton.qml
     Theme/Controls/SelectionBox.qml
     Theme/Controls/Spinner.qml
+    Theme/Controls/SymbolText.qml
     Theme/Tokens/Symbol.qml
     Theme/Tokens/Theme.qml
     Theme/Controls/ThinScrollBar.qml

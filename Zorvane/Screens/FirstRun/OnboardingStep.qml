@@ -22,7 +22,7 @@ Item {
         cornerRadius: 12
         color: Theme.withOpacity(Theme.primary, 0.15)
 
-        ScreenText {
+        Label {
             anchors.centerIn: parent
             text: step.number
             font: Theme.calloutBold

@@ -27,20 +27,20 @@ ScreenStack {
         symbolSize: 40
     }
 
-    ScreenText {
+    Label {
         anchors.horizontalCenter: parent.horizontalCenter
         text: qsTr("Permission to see your disk")
         font: Theme.title
     }
 
-    ScreenText {
+    Label {
         anchors.horizontalCenter: parent.horizontalCenter
         width: view.textWidth
         text: qsTr("To measure everything that can be freed, Zorvane needs the \"Full Disk Access\" permission. The app only reads and shows — nothing is removed without your explicit confirmation.")
+        font: Theme.body
         color: Theme.textSecondary
         horizontalAlignment: Text.AlignHCenter
         lineHeight: 1.25
-        wrapMode: Text.Wrap
     }
 
     GlassCard {

@@ -28,7 +28,7 @@ FocusScope {
         width: bar.contentWidth
         spacing: Theme.spacingMedium
 
-        ScreenText {
+        Label {
             Layout.fillWidth: true
             text: qsTr("Selected: %1").arg(bar.figures.selectedText)
             font: Theme.textFont(14, Font.DemiBold)

@@ -37,7 +37,7 @@ ResultsRow {
         onToggled: row.selectionToggled(!row.isSelected)
     }
 
-    ScreenText {
+    Label {
         id: pathText
 
         x: 72
@@ -51,7 +51,7 @@ ResultsRow {
         Accessible.ignored: true
     }
 
-    ScreenText {
+    Label {
         id: size
 
         // Ends where the header's size does.
@@ -61,6 +61,7 @@ ResultsRow {
         horizontalAlignment: Text.AlignRight
         verticalAlignment: Text.AlignVCenter
         text: row.sizeText
+        wrapMode: Text.NoWrap
         font: Theme.numberFont(11, Font.Medium)
         color: Theme.textSecondary
     }

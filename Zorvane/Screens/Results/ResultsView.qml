@@ -96,11 +96,14 @@ FocusScope {
         appState: view.appState
     }
 
-    CleaningOverlay {
+    BusyOverlay {
         id: overlay
 
         anchors.fill: parent
-        // While the window closes it says so itself.
+        darkness: 0.4
+        text: qsTr("Cleaning…")
+        isLarge: true
+        // A window that is closing has an overlay of its own.
         visible: view.appState.isCleaning && !view.appState.isClosing
     }
 }

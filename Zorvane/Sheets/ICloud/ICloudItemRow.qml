@@ -61,16 +61,14 @@ Item {
             Layout.fillWidth: true
             spacing: 2
 
-            SheetText {
+            Label {
                 Layout.fillWidth: true
                 text: row.name
                 font: Theme.fileFont(13, Font.Medium)
-                wrapMode: Text.NoWrap
                 elide: Text.ElideMiddle
-                maximumLineCount: 1
             }
 
-            SheetText {
+            Label {
                 visible: row.isBusy
                 Layout.fillWidth: true
                 text: qsTr("iCloud is busy with this folder")
@@ -78,7 +76,7 @@ Item {
                 color: Theme.warning
             }
 
-            SheetText {
+            Label {
                 visible: row.isReleased
                 Layout.fillWidth: true
                 text: qsTr("measure again later for the exact number")
@@ -86,7 +84,7 @@ Item {
                 color: Theme.textTertiary
             }
 
-            SheetText {
+            Label {
                 visible: row.isMeasured && text !== ""
                 Layout.fillWidth: true
                 text: row.appsText ?? ""
@@ -95,14 +93,14 @@ Item {
             }
         }
 
-        SheetText {
+        Label {
             visible: row.isMeasured && text !== ""
             text: row.filesText ?? ""
             font: Theme.numberFont(11, Font.Normal)
             color: Theme.textTertiary
         }
 
-        SheetText {
+        Label {
             visible: row.isMeasured
             text: row.sizeText ?? ""
             font: Theme.numberFont(13, Font.DemiBold)

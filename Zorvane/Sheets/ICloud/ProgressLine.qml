@@ -20,7 +20,7 @@ Item {
         Accessible.ignored: true
     }
 
-    SheetText {
+    Label {
         id: label
 
         x: line.indent

@@ -25,7 +25,7 @@ Column {
         font: Theme.calloutSemibold
     }
 
-    SheetText {
+    Label {
         id: detail
 
         x: title.indent
