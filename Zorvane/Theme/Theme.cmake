@@ -30,6 +30,8 @@ qt_target_qml_sources(ZorvaneWindow
     Theme/Painting/GlassSurface.qml
     Theme/Painting/GradientTile.qml
     Theme/Controls/HoverHelp.qml
+    Theme/Controls/KeyboardList.qml
+    Theme/Controls/KeyboardRow.qml
     Theme/Controls/Label.qml
     Theme/Controls/LabelRow.qml
     Theme/Controls/LinkButton.qml

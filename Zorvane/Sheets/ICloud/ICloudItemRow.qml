@@ -3,10 +3,9 @@ import QtQuick.Layouts
 import Zorvane
 
 /// A measured entry of the cloud drive, or one that could not be measured in time.
-Item {
+KeyboardRow {
     id: row
 
-    required property int index
     required property string name
     required property bool isBusy
     required property bool isReleased
@@ -18,15 +17,21 @@ Item {
     readonly property bool isMeasured: !isBusy && !isReleased
 
     signal toggled
-    /// The keyboard came here.
-    signal reached
 
     implicitHeight: content.implicitHeight + 18
+    focusTarget: isMeasured ? box : row
+    activeFocusOnTab: isTabStop && !isMeasured
 
     GlassSurface {
         anchors.fill: parent
         cornerRadius: Theme.radiusSmall
         selected: row.isSelected
+    }
+
+    FocusRing {
+        shown: row.activeFocus && !row.isMeasured
+        gap: -2
+        cornerRadius: Theme.radiusSmall
     }
 
     RowLayout {
@@ -39,16 +44,16 @@ Item {
         spacing: 10
 
         SelectionBox {
+            id: box
+
+            focus: true
+            focusPolicy: row.controlFocusPolicy
             accessibleName: row.name
             checked: row.isSelected
             enabled: row.isMeasured
             opacity: row.isMeasured ? 1 : 0
             Accessible.ignored: !row.isMeasured
             onToggled: row.toggled()
-            onActiveFocusChanged: {
-                if (activeFocus)
-                    row.reached();
-            }
         }
 
         Symbol {
