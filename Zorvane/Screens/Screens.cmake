@@ -2,7 +2,7 @@
 target_sources(ZorvaneWindow PRIVATE
   Screens/Results/RingArc.cpp
 )
-# The registration of the QML types includes their headers by file name.
+# The generated registration of QML types includes their headers by file name.
 target_include_directories(ZorvaneWindow PRIVATE Screens/Results)
 
 qt_target_qml_sources(ZorvaneWindow

@@ -1,7 +1,7 @@
 import QtQuick
 import Zorvane
 
-/// Names the application and greets the user. Its right end is left to the window's buttons.
+/// The name of the application and a greeting. The right end is reserved for the window's buttons.
 Item {
     id: bar
 

@@ -1,7 +1,7 @@
 import QtQuick
 import Zorvane
 
-/// A text in the middle of a sheet's column.
+/// A text centred in the column of a sheet.
 Label {
     width: parent?.width ?? 0
     horizontalAlignment: Text.AlignHCenter

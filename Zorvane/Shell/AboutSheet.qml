@@ -3,7 +3,7 @@ pragma ComponentBehavior: Bound
 import QtQuick
 import Zorvane
 
-/// What this program is.
+/// Describes the program.
 Sheet {
     id: sheet
 

@@ -3,7 +3,7 @@ pragma ComponentBehavior: Bound
 import QtQuick
 import Zorvane
 
-/// A check for updates and its outcome.
+/// Checks for updates.
 Sheet {
     id: sheet
 

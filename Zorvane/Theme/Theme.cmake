@@ -1,4 +1,4 @@
-# The looks that every screen is made of.
+# The building blocks of all screens.
 set_source_files_properties(Theme/Tokens/Theme.qml PROPERTIES QT_QML_SINGLETON_TYPE TRUE)
 
 file(GLOB symbols RELATIVE "${CMAKE_CURRENT_SOURCE_DIR}" CONFIGURE_DEPENDS Resources/symbols/*.svg)
@@ -12,10 +12,10 @@ target_sources(ZorvaneWindow PRIVATE
   Theme/Painting/SpinnerArc.cpp
   Theme/Tokens/SymbolImages.cpp
 )
-# Without optimisation each shadow would take a second, and every debug build and test wait for it.
+# Without optimisation, drawing a shadow would take a second.
 set_source_files_properties(Theme/Painting/GaussianBlur.cpp Theme/Painting/AuroraPainting.cpp
   PROPERTIES COMPILE_OPTIONS $<$<CONFIG:Debug>:-O2> SKIP_PRECOMPILE_HEADERS ON)
-# The registration of the QML types includes their headers by file name.
+# The generated registration of QML types includes their headers by file name.
 target_include_directories(ZorvaneWindow PRIVATE Theme/Painting Theme/Tokens)
 
 qt_target_qml_sources(ZorvaneWindow

@@ -1,7 +1,7 @@
 import QtQuick
 import Zorvane
 
-/// One numbered instruction. What stands between double asterisks is bold.
+/// A numbered instruction. Text between double asterisks is bold.
 Item {
     id: step
 

@@ -1,7 +1,7 @@
 import QtQuick
 import Zorvane
 
-/// Explains the disk permission and notices when it is granted.
+/// Explains the disk permission, and checks every two seconds whether it has been granted.
 ScreenStack {
     id: view
 

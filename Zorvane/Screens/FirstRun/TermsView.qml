@@ -1,7 +1,7 @@
 import QtQuick
 import Zorvane
 
-/// Asks for the acceptance of the terms, without which nothing begins.
+/// Asks the user to accept the terms.
 ScreenStack {
     id: view
 

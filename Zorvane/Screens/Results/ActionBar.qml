@@ -2,7 +2,7 @@ import QtQuick
 import QtQuick.Layouts
 import Zorvane
 
-/// What is chosen, and what can be done with it.
+/// The size of the selection, and the buttons that clean it or scan again.
 FocusScope {
     id: bar
 

@@ -1,7 +1,7 @@
 import QtQuick
 import Zorvane
 
-/// A press area that fills a card of the results.
+/// Makes a whole card of the results a button.
 BaseButton {
     id: button
 

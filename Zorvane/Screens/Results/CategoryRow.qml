@@ -16,7 +16,7 @@ ResultsRow {
     required property bool hadAccessErrors
     required property bool isExpanded
 
-    /// A header that is reused for another category shows its state at once.
+    /// False for a header that is reused for another category, which must not animate.
     property bool turnsSlowly: false
 
     signal expansionToggled()
@@ -33,7 +33,7 @@ ResultsRow {
         id: header
 
         focusPolicy: row.controlFocusPolicy
-        // The title goes in last: it may hold what looks like the place of another text.
+        // The title comes last, since it may contain "%1".
         Accessible.name: qsTr("%3, %1, %2").arg(row.countText).arg(row.sizeText).arg(row.title)
         description: row.isExpanded ? qsTr("Expanded") : qsTr("Collapsed")
         onClicked: {

@@ -1,7 +1,7 @@
 import QtQuick
 import Zorvane
 
-/// What a category is about, and the links that choose all of it or nothing.
+/// The explanation of a category, and the links that select all of its items or none.
 ResultsRow {
     id: row
 

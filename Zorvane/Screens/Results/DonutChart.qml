@@ -45,7 +45,7 @@ Item {
         spacing: 2
 
         Label {
-            // Inside the ring, with some air.
+            // Fits inside the ring.
             width: chart.frame - chart.lineWidth - 24
             text: chart.totalText
             font: Theme.numberFont(26, Font.ExtraBold)

@@ -2,7 +2,7 @@ import QtQuick
 import QtQuick.Layouts
 import Zorvane
 
-/// Leads to the release of what the cloud drive keeps on this computer.
+/// Opens the sheet that releases downloads of the cloud drive.
 ResultsRow {
     id: card
 
@@ -87,7 +87,7 @@ ResultsRow {
                 cornerRadius: Theme.radiusCapsule
                 focusPolicy: card.controlFocusPolicy
                 onClicked: {
-                    // It goes once something is measured; the card is what stays.
+                    // This button disappears once something is measured; the card stays.
                     area.forceActiveFocus(visualFocus ? Qt.TabFocusReason : Qt.MouseFocusReason);
                     icloud.open();
                 }

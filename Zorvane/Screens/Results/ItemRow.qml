@@ -1,7 +1,7 @@
 import QtQuick
 import Zorvane
 
-/// One item of an open category. There may be a hundred thousand of them: the height is fixed.
+/// An item of an expanded category. The height is fixed, since there may be a hundred thousand.
 ResultsRow {
     id: row
 
@@ -54,7 +54,7 @@ ResultsRow {
     Label {
         id: size
 
-        // Ends where the header's size does.
+        // Aligned with the size in the header.
         x: row.width - 38 - width
         width: Math.max(implicitWidth, 64)
         height: row.lineHeight

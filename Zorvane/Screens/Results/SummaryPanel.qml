@@ -4,7 +4,7 @@ import QtQuick
 import QtQuick.Layouts
 import Zorvane
 
-/// What the last scan found, by groups and in total.
+/// The total size of the results, and its share of each group.
 Item {
     id: panel
 

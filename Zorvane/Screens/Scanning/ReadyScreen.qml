@@ -1,7 +1,9 @@
+pragma ComponentBehavior: Bound
+
 import QtQuick
 import Zorvane
 
-/// Where a scan is started.
+/// Starts a scan.
 ScreenStack {
     id: screen
 

@@ -1,7 +1,7 @@
 import QtQuick
 import Zorvane
 
-/// How far a running scan is.
+/// The progress of a scan.
 ScreenStack {
     id: screen
 

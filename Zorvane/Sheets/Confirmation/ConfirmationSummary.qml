@@ -4,7 +4,7 @@ import QtQuick
 import QtQuick.Layouts
 import Zorvane
 
-/// The areas that the clean takes from, what it takes of each, and the sum.
+/// The selected size of each area, and the total.
 GlassCard {
     id: summary
 

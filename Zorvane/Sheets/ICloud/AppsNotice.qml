@@ -4,7 +4,7 @@ import QtQuick
 import QtQuick.Layouts
 import Zorvane
 
-/// Tells of the applications in the cloud drive, which no release takes from the disk.
+/// The applications in the cloud drive, which cannot be released.
 NoticeBox {
     id: notice
 

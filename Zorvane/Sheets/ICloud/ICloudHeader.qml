@@ -1,7 +1,7 @@
 import QtQuick
 import Zorvane
 
-/// What the release of downloads does and does not do.
+/// Explains the release of downloads.
 Column {
     property alias title: title.text
 

@@ -2,7 +2,7 @@ import QtQuick
 import QtQuick.Layouts
 import Zorvane
 
-/// A measured entry of the cloud drive, or one that could not be measured in time.
+/// An entry of the cloud drive: measured, released, or too slow to be measured.
 KeyboardRow {
     id: row
 
@@ -19,7 +19,7 @@ KeyboardRow {
     signal toggled
 
     implicitHeight: content.implicitHeight + 18
-    focusTarget: isMeasured ? box : row
+    focusTarget: box
     activeFocusOnTab: isTabStop && !isMeasured
 
     GlassSurface {

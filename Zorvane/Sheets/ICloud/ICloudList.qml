@@ -4,7 +4,7 @@ import QtQuick
 import QtQuick.Templates as T
 import Zorvane
 
-/// The entries of the cloud drive that are downloaded, and those that could not be measured.
+/// The downloaded entries of the cloud drive, and those that could not be measured.
 Item {
     id: frame
 

@@ -3,7 +3,7 @@ pragma ComponentBehavior: Bound
 import QtQuick
 import Zorvane
 
-/// Lets downloads of the cloud drive go.
+/// Releases downloads of the cloud drive.
 Sheet {
     id: sheet
 

@@ -1,7 +1,7 @@
 import QtQuick
 import Zorvane
 
-/// Tells, beside a spinner, how far something is.
+/// A spinner and the progress of some work.
 Item {
     id: line
 

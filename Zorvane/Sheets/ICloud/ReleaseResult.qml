@@ -1,7 +1,7 @@
 import QtQuick
 import Zorvane
 
-/// What the last release has freed.
+/// The result of the last release.
 GlassCard {
     id: result
 

@@ -3,7 +3,7 @@ pragma ComponentBehavior: Bound
 import QtQuick
 import Zorvane
 
-/// What a clean has freed, and what it left.
+/// The report of a clean.
 Sheet {
     id: sheet
 

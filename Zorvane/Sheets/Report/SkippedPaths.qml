@@ -4,7 +4,7 @@ import QtQuick
 import QtQuick.Templates as T
 import Zorvane
 
-/// The paths of all skipped items.
+/// The paths of the skipped items.
 KeyboardList {
     id: list
 

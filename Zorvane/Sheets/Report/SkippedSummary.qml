@@ -1,7 +1,7 @@
 import QtQuick
 import Zorvane
 
-/// Why some items were left, in plain words, and which.
+/// The reasons why items were skipped, and their paths.
 GlassCard {
     id: summary
 

@@ -1,13 +1,12 @@
 import QtQuick
 import Zorvane
 
-/// Covers everything below it during work that the user has to wait for, and takes the mouse and
-/// the keyboard.
+/// Covers everything below it while the user has to wait, and takes the mouse and the keyboard.
 FocusScope {
     id: overlay
 
     required property string text
-    property alias darkness: dimming.darkness
+    property real darkness: 0.6
     /// Whether a large spinner stands above the text, rather than a small one beside it.
     property bool isLarge: false
 
@@ -18,10 +17,8 @@ FocusScope {
     }
 
     Dimming {
-        id: dimming
-
         anchors.fill: parent
-        darkness: 0.6
+        darkness: overlay.darkness
     }
 
     // Keeps the screen below from showing through the glass.

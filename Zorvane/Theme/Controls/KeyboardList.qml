@@ -1,12 +1,12 @@
 import QtQuick
 import Zorvane
 
-/// A list of KeyboardRows. The Tab key goes through the controls of the current row only; the arrow
-/// keys, Home, End and the page keys go to other rows, also to those that do not exist yet.
+/// A list of KeyboardRows. Tab goes through the controls of the current row; the arrow keys, Home,
+/// End and the page keys go to other rows, including those that are not instantiated yet.
 ListView {
     id: list
 
-    /// Of a typical row.
+    /// Roughly, for the page keys.
     property real rowHeight: 40
 
     function goTo(row: int) {

@@ -5,17 +5,18 @@ import QtQuick.Templates as T
 FocusScope {
     id: row
 
-    /// In the model.
+    /// The position in the model.
     required property int index
-    /// Gets the keyboard first. A row without an enabled control takes it itself.
+    /// Gets the focus first; the row itself does while this is disabled.
     required property Item focusTarget
 
     readonly property bool isTabStop: ListView.isCurrentItem || activeFocus
     readonly property int controlFocusPolicy: isTabStop ? Qt.StrongFocus : Qt.ClickFocus
 
     function takeKeyboard() {
-        focusTarget.forceActiveFocus(Qt.TabFocusReason);
-        if (focusTarget instanceof T.Control)
+        const target = focusTarget.enabled ? focusTarget : row;
+        target.forceActiveFocus(Qt.TabFocusReason);
+        if (target instanceof T.Control)
             focusTarget.focusReason = Qt.TabFocusReason;
     }
 

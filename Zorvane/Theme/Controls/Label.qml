@@ -1,7 +1,7 @@
 import QtQuick
 import Zorvane
 
-/// A plain text. It wraps unless it is elided, and assistive tools read it as it stands.
+/// Plain text. It wraps unless it is elided.
 Text {
     textFormat: Text.PlainText
     wrapMode: elide === Text.ElideNone ? Text.Wrap : Text.NoWrap

@@ -1,16 +1,16 @@
 import QtQuick
 import Zorvane
 
-/// The button of a screen's main action. A destructive one is pressed by a click or the space bar
-/// only: Return is too easily pressed without looking.
+/// The button of the main action. A destructive one ignores Return, which is too easily pressed
+/// without looking.
 BaseButton {
     id: button
 
     property bool isDestructive: false
-    /// Shows a spinner in place of the text and takes no presses.
+    /// Shows a spinner instead of the text, and disables the button.
     property bool busy: false
     property real minimumWidth: 0
-    /// Of the text alone, without the padding.
+    /// Without the padding.
     property real minimumTextWidth: 0
 
     property color fill: isDestructive ? Theme.withOpacity(Theme.danger, down ? 0.75 : 0.9)

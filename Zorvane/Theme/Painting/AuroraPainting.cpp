@@ -17,11 +17,11 @@ namespace {
 constexpr double blurRadius = 70;
 constexpr double glowOpacity = 0.55;
 
-/// The glows are blurred on an image that is this many times smaller: after a blur of radius 70
-/// nothing is left that a finer one could show.
+/// The glows are blurred on an image that is this many times smaller. A blur of radius 70 leaves no
+/// detail that would need more.
 constexpr int reduction = 8;
 
-/// How far around the window the glows are drawn, so that what lies outside shines in.
+/// Around the window, so that the parts of glows outside it shine in.
 constexpr int margin = 216;
 
 struct Ellipse
@@ -50,7 +50,7 @@ QImage reducedScene(QSizeF size, const QColor& base, const std::array<Ellipse, 3
     return image;
 }
 
-/// One colour channel of the background in the reduced size, in 0...255.
+/// One colour channel of the background in the reduced size, from 0 to 255.
 Plane blurredChannel(const QImage& scene, int shift, int base)
 {
     Plane plane{scene.width(), scene.height(), {}};
@@ -69,7 +69,7 @@ Plane blurredChannel(const QImage& scene, int shift, int base)
     return plane;
 }
 
-/// Where a pixel lies between the pixels of the reduced image.
+/// The position of a pixel between the pixels of the reduced image.
 struct Position
 {
     std::size_t index = 0;
@@ -87,8 +87,8 @@ std::vector<Position> positions(int count, double scale)
     return result;
 }
 
-/// The background is so dark that rounding to 256 steps would show as bands. Each pixel is rounded
-/// at a threshold of its own instead; interleaved gradient noise shows no pattern.
+/// Dithers: on so dark a background, rounding to 256 levels would show bands. Interleaved gradient
+/// noise has no visible pattern.
 float threshold(int x, int y)
 {
     const double inner = 0.06711056 * x + 0.00583715 * y;

@@ -24,7 +24,7 @@ std::vector<float> kernel(double radius)
     return weights;
 }
 
-/// Blurs the rows and turns the plane on its side, so that doing it twice blurs both ways.
+/// Two calls blur in both directions.
 Plane rowsBlurredAndTransposed(const Plane& plane, std::span<const float> weights)
 {
     const std::size_t reach = weights.size() / 2;
@@ -36,7 +36,7 @@ Plane rowsBlurredAndTransposed(const Plane& plane, std::span<const float> weight
     std::span<const float> previous;
     for (std::size_t y = 0; y < height; ++y) {
         const std::span<const float> source(plane.values.data() + y * width, width);
-        // Most rows of a shape are like the one above.
+        // Most rows of a shape equal the one above.
         if (!std::ranges::equal(source, previous)) {
             std::fill_n(row.begin(), reach, source.front());
             const auto after = std::copy(source.begin(), source.end(),
