@@ -27,7 +27,11 @@ LinuxFileManager::LinuxFileManager(UserFolders folders, std::optional<std::strin
 
 FileDescriptor LinuxFileManager::open(const std::string& path, int flags) const
 {
-    if (path.find('\0') != std::string::npos) {
+    const auto leadsThere = [&](const std::string& folder) {
+        return PathText::isSameOrInside(path, folder);
+    };
+    if (path.find('\0') != std::string::npos ||
+        std::ranges::any_of(m_folders.distrustedFolders, leadsThere)) {
         errno = ENOENT;
         return {};
     }
