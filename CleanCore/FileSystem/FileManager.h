@@ -1,6 +1,5 @@
 #pragma once
 
-#include "CleanCore/CloudDrive/StandIn/CloudRefusal.h"
 #include "CleanCore/FileSystem/EntryIdentity.h"
 #include "CleanCore/FileSystem/Removing/Removal.h"
 #include "CleanCore/Support/Timestamp.h"
@@ -98,11 +97,6 @@ public:
     /// Free bytes, for the user, of the file system that holds `path`; nothing when unknown.
     [[nodiscard]] virtual std::optional<std::int64_t>
     availableCapacity(const std::string& path) const = 0;
-
-    /// Asks the cloud drive to give up the local copy of the file or folder at `path`, which stays
-    /// in place as a placeholder. Returns what was refused, nothing when all was released.
-    [[nodiscard]] virtual std::vector<CloudRefusal>
-    releaseLocalCopy(const std::string& path) const = 0;
 
     /// Begins the removals of one clean. Only entries of the owner of `home` are removed.
     /// `protectedFolders` stay, even when they are renamed, with everything in and above them.

@@ -13,11 +13,16 @@ ProtectedIdentities::ProtectedIdentities(const std::string& home,
     if (homeFolder.isOpen()) {
         addAncestors(homeFolder.get());
     }
+    const std::set<Key> homeAndAbove = m_leading;
     for (const std::string& path : protectedFolders) {
         const FileDescriptor folder = holdFolderThroughLinks(path);
         EntryStatus status;
-        if (folder.isOpen() && readStatus(folder.get(), "", status) == 0) {
-            m_protected.emplace(status.identity.device, status.identity.inode);
+        if (!folder.isOpen() || readStatus(folder.get(), "", status) != 0) {
+            continue;
+        }
+        const Key key(status.identity.device, status.identity.inode);
+        if (!homeAndAbove.contains(key)) {
+            m_protected.insert(key);
             addAncestors(folder.get());
         }
     }
