@@ -1,7 +1,7 @@
 #pragma once
 
 #include "CleanCore/CloudDrive/ICloudItem.h"
-#include "CleanCore/FileSystem/TreeVisitor.h"
+#include "CleanCore/FileSystem/FileManager.h"
 
 #include <cstdint>
 #include <string_view>

@@ -1,9 +1,8 @@
 #include "CleanCore/FileSystem/LinuxFileManager.h"
 
-#include "CleanCore/FileSystem/DescriptorPath.h"
+#include "CleanCore/FileSystem/Descriptors.h"
 #include "CleanCore/FileSystem/LinkResolver.h"
 #include "CleanCore/FileSystem/Removing/LinuxRemoval.h"
-#include "CleanCore/FileSystem/Shortage.h"
 #include "CleanCore/FileSystem/Walking/DirectoryReader.h"
 #include "CleanCore/FileSystem/Walking/TreeWalk.h"
 #include "CleanCore/Support/PathText.h"
@@ -28,7 +27,11 @@ LinuxFileManager::LinuxFileManager(UserFolders folders, std::optional<std::strin
 
 FileDescriptor LinuxFileManager::open(const std::string& path, int flags) const
 {
-    if (path.find('\0') != std::string::npos) {
+    const auto leadsThere = [&](const std::string& folder) {
+        return PathText::isSameOrInside(path, folder);
+    };
+    if (path.find('\0') != std::string::npos ||
+        std::ranges::any_of(m_folders.distrustedFolders, leadsThere)) {
         errno = ENOENT;
         return {};
     }

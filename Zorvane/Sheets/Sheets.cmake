@@ -3,6 +3,7 @@ qt_target_qml_sources(ZorvaneWindow
   QML_FILES
     Sheets/Confirmation/Acknowledgement.qml
     Sheets/ICloud/AppsNotice.qml
+    Sheets/CentredText.qml
     Sheets/Confirmation/ConfirmationSheet.qml
     Sheets/Confirmation/ConfirmationSummary.qml
     Sheets/ICloud/Expectations.qml
@@ -14,13 +15,11 @@ qt_target_qml_sources(ZorvaneWindow
     Sheets/NoticeBox.qml
     Sheets/ICloud/ProgressLine.qml
     Sheets/ICloud/ReleaseResult.qml
-    Sheets/Report/ReasonRow.qml
+    Sheets/ReasonRow.qml
     Sheets/Report/ReportSheet.qml
     Sheets/Sheet.qml
     Sheets/SheetHost.qml
     Sheets/SheetPanel.qml
-    Sheets/SheetText.qml
     Sheets/Report/SkippedPaths.qml
     Sheets/Report/SkippedSummary.qml
-    Sheets/SymbolText.qml
 )

@@ -1,7 +1,8 @@
 #include "CleanCore/CloudDrive/StandIn/CloudRequest.h"
 
 #include "CleanCore/CloudDrive/ICloudItem.h"
-#include "CleanCore/FileSystem/DescriptorPath.h"
+#include "CleanCore/CloudDrive/StandIn/CloudFilePair.h"
+#include "CleanCore/FileSystem/Descriptors.h"
 #include "CleanCore/FileSystem/LinkResolver.h"
 #include "CleanCore/Support/PathText.h"
 

@@ -1,7 +1,7 @@
 import QtQuick
 import Zorvane
 
-/// The outcome of the last release.
+/// The result of the last release.
 GlassCard {
     id: evictResult
 
