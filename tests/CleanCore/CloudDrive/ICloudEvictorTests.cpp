@@ -15,11 +15,6 @@ using CleanCore::ICloudEvictor;
 using CleanCore::ICloudItem;
 using testing::ElementsAre;
 
-std::int64_t allocated(const std::string& path)
-{
-    return statusOf(path).st_blocks * 512;
-}
-
 /// The real disk with a free space, and a cloud drive that runs a shell command for each request.
 class ScriptedDrive : public CleanCore::LinuxFileManager, public CleanCore::CloudDrive
 {
@@ -65,14 +60,6 @@ protected:
     {
         return evictor().measureChild(folders.local(name)).item;
     }
-    std::vector<ICloudItem> measuredItems(const std::vector<std::string>& names) const
-    {
-        std::vector<ICloudItem> items;
-        for (const std::string& name : names) {
-            items.push_back(measured(name));
-        }
-        return items;
-    }
     /// Makes files of 5,000 bytes in the container.
     void make(const std::vector<std::string>& names) const
     {
@@ -102,7 +89,7 @@ TEST_F(ICloudEvictorTests, listsAndMeasuresEntriesLargestFirst)
     EXPECT_EQ(measured("none"), (ICloudItem{folders.local("none"), 0, 0, {}}));
 
     const auto items = evictor().listLocalCopies();
-    EXPECT_EQ(items, measuredItems({"b", "a", "c"}));
+    EXPECT_EQ(items, (std::vector{measured("b"), measured("a"), measured("c")}));
     EXPECT_EQ(evictor(nullptr, std::make_shared<CleanCore::TaskPool>(4)).listLocalCopies(), items);
     folders.run("chmod 0 drive");
     EXPECT_TRUE(evictor().topLevelChildren().empty());
@@ -127,7 +114,7 @@ TEST_F(ICloudEvictorTests, findsTheOutermostDownloadedBundles)
     EXPECT_EQ(item.apps[1].path, folders.local("Tools/Outer.app"));
     EXPECT_EQ(item.apps[1].localBytes, 2 * 8192);
     EXPECT_EQ(item.apps[1].fileCount, 3);
-    EXPECT_GT(allocated(item.apps[1].probePath), 0);
+    EXPECT_GT(statusOf(item.apps[1].probePath).st_blocks, 0);
 }
 
 TEST(TreeCountTest, figuresBeyondTheLargestStayAtIt)
@@ -184,7 +171,7 @@ TEST_F(ICloudEvictorTests, asksForEachItemInOrderAndReportsWhatCameOfIt)
 {
     make({"c/Gone.app/x", "c/Kept.app/x", "a", "b/Larger.app/x", "b/Larger.app/y",
           "b/Removed.app/x"});
-    const auto items = measuredItems({"c", "a", "b"});
+    const std::vector items = {measured("c"), measured("a"), measured("b")};
     drive->command = "rm -rf drive/b/Removed.app && truncate -s 0 drive/c/Gone.app/x";
     drive->growth = 100;
     const auto report = evictor().evict(items, [&](auto index, auto total, const auto& path) {
