@@ -1,6 +1,7 @@
 #include "CleanCore/Rules/SafetyGuard.h"
 
 #include "CleanCore/FileSystem/FileManager.h"
+#include "CleanCore/FileSystem/UserFolders.h"
 #include "CleanCore/Support/PathText.h"
 #include "CleanCore/Support/TextEquality.h"
 

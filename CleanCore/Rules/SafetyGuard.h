@@ -48,17 +48,6 @@ private:
 class SafetyGuard
 {
 public:
-    /// Folders below home that are never cleaned, in the order in which they are tested.
-    static constexpr std::string_view protectedHomeSubpaths[] = {
-        "Documents",
-        "Desktop",
-        "Downloads",
-        "Pictures",
-        "Music",
-        "Movies",
-        "Library/Mobile Documents",
-    };
-
     /// `furtherProtected`: absolute folders that are protected as well, on this platform or for
     /// this user. One that is home or above it is ignored.
     SafetyGuard(const std::string& home, const FileManager& fileManager,
