@@ -5,8 +5,6 @@
 
 #include <array>
 #include <cerrno>
-#include <cstdio>
-#include <cstdlib>
 #include <dlfcn.h>
 #include <fcntl.h>
 #include <filesystem>
@@ -20,7 +18,6 @@ namespace CleanCore::ResourceBundle {
 namespace {
 
 constexpr const char* bundleName = "CleanCore_CleanCore.bundle";
-constexpr int exitStatus = 3;
 constexpr std::size_t largestFile = std::size_t{64} * 1024 * 1024;
 
 /// Of a path that is not known from the root on no folder is taken: it would be read as one below
@@ -76,8 +73,7 @@ std::string find()
             return candidate;
         }
     }
-    std::fputs("unable to find bundle named CleanCore_CleanCore\n", stderr);
-    std::_Exit(exitStatus);
+    throw Missing();
 }
 
 } // namespace

@@ -1,16 +1,22 @@
 #pragma once
 
+#include <exception>
 #include <optional>
 #include <string>
 
 /// The folder "CleanCore_CleanCore.bundle" that holds the core library's resources.
 namespace CleanCore::ResourceBundle {
 
+/// There is no bundle: the program was installed without its parts and has to end at once. Both
+/// programs look for their texts before any thread is started, so no worker meets it.
+struct Missing : std::exception
+{
+    [[nodiscard]] const char* what() const noexcept override { return "ResourceBundle::Missing"; }
+};
+
 /// The bundle's folder, looked up once per process: in the share folder of the installed prefix,
 /// beside the code of this library, beside the executable; never in the current folder, whatever
-/// name the program was started by. Where there is none the process ends at once with "unable to
-/// find bundle named CleanCore_CleanCore" and status 3: the program was installed without its
-/// parts.
+/// name the program was started by. Throws Missing.
 [[nodiscard]] const std::string& path();
 
 /// The path of a resource, or nothing if the bundle does not hold it.

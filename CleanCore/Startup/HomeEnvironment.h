@@ -4,7 +4,6 @@
 
 #include <memory>
 #include <optional>
-#include <stdexcept>
 #include <string>
 
 namespace CleanCore {
@@ -12,13 +11,6 @@ namespace CleanCore {
 class CloudDrive;
 class FileManager;
 class TaskPool;
-
-/// A home folder that cannot be worked in; what() says why, for people.
-class HomeError : public std::runtime_error
-{
-public:
-    using std::runtime_error::runtime_error;
-};
 
 /// The home in use and the collaborators made for it: the one place that decides whether a run is
 /// confined.
@@ -35,7 +27,7 @@ struct HomeEnvironment
     std::shared_ptr<const FileManager> fileManager;
 
     /// Makes the environment for `requestedHome`, or for $HOME. Changes the process's environment
-    /// variables when confined, so it must run before any thread is started. Throws HomeError.
+    /// variables when confined, so it must run before any thread is started. Throws StartError.
     [[nodiscard]] static HomeEnvironment make(const std::optional<std::string>& requestedHome);
 
     /// Where the cloud drive's folder is unless somebody names another.
