@@ -1,6 +1,7 @@
 #include "CleanCore/Commands/Running/ChildSignal.h"
 #include "CleanCore/Rules/ResourceBundle.h"
 #include "Zorvane/Desktop/ReducedMotion.h"
+#include "Zorvane/Desktop/TerminationSignals.h"
 #include "Zorvane/Startup/ApplicationEnvironment.h"
 #include "Zorvane/State/AppState.h"
 
@@ -65,6 +66,9 @@ int show(int& argc, char** argv, const ApplicationOptions& options,
     QQuickWindow::setTextRenderType(QQuickWindow::NativeTextRendering);
 
     Zorvane::AppState state(std::move(environment));
+    const Zorvane::TerminationSignals termination;
+    QObject::connect(&termination.notifier(), &QSocketNotifier::activated, &state,
+                     [&state] { state.requestClose(); });
     QQmlApplicationEngine engine;
     engine.addImportPath(QStringLiteral("qrc:/"));
     const bool isAnimated = !options.noAnimations && !Zorvane::wantsReducedMotion();
