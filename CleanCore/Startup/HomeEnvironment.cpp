@@ -58,7 +58,7 @@ void requireFolder(const std::string& home)
     }
 }
 
-/// Whether two paths lead to the same folder, through a bind mount too.
+/// Whether two paths lead to the same folder, also through a bind mount.
 bool isSameFolder(const std::string& a, const std::string& b)
 {
     struct stat first = {};
@@ -67,7 +67,7 @@ bool isSameFolder(const std::string& a, const std::string& b)
            first.st_dev == second.st_dev && first.st_ino == second.st_ino;
 }
 
-/// Whether the resolved path `home` is `folder` or lies inside it, under whatever name it has.
+/// Whether the resolved path `home` is `folder` or lies inside it, also through a bind mount.
 bool holds(const std::string& folder, std::string home)
 {
     while (!isSameFolder(folder, home)) {

@@ -8,7 +8,7 @@
 
 namespace CleanCore {
 
-/// What a program cannot start with.
+/// Why a program cannot start.
 enum class StartFault {
     /// The account has no home folder and none was named.
     homeUnknown,
@@ -16,7 +16,7 @@ enum class StartFault {
     homeMissing,
     homeNotAFolder,
     homeUnreadable,
-    /// The home holds the account's own home.
+    /// The folder contains the account's own home.
     homeHoldsAccount,
     /// The option `subject` is only for trying things out in another home.
     needsOtherHome,

@@ -14,9 +14,9 @@ enum class EscapeNotation {
 };
 
 /// A text from the disk as people may see it: every character that could drive a terminal, reorder
-/// or hide text, or has no meaning of its own (control, format, unassigned and private ones, line
-/// ends) is named by its code. Joiners and variation selectors stay: scripts and emoji need them.
-/// Never for finding the entry again.
+/// or hide text, or shows nothing reliable (unassigned and private characters) is named by its
+/// code. Joiners and variation selectors stay: scripts and emoji need them. Never for finding the
+/// entry again.
 [[nodiscard]] std::string escaped(std::string_view text,
                                   EscapeNotation notation = EscapeNotation::backslashes);
 

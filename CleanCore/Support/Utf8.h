@@ -8,8 +8,8 @@ namespace CleanCore {
 
 constexpr std::int32_t notUtf8 = -1;
 
-/// Calls visit(character, its bytes) for each character in order; a byte that is not part of valid
-/// UTF-8 counts as one character, `notUtf8`.
+/// Calls visit(character, its bytes) for each character in order; each byte that is not valid UTF-8
+/// is a character of its own, `notUtf8`.
 void forEachCharacter(std::string_view text,
                       const std::function<void(std::int32_t, std::string_view)>& visit);
 
