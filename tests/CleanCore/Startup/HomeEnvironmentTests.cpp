@@ -2,6 +2,7 @@
 
 #include "CleanCore/FileSystem/FileManager.h"
 #include "CleanCore/Rules/PathExpander.h"
+#include "CleanCore/Startup/StartError.h"
 #include "tests/Support/TemporaryFolder.h"
 
 #include <cstdlib>
@@ -87,6 +88,16 @@ TEST_F(HomeEnvironmentTest, FindsTheFolderThatAPathMeans)
     std::filesystem::current_path(before);
 }
 
+std::optional<StartFault> faultOf(const std::string& home)
+{
+    try {
+        static_cast<void>(HomeEnvironment::make(home));
+        return std::nullopt;
+    } catch (const StartError& error) {
+        return error.fault;
+    }
+}
+
 TEST_F(HomeEnvironmentTest, RefusesAHomeThatCannotBeWorkedIn)
 {
     const TemporaryFolder world;
@@ -97,16 +108,25 @@ TEST_F(HomeEnvironmentTest, RefusesAHomeThatCannotBeWorkedIn)
     world.setMode("sealed", 0);
     world.makeFolder("unlistable");
     world.setMode("unlistable", 0300);
-    for (const std::string& home :
-         {std::string(), world.path("missing"), world.path("file"), world.path("dangling"),
-          world.path("sealed"), world.path("unlistable"), world.path("file/x"),
-          world.path() + std::string("\0/", 2), std::string("/"), world.path("root")}) {
-        EXPECT_THROW(static_cast<void>(HomeEnvironment::make(home)), HomeError) << home;
+    using enum StartFault;
+    const std::pair<std::string, StartFault> cases[] = {
+        {"", homeEmpty},
+        {world.path("missing"), homeMissing},
+        {world.path("file"), homeNotAFolder},
+        {world.path("dangling"), homeMissing},
+        {world.path("sealed"), homeUnreadable},
+        {world.path("unlistable"), homeUnreadable},
+        {world.path("file/x"), homeMissing},
+        {world.path() + std::string("\0/", 2), homeMissing},
+        {"/", homeHoldsAccount},
+        {world.path("root"), homeHoldsAccount}};
+    for (const auto& [home, fault] : cases) {
+        EXPECT_EQ(faultOf(home), fault) << home;
     }
     const std::string before = std::filesystem::current_path();
     std::filesystem::current_path(world.makeFolder("gone"));
     std::filesystem::remove(world.path("gone"));
-    EXPECT_THROW(static_cast<void>(HomeEnvironment::make("tmp")), HomeError);
+    EXPECT_EQ(faultOf("tmp"), homeMissing);
     std::filesystem::current_path(before);
 }
 
