@@ -2,6 +2,7 @@
 #include "CleanCore/Startup/StartError.h"
 #include "Zorvane/Desktop/DisplayText.h"
 #include "Zorvane/Desktop/ReducedMotion.h"
+#include "Zorvane/Desktop/TerminationSignals.h"
 #include "Zorvane/Startup/ApplicationEnvironment.h"
 #include "Zorvane/State/AppState.h"
 
@@ -64,6 +65,9 @@ int show(int& argc, char** argv, const ApplicationOptions& options,
     QQuickWindow::setTextRenderType(QQuickWindow::NativeTextRendering);
 
     Zorvane::AppState state(std::move(environment));
+    const Zorvane::TerminationSignals termination;
+    QObject::connect(&termination.notifier(), &QSocketNotifier::activated, &state,
+                     [&state] { state.requestClose(); });
     QQmlApplicationEngine engine;
     engine.addImportPath(QStringLiteral("qrc:/"));
     const bool isAnimated = !options.noAnimations && !Zorvane::wantsReducedMotion();

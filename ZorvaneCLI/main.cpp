@@ -126,13 +126,13 @@ private:
     void addICloud()
     {
         CLI::App& command =
-            *app.add_subcommand("icloud", "The cloud drive: what is downloaded, released, fetched");
+            *app.add_subcommand("icloud", "The cloud drive: list, release and fetch its downloads");
         command.require_subcommand(1);
-        addICloudAction(command, ICloudAction::list, "list", "Show what is downloaded");
+        addICloudAction(command, ICloudAction::list, "list", "Show the downloads");
         addICloudAction(command, ICloudAction::release, "release",
-                        "In another home: give up downloads whose content is in the mirror");
+                        "In another home: release downloads whose content is in the mirror");
         addICloudAction(command, ICloudAction::fetch, "fetch",
-                        "In another home: bring released content back from the mirror");
+                        "In another home: fetch released content from the mirror");
     }
 
     void addICloudAction(CLI::App& parent, ICloudAction action, const char* name, const char* text)

@@ -1,22 +1,53 @@
 #pragma once
 
-#include "CleanCore/CloudDrive/StandIn/CloudRefusal.h"
-#include "CleanCore/FileSystem/EntryMeasure.h"
+#include "CleanCore/FileSystem/EntryIdentity.h"
 #include "CleanCore/FileSystem/Removing/Removal.h"
-#include "CleanCore/FileSystem/TreeVisitor.h"
+#include "CleanCore/Support/Timestamp.h"
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <span>
 #include <stop_token>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace CleanCore {
 
 /// The folders that the system gives to one user outside any application's own.
 enum class PerUserFolder { cache, temporary };
+
+/// The disk space of one entry with everything inside it, and the time of the latest change in it.
+struct EntryMeasure
+{
+    /// Allocated bytes on disk.
+    std::int64_t sizeBytes = 0;
+    Timestamp latestModification = distantPast;
+    /// The entry that was measured; absent when its attributes could not be read.
+    std::optional<EntryIdentity> identity;
+};
+
+/// The attributes of one entry that the engines need, a link's own.
+struct EntryAttributes
+{
+    EntryKind kind = EntryKind::other;
+    std::int64_t allocatedBytes = 0;
+
+    [[nodiscard]] bool operator==(const EntryAttributes&) const = default;
+};
+
+/// One entry that a walk of a tree reaches.
+struct TreeEntry
+{
+    /// Absolute; lives until the visitor returns.
+    std::string_view path;
+    EntryAttributes attributes;
+};
+
+/// Visits one entry; false ends the walk.
+using TreeVisitor = std::function<bool(const TreeEntry&)>;
 
 /// The one seam to the file system: the few operations that the engines need.
 ///
@@ -66,11 +97,6 @@ public:
     /// Free bytes, for the user, of the file system that holds `path`; nothing when unknown.
     [[nodiscard]] virtual std::optional<std::int64_t>
     availableCapacity(const std::string& path) const = 0;
-
-    /// Asks the cloud drive to give up the local copy of the file or folder at `path`, which stays
-    /// in place as a placeholder. Returns what was refused, nothing when all was released.
-    [[nodiscard]] virtual std::vector<CloudRefusal>
-    releaseLocalCopy(const std::string& path) const = 0;
 
     /// Begins a series of removals, one clean's. Only entries of the owner of `home` will be
     /// removed; `protectedFolders`, whatever they are called by then, and everything in and above

@@ -9,8 +9,6 @@
 
 namespace CleanCore {
 
-class CloudDrive;
-
 /// The file system of this machine. Names are listed in ascending order of their bytes.
 ///
 /// One that is confined to a folder treats everything that resolves outside of it as missing, at
@@ -18,11 +16,9 @@ class CloudDrive;
 class LinuxFileManager : public FileManager
 {
 public:
-    /// `confinement` is an existing folder; nothing leaves the whole system visible. Without a
-    /// cloud drive every release is refused.
+    /// `confinement` is an existing folder; nothing leaves the whole system visible.
     LinuxFileManager(UserFolders folders, std::optional<std::string> confinement,
-                     std::shared_ptr<TaskPool> pool,
-                     std::shared_ptr<const CloudDrive> cloudDrive = nullptr);
+                     std::shared_ptr<TaskPool> pool);
 
     [[nodiscard]] std::optional<std::string> perUserFolder(PerUserFolder folder) const override;
     [[nodiscard]] bool exists(const std::string& path) const override;
@@ -35,8 +31,6 @@ public:
     [[nodiscard]] std::string resolvingSymbolicLinks(const std::string& path) const override;
     [[nodiscard]] std::optional<std::int64_t>
     availableCapacity(const std::string& path) const override;
-    [[nodiscard]] std::vector<CloudRefusal>
-    releaseLocalCopy(const std::string& path) const override;
     [[nodiscard]] std::unique_ptr<Removal>
     beginRemoval(const std::string& home,
                  std::span<const std::string> protectedFolders) const override;
@@ -49,7 +43,6 @@ private:
     UserFolders m_folders;
     std::optional<std::string> m_confinement;
     std::shared_ptr<TaskPool> m_pool;
-    std::shared_ptr<const CloudDrive> m_cloudDrive;
 };
 
 } // namespace CleanCore

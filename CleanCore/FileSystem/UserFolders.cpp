@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <fcntl.h>
 #include <fstream>
 #include <string_view>
 #include <sys/stat.h>
@@ -123,7 +124,9 @@ bool holdsMoreThanCaches(const std::string& name, const std::string& resolved,
 {
     const std::string home = resolvedOrSame(folders.home);
     const auto isAt = [&](const std::string& kept) {
-        return areRelated(resolved, resolvedOrSame(kept));
+        const std::string target = resolvedOrSame(kept);
+        // One that is a link to home or above it would bar everything; it bars nothing.
+        return !PathText::isSameOrInside(home, target) && areRelated(resolved, target);
     };
     const auto isKept = [&](const char* kept) {
         return PathText::isSameOrInside(name, PathText::join(folders.home, kept)) ||
@@ -133,6 +136,16 @@ bool holdsMoreThanCaches(const std::string& name, const std::string& resolved,
     return PathText::isSameOrInside(home, resolved) || PathText::isSameOrInside(resolved, "/run") ||
            std::any_of(std::begin(keptEverywhere), std::end(keptEverywhere), isKept) ||
            std::any_of(folders.protectedFolders.begin(), folders.protectedFolders.end(), isAt);
+}
+
+/// Whether a link leads to the root of a file system: a whole disk rather than a folder of caches.
+bool isLinkToMount(const std::string& name, const std::string& resolved)
+{
+    struct stat entry = {};
+    struct statx target = {};
+    return ::lstat(name.c_str(), &entry) == 0 && S_ISLNK(entry.st_mode) &&
+           ::statx(AT_FDCWD, resolved.c_str(), 0, STATX_TYPE, &target) == 0 &&
+           (target.stx_attributes & STATX_ATTR_MOUNT_ROOT) != 0;
 }
 
 enum class Sticky { refused, accepted };
@@ -151,10 +164,21 @@ std::optional<std::string> usable(const std::optional<std::string>& value, Stick
     std::string path = PathText::standardized(*value);
     const bool isSticky = (status.st_mode & S_ISVTX) != 0;
     if (!folder || (status.st_uid != home.st_uid && !(isSticky && sticky == Sticky::accepted)) ||
-        holdsMoreThanCaches(path, *folder, folders)) {
+        holdsMoreThanCaches(path, *folder, folders) || isLinkToMount(path, *folder)) {
         return std::nullopt;
     }
     return resolvedOrSame(path) == *folder ? path : *folder;
+}
+
+/// The folder that counts where no variable names one; distrusted where it leads to more than
+/// caches.
+std::string defaultFolder(std::string path, Sticky sticky, UserFolders& folders)
+{
+    struct stat entry = {};
+    if (::lstat(path.c_str(), &entry) == 0 && !usable(path, sticky, folders)) {
+        folders.distrustedFolders.push_back(path);
+    }
+    return path;
 }
 
 } // namespace
@@ -170,10 +194,13 @@ UserFolders UserFolders::ofAccount(const std::string& home, const Variables& var
             folders.protectedFolders.push_back(std::move(folder));
         }
     }
-    folders.cacheFolder = usable(variables("XDG_CACHE_HOME"), Sticky::refused, folders)
-                              .value_or(PathText::join(home, ".cache"));
+    const std::string cache =
+        defaultFolder(PathText::join(home, ".cache"), Sticky::refused, folders);
+    folders.cacheFolder =
+        usable(variables("XDG_CACHE_HOME"), Sticky::refused, folders).value_or(cache);
+    const auto temporary = usable(variables("TMPDIR"), Sticky::accepted, folders);
     folders.temporaryFolder =
-        usable(variables("TMPDIR"), Sticky::accepted, folders).value_or("/tmp");
+        temporary ? *temporary : defaultFolder("/tmp", Sticky::accepted, folders);
     return folders;
 }
 
@@ -181,9 +208,9 @@ UserFolders UserFolders::confinedTo(const std::string& home)
 {
     UserFolders folders;
     folders.home = home;
-    folders.cacheFolder = PathText::join(home, ".cache");
-    folders.temporaryFolder = PathText::join(home, ".tmp");
     folders.protectedFolders = CleanCore::protectedFolders(home, PathText::join(home, ".config"));
+    folders.cacheFolder = defaultFolder(PathText::join(home, ".cache"), Sticky::refused, folders);
+    folders.temporaryFolder = defaultFolder(PathText::join(home, ".tmp"), Sticky::refused, folders);
     return folders;
 }
 

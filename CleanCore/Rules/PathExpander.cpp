@@ -1,8 +1,8 @@
 #include "CleanCore/Rules/PathExpander.h"
 
+#include "CleanCore/FileSystem/Descriptors.h"
 #include "CleanCore/FileSystem/FileManager.h"
 #include "CleanCore/FileSystem/LinkResolver.h"
-#include "CleanCore/FileSystem/Shortage.h"
 #include "CleanCore/Support/PathText.h"
 
 #include <algorithm>
@@ -118,7 +118,12 @@ Expansion expansion(std::span<const std::string> patterns, const std::string& ho
             all.bases.push_back(std::move(base));
             continue;
         }
-        Expansion matches = expandGlob(PathText::components(base), fileManager, stop);
+        // Home and the current folder may have a component "*", which is a name.
+        const std::vector<std::string> components = PathText::components(base);
+        const std::string_view own =
+            std::string_view(pattern).substr(pattern.starts_with("~/") ? 1 : 0);
+        const std::size_t first = components.size() - (PathText::components(own).size() - 1);
+        Expansion matches = expandGlob(components, fileManager, stop, first);
         std::move(matches.bases.begin(), matches.bases.end(), std::back_inserter(all.bases));
         all.isCutShort = all.isCutShort || matches.isCutShort;
     }
@@ -159,10 +164,10 @@ std::optional<std::string> expandToken(std::string_view pattern, const FileManag
 }
 
 Expansion expandGlob(const std::vector<std::string>& components, const FileManager& fileManager,
-                     const std::stop_token& stop)
+                     const std::stop_token& stop, std::size_t first)
 {
     Matches matches(fileManager, stop);
-    matches.append(components, 0);
+    matches.append(components, first);
     return std::move(matches.expansion);
 }
 

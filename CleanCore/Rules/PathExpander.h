@@ -55,10 +55,11 @@ struct Expansion
 [[nodiscard]] std::optional<std::string> expandToken(std::string_view pattern,
                                                      const FileManager& fileManager);
 
-/// The existing paths that `components` ("/" first) match.
+/// The existing paths that `components` ("/" first) match. Those before `first` are names, whatever
+/// they are.
 [[nodiscard]] Expansion expandGlob(const std::vector<std::string>& components,
-                                   const FileManager& fileManager,
-                                   const std::stop_token& stop = {});
+                                   const FileManager& fileManager, const std::stop_token& stop = {},
+                                   std::size_t first = 0);
 
 } // namespace PathExpander
 } // namespace CleanCore

@@ -1,6 +1,6 @@
 #include "CleanCore/Startup/HomeEnvironment.h"
 
-#include "CleanCore/CloudDrive/StandIn/CloudDrive.h"
+#include "CleanCore/CloudDrive/StandIn/StandInDrive.h"
 #include "CleanCore/FileSystem/LinkResolver.h"
 #include "CleanCore/FileSystem/LinuxFileManager.h"
 #include "CleanCore/Support/PathText.h"
@@ -123,7 +123,9 @@ HomeEnvironment HomeEnvironment::make(const std::optional<std::string>& requeste
         environment.folders = UserFolders::ofAccount(environment.home, variable);
     }
     environment.pool = std::make_shared<TaskPool>();
-    environment.fileManager = environment.fileManagerWith(nullptr);
+    environment.fileManager = std::make_shared<LinuxFileManager>(
+        environment.folders,
+        environment.isConfined ? std::optional(environment.home) : std::nullopt, environment.pool);
     return environment;
 }
 
@@ -136,15 +138,8 @@ std::shared_ptr<const CloudDrive>
 HomeEnvironment::cloudDrive(const std::string& container,
                             const std::optional<std::string>& mirror) const
 {
-    return std::make_shared<CloudDrive>(isConfined ? std::optional(home) : std::nullopt, container,
-                                        mirror);
-}
-
-std::shared_ptr<const FileManager>
-HomeEnvironment::fileManagerWith(std::shared_ptr<const CloudDrive> drive) const
-{
-    return std::make_shared<LinuxFileManager>(
-        folders, isConfined ? std::optional(home) : std::nullopt, pool, std::move(drive));
+    return std::make_shared<StandInDrive>(isConfined ? std::optional(home) : std::nullopt,
+                                          container, mirror);
 }
 
 } // namespace CleanCore

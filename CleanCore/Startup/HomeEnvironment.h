@@ -45,10 +45,6 @@ struct HomeEnvironment
     /// every request unless this home is confined.
     [[nodiscard]] std::shared_ptr<const CloudDrive>
     cloudDrive(const std::string& container, const std::optional<std::string>& mirror) const;
-
-    /// A file manager like `fileManager` whose releases go to `drive`.
-    [[nodiscard]] std::shared_ptr<const FileManager>
-    fileManagerWith(std::shared_ptr<const CloudDrive> drive) const;
 };
 
 } // namespace CleanCore

@@ -42,7 +42,7 @@ CloudFolders::CloudFolders(const std::string& below)
 {
 }
 
-CleanCore::CloudDrive CloudFolders::drive() const
+CleanCore::StandInDrive CloudFolders::drive() const
 {
     constexpr std::int64_t stepBytes = 8192;
     return {home.path(), container, mirror, stepBytes};

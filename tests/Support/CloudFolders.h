@@ -1,6 +1,6 @@
 #pragma once
 
-#include "CleanCore/CloudDrive/StandIn/CloudDrive.h"
+#include "CleanCore/CloudDrive/StandIn/StandInDrive.h"
 #include "tests/Support/TemporaryFolder.h"
 
 #include <string>
@@ -27,7 +27,7 @@ struct CloudFolders
     std::string mirror;
 
     /// Small steps, so that most files take more than one.
-    [[nodiscard]] CleanCore::CloudDrive drive() const;
+    [[nodiscard]] CleanCore::StandInDrive drive() const;
     [[nodiscard]] std::string local(std::string_view relative) const;
     [[nodiscard]] std::string copy(std::string_view relative) const;
 

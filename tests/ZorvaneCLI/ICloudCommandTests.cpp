@@ -1,3 +1,4 @@
+#include "CleanCore/FileSystem/LinuxFileManager.h"
 #include "CleanCore/Startup/HomeEnvironment.h"
 #include "CleanCore/Support/TaskPool.h"
 #include "ZorvaneCLI/ICloudCommand.h"
@@ -53,7 +54,8 @@ protected:
         environment.isConfined = true;
         environment.folders = CleanCore::UserFolders::confinedTo(environment.home);
         environment.pool = std::make_shared<CleanCore::TaskPool>(2);
-        environment.fileManager = environment.fileManagerWith(nullptr);
+        environment.fileManager = std::make_shared<CleanCore::LinuxFileManager>(
+            environment.folders, environment.home, environment.pool);
         options.container = folders.container;
         options.mirror = folders.mirror;
         options.json = true;

@@ -1,8 +1,8 @@
 #include "CleanCore/CloudDrive/StandIn/CloudRequest.h"
 
-#include "CleanCore/CloudDrive/AppBundleName.h"
+#include "CleanCore/CloudDrive/ICloudItem.h"
 #include "CleanCore/CloudDrive/StandIn/CloudFilePair.h"
-#include "CleanCore/FileSystem/DescriptorPath.h"
+#include "CleanCore/FileSystem/Descriptors.h"
 #include "CleanCore/FileSystem/LinkResolver.h"
 #include "CleanCore/Support/PathText.h"
 
@@ -38,7 +38,7 @@ bool isInMemory(int folder)
            system.f_type == RAMFS_MAGIC;
 }
 
-/// Opens again, to be read, the folder that is held only by its path.
+/// Opens a folder that was opened with O_PATH once more, to read it.
 FileDescriptor reopened(const FileDescriptor& folder)
 {
     return FileDescriptor(::openat(folder.get(), ".", folderFlags));
@@ -60,7 +60,7 @@ std::optional<CloudFailure> CloudRequest::open(const std::string& home,
     if (auto failure = checkApart(home)) {
         return failure;
     }
-    m_place.path = path;
+    m_entry.path = path;
     return openEntry(names);
 }
 
@@ -84,7 +84,7 @@ std::optional<CloudFailure> CloudRequest::openFolders(const std::string& home,
     return std::nullopt;
 }
 
-/// Judges where the two folders really are, whatever they were called by.
+/// Judges where the two folders really are, whatever path led to them.
 std::optional<CloudFailure> CloudRequest::checkApart(const std::string& home) const
 {
     const std::string container = pathOfDescriptor(m_container.get());
@@ -95,7 +95,7 @@ std::optional<CloudFailure> CloudRequest::checkApart(const std::string& home) co
     if (!PathText::isSameOrInside(mirror, home)) {
         return CloudFailure{Reason::noMirror, 0};
     }
-    // Two mounts of one file system may show the same folders under other names.
+    // Two mounts of one file system may show the same folders under different paths.
     const bool mayOverlapUnseen =
         m_containerStatus.identity.device == m_mirrorStatus.identity.device &&
         m_containerStatus.mountId != m_mirrorStatus.mountId;
@@ -132,15 +132,15 @@ std::optional<CloudFailure> CloudRequest::openEntry(const std::vector<std::strin
     if (!m_folder.isOpen()) {
         return failureOf(errno);
     }
-    m_place.folder = m_folder.get();
-    m_place.folderStatus = local.parentStatus;
-    m_place.name = names.back();
+    m_entry.folder = m_folder.get();
+    m_entry.folderStatus = local.parentStatus;
+    m_entry.name = names.back();
 
     EntryPin copy;
     if (pinEntry(m_mirror.get(), names, copy) == 0) {
         m_mirrorFolder = reopened(copy.parent);
-        m_place.mirrorFolder = m_mirrorFolder.get();
-        m_place.mirrorFolderStatus = copy.parentStatus;
+        m_entry.mirrorFolder = m_mirrorFolder.get();
+        m_entry.mirrorFolderStatus = copy.parentStatus;
     }
     return std::nullopt;
 }

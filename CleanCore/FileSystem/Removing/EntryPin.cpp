@@ -1,5 +1,7 @@
 #include "CleanCore/FileSystem/Removing/EntryPin.h"
 
+#include "CleanCore/FileSystem/Descriptors.h"
+
 #include <algorithm>
 #include <cerrno>
 #include <fcntl.h>
@@ -69,7 +71,7 @@ int pinEntry(int base, std::span<const std::string> names, EntryPin& pin, PinMet
     if (names.empty() || !std::all_of(names.begin(), names.end(), isName)) {
         return EINVAL;
     }
-    pin.parent = FileDescriptor(::fcntl(base, F_DUPFD_CLOEXEC, 0));
+    pin.parent = duplicate(base);
     if (!pin.parent.isOpen()) {
         return errno;
     }

@@ -1,8 +1,8 @@
 #include "CleanCore/FileSystem/Removing/LinuxRemoval.h"
 
-#include "CleanCore/FileSystem/DescriptorPath.h"
+#include "CleanCore/FileSystem/Descriptors.h"
 #include "CleanCore/FileSystem/LinkResolver.h"
-#include "CleanCore/FileSystem/Removing/OwnerAccess.h"
+#include "CleanCore/FileSystem/Removing/TemporaryPermissions.h"
 #include "CleanCore/FileSystem/Removing/TreeEmptier.h"
 #include "CleanCore/Support/PathText.h"
 
@@ -19,7 +19,6 @@ namespace {
 // Measured: a second worker pays on every file system, a third on none.
 constexpr unsigned helperCount = 1;
 constexpr int refillLimit = 4;
-constexpr int openFolderFlags = O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC;
 
 std::vector<std::string> componentsBelow(const std::string& path, const std::string& folder)
 {
@@ -117,7 +116,7 @@ int LinuxRemoval::openBase(const std::string& path, Base& base) const
         return ENOENT;
     }
     base.path = path;
-    base.folder = FileDescriptor(::open(path.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC));
+    base.folder = holdFolderThroughLinks(path);
     if (!base.folder.isOpen()) {
         return errno;
     }
@@ -152,14 +151,10 @@ int LinuxRemoval::reasonToKeep(const EntryPin& pin, const std::optional<EntryIde
 
 int LinuxRemoval::removeFolder(const Base& base, const EntryPin& pin) const
 {
-    OwnerAccess ownerAccess;
-    FileDescriptor folder(::openat(pin.entry.get(), ".", openFolderFlags));
-    if (!folder.isOpen() && errno == EACCES && ownerAccess.lend(pin.entry.get(), pin.status)) {
-        folder = FileDescriptor(::openat(pin.entry.get(), ".", openFolderFlags));
-    }
-    if (!folder.isOpen()) {
-        const int error = errno;
-        ownerAccess.takeBack(pin.entry.get(), pin.status);
+    TemporaryPermissions permissions;
+    FileDescriptor folder;
+    int error = permissions.openHeldFolder(pin.entry.get(), pin.status, folder);
+    if (error != 0) {
         return error;
     }
     const auto isInPlace = [&] {
@@ -171,10 +166,9 @@ int LinuxRemoval::removeFolder(const Base& base, const EntryPin& pin) const
                now.st_ino == base.status.identity.inode;
     };
     const TreeEmptier emptier(m_pool, helperCount);
-    const TreeEmptier::Limits limits{*m_owner, &m_protected, &ownerAccess, isInPlace};
-    int error = 0;
+    const EmptyingLimits limits{*m_owner, &m_protected, isInPlace};
     for (int attempt = 0; attempt < refillLimit; ++attempt) {
-        error = emptier.empty(folder, pin.status, limits);
+        error = emptier.empty(folder, pin.status, limits, permissions);
         if (error != 0) {
             break;
         }
@@ -186,7 +180,7 @@ int LinuxRemoval::removeFolder(const Base& base, const EntryPin& pin) const
             break;
         }
     }
-    ownerAccess.takeBack(folder.get(), pin.status);
+    permissions.restore(folder.get(), pin.status);
     return error;
 }
 
@@ -200,7 +194,7 @@ void LinuxRemoval::removeTrashRecord(const Base& base, const std::string& name) 
         path.substr(path.size() - trashFiles.size()) != trashFiles) {
         return;
     }
-    const FileDescriptor trash(::openat(base.folder.get(), "..", O_PATH | O_DIRECTORY | O_CLOEXEC));
+    const FileDescriptor trash = holdFolder(base.folder.get(), "..");
     EntryStatus files;
     if (!trash.isOpen() || !isVisible(trash.get()) ||
         readStatus(trash.get(), "files", files) != 0 || files.identity != base.status.identity) {

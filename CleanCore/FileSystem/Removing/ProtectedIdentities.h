@@ -14,7 +14,8 @@ namespace CleanCore {
 class ProtectedIdentities
 {
 public:
-    /// Reads the identities now; a folder that does not exist has none. Links are followed.
+    /// Reads the identities now; a folder that does not exist has none. Links are followed; one
+    /// that leads to home or above it protects nothing, or everything would be protected.
     ProtectedIdentities(const std::string& home, std::span<const std::string> protectedFolders);
 
     /// Whether this is a protected folder.

@@ -4,8 +4,8 @@
 #include "CleanCore/FileSystem/Walking/NameList.h"
 #include "CleanCore/Support/FileDescriptor.h"
 
-#include <algorithm>
 #include <cstddef>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -30,6 +30,16 @@ public:
         bool wasReopened = false;
     };
 
+    /// A part of a walk that another worker can take.
+    struct Share
+    {
+        FileDescriptor folder;
+        EntryStatus status;
+        NameList subfolders;
+        /// The level that it was split off.
+        std::size_t level = 0;
+    };
+
     /// Holds at most `openLimit` descriptors (at least 2), the root's among them.
     explicit FolderStack(std::size_t openLimit) : m_openLimit(openLimit < 2 ? 2 : openLimit) {}
 
@@ -37,17 +47,6 @@ public:
     [[nodiscard]] std::size_t depth() const { return m_levels.size(); }
     [[nodiscard]] Level& top() { return m_levels.back(); }
     [[nodiscard]] Level& at(std::size_t index) { return m_levels[index]; }
-
-    /// Calls `visit(index)` for the levels that are open, from the root on, until it returns true.
-    template <typename Visit>
-    void findOpen(Visit visit) const
-    {
-        for (std::size_t i = 0; i < m_levels.size(); i = std::max(i + 1, m_firstOpen)) {
-            if (visit(i)) {
-                return;
-            }
-        }
-    }
 
     Level& push(FileDescriptor folder, const EntryStatus& status, std::string name = {});
 
@@ -60,6 +59,12 @@ public:
     [[nodiscard]] bool pop();
 
     void clear();
+
+    /// Splits half of the pending subfolders off the open level nearest the root that has any,
+    /// which is the largest part of the walk that another worker can take. Nothing when only one is
+    /// pending at the top, or a chain of folders would wander from worker to worker, or when the
+    /// system lacks a descriptor.
+    [[nodiscard]] std::optional<Share> splitPending();
 
 private:
     std::size_t m_openLimit;

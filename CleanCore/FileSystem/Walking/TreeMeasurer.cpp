@@ -1,12 +1,12 @@
 #include "CleanCore/FileSystem/Walking/TreeMeasurer.h"
 
+#include "CleanCore/FileSystem/Descriptors.h"
 #include "CleanCore/FileSystem/Walking/DirectoryReader.h"
 #include "CleanCore/FileSystem/Walking/FolderStack.h"
 #include "CleanCore/Support/SharedWork.h"
 
 #include <algorithm>
 #include <atomic>
-#include <fcntl.h>
 #include <optional>
 #include <utility>
 
@@ -18,7 +18,6 @@ namespace {
 // opened would not be counted.
 constexpr std::size_t openFolderLimit = 12;
 constexpr unsigned entriesBetweenStopChecks = 64;
-constexpr int openFolderFlags = O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC;
 
 using SharedFolder = std::shared_ptr<const FileDescriptor>;
 
@@ -75,7 +74,7 @@ private:
     void walk();
     void readTop();
     void count(int folder, const EntryStatus& folderStatus, const char* name, NameList& pending);
-    void offerHalf();
+    void shareWork();
     void flush(std::size_t entry);
     [[nodiscard]] bool isStopped();
 
@@ -155,7 +154,7 @@ void PieceWalk::measureEntries(Piece& piece)
 /// Opens a subfolder and reads it; it becomes the top of the stack.
 void PieceWalk::enterSubfolder(int parent, const EntryStatus& parentStatus, const std::string& name)
 {
-    FileDescriptor folder(::openat(parent, name.c_str(), openFolderFlags));
+    FileDescriptor folder = openFolder(parent, name.c_str());
     EntryStatus status;
     if (!folder.isOpen() || readStatus(folder.get(), "", status) != 0 ||
         status.isBeyondBoundaryOf(parentStatus)) {
@@ -173,7 +172,7 @@ void PieceWalk::walk()
             return;
         }
         if (m_job.wantsPieces()) {
-            offerHalf();
+            shareWork();
         }
         FolderStack::Level& level = m_stack.top();
         if (level.pending.isEmpty()) {
@@ -195,8 +194,7 @@ void PieceWalk::readTop()
         // A flat folder has no subfolders to give away, so its names are.
         if (m_job.wantsPieces() && m_reader.isLarge()) {
             if (!handedOut) {
-                handedOut = std::make_shared<const FileDescriptor>(
-                    ::fcntl(level.folder.get(), F_DUPFD_CLOEXEC, 0));
+                handedOut = std::make_shared<const FileDescriptor>(duplicate(level.folder.get()));
             }
             if (handedOut->isOpen()) {
                 m_job.offer({handedOut, level.status, m_entry, 0, {}, m_reader.takeBatch()});
@@ -231,24 +229,16 @@ void PieceWalk::count(int folder, const EntryStatus& folderStatus, const char* n
     }
 }
 
-/// Gives half of the subfolders nearest the root away: the largest part that can be had. The only
-/// one is kept, or a chain of folders would wander from worker to worker.
-void PieceWalk::offerHalf()
+void PieceWalk::shareWork()
 {
-    m_stack.findOpen([&](std::size_t index) {
-        FolderStack::Level& level = m_stack.at(index);
-        const bool isOnlyOne = index + 1 == m_stack.depth() && !level.pending.holdsSeveral();
-        if (level.pending.isEmpty() || isOnlyOne) {
-            return false;
-        }
-        auto shared =
-            std::make_shared<const FileDescriptor>(::fcntl(level.folder.get(), F_DUPFD_CLOEXEC, 0));
-        if (shared->isOpen()) {
-            m_job.offer(
-                {std::move(shared), level.status, m_entry, 0, level.pending.takeHalf(), {}});
-        }
-        return true;
-    });
+    if (std::optional<FolderStack::Share> share = m_stack.splitPending()) {
+        m_job.offer({std::make_shared<const FileDescriptor>(std::move(share->folder)),
+                     share->status,
+                     m_entry,
+                     0,
+                     std::move(share->subfolders),
+                     {}});
+    }
 }
 
 void PieceWalk::flush(std::size_t entry)

@@ -1,9 +1,9 @@
 #include "CleanCore/FileSystem/Walking/TreeWalk.h"
 
+#include "CleanCore/FileSystem/Descriptors.h"
 #include "CleanCore/FileSystem/Walking/DirectoryReader.h"
 #include "CleanCore/FileSystem/Walking/FolderStack.h"
 
-#include <fcntl.h>
 #include <utility>
 
 namespace CleanCore {
@@ -11,7 +11,6 @@ namespace CleanCore {
 namespace {
 
 constexpr std::size_t openFolderLimit = 48;
-constexpr int openFolderFlags = O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC;
 
 /// The files of a folder are visited while it is read; a subfolder when it is entered, so that its
 /// contents follow it at once.
@@ -58,7 +57,7 @@ private:
         if (!visit(status)) {
             return false;
         }
-        FileDescriptor folder(::openat(parent.folder.get(), name.c_str(), openFolderFlags));
+        FileDescriptor folder = openFolder(parent.folder.get(), name.c_str());
         if (!folder.isOpen() || readStatus(folder.get(), "", status) != 0 ||
             status.isBeyondBoundaryOf(parent.status)) {
             m_path.resize(parentLength);

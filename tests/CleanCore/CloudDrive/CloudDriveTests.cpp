@@ -14,9 +14,9 @@
 namespace CleanCoreTests {
 namespace {
 
-using CleanCore::CloudDrive;
 using CleanCore::CloudRefusalReason;
 using CleanCore::FileDescriptor;
+using CleanCore::StandInDrive;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
@@ -210,7 +210,7 @@ TEST(CloudDriveTests, everyRequestIsRefusedWithoutConfinementOrMirrorAndOutsideT
     folders.home.makeFile("drive too/file");
     const std::string before = snapshot(folders.home.path());
     const std::string file = folders.local("file");
-    const auto expectRefusal = [](const CloudDrive& drive, const std::string& path,
+    const auto expectRefusal = [](const StandInDrive& drive, const std::string& path,
                                   CloudRefusalReason reason) {
         EXPECT_THAT(drive.release(path), ElementsAre(Refuses(path, reason)));
         EXPECT_THAT(drive.fetch(path), ElementsAre(Refuses(path, reason)));

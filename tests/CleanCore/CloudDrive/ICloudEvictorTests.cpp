@@ -35,8 +35,9 @@ std::int64_t allocated(const std::string& path)
     return statusOf(path).st_blocks * 512;
 }
 
-/// Plays the cloud: remembers what was asked for, and empties the free space meanwhile if told to.
-class ScriptedFileManager : public LinuxFileManager
+/// A disk and a cloud drive: remembers what was asked for, and empties the free space meanwhile if
+/// told to.
+class ScriptedFileManager : public LinuxFileManager, public CleanCore::CloudDrive
 {
 public:
     explicit ScriptedFileManager(const std::string& home)
@@ -44,7 +45,9 @@ public:
     {
     }
 
-    std::vector<CloudRefusal> releaseLocalCopy(const std::string& path) const override
+    std::vector<CloudRefusal> fetch(const std::string& /*path*/) const override { return {}; }
+
+    std::vector<CloudRefusal> release(const std::string& path) const override
     {
         requests.push_back(path);
         free += growthPerRequest;
@@ -79,7 +82,7 @@ class ICloudEvictorTests : public testing::Test
 protected:
     ICloudEvictor evictor(ICloudEvictor::Clock clock = std::chrono::steady_clock::now) const
     {
-        return {folders.container, files, nullptr, std::move(clock)};
+        return {folders.container, files, files, nullptr, std::move(clock)};
     }
     ICloudItem measured(std::string_view name) const
     {
@@ -274,7 +277,7 @@ TEST_F(ICloudEvictorTests, listsWhatIsDownloadedLargestFirstWithAndWithoutAPool)
     EXPECT_EQ(items[1].path, folders.local("a small"));
     EXPECT_EQ(items[2].path, folders.local("c small"));
 
-    const ICloudEvictor parallel(folders.container, files,
+    const ICloudEvictor parallel(folders.container, files, files,
                                  std::make_shared<CleanCore::TaskPool>(4));
     EXPECT_EQ(parallel.listLocalCopies(), items);
 }
@@ -336,7 +339,7 @@ TEST_F(ICloudEvictorTests, aContainerBehindALinkHoldsItsEntries)
 {
     makeFile("file", 5000);
     folders.home.makeLink("way in", "drive");
-    const ICloudEvictor linked(folders.home.path("way in"), files);
+    const ICloudEvictor linked(folders.home.path("way in"), files, files);
     const auto report = linked.evict(linked.listLocalCopies());
     EXPECT_THAT(report.released, ElementsAre(folders.home.path("way in/file")));
 }
@@ -378,9 +381,8 @@ TEST_F(ICloudEvictorTests, releasesThroughTheCloudDriveOfAConfinedHomeOnly)
     environment.folders = UserFolders::confinedTo(environment.home);
     for (const bool isConfined : {false, true}) {
         environment.isConfined = isConfined;
-        const ICloudEvictor real(
-            folders.container,
-            environment.fileManagerWith(environment.cloudDrive(folders.container, folders.mirror)));
+        const ICloudEvictor real(folders.container, files,
+                                 environment.cloudDrive(folders.container, folders.mirror));
         const auto report = real.evict(real.listLocalCopies());
         EXPECT_THAT(report.released, ElementsAre(folders.local("Letters")));
         EXPECT_EQ(report.refused.empty(), isConfined);

@@ -1,4 +1,4 @@
-#include "CleanCore/CloudDrive/StandIn/CloudDrive.h"
+#include "CleanCore/CloudDrive/StandIn/StandInDrive.h"
 
 #include "CleanCore/CloudDrive/StandIn/CloudFetch.h"
 #include "CleanCore/CloudDrive/StandIn/CloudRelease.h"
@@ -13,7 +13,7 @@ namespace CleanCore {
 
 namespace {
 
-/// Opens what a request is about; returns why it is refused.
+/// Opens the requested entry. Returns why the request is refused.
 std::optional<CloudFailure> openRequest(CloudRequest& request,
                                         const std::optional<std::string>& confinement,
                                         const std::string& container,
@@ -31,8 +31,8 @@ std::optional<CloudFailure> openRequest(CloudRequest& request,
 
 } // namespace
 
-CloudDrive::CloudDrive(std::optional<std::string> confinement, const std::string& container,
-                       std::optional<std::string> mirror, std::int64_t stepBytes)
+StandInDrive::StandInDrive(std::optional<std::string> confinement, const std::string& container,
+                           std::optional<std::string> mirror, std::int64_t stepBytes)
     : m_confinement(std::move(confinement)),
       m_container(PathText::withoutTrailingSlashes(container)), m_mirror(std::move(mirror)),
       m_stepBytes(stepBytes)
@@ -42,7 +42,7 @@ CloudDrive::CloudDrive(std::optional<std::string> confinement, const std::string
     }
 }
 
-std::vector<CloudRefusal> CloudDrive::release(const std::string& path) const
+std::vector<CloudRefusal> StandInDrive::release(const std::string& path) const
 {
     CloudRequest request;
     if (const auto failure = openRequest(request, m_confinement, m_container, m_mirror, path)) {
@@ -52,12 +52,12 @@ std::vector<CloudRefusal> CloudDrive::release(const std::string& path) const
         return {{path, {CloudRefusalReason::applicationBundle, 0}}};
     }
     CloudRelease release(request.home(), m_stepBytes);
-    return CloudWalk(AppBundles::passedOver,
-                     [&](const CloudPlace& place) { return release.releaseFile(place); })
-        .run(request.place());
+    return CloudWalk(AppBundles::skipped,
+                     [&](const CloudEntry& entry) { return release.releaseFile(entry); })
+        .run(request.entry());
 }
 
-std::vector<CloudRefusal> CloudDrive::fetch(const std::string& path) const
+std::vector<CloudRefusal> StandInDrive::fetch(const std::string& path) const
 {
     CloudRequest request;
     if (const auto failure = openRequest(request, m_confinement, m_container, m_mirror, path)) {
@@ -65,8 +65,8 @@ std::vector<CloudRefusal> CloudDrive::fetch(const std::string& path) const
     }
     CloudFetch fetch(m_stepBytes);
     return CloudWalk(AppBundles::entered,
-                     [&](const CloudPlace& place) { return fetch.fetchFile(place); })
-        .run(request.place());
+                     [&](const CloudEntry& entry) { return fetch.fetchFile(entry); })
+        .run(request.entry());
 }
 
 } // namespace CleanCore

@@ -1,7 +1,7 @@
 import QtQuick
 import Zorvane
 
-/// A symbol with a title and, below it, what it means.
+/// A symbol, a title and, below it, an explanation.
 Column {
     id: reason
 
@@ -25,7 +25,7 @@ Column {
         font: Theme.calloutSemibold
     }
 
-    SheetText {
+    Label {
         id: detail
 
         x: title.indent

@@ -1,7 +1,7 @@
 import QtQuick
 import Zorvane
 
-/// A text behind a symbol, which stands in the middle of its first line.
+/// A text beside a symbol, which is centred on the first line and may be higher than it.
 Item {
     id: line
 
@@ -13,8 +13,9 @@ Item {
     required property string text
     property font font: Theme.callout
     property color color: Theme.textPrimary
-    /// Where the text begins.
+    /// The x coordinate of the text.
     readonly property real indent: symbolWidth + spacing
+    readonly property real symbolHeight: icon.height
 
     implicitWidth: indent + label.implicitWidth
     implicitHeight: label.implicitHeight
@@ -35,7 +36,7 @@ Item {
         color: line.symbolColor
     }
 
-    SheetText {
+    Label {
         id: label
 
         x: line.indent

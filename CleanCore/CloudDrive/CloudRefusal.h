@@ -30,14 +30,12 @@ enum class CloudRefusalReason {
     systemError,
 };
 
-/// Why, and the errno behind it where there is one.
 struct CloudFailure
 {
     CloudRefusalReason reason = CloudRefusalReason::systemError;
+    /// The errno behind it, or 0.
     int error = 0;
 
-    /// One clause for people, without the path.
-    [[nodiscard]] std::string text() const;
     [[nodiscard]] bool operator==(const CloudFailure&) const = default;
 };
 

@@ -1,10 +1,10 @@
 import QtQuick
 import Zorvane
 
-/// A text of a sheet; it wraps, and nothing in it is taken for markup.
+/// Plain text. It wraps unless it is elided.
 Text {
     textFormat: Text.PlainText
-    wrapMode: Text.Wrap
+    wrapMode: elide === Text.ElideNone ? Text.Wrap : Text.NoWrap
     font: Theme.callout
     color: Theme.textPrimary
     Accessible.role: Accessible.StaticText
