@@ -254,7 +254,7 @@ ExitStatus clean(const CleanOptions& options, const Interruption& interruption)
             return rule.tier != RuleTier::safe || rule.kind != RuleKind::fileSystem;
         });
     }
-    auto results = runScan(workspace, CommandAreas::included, interruption);
+    auto results = runScan(workspace, ToolAreas::included, interruption);
     if (!results) {
         throw CommandError(ExitStatus::interrupted, "interrupted; nothing was removed");
     }
