@@ -174,13 +174,13 @@ void AppState::performClean()
     // Unlike a listing, what a tool has begun to remove it finishes.
     CleanJob job{m_environment.home, m_environment.tools, m_environment.commandRunner({}),
                  m_selection};
-    m_clean = std::jthread(
-        [this, job = std::move(job), mailbox = m_mailbox](const std::stop_token& stop) {
+    m_clean =
+        std::jthread([this, job = std::move(job), queue = m_queue](const std::stop_token& stop) {
             const std::int64_t before = job.volumeFreeBytes();
             CleaningReport report = job.run(stop);
             const std::int64_t after = job.volumeFreeBytes();
             const std::int64_t freed = std::max<std::int64_t>(0, after - before);
-            mailbox->post([this, report = std::move(report), freed]() mutable {
+            queue->post([this, report = std::move(report), freed]() mutable {
                 finishClean(std::move(report), freed);
             });
         });

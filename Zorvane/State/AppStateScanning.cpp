@@ -30,9 +30,9 @@ void AppState::startScan()
 
     m_scan = std::make_shared<std::stop_source>();
     // Carries a call to the main thread, where it counts for as long as this scan does.
-    const auto letter = [this, scan = m_scan](auto operation) {
-        return [this, scan, operation, mailbox = m_mailbox](const auto&... arguments) {
-            mailbox->post([this, scan, operation, arguments...] {
+    const auto onMainThread = [this, scan = m_scan](auto operation) {
+        return [this, scan, operation, queue = m_queue](const auto&... arguments) {
+            queue->post([this, scan, operation, arguments...] {
                 if (m_scan == scan) {
                     operation(arguments...);
                 }
@@ -45,12 +45,13 @@ void AppState::startScan()
         .runner = m_environment.commandRunner(m_end.get_token()),
         .loadCatalog = m_environment.loadCatalog,
         .now = m_environment.now,
-        .failed = letter([this] { setPhase(Phase::ready); }),
-        .ruleStarted = letter([this](const std::string& ruleId) { setCurrentRuleId(ruleId); }),
-        .bytesFound = letter([this](std::int64_t bytes) { setBytesFoundSoFar(bytes); }),
-        .filesScanned = letter([this] { setCurrentRuleId(std::nullopt); }),
-        .finished =
-            letter([this](const CleanCore::SelectionState& results) { publishResults(results); }),
+        .failed = onMainThread([this] { setPhase(Phase::ready); }),
+        .ruleStarted =
+            onMainThread([this](const std::string& ruleId) { setCurrentRuleId(ruleId); }),
+        .bytesFound = onMainThread([this](std::int64_t bytes) { setBytesFoundSoFar(bytes); }),
+        .filesScanned = onMainThread([this] { setCurrentRuleId(std::nullopt); }),
+        .finished = onMainThread(
+            [this](const CleanCore::SelectionState& results) { publishResults(results); }),
     };
     // Never waited for: it may hang in the kernel. All that it uses is its own or shared.
     std::thread([job, cancelled = m_scan->get_token()] { job.run(cancelled); }).detach();
