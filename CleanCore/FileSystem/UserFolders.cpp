@@ -17,21 +17,9 @@ constexpr const char* alwaysProtected[] = {
     "Videos", "Templates",       "Public", ".ssh",
     ".gnupg", ".password-store", ".pki",   ".local/share/keyrings",
 };
-// Configuration, data, and the folders that the guard protects on every platform: no variable may
-// name them. Each may be a link to another place.
-constexpr const char* neverTemporary[] = {
-    ".config",
-    ".local",
-    ".local/share",
-    ".local/state",
-    "Documents",
-    "Desktop",
-    "Downloads",
-    "Pictures",
-    "Music",
-    "Movies",
-    "Library/Mobile Documents",
-};
+// Configuration and data: no variable may name them. Each may be a link to another place.
+constexpr std::string_view configurationAndData[] = {".config", ".local", ".local/share",
+                                                     ".local/state"};
 
 std::optional<std::string> resolvedFolder(const std::string& path, struct stat& status)
 {
@@ -128,13 +116,14 @@ bool holdsMoreThanCaches(const std::string& name, const std::string& resolved,
         // One that is a link to home or above it would bar everything; it bars nothing.
         return !PathText::isSameOrInside(home, target) && areRelated(resolved, target);
     };
-    const auto isKept = [&](const char* kept) {
+    const auto isKept = [&](std::string_view kept) {
         return PathText::isSameOrInside(name, PathText::join(folders.home, kept)) ||
                PathText::isSameOrInside(name, PathText::join(home, kept)) ||
                isAt(PathText::join(home, kept));
     };
     return PathText::isSameOrInside(home, resolved) || PathText::isSameOrInside(resolved, "/run") ||
-           std::any_of(std::begin(neverTemporary), std::end(neverTemporary), isKept) ||
+           std::ranges::any_of(configurationAndData, isKept) ||
+           std::ranges::any_of(protectedHomeSubpaths, isKept) ||
            std::any_of(folders.protectedFolders.begin(), folders.protectedFolders.end(), isAt);
 }
 

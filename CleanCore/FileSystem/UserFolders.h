@@ -3,9 +3,15 @@
 #include <functional>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace CleanCore {
+
+/// Folders below every home that are never cleaned, in the order in which the guard tests them.
+inline constexpr std::string_view protectedHomeSubpaths[] = {
+    "Documents", "Desktop", "Downloads", "Pictures", "Music", "Movies", "Library/Mobile Documents",
+};
 
 /// Where one user's folders are on this platform.
 struct UserFolders
