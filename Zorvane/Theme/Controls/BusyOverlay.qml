@@ -34,18 +34,26 @@ FocusScope {
         anchors.centerIn: parent
         padding: 24
 
-        contentItem: Grid {
-            columns: overlay.isLarge ? 1 : 2
-            spacing: overlay.isLarge ? 14 : Theme.spacingMedium
-            horizontalItemAlignment: Grid.AlignHCenter
-            verticalItemAlignment: Grid.AlignVCenter
+        Item {
+            implicitWidth: overlay.isLarge ? Math.max(spinner.width, label.width) : label.x + label.width
+            implicitHeight: overlay.isLarge ? label.y + label.height : Math.max(spinner.height, label.height)
 
             Spinner {
+                id: spinner
+
+                anchors.horizontalCenter: overlay.isLarge ? parent.horizontalCenter : undefined
+                anchors.verticalCenter: overlay.isLarge ? undefined : parent.verticalCenter
                 controlSize: overlay.isLarge ? Spinner.Large : Spinner.Small
                 Accessible.name: overlay.text
             }
 
             Label {
+                id: label
+
+                x: spinner.width + Theme.spacingMedium
+                y: spinner.height + 14
+                anchors.horizontalCenter: overlay.isLarge ? parent.horizontalCenter : undefined
+                anchors.verticalCenter: overlay.isLarge ? undefined : parent.verticalCenter
                 text: overlay.text
                 font: Theme.bodyMedium
             }
