@@ -106,10 +106,4 @@ const CommandArea* commandArea(std::string_view ruleId)
     return area == areas.end() ? nullptr : &*area;
 }
 
-bool clearsWholeArea(std::string_view ruleId)
-{
-    const CommandArea* const area = commandArea(ruleId);
-    return area != nullptr && area->clearing == CommandArea::Clearing::wholeArea;
-}
-
 } // namespace CleanCore

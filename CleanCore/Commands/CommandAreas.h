@@ -52,7 +52,4 @@ struct CommandArea
 /// The area of a rule, ids compared exactly; null if there is none.
 [[nodiscard]] const CommandArea* commandArea(std::string_view ruleId);
 
-/// Whether a clean of any of the rule's items clears all of them. False for unknown ids.
-[[nodiscard]] bool clearsWholeArea(std::string_view ruleId);
-
 } // namespace CleanCore

@@ -20,8 +20,8 @@ public:
 
     /// Never fails as a whole: every item of a command rule ends up in exactly one list of the
     /// report. Selections of other rules leave no trace. Items of an area that is unknown, or that
-    /// cannot be cleaned, are skipped. Where a tool clears whole areas (see clearsWholeArea()), one
-    /// run stands for all chosen items, and the others go with them.
+    /// cannot be cleaned, are skipped. Where a tool clears only the whole area, one run stands for
+    /// all items, and a selection that leaves some of them out is skipped.
     ///
     /// The stop token is checked before each item or whole area. A removal under way is finished;
     /// items that were not reached are in neither list.
@@ -30,6 +30,10 @@ public:
 
     /// What clean() reports when every tool succeeds. Runs none.
     [[nodiscard]] CleaningReport preview(std::span<const CleaningSelection> selections) const;
+
+    /// preview() for a dry run, else clean(): the part that tools have in a Clean.
+    [[nodiscard]] CleaningReport run(std::span<const CleaningSelection> selections, bool dryRun,
+                                     const std::stop_token& stop) const;
 
 private:
     ToolRuns m_tools;

@@ -75,7 +75,7 @@ std::optional<std::string> userDirectory(std::string_view line, const std::strin
         return std::nullopt;
     }
     value = PathText::standardized(value);
-    // "The folder is disabled", in that file's own way.
+    // This is how the format says that a folder is disabled.
     if (PathText::isSameOrInside(home, value) ||
         PathText::isSameOrInside(resolvedOrSame(home), resolvedOrSame(value))) {
         return std::nullopt;
@@ -91,7 +91,7 @@ std::vector<std::string> protectedFolders(const std::string& home, const std::st
     }
     const std::string path = PathText::join(configuration, "user-dirs.dirs");
     struct stat status = {};
-    // Anything else than a small file is none of this format, and a FIFO would never end.
+    // Only a small regular file can be of this format; reading a FIFO would never end.
     constexpr off_t largest = off_t{1} << 20;
     if (::stat(path.c_str(), &status) != 0 || !S_ISREG(status.st_mode) ||
         status.st_size > largest) {
@@ -106,7 +106,7 @@ std::vector<std::string> protectedFolders(const std::string& home, const std::st
     return folders;
 }
 
-/// Whether a folder, by its name or by where that leads, holds more than what may be thrown away.
+/// Whether a folder, by its name or by its resolved path, may hold more than caches.
 bool holdsMoreThanCaches(const std::string& name, const std::string& resolved,
                          const UserFolders& folders)
 {
