@@ -46,12 +46,6 @@ std::vector<std::string> ScriptedDisk::removed() const
     return m_removed;
 }
 
-std::vector<std::string> ScriptedDisk::released() const
-{
-    const std::lock_guard lock(m_mutex);
-    return m_released;
-}
-
 std::optional<std::string> ScriptedDisk::perUserFolder(PerUserFolder folder) const
 {
     return folder == PerUserFolder::cache ? "/per-user/cache" : "/per-user/tmp";
@@ -128,16 +122,6 @@ std::optional<std::int64_t> ScriptedDisk::availableCapacity(const std::string& /
 {
     const std::lock_guard lock(m_mutex);
     return capacities.at(std::min(m_capacityCalls++, capacities.size() - 1));
-}
-
-std::vector<CloudRefusal> ScriptedDisk::releaseLocalCopy(const std::string& path) const
-{
-    if (onRelease) {
-        onRelease(path);
-    }
-    const std::lock_guard lock(m_mutex);
-    m_released.push_back(path);
-    return {};
 }
 
 std::unique_ptr<Removal>

@@ -10,8 +10,8 @@
 
 namespace CleanCoreTests {
 
-/// A file system that a test writes down. It changes nothing, and keeps what it was asked to remove
-/// or to release. What is not written down is missing.
+/// A file system that a test writes down. It changes nothing, and keeps what it was asked to
+/// remove. What is not written down is missing.
 class ScriptedDisk : public CleanCore::FileManager
 {
 public:
@@ -39,16 +39,14 @@ public:
     /// Each is called, if it is set, before the operation, on the thread that it runs on.
     std::function<void(const std::string& folder, const std::stop_token& stop)> onMeasure;
     std::function<void(const std::string& path)> onRemove;
-    std::function<void(const std::string& path)> onRelease;
     std::function<void(const std::string& path)> onVisit;
 
     /// Adds an entry to the end of the folder `base`.
     void add(const std::string& base, const std::string& name, std::int64_t size,
              CleanCore::Timestamp modifiedAt = {});
 
-    /// The paths of what was removed, and of what was to be released, in order.
+    /// The paths of what was removed, in order.
     [[nodiscard]] std::vector<std::string> removed() const;
-    [[nodiscard]] std::vector<std::string> released() const;
 
     [[nodiscard]] std::optional<std::string>
     perUserFolder(CleanCore::PerUserFolder folder) const override;
@@ -63,8 +61,6 @@ public:
     [[nodiscard]] std::string resolvingSymbolicLinks(const std::string& path) const override;
     [[nodiscard]] std::optional<std::int64_t>
     availableCapacity(const std::string& path) const override;
-    [[nodiscard]] std::vector<CleanCore::CloudRefusal>
-    releaseLocalCopy(const std::string& path) const override;
     [[nodiscard]] std::unique_ptr<CleanCore::Removal>
     beginRemoval(const std::string& home,
                  std::span<const std::string> protectedFolders) const override;
@@ -75,7 +71,6 @@ private:
     mutable std::mutex m_mutex;
     mutable std::size_t m_capacityCalls = 0;
     mutable std::vector<std::string> m_removed;
-    mutable std::vector<std::string> m_released;
 };
 
 } // namespace CleanCoreTests
