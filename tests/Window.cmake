@@ -11,6 +11,10 @@ target_precompile_headers(WindowTestSupport PRIVATE <gmock/gmock.h> <QAbstractIt
 
 zorvane_add_tests(StateTests SUPPORT WindowTestSupport SOURCES
   Zorvane/State/*.cpp Zorvane/Desktop/*.cpp Zorvane/Support/EventLoopMain.cpp)
+if(NOT ZORVANE_WINDOW_TESTS)
+  return()
+endif()
+
 zorvane_add_tests(WindowTests SUPPORT WindowTestSupport SOURCES
   Zorvane/*Tests.cpp Zorvane/Support/WindowTestMain.cpp)
 add_executable(screenshots Zorvane/Screenshots.cpp)

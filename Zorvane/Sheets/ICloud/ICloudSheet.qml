@@ -30,7 +30,7 @@ Sheet {
                 text: qsTr("Free up %1").arg(icloud.selectedText)
                 minimumTextWidth: 170
                 busy: sheet.appState.isEvicting
-                available: icloud.canEvict
+                available: icloud.canRelease
                 opacity: icloud.hasSelectedBytes ? 1 : 0.5
                 onClicked: sheet.appState.requestEvict()
             }

@@ -3,7 +3,7 @@ import Zorvane
 
 /// The result of the last release.
 GlassCard {
-    id: result
+    id: evictResult
 
     required property ICloudModel model
 
@@ -12,10 +12,10 @@ GlassCard {
 
     ReasonRow {
         width: parent.width
-        symbol: result.model.hasFreed ? "checkmark.circle.fill" : "minus.circle.fill"
-        symbolColor: result.model.hasFreed ? Theme.success : Theme.warning
+        symbol: evictResult.model.hasFreed ? "checkmark.circle.fill" : "minus.circle.fill"
+        symbolColor: evictResult.model.hasFreed ? Theme.success : Theme.warning
         symbolSize: 13
-        title: result.model.reportText
+        title: evictResult.model.reportText
         titleFont: Theme.bodySemibold
         detail: qsTr("Measured by this Mac's free space right now. iCloud keeps tidying the folder for a few minutes — the list updates when you measure again.")
         detailColor: Theme.textTertiary

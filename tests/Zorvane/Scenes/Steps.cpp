@@ -103,7 +103,7 @@ void hold(MainWindow& window, const Strings& arguments)
         {"sizing", [&] { disk.onMeasure = pass; }},
         {"removing", [&] { disk.onRemove = pass; }},
         {"measuring", [&] { disk.onVisit = pass; }},
-        {"releasing", [&] { disk.onRelease = pass; }},
+        {"releasing", [&] { window.application.drive->onRelease = pass; }},
     };
     works.at(arguments[0])();
 }
