@@ -28,7 +28,7 @@ SelectionState sample()
 {
     using enum RuleTier;
     using enum RuleKind;
-    return SelectionState({
+    std::vector<CategoryResult> results = {
         category("review", reviewRequired, fileSystem, {"r1", "same"}),
         category("caches", safe, fileSystem, {"c1", "c2", "c3"}),
         category("tool", safe, command, {"t1", "t2"}),
@@ -36,10 +36,13 @@ SelectionState sample()
         category("forms", reviewRequired, fileSystem, {"\u00e9", "e\u0301", "\xff", ""}),
         category("logs", reviewRequired, fileSystem, {"l3"}),
         category("empty", safe, fileSystem, {}),
-    });
+        category("whole", safe, command, {"w1", "w2"}),
+    };
+    results.back().isClearedAsWhole = true;
+    return SelectionState(std::move(results));
 }
 
-/// "rule: item item |" for each selection, and the bytes.
+/// "rule: item item |" for each selection, with how many others there are, and the bytes.
 std::string chosen(const SelectionState& state)
 {
     std::string text;
@@ -48,7 +51,8 @@ std::string chosen(const SelectionState& state)
         for (const ScannedItem& item : selection.items) {
             text += " " + item.path;
         }
-        text += " | ";
+        text += selection.itemsLeftOut == 0 ? " | "
+                                            : " +" + std::to_string(selection.itemsLeftOut) + " | ";
     }
     return text + std::to_string(state.selectedBytes());
 }
@@ -60,25 +64,28 @@ TEST(SelectionState, HoldsWhatWasChosenLast)
     using Choose = std::function<void(SelectionState&)>;
     const std::pair<Choose, const char*> rows[] = {
         {[](auto&) {}, "caches: c1 c2 c3 | logs: l1 same | 122"},
-        {[](auto& s) { s.toggle("caches", "c2"); }, "caches: c1 c3 | logs: l1 same | 112"},
+        {[](auto& s) { s.toggle("caches", "c2"); }, "caches: c1 c3 +1 | logs: l1 same | 112"},
         {[](auto& s) { s.toggle("caches", "c2"), s.toggle("caches", "c2"); },
          "caches: c1 c2 c3 | logs: l1 same | 122"},
         {[](auto& s) { s.deselectAll(); }, "0"},
         {[](auto& s) { s.toggle("review", "same"), s.toggle("caches", "c1"), s.selectAll(); },
-         "review: same | caches: c1 c2 c3 | logs: l1 same | 132"},
-        {[](auto& s) { s.deselectAll(), s.toggle("logs", "same"); }, "logs: same | 10"},
+         "review: same +1 | caches: c1 c2 c3 | logs: l1 same | 132"},
+        {[](auto& s) { s.deselectAll(), s.toggle("logs", "same"); }, "logs: same +1 | 10"},
         {[](auto& s) { s.selectAll("review"); },
          "review: r1 same | caches: c1 c2 c3 | logs: l1 same | 133"},
         {[](auto& s) { s.deselectAll(), s.selectAll("tool"); }, "tool: t1 t2 | 11"},
         {[](auto& s) { s.deselectAll("caches"); }, "logs: l1 same | 11"},
         {[](auto& s) { s.selectAll("none"), s.deselectAll("none"), s.toggle("caches", "none"); },
          "caches: c1 c2 c3 | logs: l1 same | 122"},
+        {[](auto& s) { s.deselectAll(), s.toggle("whole", "w2"); }, "whole: w1 w2 | 11"},
+        {[](auto& s) { s.selectAll("whole"), s.toggle("whole", "w1"); },
+         "caches: c1 c2 c3 | logs: l1 same | 122"},
         // Of two areas of one rule the first is meant.
         {[](auto& s) { s.deselectAll(), s.selectAll("logs"); }, "logs: l1 same | 11"},
         {[](auto& s) { s.deselectAll(), s.toggle("forms", "e\u0301"), s.toggle("forms", ""); },
-         "forms: e\u0301  | 1010"},
+         "forms: e\u0301  +2 | 1010"},
         {[](auto& s) { s.deselectAll(), s.setWhollySelected(4, true), s.toggle("forms", "\xff"); },
-         "forms: \u00e9 e\u0301  | 1011"},
+         "forms: \u00e9 e\u0301  +1 | 1011"},
     };
     for (const auto& [choose, expected] : rows) {
         SelectionState state = sample();

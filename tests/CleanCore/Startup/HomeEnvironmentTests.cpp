@@ -2,6 +2,7 @@
 
 #include "CleanCore/FileSystem/FileManager.h"
 #include "CleanCore/Rules/PathExpander.h"
+#include "CleanCore/Startup/StartError.h"
 #include "tests/Support/TemporaryFolder.h"
 
 #include <cstdlib>
@@ -87,12 +88,12 @@ TEST_F(HomeEnvironmentTest, FindsTheFolderThatAPathMeansAndRefusesWhatCannotBeWo
     }
     for (const char* const refused :
          {"", "/", "missing", "file", "dangling", "sealed", "unlistable", "file/x", "root"}) {
-        EXPECT_THROW(static_cast<void>(HomeEnvironment::make(refused)), HomeError) << refused;
+        EXPECT_THROW(static_cast<void>(HomeEnvironment::make(refused)), StartError) << refused;
     }
-    EXPECT_THROW(static_cast<void>(HomeEnvironment::make(std::string("home\0/", 6))), HomeError);
+    EXPECT_THROW(static_cast<void>(HomeEnvironment::make(std::string("home\0/", 6))), StartError);
     std::filesystem::current_path(world.path("gone"));
     world.remove("gone");
-    EXPECT_THROW(static_cast<void>(HomeEnvironment::make("tmp")), HomeError);
+    EXPECT_THROW(static_cast<void>(HomeEnvironment::make("tmp")), StartError);
 }
 
 } // namespace CleanCoreTests
