@@ -1,22 +1,16 @@
 #pragma once
 
+#include "CleanCore/Support/EscapedText.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <string>
 #include <string_view>
-#include <vector>
 
 /// Text for a terminal.
 namespace ZorvaneCLI {
 
-/// A text from the disk so that it cannot drive the terminal or reorder what is around it: control,
-/// format and bidirectional characters and line ends as "\n", "\e", "\u{202E}", bytes that are not
-/// UTF-8 as "\xFF".
-[[nodiscard]] std::string escaped(std::string_view text);
-
-/// `text` if it is short; else its beginning, "…" and its end, whole characters only. What a
-/// message quotes may be as long as a file.
-[[nodiscard]] std::string shortened(std::string text);
+using CleanCore::escaped;
 
 /// The columns that an escaped text takes on a terminal.
 [[nodiscard]] std::size_t displayWidth(std::string_view text);
@@ -26,21 +20,5 @@ namespace ZorvaneCLI {
 
 /// "1 item", "2 items".
 [[nodiscard]] std::string counted(std::size_t count, std::string_view singular);
-
-/// Rows of cells as aligned text, each row with its own line end.
-class TextTable
-{
-public:
-    enum class Alignment { left, right };
-
-    explicit TextTable(std::vector<Alignment> columns) : m_columns(std::move(columns)) {}
-
-    void add(std::vector<std::string> cells) { m_rows.push_back(std::move(cells)); }
-    [[nodiscard]] std::string text() const;
-
-private:
-    std::vector<Alignment> m_columns;
-    std::vector<std::vector<std::string>> m_rows;
-};
 
 } // namespace ZorvaneCLI

@@ -1,6 +1,7 @@
 #include "CleanCore/Rules/SafetyGuard.h"
 
 #include "CleanCore/FileSystem/FileManager.h"
+#include "CleanCore/FileSystem/UserFolders.h"
 #include "CleanCore/Support/PathText.h"
 #include "CleanCore/Support/TextEquality.h"
 
@@ -17,6 +18,19 @@ constexpr std::size_t fewestRemovableComponents = 3;
 
 } // namespace
 
+std::string_view name(BlockReason reason)
+{
+    switch (reason) {
+    case BlockReason::outsideAllowedBase:
+        return "outsideAllowedBase";
+    case BlockReason::protectedUserPath:
+        return "protectedUserPath";
+    case BlockReason::criticalSystemPath:
+        break;
+    }
+    return "criticalSystemPath";
+}
+
 SafetyGuard::SafetyGuard(const std::string& home, const FileManager& fileManager,
                          std::span<const std::string> furtherProtected)
     : m_fileManager(&fileManager), m_home(normalizedComponents(home))
@@ -26,8 +40,8 @@ SafetyGuard::SafetyGuard(const std::string& home, const FileManager& fileManager
         m_protected.push_back(
             PathText::components(PathText::standardized(PathText::join(normalizedHome, subpath))));
     }
-    // A protected folder that is a link protects what it leads to as well; the seven stay first
-    // and as they are.
+    // A protected folder that is a link protects its target as well. The seven fixed folders stay
+    // first and unresolved.
     std::vector<Components> further;
     for (const Components& folder : m_protected) {
         further.push_back(normalizedComponents(PathText::fromComponents(folder)));

@@ -1,6 +1,5 @@
 #include "Zorvane/State/Models/ResultsModel.h"
 
-#include "CleanCore/Commands/CommandAreas.h"
 #include "Zorvane/Desktop/DisplayText.h"
 #include "Zorvane/State/AppState.h"
 #include "Zorvane/State/Models/RuleDisplay.h"
@@ -233,11 +232,6 @@ void ResultsModel::setSelected(int row, bool isSelected)
         appState()->categoryBinding(place->category).set(isSelected);
     } else if (place && place->kind == RowKind::item) {
         const CategoryResult& result = appState()->categories()[place->category];
-        if (CleanCore::clearsWholeArea(result.rule.id)) {
-            // Its tool knows no single items: whoever chooses one would lose them all unseen.
-            appState()->categoryBinding(place->category).set(isSelected);
-            return;
-        }
         appState()->itemBinding(result.rule.id, result.items[place->item].path).set(isSelected);
     }
 }
