@@ -74,13 +74,13 @@ class Confinement(ProgramTest):
         return self.file("passwd", f"root:x:0:0::{self.home}:/bin/sh\n")
 
     def test_in_the_accounts_own_home_its_variables_and_links_count(self):
-        self.file("cache/in-cache")
+        self.file("home/elsewhere/in-cache")
         self.file("linked/in-linked")
         os.symlink("../linked", self.home / "link")
         process = self.run_program(
             "scan", "--json", "--catalog", self.catalog(
                 rule("cache-x", ["$DARWIN_USER_CACHE_DIR"]), rule("cache-linked", ["~/link"])),
-            wrapper=in_own_mounts(ACCOUNT, self.account()), XDG_CACHE_HOME=str(self.world / "cache"))
+            wrapper=in_own_mounts(ACCOUNT, self.account()), XDG_CACHE_HOME=str(self.home / "elsewhere"))
         self.assertEqual((process.returncode, process.stderr), (0, b""))
         self.assertIn(b"in-cache", process.stdout)
         self.assertIn(b"link/in-linked", process.stdout)
