@@ -115,6 +115,7 @@ TEST(Sheets, KeepTheKeyboardAndGiveItBack)
         EXPECT_EQ(window.focused(), entry.stops.back());
         window.key(Qt::Key_Escape);
         EXPECT_TRUE(window.focused().startsWith(QLatin1String(entry.from)));
+        EXPECT_TRUE(window.window().activeFocusItem()->property("visualFocus").toBool());
     }
 }
 
