@@ -20,17 +20,17 @@ void hold(MainWindow& window, const Strings& names)
 Zorvane::AppState& openSheet(MainWindow& window)
 {
     Zorvane::AppState& state = window.openResults();
-    state.openICloud();
-    state.reloadICloud();
+    state.cloud()->openICloud();
+    state.cloud()->reloadICloud();
     return state;
 }
 
 Zorvane::AppState& openMeasured(MainWindow& window, const Strings& selected = {})
 {
     Zorvane::AppState& state = openSheet(window);
-    waitUntil([&] { return state.icloudPending() == 0; });
+    waitUntil([&] { return state.cloud()->icloudPending() == 0; });
     for (const std::string& name : selected) {
-        state.setICloudSelected(ScriptedApplication::cloudPath(name), true);
+        state.cloud()->setICloudSelected(ScriptedApplication::cloudPath(name), true);
     }
     window.settle();
     return state;
@@ -52,7 +52,7 @@ void showMeasuringFigures(MainWindow& window)
     window.application.addCloudFolder("Scans", 12, 48 * Sample::MB);
     hold(window, {"Photos"});
     Zorvane::AppState& state = openSheet(window);
-    waitUntil([&] { return state.icloudPending() == 1; });
+    waitUntil([&] { return state.cloud()->icloudPending() == 1; });
     window.settle();
 }
 
@@ -103,9 +103,11 @@ void showReleasing(MainWindow& window)
     };
     Zorvane::AppState& state =
         openMeasured(window, {"Photos", "Documents from the old laptop", "Scans"});
-    state.requestEvict();
-    waitUntil(
-        [&] { return state.icloudEvictProgress() && state.icloudEvictProgress()->index == 2; });
+    state.cloud()->requestEvict();
+    waitUntil([&] {
+        return state.cloud()->icloudEvictProgress() &&
+               state.cloud()->icloudEvictProgress()->index == 2;
+    });
     window.settle();
 }
 
@@ -114,8 +116,8 @@ void release(MainWindow& window, const Strings& names, std::int64_t freed)
     window.application.disk->capacities = {0, freed};
     Sample::addTypicalCloud(window.application);
     Zorvane::AppState& state = openMeasured(window, names);
-    state.requestEvict();
-    waitUntil([&] { return !state.isEvicting(); });
+    state.cloud()->requestEvict();
+    waitUntil([&] { return !state.cloud()->isEvicting(); });
     window.settle();
 }
 
@@ -145,7 +147,7 @@ void showCard(MainWindow& window, bool isMeasuring)
     } else {
         showTypical(window, {});
     }
-    window.state().setShowICloud(false);
+    window.state().cloud()->setShowICloud(false);
     window.settle();
 }
 

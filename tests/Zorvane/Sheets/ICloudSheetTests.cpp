@@ -34,8 +34,8 @@ struct Drive
 
     void measure() const
     {
-        state->reloadICloud();
-        waitUntil([&] { return state->icloudPending() == 0; });
+        state->cloud()->reloadICloud();
+        waitUntil([&] { return state->cloud()->icloudPending() == 0; });
     }
 };
 
@@ -48,18 +48,18 @@ TEST(ICloudSheetTest, ShowsWhatEachStateHas)
     const Drive drive;
     const SheetStage stage(*drive.state);
 
-    drive.state->openICloud();
+    drive.state->cloud()->openICloud();
     EXPECT_TRUE(stage.shows(empty));
     EXPECT_TRUE(stage.hasControl(rescan));
     EXPECT_FALSE(stage.shows(measuring));
 
-    drive.state->reloadICloud();
+    drive.state->cloud()->reloadICloud();
     EXPECT_TRUE(stage.shows(measuring));
     EXPECT_TRUE(stage.shows(QStringLiteral("Measuring… 2 folders left")));
     EXPECT_FALSE(stage.shows(empty));
     EXPECT_FALSE(stage.hasControl(rescan));
 
-    waitUntil([&] { return drive.state->icloudPending() == 0; });
+    waitUntil([&] { return drive.state->cloud()->icloudPending() == 0; });
     (void)stage.window().grabWindow();
     EXPECT_FALSE(stage.shows(measuring));
     EXPECT_EQ(stage.checkBoxes(), QStringList({QStringLiteral("Work"), QStringLiteral("Home")}));
@@ -71,7 +71,7 @@ TEST(ICloudSheetTest, ReleasesWhatIsTickedAndMarksIt)
 {
     const Drive drive;
     const SheetStage stage(*drive.state);
-    drive.state->openICloud();
+    drive.state->cloud()->openICloud();
     drive.measure();
     const QQuickItem& idle = stage.control(QStringLiteral("Free up Zero KB"));
     EXPECT_FALSE(idle.isEnabled());
@@ -92,11 +92,11 @@ TEST(ICloudSheetTest, ReleasesWhatIsTickedAndMarksIt)
     std::latch mayRelease(1);
     drive.application.drive->onRelease = [&](const std::string&) { mayRelease.wait(); };
     stage.click(QStringLiteral("Free up"));
-    EXPECT_TRUE(drive.state->isEvicting());
+    EXPECT_TRUE(drive.state->cloud()->isEvicting());
     EXPECT_FALSE(button.isEnabled());
     EXPECT_EQ(button.opacity(), 1);
     mayRelease.count_down();
-    waitUntil([&] { return !drive.state->isEvicting(); });
+    waitUntil([&] { return !drive.state->cloud()->isEvicting(); });
 
     (void)stage.window().grabWindow();
     EXPECT_TRUE(stage.shows(QStringLiteral("released")));
@@ -117,7 +117,7 @@ TEST(ICloudSheetTest, FoldersThatWereNotMeasuredCanBeTriedAgain)
     drive.application.disk->folders[container].names = {"Work"};
     drive.state = std::make_unique<AppState>(drive.application.environment());
     const SheetStage stage(*drive.state);
-    drive.state->openICloud();
+    drive.state->cloud()->openICloud();
     drive.measure();
     (void)stage.window().grabWindow();
     EXPECT_TRUE(stage.shows(QStringLiteral("not measured")));
@@ -125,7 +125,7 @@ TEST(ICloudSheetTest, FoldersThatWereNotMeasuredCanBeTriedAgain)
     isSlow = false;
     stage.click(QStringLiteral("Try again"));
     EXPECT_FALSE(stage.hasControl(QStringLiteral("Try again")));
-    waitUntil([&] { return drive.state->icloudPending() == 0; });
+    waitUntil([&] { return drive.state->cloud()->icloudPending() == 0; });
     (void)stage.window().grabWindow();
     EXPECT_EQ(stage.checkBoxes(), QStringList{QStringLiteral("Work")});
 }

@@ -36,7 +36,7 @@ const std::vector<Opening>& openings()
          "Scan again",
          {QStringLiteral("Close"), QStringLiteral("Scan again")}},
         {"cloud drive",
-         [](AppState& state) { state.openICloud(); },
+         [](AppState& state) { state.cloud()->openICloud(); },
          "Close",
          {QStringLiteral("Rescan"), QStringLiteral("Close")}},
     };
@@ -87,14 +87,14 @@ TEST(SheetFocusTest, TabFindsBackWhenTheFocusedButtonGoes)
     std::latch mayMeasure(1);
     scanned.application.disk->onVisit = [&](const std::string&) { mayMeasure.wait(); };
     const SheetStage stage(*scanned.state);
-    scanned.state->openICloud();
+    scanned.state->cloud()->openICloud();
     stage.control(QStringLiteral("Rescan")).forceActiveFocus(Qt::TabFocusReason);
     stage.press(Qt::Key_Space);
     EXPECT_FALSE(stage.hasControl(QStringLiteral("Rescan")));
     stage.press(Qt::Key_Tab);
     EXPECT_EQ(stage.focusedName(), QStringLiteral("Close"));
     mayMeasure.count_down();
-    waitUntil([&] { return scanned.state->icloudPending() == 0; });
+    waitUntil([&] { return scanned.state->cloud()->icloudPending() == 0; });
 }
 
 TEST(SheetFocusTest, WhatTookTheKeyboardMeanwhileKeepsIt)

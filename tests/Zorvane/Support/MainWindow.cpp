@@ -74,6 +74,7 @@ MainWindow::~MainWindow()
 {
     gate->open();
     m_engine.reset();
+    m_models.reset();
     m_state.reset();
     if (m_translator) {
         QCoreApplication::removeTranslator(m_translator.get());
@@ -84,11 +85,13 @@ Zorvane::AppState& MainWindow::open()
 {
     addTexts(application, m_wording);
     m_state = std::make_unique<Zorvane::AppState>(application.environment());
+    m_models = std::make_unique<Zorvane::Models>(state());
     // As the program does.
     QQuickWindow::setTextRenderType(QQuickWindow::NativeTextRendering);
     m_engine = std::make_unique<QQmlApplicationEngine>();
     m_engine->addImportPath(QStringLiteral("qrc:/"));
     m_engine->setInitialProperties({{QStringLiteral("appState"), QVariant::fromValue(&state())},
+                                    {QStringLiteral("models"), QVariant::fromValue(m_models.get())},
                                     {QStringLiteral("animated"), false},
                                     {QStringLiteral("width"), m_size.width()},
                                     {QStringLiteral("height"), m_size.height()}});

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Zorvane/State/Models/Models.h"
 #include "tests/Zorvane/Support/Gate.h"
 #include "tests/Zorvane/Support/ScriptedApplication.h"
 #include "tests/Zorvane/Support/Warnings.h"
@@ -73,6 +74,7 @@ private:
     Warnings m_warnings;
     std::unique_ptr<QTranslator> m_translator;
     std::unique_ptr<Zorvane::AppState> m_state;
+    std::unique_ptr<Zorvane::Models> m_models;
     std::unique_ptr<QQmlApplicationEngine> m_engine;
     QQuickWindow* m_window = nullptr;
 };

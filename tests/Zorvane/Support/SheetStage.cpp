@@ -27,12 +27,16 @@ QString nameOf(QAccessibleInterface* element)
 } // namespace
 
 SheetStage::SheetStage(Zorvane::AppState& state)
-    : m_stage(
-          QStringLiteral("required property AppState application\n"
-                         "SecondaryButton { objectName: \"below\"; text: \"Below\"\n"
-                         "anchors.fill: parent; enabled: !sheets.sheet }\n"
-                         "SheetHost { id: sheets; anchors.fill: parent; appState: application }"),
-          QSize(900, 640), {{QStringLiteral("application"), QVariant::fromValue(&state)}})
+    : m_models(state),
+      m_stage(QStringLiteral("required property AppState application\n"
+                             "required property Models models\n"
+                             "SecondaryButton { objectName: \"below\"; text: \"Below\"\n"
+                             "anchors.fill: parent; enabled: !sheets.sheet }\n"
+                             "SheetHost { id: sheets; anchors.fill: parent; appState: application\n"
+                             "models: models }"),
+              QSize(900, 640),
+              {{QStringLiteral("application"), QVariant::fromValue(&state)},
+               {QStringLiteral("models"), QVariant::fromValue(&m_models)}})
 {
     below().forceActiveFocus(Qt::TabFocusReason);
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Zorvane/State/Models/Models.h"
 #include "tests/Zorvane/Support/ScriptedApplication.h"
 #include "tests/Zorvane/Support/Stage.h"
 
@@ -37,6 +38,7 @@ private:
     [[nodiscard]] std::vector<QAccessibleInterface*> visible() const;
     [[nodiscard]] QQuickItem* find(const QString& name) const;
 
+    Zorvane::Models m_models;
     Stage m_stage;
 };
 
