@@ -1,9 +1,7 @@
-#include "CleanCore/Cleaning/CleanEngine.h"
+#include "CleanCore/Cleaning/Clean.h"
 #include "CleanCore/Cleaning/SelectionState.h"
-#include "CleanCore/Commands/CommandAreas.h"
 #include "CleanCore/Commands/CommandCleanEngine.h"
 #include "CleanCore/Commands/Running/SystemCommandRunner.h"
-#include "CleanCore/FileSystem/FileManager.h"
 #include "ZorvaneCLI/CleanPreview.h"
 #include "ZorvaneCLI/Commands.h"
 #include "ZorvaneCLI/PathJson.h"
@@ -11,8 +9,8 @@
 #include "ZorvaneCLI/TerminalText.h"
 
 #include <algorithm>
+#include <functional>
 #include <iostream>
-#include <iterator>
 #include <memory>
 #include <set>
 #include <unistd.h>
@@ -56,41 +54,31 @@ void requireSelection(const CleanOptions& options)
     }
 }
 
-/// Selects exactly the named items; each must be one that the scan lists.
-void selectItems(const std::vector<std::string>& paths, SelectionState& selection)
+/// Selects exactly the named items; each must be one that the scan lists. An area that its tool
+/// clears only as a whole has to be named whole.
+void selectItems(const std::set<std::string>& paths, SelectionState& selection)
 {
-    for (const std::string& path : std::set<std::string>(paths.begin(), paths.end())) {
-        bool isListed = false;
-        for (const CategoryResult& result : selection.results()) {
-            const bool isHere =
-                std::any_of(result.items.begin(), result.items.end(),
-                            [&](const ScannedItem& item) { return item.path == path; });
-            if (isHere && !selection.isSelected(result.rule.id, path)) {
-                selection.toggle(result.rule.id, path);
+    std::set<std::string> unlisted = paths;
+    for (const CategoryResult& result : selection.results()) {
+        std::size_t named = 0;
+        for (const ScannedItem& item : result.items) {
+            if (!paths.contains(item.path)) {
+                continue;
             }
-            isListed = isListed || isHere;
+            ++named;
+            unlisted.erase(item.path);
+            if (!selection.isSelected(result.rule.id, item.path)) {
+                selection.toggle(result.rule.id, item.path);
+            }
         }
-        if (!isListed) {
+        if (result.isClearedAsWhole && named != 0 && named != result.items.size()) {
             throw CommandError(ExitStatus::wrongUsage,
-                               "the scan lists no item " + path + " in the named areas");
+                               result.rule.id + " is cleared as a whole; name it with --all");
         }
     }
-}
-
-/// A tool that clears its area as a whole would take along what was not chosen.
-void requireWholeAreas(const std::vector<CleaningSelection>& chosen,
-                       const std::vector<CategoryResult>& results)
-{
-    for (const CleaningSelection& selection : chosen) {
-        const std::string& id = selection.rule.id;
-        const auto area =
-            std::find_if(results.begin(), results.end(),
-                         [&](const CategoryResult& result) { return result.rule.id == id; });
-        if (selection.rule.kind == RuleKind::command && CleanCore::clearsWholeArea(id) &&
-            selection.items.size() != area->items.size()) {
-            throw CommandError(ExitStatus::wrongUsage,
-                               id + " is cleared as a whole; name it with --all");
-        }
+    if (!unlisted.empty()) {
+        throw CommandError(ExitStatus::wrongUsage,
+                           "the scan lists no item " + *unlisted.begin() + " in the named areas");
     }
 }
 
@@ -107,11 +95,9 @@ std::vector<CleaningSelection> choose(const CleanOptions& options,
             selection.selectAll(result.rule.id);
         }
     } else {
-        selectItems(options.items, selection);
+        selectItems({options.items.begin(), options.items.end()}, selection);
     }
-    std::vector<CleaningSelection> chosen = selection.selections();
-    requireWholeAreas(chosen, selection.results());
-    return chosen;
+    return selection.selections();
 }
 
 /// Shows what will go and waits for "yes". Both take a terminal: nobody agrees to a list that went
@@ -135,40 +121,17 @@ void askForConsent(std::span<const CleaningSelection> selections, const Workspac
     throw CommandError(ExitStatus::refused, "nothing was removed");
 }
 
-/// The file-system areas first, then those of tools.
-CleaningReport removeChosen(const std::vector<CleaningSelection>& selections,
-                            const Workspace& workspace, bool dryRun, const std::stop_token& stop)
+Outcome remove(std::vector<CleaningSelection> selections, const Workspace& workspace, bool dryRun,
+               const Interruption& interruption)
 {
     const CleanCore::HomeEnvironment& environment = workspace.environment;
-    std::vector<CleaningSelection> files = selections;
-    std::vector<CleaningSelection> commands;
-    const auto firstCommand =
-        std::stable_partition(files.begin(), files.end(), [](const CleaningSelection& selection) {
-            return selection.rule.kind == RuleKind::fileSystem;
-        });
-    std::move(firstCommand, files.end(), std::back_inserter(commands));
-    files.erase(firstCommand, files.end());
-
-    const CleanCore::CleanEngine engine(environment.home, environment.fileManager,
-                                        environment.folders.protectedFolders);
-    CleaningReport report = engine.clean(files, dryRun, stop);
-    if (commands.empty()) {
-        return report;
-    }
     const CleanCore::CommandCleanEngine tools(std::make_shared<CleanCore::SystemCommandRunner>(),
                                               workspace.tools);
-    return report.merging(dryRun ? tools.preview(commands) : tools.clean(commands, stop));
-}
-
-Outcome remove(const std::vector<CleaningSelection>& selections, const Workspace& workspace,
-               bool dryRun, const Interruption& interruption)
-{
-    const CleanCore::FileManager& files = *workspace.environment.fileManager;
-    const std::string& home = workspace.environment.home;
-    const std::int64_t before = files.availableCapacity(home).value_or(0);
-    CleaningReport report = removeChosen(selections, workspace, dryRun, interruption.token());
-    const std::int64_t after = files.availableCapacity(home).value_or(0);
-    return {std::move(report), dryRun ? 0 : std::max<std::int64_t>(0, after - before), dryRun};
+    const CleanCore::Clean clean(environment.home, environment.fileManager,
+                                 environment.folders.protectedFolders,
+                                 std::bind_front(&CleanCore::CommandCleanEngine::run, tools));
+    auto [report, freed] = clean.run(std::move(selections), dryRun, interruption.token());
+    return {std::move(report), freed, dryRun};
 }
 
 const char* nameOf(CleaningReport::SkipReason reason)
@@ -254,7 +217,7 @@ ExitStatus clean(const CleanOptions& options, const Interruption& interruption)
             return rule.tier != RuleTier::safe || rule.kind != RuleKind::fileSystem;
         });
     }
-    auto results = runScan(workspace, CommandAreas::included, interruption);
+    auto results = runScan(workspace, ToolAreas::included, interruption);
     if (!results) {
         throw CommandError(ExitStatus::interrupted, "interrupted; nothing was removed");
     }

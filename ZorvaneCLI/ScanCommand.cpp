@@ -118,7 +118,7 @@ ExitStatus scan(const ScanOptions& options, const Interruption& interruption)
 {
     const Workspace workspace = openWorkspace(options.common);
     auto results =
-        runScan(workspace, options.withoutCommands ? CommandAreas::leftOut : CommandAreas::included,
+        runScan(workspace, options.withoutCommands ? ToolAreas::leftOut : ToolAreas::included,
                 interruption);
     if (!results) {
         std::cerr << "zorvane-cli: interrupted\n";

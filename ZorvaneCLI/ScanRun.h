@@ -9,12 +9,12 @@
 
 namespace ZorvaneCLI {
 
-enum class CommandAreas { included, leftOut };
+/// Whether a scan takes in the areas that only a tool can measure.
+enum class ToolAreas { included, leftOut };
 
-/// Scans the rules that are asked for and returns the results as they are shown, which are those of
-/// a scan of the whole catalog; nothing when it was interrupted. Shows a live line on standard
-/// error when that is a terminal.
+/// Scans the rules asked for and returns the results as they are shown; nothing when it was
+/// interrupted. Shows the progress on one line of standard error when that is a terminal.
 [[nodiscard]] std::optional<std::vector<CleanCore::CategoryResult>>
-runScan(const Workspace& workspace, CommandAreas commandAreas, const Interruption& interruption);
+runScan(const Workspace& workspace, ToolAreas toolAreas, const Interruption& interruption);
 
 } // namespace ZorvaneCLI

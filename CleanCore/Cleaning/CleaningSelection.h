@@ -3,6 +3,7 @@
 #include "CleanCore/Rules/CleaningRule.h"
 #include "CleanCore/Scanning/ScannedItem.h"
 
+#include <cstddef>
 #include <vector>
 
 namespace CleanCore {
@@ -12,6 +13,8 @@ struct CleaningSelection
 {
     CleaningRule rule;
     std::vector<ScannedItem> items;
+    /// How many further items the scan found in the area, which have to stay.
+    std::size_t itemsLeftOut = 0;
 };
 
 } // namespace CleanCore

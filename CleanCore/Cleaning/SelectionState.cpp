@@ -100,6 +100,12 @@ void SelectionState::toggle(std::string_view ruleId, std::string_view path)
     const auto found = m_index->keyOf.find({ruleId, path});
     if (found != m_index->keyOf.end()) {
         m_isKeySelected[found->second].flip();
+        const bool isSelected = m_isKeySelected[found->second];
+        for (std::size_t category = 0; category < results().size(); ++category) {
+            if (results()[category].isClearedAsWhole && results()[category].rule.id == ruleId) {
+                setWhollySelected(category, isSelected);
+            }
+        }
         return;
     }
     auto other = std::pair(std::string(ruleId), std::string(path));
@@ -191,7 +197,8 @@ std::vector<CleaningSelection> SelectionState::selections() const
             }
         }
         if (!chosen.empty()) {
-            selections.push_back({result.rule, std::move(chosen)});
+            const std::size_t itemsLeftOut = result.items.size() - chosen.size();
+            selections.push_back({result.rule, std::move(chosen), itemsLeftOut});
         }
     }
     return selections;

@@ -32,7 +32,9 @@ public:
     /// Whether a category has items and all of them are chosen.
     [[nodiscard]] bool isWhollySelected(std::size_t category) const;
 
-    /// Flips one item; a path that is not in the results may be chosen and counts for nothing.
+    /// Flips one item, and sets the rest of its category likewise where that is cleared as a whole
+    /// (CategoryResult::isClearedAsWhole). A path that is not in the results may be chosen and
+    /// counts for nothing.
     void toggle(std::string_view ruleId, std::string_view path);
 
     /// Chooses every item of a category, or none.

@@ -31,9 +31,19 @@ void record(const CommandArea* area, const ScannedItem& item, bool isRemoved,
     }
 }
 
-bool clearWholeArea(const ToolRuns& tools, const CommandArea& area)
+void recordAll(const CommandArea* area, const CleaningSelection& selection, bool isRemoved,
+               CleaningReport& report)
 {
-    return tools.run(area.tool, area.clearingArguments({})).has_value();
+    for (const ScannedItem& item : selection.items) {
+        record(area, item, isRemoved, report);
+    }
+}
+
+/// Whether the area's tool can clear these items, and no others with them.
+bool canClear(const CommandArea* area, const CleaningSelection& selection)
+{
+    return area != nullptr && area->clearing != Clearing::never &&
+           (area->clearing != Clearing::wholeArea || selection.itemsLeftOut == 0);
 }
 
 void clearItems(const ToolRuns& tools, const CommandArea& area, std::span<const ScannedItem> items,
@@ -72,13 +82,11 @@ CleaningReport CommandCleanEngine::clean(std::span<const CleaningSelection> sele
             break;
         }
         const CommandArea* const area = commandArea(selection.rule.id);
-        const Clearing clearing = area != nullptr ? area->clearing : Clearing::never;
-        if (clearing == Clearing::never || clearing == Clearing::wholeArea) {
-            const bool isRemoved =
-                clearing == Clearing::wholeArea && clearWholeArea(m_tools, *area);
-            for (const ScannedItem& item : selection.items) {
-                record(area, item, isRemoved, report);
-            }
+        if (!canClear(area, selection)) {
+            recordAll(area, selection, false, report);
+        } else if (area->clearing == Clearing::wholeArea) {
+            const bool isCleared = m_tools.run(area->tool, area->clearingArguments({})).has_value();
+            recordAll(area, selection, isCleared, report);
         } else {
             clearItems(m_tools, *area, selection.items, stop, report);
         }
@@ -90,16 +98,18 @@ CleaningReport CommandCleanEngine::preview(std::span<const CleaningSelection> se
 {
     CleaningReport report;
     for (const CleaningSelection& selection : selections) {
-        if (selection.rule.kind != RuleKind::command) {
-            continue;
-        }
-        const CommandArea* const area = commandArea(selection.rule.id);
-        const bool isRemoved = area != nullptr && area->clearing != Clearing::never;
-        for (const ScannedItem& item : selection.items) {
-            record(area, item, isRemoved, report);
+        if (selection.rule.kind == RuleKind::command) {
+            const CommandArea* const area = commandArea(selection.rule.id);
+            recordAll(area, selection, canClear(area, selection), report);
         }
     }
     return report;
+}
+
+CleaningReport CommandCleanEngine::run(std::span<const CleaningSelection> selections, bool dryRun,
+                                       const std::stop_token& stop) const
+{
+    return dryRun ? preview(selections) : clean(selections, stop);
 }
 
 } // namespace CleanCore

@@ -16,15 +16,15 @@ std::vector<CategoryResult> CommandScanEngine::scan(std::span<const CleaningRule
         if (rule.kind != RuleKind::command) {
             continue;
         }
-        std::optional<std::vector<ScannedItem>> items;
-        if (const CommandArea* const area = commandArea(rule.id)) {
-            items = m_tools.list(*area, stop);
-        }
+        const CommandArea* const area = commandArea(rule.id);
+        const auto items = area != nullptr ? m_tools.list(*area, stop) : std::nullopt;
         if (!items && stop.stop_requested()) {
             break;
         }
-        results.push_back(
-            {.rule = rule, .items = std::move(items).value_or(std::vector<ScannedItem>())});
+        results.push_back({.rule = rule,
+                           .items = items.value_or(std::vector<ScannedItem>()),
+                           .isClearedAsWhole = area != nullptr &&
+                                               area->clearing == CommandArea::Clearing::wholeArea});
     }
     return results;
 }

@@ -6,8 +6,8 @@ namespace CleanCore {
 
 enum class EntryKind : std::uint8_t { file, folder, symbolicLink, other };
 
-/// Tells a file-system entry from every other, whatever its name: see inode(7). Many file systems
-/// give the inode number of a removed entry to the next one that is made; its birth time differs.
+/// Identifies a file-system entry under any name; see inode(7). Many file systems give the inode
+/// number of a removed entry to the next one that is made; its birth time differs.
 struct EntryIdentity
 {
     std::uint64_t device = 0;

@@ -23,7 +23,7 @@ EntryKind kindOf(mode_t mode)
     return S_ISLNK(mode) ? EntryKind::symbolicLink : EntryKind::other;
 }
 
-/// Times beyond what a Timestamp holds (a damaged inode) become its nearest end.
+/// Clamps times that a Timestamp cannot hold, which a damaged inode may have.
 Timestamp timestampOf(const statx_timestamp& time)
 {
     constexpr std::int64_t limit = INT64_MAX / 1'000'000'000 - 1;

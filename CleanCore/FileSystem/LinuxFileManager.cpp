@@ -35,8 +35,8 @@ FileDescriptor LinuxFileManager::open(const std::string& path, int flags) const
         errno = ENOENT;
         return {};
     }
-    // The path is judged before anything is opened, so that nothing outside is even touched, and
-    // what was opened once more, so that a link exchanged in between changes nothing.
+    // The path is judged before it is opened, so that nothing outside is even touched, and the open
+    // file is judged again, in case a link was exchanged in between.
     if (m_confinement && !PathText::isSameOrInside(resolveSymbolicLinks(path), *m_confinement)) {
         errno = ENOENT;
         return {};
@@ -57,7 +57,7 @@ std::optional<std::string> LinuxFileManager::perUserFolder(PerUserFolder folder)
 
 bool LinuxFileManager::exists(const std::string& path) const
 {
-    // What cannot be looked for now is not missing; whoever opens it will be told why it cannot.
+    // After a shortage the path is not known to be missing; opening it reports the shortage.
     return open(path, O_PATH).isOpen() || isShortage(errno);
 }
 

@@ -12,11 +12,11 @@ namespace CleanCore {
 /// The file system of this machine. Names are listed in ascending order of their bytes.
 ///
 /// One that is confined to a folder treats everything that resolves outside of it as missing, at
-/// the entry of every operation; only resolvingSymbolicLinks tells where a link leads to.
+/// the entry of every operation; only resolvingSymbolicLinks() follows links out of it.
 class LinuxFileManager : public FileManager
 {
 public:
-    /// `confinement` is an existing folder; nothing leaves the whole system visible.
+    /// `confinement` is an existing folder; without one the whole system is visible.
     LinuxFileManager(UserFolders folders, std::optional<std::string> confinement,
                      std::shared_ptr<TaskPool> pool);
 
@@ -36,8 +36,8 @@ public:
                  std::span<const std::string> protectedFolders) const override;
 
 private:
-    /// Opens what `path` resolves to; closed, with errno set, when it cannot be opened or is not
-    /// visible here.
+    /// Opens the entry that `path` resolves to; closed, with errno set, when it cannot be opened or
+    /// lies outside the confinement.
     [[nodiscard]] FileDescriptor open(const std::string& path, int flags) const;
 
     UserFolders m_folders;

@@ -17,21 +17,9 @@ constexpr const char* alwaysProtected[] = {
     "Videos", "Templates",       "Public", ".ssh",
     ".gnupg", ".password-store", ".pki",   ".local/share/keyrings",
 };
-// Configuration, data, and the folders that the guard knows everywhere; here they only bar a
-// variable from naming them. Each may be a link to another place.
-constexpr const char* keptEverywhere[] = {
-    ".config",
-    ".local",
-    ".local/share",
-    ".local/state",
-    "Documents",
-    "Desktop",
-    "Downloads",
-    "Pictures",
-    "Music",
-    "Movies",
-    "Library/Mobile Documents",
-};
+// Configuration and data: no variable may name them. Each may be a link to another place.
+constexpr std::string_view configurationAndData[] = {".config", ".local", ".local/share",
+                                                     ".local/state"};
 
 std::optional<std::string> resolvedFolder(const std::string& path, struct stat& status)
 {
@@ -87,7 +75,7 @@ std::optional<std::string> userDirectory(std::string_view line, const std::strin
         return std::nullopt;
     }
     value = PathText::standardized(value);
-    // "The folder is disabled", in that file's own way.
+    // This is how the format says that a folder is disabled.
     if (PathText::isSameOrInside(home, value) ||
         PathText::isSameOrInside(resolvedOrSame(home), resolvedOrSame(value))) {
         return std::nullopt;
@@ -103,7 +91,7 @@ std::vector<std::string> protectedFolders(const std::string& home, const std::st
     }
     const std::string path = PathText::join(configuration, "user-dirs.dirs");
     struct stat status = {};
-    // Anything else than a small file is none of this format, and a FIFO would never end.
+    // Only a small regular file can be of this format; reading a FIFO would never end.
     constexpr off_t largest = off_t{1} << 20;
     if (::stat(path.c_str(), &status) != 0 || !S_ISREG(status.st_mode) ||
         status.st_size > largest) {
@@ -118,7 +106,7 @@ std::vector<std::string> protectedFolders(const std::string& home, const std::st
     return folders;
 }
 
-/// Whether a folder, by its name or by where that leads, holds more than what may be thrown away.
+/// Whether a folder, by its name or by its resolved path, may hold more than caches.
 bool holdsMoreThanCaches(const std::string& name, const std::string& resolved,
                          const UserFolders& folders)
 {
@@ -128,13 +116,14 @@ bool holdsMoreThanCaches(const std::string& name, const std::string& resolved,
         // One that is a link to home or above it would bar everything; it bars nothing.
         return !PathText::isSameOrInside(home, target) && areRelated(resolved, target);
     };
-    const auto isKept = [&](const char* kept) {
+    const auto isKept = [&](std::string_view kept) {
         return PathText::isSameOrInside(name, PathText::join(folders.home, kept)) ||
                PathText::isSameOrInside(name, PathText::join(home, kept)) ||
                isAt(PathText::join(home, kept));
     };
     return PathText::isSameOrInside(home, resolved) || PathText::isSameOrInside(resolved, "/run") ||
-           std::any_of(std::begin(keptEverywhere), std::end(keptEverywhere), isKept) ||
+           std::ranges::any_of(configurationAndData, isKept) ||
+           std::ranges::any_of(protectedHomeSubpaths, isKept) ||
            std::any_of(folders.protectedFolders.begin(), folders.protectedFolders.end(), isAt);
 }
 

@@ -19,6 +19,8 @@ struct CategoryResult
     /// Whether a base of the rule exists and could not be listed, or its wildcards lead to more
     /// than could be looked at.
     bool hadAccessErrors = false;
+    /// Whether the area's tool clears all of its items or none; they are chosen together.
+    bool isClearedAsWhole = false;
 
     [[nodiscard]] std::int64_t totalBytes() const
     {

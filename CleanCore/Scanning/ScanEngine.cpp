@@ -15,8 +15,8 @@ namespace CleanCore {
 
 namespace {
 
-/// One scan on its way. Shared by its rules' tasks; the last of them ends the stream.
-struct Scan
+/// A scan under way. The tasks of its rules share it; the last of them ends the stream.
+struct RunningScan
 {
     std::string home;
     std::shared_ptr<const FileManager> fileManager;
@@ -33,7 +33,7 @@ struct Scan
     void finish();
 };
 
-std::optional<CategoryResult> Scan::scanRule(const CleaningRule& rule) const
+std::optional<CategoryResult> RunningScan::scanRule(const CleaningRule& rule) const
 {
     const ItemEnumerator enumerator(fileManager);
     const PathExpander::Expansion expansion =
@@ -56,7 +56,7 @@ std::optional<CategoryResult> Scan::scanRule(const CleaningRule& rule) const
     return stop.stop_requested() ? std::nullopt : std::optional(std::move(result));
 }
 
-void Scan::run(const CleaningRule& rule)
+void RunningScan::run(const CleaningRule& rule)
 {
     std::optional<CategoryResult> result;
     if (!stop.stop_requested()) {
@@ -78,7 +78,7 @@ void Scan::run(const CleaningRule& rule)
     }
 }
 
-void Scan::finish()
+void RunningScan::finish()
 {
     if (!stop.stop_requested()) {
         sink.send(Finished{std::move(results)});
@@ -104,8 +104,8 @@ EventStream<ScanEvent> ScanEngine::scan(std::span<const CleaningRule> rules, Tim
         }
     }
     const EventSink<ScanEvent> sink = stream.sink();
-    const std::shared_ptr<Scan> scan(
-        new Scan{m_home, m_fileManager, now, sink, sink.stopToken(), kept.size()});
+    const std::shared_ptr<RunningScan> scan(
+        new RunningScan{m_home, m_fileManager, now, sink, sink.stopToken(), kept.size()});
     if (kept.empty()) {
         scan->finish();
     }

@@ -14,7 +14,7 @@ namespace CleanCore {
 /// copies of an EventSink, one reader owns the EventStream.
 ///
 /// No event is dropped because the reader is slow. Dropping or cancelling the reader's end asks the
-/// work behind the stream to stop, returns at once, and nothing further reaches the reader.
+/// writers to stop and returns at once; nothing more reaches the reader.
 template <typename Event>
 class EventStream;
 
@@ -32,7 +32,7 @@ public:
         }
     }
 
-    /// Ends the stream; the reader still receives what was written before.
+    /// Ends the stream; the reader still receives the events written before.
     void finish() const
     {
         const std::lock_guard lock(m_channel->mutex);
@@ -74,31 +74,21 @@ public:
 
     [[nodiscard]] EventSink<Event> sink() const { return EventSink<Event>(m_channel); }
 
-    /// Waits for the next event; nothing once the stream has ended and all was read.
+    /// Waits for the next event; nothing once the stream has ended and every event was read.
     [[nodiscard]] std::optional<Event> next()
     {
         std::unique_lock lock(m_channel->mutex);
         m_channel->changed.wait(lock,
                                 [&] { return !m_channel->events.empty() || m_channel->isEnded; });
-        return takeFirst();
+        if (m_channel->events.empty()) {
+            return std::nullopt;
+        }
+        std::optional<Event> event(std::move(m_channel->events.front()));
+        m_channel->events.pop_front();
+        return event;
     }
 
-    /// The next event if one is waiting; never blocks. See hasEnded() to tell "not yet" from "no
-    /// more".
-    [[nodiscard]] std::optional<Event> tryNext()
-    {
-        const std::lock_guard lock(m_channel->mutex);
-        return takeFirst();
-    }
-
-    /// Whether the stream is at its end and everything was read.
-    [[nodiscard]] bool hasEnded() const
-    {
-        const std::lock_guard lock(m_channel->mutex);
-        return m_channel->isEnded && m_channel->events.empty();
-    }
-
-    /// Drops what was not read, ends the stream and asks the writers to stop. May be called from
+    /// Drops the unread events, ends the stream and asks the writers to stop. May be called from
     /// another thread than the reader's, which wakes it.
     void cancel()
     {
@@ -114,16 +104,6 @@ public:
     }
 
 private:
-    std::optional<Event> takeFirst()
-    {
-        if (m_channel->events.empty()) {
-            return std::nullopt;
-        }
-        std::optional<Event> event(std::move(m_channel->events.front()));
-        m_channel->events.pop_front();
-        return event;
-    }
-
     std::shared_ptr<typename EventSink<Event>::Channel> m_channel;
 };
 

@@ -1,60 +1,18 @@
-#include "CleanCore/Cleaning/CleanEngine.h"
+#include "CleanCore/Cleaning/Clean.h"
 #include "CleanCore/Commands/CommandCleanEngine.h"
 #include "CleanCore/Commands/Running/CommandRunning.h"
-#include "CleanCore/FileSystem/FileManager.h"
 #include "CleanCore/Support/TaskPool.h"
 #include "Zorvane/State/AppState.h"
 #include "Zorvane/State/Models/RuleDisplay.h"
 
 #include <QPointer>
-#include <algorithm>
+#include <functional>
 #include <utility>
 
 namespace Zorvane {
 
-namespace {
-
 using CleanCore::CleaningReport;
-using CleanCore::CleaningSelection;
-using CleanCore::RuleKind;
 using CleanCore::RuleTier;
-
-/// One clean with all that it needs by value.
-struct CleanJob
-{
-    CleanCore::HomeEnvironment home;
-    CleanCore::ToolLocations tools;
-    std::shared_ptr<const CleanCore::CommandRunning> runner;
-    CleanCore::SelectionState chosen;
-
-    [[nodiscard]] std::int64_t volumeFreeBytes() const
-    {
-        return home.fileManager->availableCapacity(home.home).value_or(0);
-    }
-
-    [[nodiscard]] CleaningReport run(const std::stop_token& stop) const
-    {
-        std::vector<CleaningSelection> ofFiles = chosen.selections();
-        const auto firstOfTools =
-            std::stable_partition(ofFiles.begin(), ofFiles.end(), [](const auto& selection) {
-                return selection.rule.kind == RuleKind::fileSystem;
-            });
-        const std::vector<CleaningSelection> ofTools(std::make_move_iterator(firstOfTools),
-                                                     std::make_move_iterator(ofFiles.end()));
-        ofFiles.erase(firstOfTools, ofFiles.end());
-
-        const CleanCore::CleanEngine engine(home.home, home.fileManager,
-                                            home.folders.protectedFolders);
-        CleaningReport report = engine.clean(ofFiles, false, stop);
-        if (!ofTools.empty()) {
-            const CleanCore::CommandCleanEngine commandEngine(runner, tools);
-            report = report.merging(commandEngine.clean(ofTools, stop));
-        }
-        return report;
-    }
-};
-
-} // namespace
 
 const std::optional<CleaningReport>& AppState::cleaningReport() const
 {
@@ -171,19 +129,18 @@ void AppState::performClean()
     emit isCleaningChanged();
     setShowConfirmation(false);
 
-    // Unlike a listing, what a tool has begun to remove it finishes.
-    CleanJob job{m_environment.home, m_environment.tools, m_environment.commandRunner({}),
-                 m_selection};
-    m_clean =
-        std::jthread([this, job = std::move(job), queue = m_queue](const std::stop_token& stop) {
-            const std::int64_t before = job.volumeFreeBytes();
-            CleaningReport report = job.run(stop);
-            const std::int64_t after = job.volumeFreeBytes();
-            const std::int64_t freed = std::max<std::int64_t>(0, after - before);
-            queue->post([this, report = std::move(report), freed]() mutable {
-                finishClean(std::move(report), freed);
-            });
+    const CleanCore::HomeEnvironment& home = m_environment.home;
+    // Unlike a listing, a removal that a tool has begun is never interrupted.
+    const CleanCore::CommandCleanEngine tools(m_environment.commandRunner({}), m_environment.tools);
+    CleanCore::Clean clean(home.home, home.fileManager, home.folders.protectedFolders,
+                           std::bind_front(&CleanCore::CommandCleanEngine::run, tools));
+    m_clean = std::jthread([this, clean = std::move(clean), chosen = m_selection,
+                            queue = m_queue](const std::stop_token& stop) {
+        auto outcome = clean.run(chosen.selections(), false, stop);
+        queue->post([this, outcome = std::move(outcome)]() mutable {
+            finishClean(std::move(outcome.report), outcome.visibleFreedBytes);
         });
+    });
 }
 
 void AppState::finishClean(CleaningReport report, std::int64_t freed)

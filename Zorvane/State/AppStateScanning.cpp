@@ -1,11 +1,46 @@
+#include "CleanCore/Commands/CommandScanEngine.h"
 #include "CleanCore/Commands/Running/CommandRunning.h"
+#include "CleanCore/Scanning/Scan.h"
 #include "CleanCore/Support/TaskPool.h"
 #include "Zorvane/State/AppState.h"
-#include "Zorvane/State/ScanJob.h"
 
+#include <exception>
 #include <utility>
 
 namespace Zorvane {
+
+namespace {
+
+/// The thread of one scan, with all that it needs by value.
+struct ScanThread
+{
+    CleanCore::Scan scan;
+    std::function<CleanCore::RulesCatalog()> loadCatalog;
+    std::function<CleanCore::Timestamp()> now;
+    CleanCore::Scan::Progress progress;
+    /// The catalog cannot be loaded.
+    std::function<void()> failed;
+    /// Not called for a scan that was cancelled.
+    std::function<void(const CleanCore::SelectionState& results)> finished;
+    std::stop_token cancelled;
+
+    void operator()() const
+    {
+        std::optional<CleanCore::RulesCatalog> catalog;
+        try {
+            catalog = loadCatalog();
+        } catch (const std::exception&) {
+            // The screen goes back to where a scan can be started, without a message.
+            failed();
+            return;
+        }
+        if (auto results = scan.run(catalog->rules, catalog->rules, now(), progress, cancelled)) {
+            finished(CleanCore::SelectionState(std::move(*results)));
+        }
+    }
+};
+
+} // namespace
 
 const std::vector<CleanCore::CategoryResult>& AppState::categories() const
 {
@@ -39,22 +74,31 @@ void AppState::startScan()
             });
         };
     };
-    const ScanJob job{
-        .home = m_environment.home,
-        .tools = m_environment.tools,
-        .runner = m_environment.commandRunner(m_end.get_token()),
+    const CleanCore::HomeEnvironment& home = m_environment.home;
+    // Cancelling leaves the tools to end; only the end of the state ends them.
+    const CleanCore::CommandScanEngine tools(m_environment.commandRunner(m_end.get_token()),
+                                             m_environment.tools);
+    ScanThread thread{
+        .scan = CleanCore::Scan(
+            home.home, home.fileManager, home.pool,
+            [tools](auto rules, const std::stop_token& /*stop*/) { return tools.scan(rules); }),
         .loadCatalog = m_environment.loadCatalog,
         .now = m_environment.now,
+        .progress =
+            {
+                .ruleStarted =
+                    onMainThread([this](const std::string& ruleId) { setCurrentRuleId(ruleId); }),
+                .bytesFound =
+                    onMainThread([this](std::int64_t bytes) { setBytesFoundSoFar(bytes); }),
+                .filesScanned = onMainThread([this] { setCurrentRuleId(std::nullopt); }),
+            },
         .failed = onMainThread([this] { setPhase(Phase::ready); }),
-        .ruleStarted =
-            onMainThread([this](const std::string& ruleId) { setCurrentRuleId(ruleId); }),
-        .bytesFound = onMainThread([this](std::int64_t bytes) { setBytesFoundSoFar(bytes); }),
-        .filesScanned = onMainThread([this] { setCurrentRuleId(std::nullopt); }),
         .finished = onMainThread(
             [this](const CleanCore::SelectionState& results) { publishResults(results); }),
+        .cancelled = m_scan->get_token(),
     };
-    // Never waited for: it may hang in the kernel. All that it uses is its own or shared.
-    std::thread([job, cancelled = m_scan->get_token()] { job.run(cancelled); }).detach();
+    // Never joined: it may hang in the kernel. All that it uses is its own or shared.
+    std::thread(std::move(thread)).detach();
 }
 
 void AppState::cancelScan()

@@ -1,6 +1,7 @@
 #include "CleanCore/CloudDrive/StandIn/CloudRelease.h"
 
 #include "CleanCore/CloudDrive/StandIn/CloudMarker.h"
+#include "CleanCore/FileSystem/Descriptors.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -14,7 +15,6 @@ namespace {
 
 using Reason = CloudRefusalReason;
 
-constexpr int folderFlags = O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC;
 // Punching beyond the end frees the last, partly used block too.
 constexpr std::int64_t beyondEnd = 1 << 16;
 
@@ -191,7 +191,7 @@ bool CloudRelease::isMirrorFolderDurable(int folder)
     FileDescriptor above;
     while (status.identity != m_home && !isKnownDurable(status.identity)) {
         way.push_back(status.identity);
-        FileDescriptor next(::openat(above.isOpen() ? above.get() : folder, "..", folderFlags));
+        FileDescriptor next = openFolder(above.isOpen() ? above.get() : folder, "..");
         if (!next.isOpen() || ::fsync(next.get()) != 0 || readStatus(next.get(), "", status) != 0 ||
             status.identity == way.back()) {
             return false;

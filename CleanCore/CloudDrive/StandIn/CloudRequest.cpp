@@ -18,8 +18,6 @@ namespace {
 
 using Reason = CloudRefusalReason;
 
-constexpr int folderFlags = O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC;
-
 /// The components of `path` below `container`, as text; empty when it names no entry there.
 std::vector<std::string> namesBelow(const std::string& container, const std::string& path)
 {
@@ -36,12 +34,6 @@ bool isInMemory(int folder)
     struct statfs system = {};
     return ::fstatfs(folder, &system) != 0 || system.f_type == TMPFS_MAGIC ||
            system.f_type == RAMFS_MAGIC;
-}
-
-/// Opens a folder that was opened with O_PATH once more, to read it.
-FileDescriptor reopened(const FileDescriptor& folder)
-{
-    return FileDescriptor(::openat(folder.get(), ".", folderFlags));
 }
 
 } // namespace
@@ -72,12 +64,12 @@ std::optional<CloudFailure> CloudRequest::openFolders(const std::string& home,
     if (readStatus(AT_FDCWD, container.c_str(), named) == 0 && named.isSymbolicLink()) {
         return CloudFailure{Reason::linkedContainer, 0};
     }
-    m_container = FileDescriptor(::open(container.c_str(), folderFlags));
+    m_container = openFolder(AT_FDCWD, container.c_str());
     if (!m_container.isOpen() || readStatus(AT_FDCWD, home.c_str(), m_home) != 0 ||
         readStatus(m_container.get(), "", m_containerStatus) != 0) {
         return CloudFailure{Reason::noContainer, 0};
     }
-    m_mirror = FileDescriptor(::open(resolveSymbolicLinks(mirror).c_str(), folderFlags));
+    m_mirror = openFolder(AT_FDCWD, resolveSymbolicLinks(mirror).c_str());
     if (!m_mirror.isOpen() || readStatus(m_mirror.get(), "", m_mirrorStatus) != 0) {
         return CloudFailure{Reason::noMirror, 0};
     }
@@ -128,7 +120,7 @@ std::optional<CloudFailure> CloudRequest::openEntry(const std::vector<std::strin
     }
     m_isInAppBundle = std::any_of(names.begin(), names.end() - 1, isAppBundleName) ||
                       (local.status.isFolder() && isAppBundleName(names.back()));
-    m_folder = reopened(local.parent);
+    m_folder = openFolder(local.parent.get(), ".");
     if (!m_folder.isOpen()) {
         return failureOf(errno);
     }
@@ -138,7 +130,7 @@ std::optional<CloudFailure> CloudRequest::openEntry(const std::vector<std::strin
 
     EntryPin copy;
     if (pinEntry(m_mirror.get(), names, copy) == 0) {
-        m_mirrorFolder = reopened(copy.parent);
+        m_mirrorFolder = openFolder(copy.parent.get(), ".");
         m_entry.mirrorFolder = m_mirrorFolder.get();
         m_entry.mirrorFolderStatus = copy.parentStatus;
     }

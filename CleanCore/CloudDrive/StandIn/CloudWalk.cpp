@@ -1,23 +1,21 @@
 #include "CleanCore/CloudDrive/StandIn/CloudWalk.h"
 
 #include "CleanCore/CloudDrive/ICloudItem.h"
+#include "CleanCore/FileSystem/Descriptors.h"
 #include "CleanCore/Support/PathText.h"
 
 #include <cerrno>
-#include <fcntl.h>
 #include <utility>
 
 namespace CleanCore {
 
 namespace {
 
-constexpr int folderFlags = O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC;
-
 /// Opens a subfolder of `parent`. Returns 0 or errno: EXDEV for one on another mount.
 int openSubfolder(int parent, const EntryStatus& parentStatus, const std::string& name,
                   FileDescriptor& folder, EntryStatus& status)
 {
-    folder = FileDescriptor(::openat(parent, name.c_str(), folderFlags));
+    folder = openFolder(parent, name.c_str());
     if (!folder.isOpen()) {
         return errno;
     }

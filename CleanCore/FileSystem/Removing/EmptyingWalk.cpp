@@ -126,7 +126,7 @@ void EmptyingWalk::readTop()
             return;
         }
         if (level.pending.bytes() > pendingBytesLimit) {
-            // A folder is only read anew as long as each reading leaves less in it.
+            // A folder is read again only as long as every reading removes something.
             Progress& progress = m_progress.back();
             const bool isFutile =
                 std::exchange(level.wasReopened, false) && std::exchange(progress.removed, 0) == 0;

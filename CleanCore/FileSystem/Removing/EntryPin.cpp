@@ -21,7 +21,7 @@ bool isName(const std::string& name)
            name.find_first_of(std::string_view("/\0", 2)) == std::string::npos;
 }
 
-/// Whether the kernel refuses openat2 as such, and not this path.
+/// Whether the kernel refuses openat2 itself and not this path.
 bool isUnavailable(int error)
 {
     return error == ENOSYS || error == EPERM || error == E2BIG;

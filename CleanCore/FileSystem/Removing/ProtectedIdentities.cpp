@@ -30,7 +30,7 @@ ProtectedIdentities::ProtectedIdentities(const std::string& home,
 
 void ProtectedIdentities::addAncestors(int folder)
 {
-    // Where the way up cannot be read, the folders below that point are known all the same.
+    // A folder that cannot be read ends the climb; those below it are recorded all the same.
     static_cast<void>(climb(folder, [&](const EntryIdentity& identity) {
         m_leading.emplace(identity.device, identity.inode);
         return true;

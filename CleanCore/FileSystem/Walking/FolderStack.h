@@ -26,7 +26,7 @@ public:
         std::string name;
         /// Subfolders still to be entered.
         NameList pending;
-        /// Whether the folder was closed and opened again, so that reading it starts anew.
+        /// Whether the folder was closed and opened again, so that it is read from its beginning.
         bool wasReopened = false;
     };
 
@@ -55,7 +55,7 @@ public:
     [[nodiscard]] bool openParent();
 
     /// Leaves the top level. False, and empty, if the level above could not be reopened or is
-    /// another folder now: the work has been moved elsewhere and must not go on there.
+    /// another folder now: the tree was moved, and the work must not continue in its new place.
     [[nodiscard]] bool pop();
 
     void clear();

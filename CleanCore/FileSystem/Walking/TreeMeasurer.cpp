@@ -14,14 +14,14 @@ namespace CleanCore {
 
 namespace {
 
-// All workers together have to stay below the usual limit of 1024 descriptors: what cannot be
-// opened would not be counted.
+// All workers together have to stay below the usual limit of 1024 descriptors, since a folder that
+// cannot be opened is not counted.
 constexpr std::size_t openFolderLimit = 12;
 constexpr unsigned entriesBetweenStopChecks = 64;
 
 using SharedFolder = std::shared_ptr<const FileDescriptor>;
 
-/// What is summed up for one entry; written by every worker that measures a part of it.
+/// The sums of one entry; written by every worker that measures a part of it.
 struct Total
 {
     std::atomic<std::int64_t> sizeBytes = 0;
@@ -29,7 +29,8 @@ struct Total
     std::optional<EntryIdentity> identity;
 };
 
-/// A part of the work that any worker can take. Exactly one of the three kinds is present.
+/// A part of the work that any worker can take: entries of the job, subfolders, or a batch of
+/// names.
 struct Piece
 {
     SharedFolder folder;
@@ -39,7 +40,7 @@ struct Piece
     std::size_t lastEntry = 0;
     // Subfolders of `folder` to be walked.
     NameList subfolders;
-    // Names of `folder` that were read and not yet looked at.
+    // Names of `folder` that were read and not yet counted.
     std::optional<DirectoryReader> batch;
 };
 
@@ -81,7 +82,7 @@ private:
     Job& m_job;
     DirectoryReader m_reader;
     FolderStack m_stack = FolderStack(openFolderLimit);
-    // The levels before it have nothing to give away: subfolders only come in at the top.
+    // The entry of the job that is being measured.
     std::size_t m_entry = 0;
     std::int64_t m_sizeBytes = 0;
     Timestamp m_latest = distantPast;
@@ -191,7 +192,7 @@ void PieceWalk::readTop()
     SharedFolder handedOut;
     FolderStack::Level& level = m_stack.top();
     while (m_reader.readBatch(level.folder.get()) > 0) {
-        // A flat folder has no subfolders to give away, so its names are.
+        // A flat folder has no subfolders to share, so its names are shared.
         if (m_job.wantsPieces() && m_reader.isLarge()) {
             if (!handedOut) {
                 handedOut = std::make_shared<const FileDescriptor>(duplicate(level.folder.get()));

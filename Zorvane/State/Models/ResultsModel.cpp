@@ -1,6 +1,5 @@
 #include "Zorvane/State/Models/ResultsModel.h"
 
-#include "CleanCore/Commands/CommandAreas.h"
 #include "Zorvane/Desktop/DisplayText.h"
 #include "Zorvane/State/AppState.h"
 #include "Zorvane/State/Models/RuleDisplay.h"
@@ -208,11 +207,6 @@ void ResultsModel::setSelected(int row, bool isSelected)
         m_state.categoryBinding(place->category).set(isSelected);
     } else if (place && place->kind == RowKind::item) {
         const CategoryResult& result = m_state.categories()[place->category];
-        if (CleanCore::clearsWholeArea(result.rule.id)) {
-            // Its tool knows no single items: whoever chooses one would lose them all unseen.
-            m_state.categoryBinding(place->category).set(isSelected);
-            return;
-        }
         m_state.itemBinding(result.rule.id, result.items[place->item].path).set(isSelected);
     }
 }

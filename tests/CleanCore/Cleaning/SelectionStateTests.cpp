@@ -92,6 +92,20 @@ TEST(SelectionState, SelectsAndDeselectsOneRuleOfAnyTierAndKind)
     EXPECT_EQ(chosen(state), defaultChoice);
 }
 
+TEST(SelectionState, TogglesAnAreaThatIsClearedAsAWholeTogether)
+{
+    std::vector<CategoryResult> results = sampleResults();
+    results[2].isClearedAsWhole = true;
+    SelectionState state(results);
+    state.toggle("tool", "label 2");
+    EXPECT_THAT(chosen(state),
+                ElementsAre(defaultChoice[0], "tool: label 1 label 2", defaultChoice[1]));
+    state.toggle("tool", "label 1");
+    EXPECT_EQ(chosen(state), defaultChoice);
+    state.toggle("caches", "/c2");
+    EXPECT_EQ(state.selections().front().itemsLeftOut, 1U);
+}
+
 TEST(SelectionState, KeepsAnUnknownItemWithoutCountingIt)
 {
     SelectionState state(sampleResults());

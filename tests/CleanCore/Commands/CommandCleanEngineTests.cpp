@@ -126,12 +126,21 @@ TEST(CommandCleanEngine, StopsBeforeTheNextItemAndKeepsWhatWasDone)
     EXPECT_EQ(runner->calls(), std::vector<Call>{deletion("1")});
 }
 
-TEST(CommandAreas, TellWhichAreasAToolClearsAsAWhole)
+TEST(CommandCleanEngine, RefusesAPartOfAnAreaThatIsClearedAsAWhole)
 {
-    EXPECT_TRUE(clearsWholeArea("brew-cleanup"));
-    EXPECT_TRUE(clearsWholeArea("dev-unavailable-simulators"));
-    for (const char* id : {"tm-local-snapshots", "docker-reclaimable", "dev-flatpak-unused",
-                           "podman-reclaimable", "unknown", "Brew-cleanup", ""}) {
-        EXPECT_FALSE(clearsWholeArea(id)) << id;
+    for (const bool dryRun : {false, true}) {
+        const auto runner = std::make_shared<ScriptedCommandRunner>(
+            Script{{armBrew, ""}, {xcrun, ""}, {deletion("1"), ""}});
+        std::vector selections = {selection("brew-cleanup", {{.path = "/a"}}),
+                                  selection("dev-unavailable-simulators", {{.path = "A (1)"}}),
+                                  selection("tm-local-snapshots", {{.path = snapshot("1")}})};
+        for (CleaningSelection& each : selections) {
+            each.itemsLeftOut = 1;
+        }
+        const CleaningReport report = CommandCleanEngine(runner).run(selections, dryRun, {});
+        EXPECT_EQ(skippedPaths(report), (Paths{"/a", "A (1)"}));
+        EXPECT_EQ(report.removed, (Removed{{snapshot("1"), 0}}));
+        EXPECT_EQ(runner->calls(),
+                  dryRun ? std::vector<Call>() : std::vector<Call>({deletion("1")}));
     }
 }

@@ -165,12 +165,15 @@ TEST(CommandScanEngine, GivesEveryCommandRuleOneResultInOrder)
     EXPECT_EQ(runner->calls(), std::vector<Call>{tmutil});
 }
 
-TEST(CommandScanEngine, RunsNoToolWithoutLocations)
+TEST(CommandScanEngine, RunsNoToolWithoutLocationsAndTellsWhatIsClearedAsAWhole)
 {
     const auto runner = std::make_shared<ScriptedCommandRunner>(Script{{tmutil, "x"}});
     const CommandScanEngine engine(runner, ToolLocations::none());
     for (const CommandArea& area : commandAreas()) {
-        EXPECT_EQ(engine.scan(std::vector{commandRule(std::string(area.ruleId))}).size(), 1U);
+        const auto results = engine.scan(std::vector{commandRule(std::string(area.ruleId))});
+        ASSERT_EQ(results.size(), 1U);
+        EXPECT_EQ(results[0].isClearedAsWhole,
+                  area.ruleId == "brew-cleanup" || area.ruleId == "dev-unavailable-simulators");
     }
     EXPECT_TRUE(runner->calls().empty());
 }
