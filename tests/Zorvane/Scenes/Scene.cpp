@@ -60,7 +60,9 @@ const std::vector<Scene>& allScenes()
         {"report both",
          "typical; busy .npm, _npx; busy .cache, evince; protect .cache/babl; results; clean"},
         {"report details",
-         "area temp-npm, safe, npm, hostile=10M; busy npm, hostile; results; clean; details", true},
+         "area temp-npm, safe, npm, hostile=10M, a=9M, b=8M, c=7M; busy npm, hostile, a, b, c; "
+         "results; clean; details",
+         true},
         {"report huge-figures",
          "area cache-a, safe, a, a=largest, b=2; free largest; results; clean"},
         {"icloud measuring", "cloud Photos, 4, 1G; cloud Design, 4, 2G; hold measuring, Photos, "

@@ -103,18 +103,19 @@ void hold(MainWindow& window, const Strings& arguments)
         {"sizing", [&] { disk.onMeasure = pass; }},
         {"removing", [&] { disk.onRemove = pass; }},
         {"measuring", [&] { disk.onVisit = pass; }},
-        {"releasing", [&] { disk.onRelease = pass; }},
+        {"releasing", [&] { window.application.drive->onRelease = pass; }},
     };
     works.at(arguments[0])();
 }
 
-/// Lets the measuring of an entry of the cloud drive run out of time.
+/// Lets the first measuring of an entry of the cloud drive run out of time.
 void delay(ScriptedApplication& application, const std::string& name)
 {
     // Each thread has its own clock, so that only one measuring is late.
     static thread_local bool isLate = false;
-    const std::string late = ScriptedApplication::cloudPath(name);
-    application.disk->onVisit = [late](const std::string& path) { isLate = path == late; };
+    application.disk->onVisit =
+        [late = ScriptedApplication::cloudPath(name), times = std::make_shared<std::atomic<int>>()](
+            const std::string& path) { isLate = path == late && (*times)++ == 0; };
     application.steadyNow = [] {
         return std::chrono::steady_clock::time_point() + std::chrono::seconds(isLate ? 91 : 0);
     };
@@ -183,8 +184,10 @@ const std::map<std::string, Step>& setUps()
          }},
         {"busy",
          [](auto& w, auto& a) {
-             for (const std::string& name : names(a[1])) {
-                 w.application.disk->irremovable.insert(inHome(a[0] + '/' + name));
+             for (const std::string& each : a) {
+                 for (const std::string& name : names(each)) {
+                     w.application.disk->irremovable.insert(inHome(a[0] + '/' + name));
+                 }
              }
          }},
         {"protect",
