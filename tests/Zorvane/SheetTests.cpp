@@ -206,7 +206,7 @@ TEST(Sheets, ReleaseTheTickedDownloads)
     EXPECT_FALSE(button.isEnabled());
     EXPECT_EQ(button.opacity(), 1);
     window.gate->open();
-    waitUntil([&] { return !window.state().isEvicting(); });
+    waitUntil([&] { return !window.state().cloud()->isEvicting(); });
     window.settle();
     EXPECT_TRUE(window.texts().contains(QStringLiteral("released")));
     EXPECT_EQ(window.control(QStringLiteral("Free up Zero KB")).opacity(), 0.5);

@@ -275,11 +275,14 @@ Zorvane::AppState& MainWindow::open()
 {
     addBundledTexts(application, m_wording);
     m_state = std::make_unique<Zorvane::AppState>(application.environment());
+    m_models = std::make_unique<Zorvane::Models>(state());
     show([&](QQmlApplicationEngine& engine) {
-        engine.setInitialProperties({{QStringLiteral("appState"), QVariant::fromValue(&state())},
-                                     {QStringLiteral("animated"), false},
-                                     {QStringLiteral("width"), m_size.width()},
-                                     {QStringLiteral("height"), m_size.height()}});
+        engine.setInitialProperties(
+            {{QStringLiteral("appState"), QVariant::fromValue(&state())},
+             {QStringLiteral("models"), QVariant::fromValue(m_models.get())},
+             {QStringLiteral("animated"), false},
+             {QStringLiteral("width"), m_size.width()},
+             {QStringLiteral("height"), m_size.height()}});
         engine.load(QUrl(QStringLiteral("qrc:/Zorvane/Shell/Main.qml")));
     });
     return state();
