@@ -1,6 +1,5 @@
 #include "CleanCore/Commands/CommandCleanEngine.h"
 #include "CleanCore/Commands/CommandScanEngine.h"
-#include "CleanCore/Commands/Running/SystemCommandRunner.h"
 #include "tests/Support/ScriptedCommandRunner.h"
 #include "tests/Support/Table.h"
 #include "tests/Support/TemporaryFolder.h"
@@ -352,32 +351,6 @@ TEST(ToolAreas, AreClearedByTheirTools)
                   std::vector{rows[4].selections[0], rows[0].selections[0]}, source.get_token())),
               "com.apple.TimeMachine.1.local 0");
     EXPECT_EQ(stopping->calls(), callsOf(first));
-}
-
-TEST(ToolAreas, AreListedAndClearedThroughRealChildrenOfAnotherRoot)
-{
-    const TemporaryFolder root;
-    root.makeFile("usr/bin/tmutil", "#!/bin/sh\n"
-                                    "cd \"$(dirname \"$0\")\" || exit 1\n"
-                                    "case \"$1\" in\n"
-                                    "listlocalsnapshots) cat snapshots ;;\n"
-                                    "*) grep -q -- \"$2\" snapshots && sed -i \"/$2/d\" snapshots\n"
-                                    "esac\n");
-    root.makeFile("usr/bin/snapshots", "com.apple.TimeMachine.1.local\n"
-                                       "com.apple.TimeMachine.2.local\n");
-    root.setMode("usr/bin/tmutil", 0755);
-    const auto locations = ToolLocations::forHome(true, root.path());
-    const auto runner = std::make_shared<SystemCommandRunner>();
-    const std::vector rules = {commandRule("tm-local-snapshots"), commandRule("brew-cleanup")};
-    const CommandScanEngine scanner(runner, locations);
-    EXPECT_EQ(text(scanner.scan(rules).at(0).items),
-              "com.apple.TimeMachine.1.local 0, com.apple.TimeMachine.2.local 0");
-    const CommandCleanEngine cleaner(runner, locations);
-    const std::vector chosen = {
-        selection("tm-local-snapshots", {{"com.apple.TimeMachine.2.local"}})};
-    EXPECT_EQ(text(cleaner.clean(chosen)), "com.apple.TimeMachine.2.local 0");
-    EXPECT_EQ(text(cleaner.clean(chosen)), "not com.apple.TimeMachine.2.local");
-    EXPECT_EQ(text(scanner.scan(rules).at(0).items), "com.apple.TimeMachine.1.local 0");
 }
 
 TEST(ToolLocations, NameNoRealToolInAConfinedHome)
