@@ -134,12 +134,6 @@ Outcome remove(std::vector<CleaningSelection> selections, const Workspace& works
     return {std::move(report), freed, dryRun};
 }
 
-const char* nameOf(CleaningReport::SkipReason reason)
-{
-    return reason == CleaningReport::SkipReason::blockedBySafetyGuard ? "blockedBySafetyGuard"
-                                                                      : "removalFailed";
-}
-
 void printJson(const Outcome& outcome)
 {
     nlohmann::ordered_json document;
@@ -154,7 +148,7 @@ void printJson(const Outcome& outcome)
     for (const CleaningReport::SkippedItem& item : outcome.report.skipped) {
         nlohmann::ordered_json json;
         setPath(json, item.path);
-        json["reason"] = nameOf(item.reason);
+        json["reason"] = CleaningReport::name(item.reason);
         document["skipped"].push_back(std::move(json));
     }
     document["totalBytesFreed"] = outcome.report.totalBytesFreed();

@@ -1,6 +1,7 @@
 #include "ZorvaneCLI/CleanPreview.h"
 
 #include "CleanCore/Support/SaturatingSum.h"
+#include "ZorvaneCLI/ColumnTable.h"
 #include "ZorvaneCLI/TerminalText.h"
 
 #include <algorithm>
@@ -29,8 +30,8 @@ bool needsReview(const CleaningSelection& selection)
 
 std::string areaText(const CleaningSelection& selection, const CleanCore::TextTable& texts)
 {
-    using enum TextTable::Alignment;
-    TextTable table({right, left});
+    using enum ColumnTable::Alignment;
+    ColumnTable table({right, left});
     for (const ScannedItem& item : selection.items) {
         table.add({"  " + byteCount(item.sizeBytes), escaped(item.path)});
     }

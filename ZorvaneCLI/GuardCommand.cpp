@@ -7,25 +7,7 @@
 
 namespace ZorvaneCLI {
 
-using CleanCore::BlockReason;
 using CleanCore::SafetyVerdict;
-
-namespace {
-
-const char* nameOf(BlockReason reason)
-{
-    switch (reason) {
-    case BlockReason::outsideAllowedBase:
-        return "outsideAllowedBase";
-    case BlockReason::protectedUserPath:
-        return "protectedUserPath";
-    case BlockReason::criticalSystemPath:
-        break;
-    }
-    return "criticalSystemPath";
-}
-
-} // namespace
 
 ExitStatus guard(const GuardOptions& options)
 {
@@ -41,7 +23,7 @@ ExitStatus guard(const GuardOptions& options)
         std::cout << "allowed\n";
         return ExitStatus::done;
     }
-    std::cout << "blocked: " << nameOf(verdict.reason()) << '\n';
+    std::cout << "blocked: " << name(verdict.reason()) << '\n';
     return ExitStatus::incomplete;
 }
 

@@ -6,6 +6,7 @@
 #include "CleanCore/Startup/HomeEnvironment.h"
 #include "CleanCore/Support/PathText.h"
 #include "ZorvaneCLI/CloudRefusalText.h"
+#include "ZorvaneCLI/ColumnTable.h"
 #include "ZorvaneCLI/PathJson.h"
 #include "ZorvaneCLI/TerminalText.h"
 
@@ -204,8 +205,8 @@ private:
 
     static void printList(const std::vector<ICloudEvictor::MeasureResult>& results)
     {
-        using enum TextTable::Alignment;
-        TextTable table({right, right, right, left, left});
+        using enum ColumnTable::Alignment;
+        ColumnTable table({right, right, right, left, left});
         table.add({"ON THIS DISK", "RELEASABLE", "FILES", "PATH", ""});
         for (const auto& [item, timedOut] : results) {
             std::string note = timedOut ? "not measured in time" : "";

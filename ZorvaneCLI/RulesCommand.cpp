@@ -1,4 +1,5 @@
 #include "CleanCore/Startup/Startup.h"
+#include "ZorvaneCLI/ColumnTable.h"
 #include "ZorvaneCLI/Commands.h"
 #include "ZorvaneCLI/TerminalText.h"
 #include "ZorvaneCLI/Workspace.h"
@@ -28,8 +29,8 @@ void printJson(const CleanCore::RulesCatalog& catalog, const CleanCore::TextTabl
 
 void printTable(const CleanCore::RulesCatalog& catalog, const CleanCore::TextTable& texts)
 {
-    using enum TextTable::Alignment;
-    TextTable table({left, left, left, right});
+    using enum ColumnTable::Alignment;
+    ColumnTable table({left, left, left, right});
     table.add({"AREA", "ID", "", "AGE"});
     for (const CleaningRule& rule : catalog.rules) {
         const bool needsReview = rule.tier == CleanCore::RuleTier::reviewRequired;

@@ -1,4 +1,5 @@
 #include "CleanCore/Cleaning/SelectionState.h"
+#include "ZorvaneCLI/ColumnTable.h"
 #include "ZorvaneCLI/Commands.h"
 #include "ZorvaneCLI/PathJson.h"
 #include "ZorvaneCLI/ScanRun.h"
@@ -12,7 +13,6 @@
 namespace ZorvaneCLI {
 
 using CleanCore::CategoryResult;
-using CleanCore::RuleKind;
 using CleanCore::RuleTier;
 using CleanCore::ScannedItem;
 using CleanCore::SelectionState;
@@ -49,8 +49,8 @@ void printJson(const Workspace& workspace, const SelectionState& selection)
         nlohmann::ordered_json category;
         category["ruleId"] = result.rule.id;
         category["title"] = workspace.texts.ruleTitle(result.rule.id);
-        category["tier"] = result.rule.tier == RuleTier::safe ? "A" : "B";
-        category["kind"] = result.rule.kind == RuleKind::command ? "command" : "fileSystem";
+        category["tier"] = name(result.rule.tier);
+        category["kind"] = name(result.rule.kind);
         category["totalBytes"] = result.totalBytes();
         category["hadAccessErrors"] = result.hadAccessErrors;
         category["items"] = nlohmann::ordered_json::array();
@@ -77,8 +77,8 @@ std::string note(const CategoryResult& result)
 
 void printAreas(const Workspace& workspace, const SelectionState& selection)
 {
-    using enum TextTable::Alignment;
-    TextTable table({left, right, right, left, left});
+    using enum ColumnTable::Alignment;
+    ColumnTable table({left, right, right, left, left});
     table.add({"AREA", "SIZE", "ITEMS", "ID", ""});
     std::size_t items = 0;
     for (const CategoryResult& result : selection.results()) {
@@ -94,7 +94,7 @@ void printAreas(const Workspace& workspace, const SelectionState& selection)
 
 void printItems(const Workspace& workspace, const CategoryResult& result)
 {
-    using enum TextTable::Alignment;
+    using enum ColumnTable::Alignment;
     std::cout << escaped(workspace.texts.ruleTitle(result.rule.id)) << "  "
               << byteCount(result.totalBytes()) << ", " << counted(result.items.size(), "item");
     const std::string remark = note(result);
@@ -103,7 +103,7 @@ void printItems(const Workspace& workspace, const CategoryResult& result)
         const std::string text = workspace.texts.textOrEmpty(key + result.rule.id);
         std::cout << (text.empty() ? "" : "  " + escaped(text) + "\n");
     }
-    TextTable table({right, left, left});
+    ColumnTable table({right, left, left});
     for (const ScannedItem& item : result.items) {
         const bool isDated = item.modifiedAt != CleanCore::distantPast;
         table.add({"  " + byteCount(item.sizeBytes),

@@ -6,7 +6,6 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
-#include <vector>
 
 /// Text for a terminal.
 namespace ZorvaneCLI {
@@ -21,21 +20,5 @@ using CleanCore::escaped;
 
 /// "1 item", "2 items".
 [[nodiscard]] std::string counted(std::size_t count, std::string_view singular);
-
-/// Rows of cells as aligned text, each row with its own line end.
-class TextTable
-{
-public:
-    enum class Alignment { left, right };
-
-    explicit TextTable(std::vector<Alignment> columns) : m_columns(std::move(columns)) {}
-
-    void add(std::vector<std::string> cells) { m_rows.push_back(std::move(cells)); }
-    [[nodiscard]] std::string text() const;
-
-private:
-    std::vector<Alignment> m_columns;
-    std::vector<std::vector<std::string>> m_rows;
-};
 
 } // namespace ZorvaneCLI

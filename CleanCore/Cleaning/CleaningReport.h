@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <numeric>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace CleanCore {
@@ -34,6 +35,13 @@ struct CleaningReport
         SkipReason reason = SkipReason::removalFailed;
         [[nodiscard]] bool operator==(const SkippedItem&) const = default;
     };
+
+    /// The name of the case.
+    [[nodiscard]] static std::string_view name(SkipReason reason)
+    {
+        return reason == SkipReason::blockedBySafetyGuard ? "blockedBySafetyGuard"
+                                                          : "removalFailed";
+    }
 
     std::vector<RemovedItem> removed;
     std::vector<SkippedItem> skipped;

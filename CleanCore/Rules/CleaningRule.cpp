@@ -11,7 +11,7 @@ namespace {
 template <typename Value>
 struct Spelling
 {
-    const char* text;
+    std::string_view text;
     Value value;
 };
 
@@ -33,7 +33,7 @@ Value decode(const Spelling<Value> (&spellings)[count], const nlohmann::json& js
 }
 
 template <typename Value, std::size_t count>
-const char* encode(const Spelling<Value> (&spellings)[count], Value value)
+std::string_view encode(const Spelling<Value> (&spellings)[count], Value value)
 {
     for (const auto& spelling : spellings) {
         if (value == spelling.value) {
@@ -44,6 +44,16 @@ const char* encode(const Spelling<Value> (&spellings)[count], Value value)
 }
 
 } // namespace
+
+std::string_view name(RuleTier tier)
+{
+    return encode(tiers, tier);
+}
+
+std::string_view name(RuleKind kind)
+{
+    return encode(kinds, kind);
+}
 
 void from_json(const nlohmann::json& json, CleaningRule& rule)
 {
@@ -59,8 +69,8 @@ void from_json(const nlohmann::json& json, CleaningRule& rule)
 void to_json(nlohmann::ordered_json& json, const CleaningRule& rule)
 {
     json = nlohmann::ordered_json{{"id", rule.id},
-                                  {"tier", encode(tiers, rule.tier)},
-                                  {"kind", encode(kinds, rule.kind)},
+                                  {"tier", name(rule.tier)},
+                                  {"kind", name(rule.kind)},
                                   {"titleKey", rule.titleKey},
                                   {"basePaths", rule.basePaths},
                                   {"minAgeDays", rule.minAgeDays},

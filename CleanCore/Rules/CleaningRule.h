@@ -3,15 +3,21 @@
 #include <cstdint>
 #include <nlohmann/json_fwd.hpp>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace CleanCore {
 
-/// How a rule's items are treated by default. In the catalog: "A" and "B".
+/// How a rule's items are treated by default.
 enum class RuleTier { safe, reviewRequired };
 
-/// How a rule is carried out. In the catalog: the case names.
+/// How a rule is carried out.
 enum class RuleKind { fileSystem, command };
+
+/// The names of the cases in the catalog and in the terminal's JSON: "A" and "B".
+[[nodiscard]] std::string_view name(RuleTier tier);
+/// The same: "fileSystem" and "command".
+[[nodiscard]] std::string_view name(RuleKind kind);
 
 /// One area that can be cleaned.
 struct CleaningRule

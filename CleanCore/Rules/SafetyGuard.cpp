@@ -18,6 +18,19 @@ constexpr std::size_t fewestRemovableComponents = 3;
 
 } // namespace
 
+std::string_view name(BlockReason reason)
+{
+    switch (reason) {
+    case BlockReason::outsideAllowedBase:
+        return "outsideAllowedBase";
+    case BlockReason::protectedUserPath:
+        return "protectedUserPath";
+    case BlockReason::criticalSystemPath:
+        break;
+    }
+    return "criticalSystemPath";
+}
+
 SafetyGuard::SafetyGuard(const std::string& home, const FileManager& fileManager,
                          std::span<const std::string> furtherProtected)
     : m_fileManager(&fileManager), m_home(normalizedComponents(home))

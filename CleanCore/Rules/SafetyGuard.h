@@ -19,6 +19,9 @@ enum class BlockReason {
     criticalSystemPath,
 };
 
+/// The name of the case.
+[[nodiscard]] std::string_view name(BlockReason reason);
+
 /// The guard's answer. Equality compares both fields.
 class SafetyVerdict
 {
