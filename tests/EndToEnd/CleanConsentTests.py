@@ -10,7 +10,7 @@ import unittest
 
 from support import CLI, ProgramTest, everything_shown, exact_path, rule, snapshot
 
-FOLDERS = 3000
+SNAPSHOTS = 200
 
 
 class CleanConsent(ProgramTest):
@@ -63,29 +63,31 @@ class CleanConsent(ProgramTest):
         self.assertFalse(os.path.lexists(self.home / "area/a"))
 
     def test_a_request_to_end_finishes_the_item_in_hand_and_leaves_the_rest(self):
-        for folder in range(FOLDERS):
-            os.makedirs(self.home / f"area/{folder:04}/inner")
-            self.file(f"home/area/{folder:04}/inner/file", b"")
-        self.file("home/area/a", b"x" * 500_000)
-        items = list(map(exact_path, self.scan(
-            *self.arguments[2:], "--rule", "cache-area")["categories"][0]["items"]))
-        self.assertEqual(items[0], os.fsencode(self.home / "area/a"), "the largest comes first")
+        deleted = self.world / "tool/deleted"
+        deleted.parent.mkdir()
+        self.file("home/.tools/usr/bin/tmutil", f"""#!/bin/sh
+if [ "$1" = listlocalsnapshots ]; then
+    seq -f "com.apple.TimeMachine.2026-01-01-%06.0f.local" {SNAPSHOTS}
+else
+    [ -e {deleted} ] || kill -INT $PPID
+    echo "$2" >> {deleted}
+fi
+""", mode=0o755)
+        catalog = self.catalog(rule("cache-area"),
+                               rule("tm-local-snapshots", [], "B", kind="command"))
         before = snapshot(self.world)
-        with subprocess.Popen([CLI, "clean", *map(str, self.arguments), "--rule", "cache-area",
-                               "--all", "--yes", "--json"], stdout=subprocess.PIPE,
-                              stderr=subprocess.PIPE) as process:
-            while os.path.lexists(items[0]) and process.poll() is None:
-                pass
-            process.send_signal(signal.SIGINT)
-            output, errors = process.communicate()
-        report = json.loads(output)
-        removed = list(map(exact_path, report["removed"]))
-        # No item is gone in part: what is not in the report is as it was.
-        self.assert_left(before, removed)
-        self.assertEqual((report["skipped"], removed), ([], items[:len(removed)]))
-        self.assertTrue(0 < len(removed) < len(items))
+        process = self.run_program(
+            "clean", "--home", self.home, "--tools", self.home / ".tools", "--catalog", catalog,
+            "--rule", "cache-area", "--rule", "tm-local-snapshots", "--all", "--json", "--yes")
         self.assertEqual(process.returncode, 130)
-        self.assertRegex(errors, rb"\Azorvane-cli: interrupted[^\n]*\n\Z")
+        self.assertRegex(process.stderr, rb"\Azorvane-cli: interrupted[^\n]*\n\Z")
+        report = json.loads(process.stdout)
+        file, *snapshots = report["removed"]
+        self.assertEqual((report["skipped"], file["path"]), ([], str(self.home / "area/a")))
+        self.assertTrue(0 < len(snapshots) < SNAPSHOTS)
+        self.assertEqual(len(deleted.read_text().split()), len(snapshots))
+        deleted.unlink()
+        self.assert_left(before, [self.home / "area/a", deleted])
 
     def test_a_request_to_end_ends_a_scan_at_any_moment(self):
         def leave_pending(number):
