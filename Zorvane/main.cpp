@@ -1,9 +1,11 @@
 #include "CleanCore/Commands/Running/ChildSignal.h"
-#include "CleanCore/Startup/StartError.h"
-#include "Zorvane/Desktop/DisplayText.h"
+#include "CleanCore/Rules/ResourceBundle.h"
 #include "Zorvane/Desktop/ReducedMotion.h"
+#include "Zorvane/Desktop/TerminationSignals.h"
 #include "Zorvane/Startup/ApplicationEnvironment.h"
 #include "Zorvane/State/AppState.h"
+
+#include "Words/StartErrorText.h"
 
 #include <CLI/CLI.hpp>
 #include <QGuiApplication>
@@ -64,6 +66,9 @@ int show(int& argc, char** argv, const ApplicationOptions& options,
     QQuickWindow::setTextRenderType(QQuickWindow::NativeTextRendering);
 
     Zorvane::AppState state(std::move(environment));
+    const Zorvane::TerminationSignals termination;
+    QObject::connect(&termination.notifier(), &QSocketNotifier::activated, &state,
+                     [&state] { state.requestClose(); });
     QQmlApplicationEngine engine;
     engine.addImportPath(QStringLiteral("qrc:/"));
     const bool isAnimated = !options.noAnimations && !Zorvane::wantsReducedMotion();
@@ -71,6 +76,12 @@ int show(int& argc, char** argv, const ApplicationOptions& options,
                                  {QStringLiteral("animated"), isAnimated}});
     engine.load(QUrl(QStringLiteral("qrc:/Zorvane/Shell/Main.qml")));
     return engine.rootObjects().isEmpty() ? EXIT_FAILURE : QGuiApplication::exec();
+}
+
+int complain(std::string_view text, Words::ExitStatus status)
+{
+    Words::printError("zorvane", text);
+    return static_cast<int>(status);
 }
 
 int parseAndShow(int argc, char** argv)
@@ -82,15 +93,15 @@ int parseAndShow(int argc, char** argv)
         if (error.get_exit_code() == static_cast<int>(CLI::ExitCodes::Success)) {
             return commandLine.app.exit(error);
         }
-        std::cerr << "zorvane: " << Zorvane::displayText(error.what()).toStdString()
-                  << " (--help tells more)\n";
-        return static_cast<int>(CleanCore::StartError::Reason::wrongUsage);
+        return complain(Words::usageErrorText(error.what()), Words::ExitStatus::wrongUsage);
     }
     try {
         return show(argc, argv, commandLine.options, Zorvane::makeEnvironment(commandLine.options));
     } catch (const CleanCore::StartError& error) {
-        std::cerr << "zorvane: " << Zorvane::displayText(error.what()).toStdString() << '\n';
-        return static_cast<int>(error.reason());
+        return complain(Words::startErrorText(error), Words::exitStatus(error));
+    } catch (const CleanCore::ResourceBundle::Missing&) {
+        std::cerr << Words::missingBundleText << '\n';
+        return static_cast<int>(Words::ExitStatus::catalogUnusable);
     }
 }
 

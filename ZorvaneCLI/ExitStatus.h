@@ -1,21 +1,12 @@
 #pragma once
 
+#include "Words/ExitStatus.h"
+
 #include <stdexcept>
 
 namespace ZorvaneCLI {
 
-/// What the process ends with; scripts rely on the numbers.
-enum class ExitStatus : int {
-    done = 0,
-    /// Done, but something was skipped, refused or unreadable.
-    incomplete = 1,
-    wrongUsage = 2,
-    /// The catalog or its folder is missing or invalid.
-    catalogUnusable = 3,
-    /// Nobody agreed to a removal.
-    refused = 4,
-    interrupted = 130,
-};
+using Words::ExitStatus;
 
 /// Ends the run with a status and one line on standard error. The message quotes what it was given
 /// as it is.

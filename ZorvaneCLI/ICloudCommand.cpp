@@ -1,10 +1,11 @@
 #include "ZorvaneCLI/ICloudCommand.h"
 
+#include "CleanCore/CloudDrive/CloudDrive.h"
 #include "CleanCore/CloudDrive/ICloudEvictor.h"
-#include "CleanCore/CloudDrive/StandIn/CloudDrive.h"
 #include "CleanCore/FileSystem/FileManager.h"
 #include "CleanCore/Startup/HomeEnvironment.h"
 #include "CleanCore/Support/PathText.h"
+#include "ZorvaneCLI/CloudRefusalText.h"
 #include "ZorvaneCLI/ColumnTable.h"
 #include "ZorvaneCLI/PathJson.h"
 #include "ZorvaneCLI/TerminalText.h"
@@ -29,8 +30,8 @@ namespace PathText = CleanCore::PathText;
 namespace {
 
 constexpr std::chrono::seconds measuringTime{90};
-/// Never comes, but for one who is interrupted.
-constexpr auto noHurry = ICloudEvictor::Deadline::max() - measuringTime;
+/// Never comes, except after an interruption.
+constexpr auto noDeadline = ICloudEvictor::Deadline::max() - measuringTime;
 
 std::string absolute(const std::string& path)
 {
@@ -39,7 +40,7 @@ std::string absolute(const std::string& path)
                                  : PathText::join(std::filesystem::current_path().native(), path));
 }
 
-/// A path on its own: its text, or where that cannot be exact an object as setPath() makes it.
+/// A path on its own: its text, or, where that is not exact, an object as setPath() makes it.
 ordered_json pathJson(const std::string& path)
 {
     ordered_json object;
@@ -76,7 +77,7 @@ ordered_json refusalsJson(const std::vector<CloudRefusal>& refusals)
     for (const CloudRefusal& refusal : refusals) {
         ordered_json object;
         setPath(object, refusal.path);
-        object["reason"] = refusal.failure.text();
+        object["reason"] = refusalText(refusal.failure);
         array.push_back(std::move(object));
     }
     return array;
@@ -85,7 +86,8 @@ ordered_json refusalsJson(const std::vector<CloudRefusal>& refusals)
 void printRefusals(const std::vector<CloudRefusal>& refusals)
 {
     for (const CloudRefusal& refusal : refusals) {
-        std::cerr << "refused: " << escaped(refusal.path) << ": " << refusal.failure.text() << '\n';
+        std::cerr << "refused: " << escaped(refusal.path) << ": " << refusalText(refusal.failure)
+                  << '\n';
     }
 }
 
@@ -100,9 +102,9 @@ public:
           m_drive(environment.cloudDrive(m_container, options.mirror
                                                           ? std::optional(absolute(*options.mirror))
                                                           : std::nullopt)),
-          m_fileManager(environment.fileManagerWith(m_drive)),
-          m_evictor(m_container, m_fileManager, environment.pool, [stop] {
-              // For one who does not want to wait any more the time is up.
+          m_fileManager(environment.fileManager),
+          m_evictor(m_container, m_fileManager, m_drive, environment.pool, [stop] {
+              // An interruption ends the measuring like a deadline.
               return stop.stop_requested() ? ICloudEvictor::Deadline::max()
                                            : std::chrono::steady_clock::now();
           })
@@ -126,14 +128,15 @@ public:
             break;
         }
         if (m_stop.stop_requested()) {
-            std::cerr << "zorvane-cli: interrupted; what was begun is finished, the rest is left\n";
+            std::cerr << "zorvane-cli: interrupted; the current entry was finished, the others "
+                         "were left as they are\n";
             return ExitStatus::interrupted;
         }
         return status;
     }
 
 private:
-    /// Whether the cloud drive can be listed; says so where it cannot.
+    /// Whether the cloud drive can be listed; prints why not.
     bool checkContainer() const
     {
         try {
@@ -146,7 +149,7 @@ private:
         }
     }
 
-    /// The named entries, each once and in their order; all where none is named.
+    /// The named entries, each once and in their order; all of them when none is named.
     std::vector<std::string> chosenPaths() const
     {
         std::vector<std::string> listed = m_evictor.topLevelChildren();
@@ -220,7 +223,7 @@ private:
     ExitStatus release(const std::vector<std::string>& paths) const
     {
         std::vector<ICloudItem> items;
-        for (auto& result : m_evictor.measureChildren(paths, noHurry)) {
+        for (auto& result : m_evictor.measureChildren(paths, noDeadline)) {
             items.push_back(std::move(result.item));
         }
         const auto report = m_evictor.evict(items, nullptr, m_stop);

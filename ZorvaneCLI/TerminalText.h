@@ -1,5 +1,7 @@
 #pragma once
 
+#include "CleanCore/Support/EscapedText.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <string>
@@ -8,14 +10,7 @@
 /// Text for a terminal.
 namespace ZorvaneCLI {
 
-/// A text from the disk so that it cannot drive the terminal or reorder what is around it: control,
-/// format and bidirectional characters and line ends as "\n", "\e", "\u{202E}", bytes that are not
-/// UTF-8 as "\xFF".
-[[nodiscard]] std::string escaped(std::string_view text);
-
-/// `text` if it is short; else its beginning, "…" and its end, whole characters only. What a
-/// message quotes may be as long as a file.
-[[nodiscard]] std::string shortened(std::string text);
+using CleanCore::escaped;
 
 /// The columns that an escaped text takes on a terminal.
 [[nodiscard]] std::size_t displayWidth(std::string_view text);

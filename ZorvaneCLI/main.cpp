@@ -1,10 +1,12 @@
 #include "CleanCore/Commands/Running/ChildSignal.h"
-#include "CleanCore/Startup/StartError.h"
+#include "CleanCore/Rules/ResourceBundle.h"
 #include "CleanCore/Startup/Startup.h"
 #include "ZorvaneCLI/Commands.h"
+#include "ZorvaneCLI/ExitStatus.h"
 #include "ZorvaneCLI/ICloudCommand.h"
 #include "ZorvaneCLI/Interruption.h"
-#include "ZorvaneCLI/TerminalText.h"
+
+#include "Words/StartErrorText.h"
 
 #include <CLI/CLI.hpp>
 #include <exception>
@@ -126,13 +128,13 @@ private:
     void addICloud()
     {
         CLI::App& command =
-            *app.add_subcommand("icloud", "The cloud drive: what is downloaded, released, fetched");
+            *app.add_subcommand("icloud", "The cloud drive: list, release and fetch its downloads");
         command.require_subcommand(1);
-        addICloudAction(command, ICloudAction::list, "list", "Show what is downloaded");
+        addICloudAction(command, ICloudAction::list, "list", "Show the downloads");
         addICloudAction(command, ICloudAction::release, "release",
-                        "In another home: give up downloads whose content is in the mirror");
+                        "In another home: release downloads whose content is in the mirror");
         addICloudAction(command, ICloudAction::fetch, "fetch",
-                        "In another home: bring released content back from the mirror");
+                        "In another home: fetch released content from the mirror");
     }
 
     void addICloudAction(CLI::App& parent, ICloudAction action, const char* name, const char* text)
@@ -169,11 +171,10 @@ void openMissingStandardStreams()
     }
 }
 
-/// What was given is quoted as it is, so that the whole line is escaped.
-int complain(const std::exception& error, int status)
+int complain(std::string_view text, ExitStatus status)
 {
-    std::cerr << "zorvane-cli: " << shortened(escaped(error.what())) << '\n';
-    return status;
+    Words::printError("zorvane-cli", text);
+    return static_cast<int>(status);
 }
 
 int parseAndRun(int argc, char** argv)
@@ -191,8 +192,7 @@ int parseAndRun(int argc, char** argv)
             dynamic_cast<const CLI::RequiredError*>(&error) != nullptr && !unknown.empty();
         const std::string complaint =
             isUnknownCommand ? "there is no command \"" + unknown.front() + "\"" : error.what();
-        std::cerr << "zorvane-cli: " << shortened(escaped(complaint)) << " (--help tells more)\n";
-        return static_cast<int>(ExitStatus::wrongUsage);
+        return complain(Words::usageErrorText(complaint), ExitStatus::wrongUsage);
     }
     const Interruption interruption;
     return static_cast<int>(commandLine.run(interruption));
@@ -211,10 +211,13 @@ int main(int argc, char** argv)
         }
         return status;
     } catch (const CommandError& error) {
-        return complain(error, static_cast<int>(error.status()));
+        return complain(error.what(), error.status());
     } catch (const CleanCore::StartError& error) {
-        return complain(error, static_cast<int>(error.reason()));
+        return complain(Words::startErrorText(error), Words::exitStatus(error));
+    } catch (const CleanCore::ResourceBundle::Missing&) {
+        std::cerr << Words::missingBundleText << '\n';
+        return static_cast<int>(ExitStatus::catalogUnusable);
     } catch (const std::exception& error) {
-        return complain(error, static_cast<int>(ExitStatus::incomplete));
+        return complain(error.what(), ExitStatus::incomplete);
     }
 }

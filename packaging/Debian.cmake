@@ -1,4 +1,4 @@
-# A Debian package of the whole: cmake --build build/release --target package
+# A Debian package of both programs: cmake --build build/release --target package
 set(ZORVANE_MAINTAINER "The Zorvane developers <zorvane@localhost>" CACHE STRING
     "Who answers for the Debian package: a name and an address in angle brackets")
 
@@ -15,14 +15,14 @@ set(CPACK_STRIP_FILES ON)
 
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 set(CPACK_DEBIAN_PACKAGE_SECTION utils)
-# Libraries are found by themselves. Modules of QML and fonts are looked for at run time only.
+# Dependencies on libraries are found automatically, on QML modules and fonts they are not.
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 set(list "${CMAKE_CURRENT_SOURCE_DIR}/debian-packages")
 set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS "${list}")
 file(STRINGS "${list}" runtime REGEX "^build +(qml6-module|fonts)-")
 list(TRANSFORM runtime REPLACE "^build +" "")
 list(JOIN runtime ", " CPACK_DEBIAN_PACKAGE_DEPENDS)
-# A screen reader's way to the window, the browser's for the legal pages, and Wayland.
+# For screen readers, for opening the legal pages, and for Wayland.
 set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "at-spi2-core, qt6-wayland, xdg-utils")
 
 include(CPack)

@@ -11,6 +11,10 @@ target_precompile_headers(WindowTestSupport PRIVATE <gmock/gmock.h> <QAbstractIt
 
 zorvane_add_tests(StateTests SUPPORT WindowTestSupport SOURCES
   Zorvane/State/*.cpp Zorvane/Desktop/*.cpp Zorvane/Support/EventLoopMain.cpp)
+if(NOT ZORVANE_WINDOW_TESTS)
+  return()
+endif()
+
 zorvane_add_tests(ThemeTests SUPPORT WindowTestSupport SOURCES
   Zorvane/ThemeTests.cpp Zorvane/ControlTests.cpp Zorvane/Support/WindowTestMain.cpp)
 zorvane_add_tests(SheetTests SUPPORT WindowTestSupport SOURCES

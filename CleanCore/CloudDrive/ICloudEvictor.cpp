@@ -1,9 +1,9 @@
 #include "CleanCore/CloudDrive/ICloudEvictor.h"
 
+#include "CleanCore/CloudDrive/CloudDrive.h"
 #include "CleanCore/CloudDrive/TreeCount.h"
 #include "CleanCore/FileSystem/FileManager.h"
 #include "CleanCore/Support/PathText.h"
-#include "CleanCore/Support/SaturatingSum.h"
 #include "CleanCore/Support/SharedWork.h"
 
 #include <algorithm>
@@ -18,7 +18,7 @@ namespace {
 constexpr std::int64_t filesBetweenReports = 2000;
 constexpr std::int64_t filesBetweenClockReadings = 256;
 
-/// One call of measureChildren(): the entries, taken one by one by whoever is free.
+/// One call of measureChildren(): whichever worker is free takes the next entry.
 class Measuring : public SharedWork<std::size_t>
 {
 public:
@@ -50,17 +50,14 @@ private:
 
 std::int64_t ICloudEvictor::EvictReport::appsStillBytes() const
 {
-    std::int64_t bytes = 0;
-    for (const ICloudAppBundle& app : appsStillDownloaded) {
-        bytes = saturatingSum(bytes, app.localBytes);
-    }
-    return bytes;
+    return totalBytes(appsStillDownloaded);
 }
 
 ICloudEvictor::ICloudEvictor(std::string container, std::shared_ptr<const FileManager> fileManager,
+                             std::shared_ptr<const CloudDrive> drive,
                              std::shared_ptr<TaskPool> pool, Clock clock)
     : m_container(std::move(container)), m_fileManager(std::move(fileManager)),
-      m_pool(std::move(pool)), m_clock(std::move(clock))
+      m_drive(std::move(drive)), m_pool(std::move(pool)), m_clock(std::move(clock))
 {
 }
 
@@ -74,7 +71,7 @@ std::vector<std::string> ICloudEvictor::topLevelChildren() const
             }
         }
     } catch (const std::system_error&) {
-        // A container that cannot be read offers nothing; half a listing would mislead.
+        // Half a listing would mislead.
         children.clear();
     }
     return children;
@@ -158,12 +155,12 @@ ICloudEvictor::EvictReport ICloudEvictor::evict(std::span<const ICloudItem> item
         if (progress) {
             progress(++index, static_cast<std::int64_t>(items.size()), item.path);
         }
-        // Compared by whole components: a folder beside the container may share its first letters.
+        // Compares whole components: a folder beside the container may share its first letters.
         if (!PathText::isSameOrInside(m_fileManager->resolvingSymbolicLinks(item.path), root)) {
             report.blocked.push_back(item.path);
             continue;
         }
-        for (CloudRefusal& refusal : m_fileManager->releaseLocalCopy(item.path)) {
+        for (CloudRefusal& refusal : m_drive->release(item.path)) {
             report.refused.push_back(std::move(refusal));
         }
         report.released.push_back(item.path);

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "CleanCore/CloudDrive/CloudRefusal.h"
 #include "CleanCore/CloudDrive/ICloudItem.h"
-#include "CleanCore/CloudDrive/StandIn/CloudRefusal.h"
 
 #include <chrono>
 #include <cstdint>
@@ -15,14 +15,15 @@
 
 namespace CleanCore {
 
+class CloudDrive;
 class FileManager;
 class TaskPool;
 
-/// Measures what of the cloud drive is downloaded, and releases downloads: the files stay in the
-/// cloud and in place, as placeholders that hold no bytes.
+/// Measures how much of the cloud drive is downloaded, and releases downloads: the files stay in
+/// the cloud, and here as placeholders that hold no bytes.
 ///
 /// An immutable value; every operation blocks and may be called from any thread and from several at
-/// once. Nothing throws and nothing reports an error: what cannot be read counts as nothing.
+/// once. Nothing throws or reports an error: unreadable entries count as nothing.
 class ICloudEvictor
 {
 public:
@@ -30,15 +31,15 @@ public:
     using Clock = std::function<Deadline()>;
     /// Files and bytes so far. Called on the thread that measures.
     using MeasureProgress = std::function<void(std::int64_t files, std::int64_t bytes)>;
-    /// The 1-based position of the item that is about to be released, the number of items, its
-    /// path. Called on the thread that releases.
+    /// The 1-based position of the item about to be released, the number of items, and its path.
+    /// Called on the thread that releases.
     using EvictProgress =
         std::function<void(std::int64_t index, std::int64_t total, const std::string& path)>;
 
     struct MeasureResult
     {
         ICloudItem item;
-        /// Whether the deadline came before the end; `item` then holds what was counted until then.
+        /// Whether the deadline came before the end; `item` then holds the counts until then.
         bool timedOut = false;
 
         [[nodiscard]] bool operator==(const MeasureResult&) const = default;
@@ -46,7 +47,7 @@ public:
 
     struct EvictReport
     {
-        /// How much the volume's free space has grown; never negative.
+        /// The growth of the volume's free space; never negative.
         std::int64_t freedBytes = 0;
         /// The items whose release was asked for, refused ones included, in item order.
         std::vector<std::string> released;
@@ -54,8 +55,8 @@ public:
         std::vector<ICloudAppBundle> appsStillDownloaded;
         /// The items that do not lie in the container and were not touched, in item order.
         std::vector<std::string> blocked;
-        /// What the platform refused of the released items, for those who want to tell; the
-        /// report is otherwise the same as if it had been released.
+        /// The files of the released items that the cloud drive refused. They change nothing else
+        /// in the report.
         std::vector<CloudRefusal> refused;
 
         [[nodiscard]] std::int64_t appsStillBytes() const;
@@ -64,10 +65,10 @@ public:
 
     /// Does no work and checks nothing. With a pool, several entries are measured at once.
     ICloudEvictor(std::string container, std::shared_ptr<const FileManager> fileManager,
-                  std::shared_ptr<TaskPool> pool = nullptr,
+                  std::shared_ptr<const CloudDrive> drive, std::shared_ptr<TaskPool> pool = nullptr,
                   Clock clock = std::chrono::steady_clock::now);
 
-    /// The paths of the entries directly inside the container but hidden ones, in the file
+    /// The paths of the entries directly inside the container, without hidden ones, in the file
     /// manager's order; empty when the container cannot be read.
     [[nodiscard]] std::vector<std::string> topLevelChildren() const;
 
@@ -86,9 +87,9 @@ public:
     /// size in listing order.
     [[nodiscard]] std::vector<ICloudItem> listLocalCopies() const;
 
-    /// Asks for the release of `items`, one after the other in their order. An item that does not
-    /// lie in the container, links resolved, is left alone. The stop token is looked at before each
-    /// item: what was begun is finished, what was not reached is in no list.
+    /// Asks for the release of `items`, one after the other in their order. An item that, with
+    /// links resolved, lies outside the container is left alone. A stop request takes effect before
+    /// the next item; items that were not reached are in no list.
     [[nodiscard]] EvictReport evict(std::span<const ICloudItem> items,
                                     const EvictProgress& progress = nullptr,
                                     const std::stop_token& stop = {}) const;
@@ -100,6 +101,7 @@ private:
 
     std::string m_container;
     std::shared_ptr<const FileManager> m_fileManager;
+    std::shared_ptr<const CloudDrive> m_drive;
     std::shared_ptr<TaskPool> m_pool;
     Clock m_clock;
 };

@@ -6,13 +6,24 @@
 
 namespace CleanCore {
 
-std::int64_t ICloudItem::appBytes() const
+bool isAppBundleName(std::string_view name)
+{
+    constexpr std::string_view extension = ".app";
+    return name.size() > extension.size() && name.ends_with(extension);
+}
+
+std::int64_t totalBytes(const std::vector<ICloudAppBundle>& apps)
 {
     std::int64_t bytes = 0;
     for (const ICloudAppBundle& app : apps) {
         bytes = saturatingSum(bytes, app.localBytes);
     }
     return bytes;
+}
+
+std::int64_t ICloudItem::appBytes() const
+{
+    return totalBytes(apps);
 }
 
 std::int64_t ICloudItem::appFileCount() const

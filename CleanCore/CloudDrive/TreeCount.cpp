@@ -1,6 +1,5 @@
 #include "CleanCore/CloudDrive/TreeCount.h"
 
-#include "CleanCore/CloudDrive/AppBundleName.h"
 #include "CleanCore/Support/PathText.h"
 #include "CleanCore/Support/SaturatingSum.h"
 

@@ -1,20 +1,20 @@
 #pragma once
 
-#include "CleanCore/CloudDrive/ICloudAppBundle.h"
-#include "CleanCore/FileSystem/TreeVisitor.h"
+#include "CleanCore/CloudDrive/ICloudItem.h"
+#include "CleanCore/FileSystem/FileManager.h"
 
 #include <cstdint>
-#include <string>
+#include <string_view>
 #include <vector>
 
 namespace CleanCore {
 
-/// What a walk of one entry has counted so far. Entries are given in walk order, a folder before
-/// everything in it, so that a bundle ends with the first entry outside of it.
+/// The counts of a walk of one entry. Entries arrive in walk order, a folder before everything in
+/// it, so that a bundle ends with the first entry outside of it.
 class TreeCount
 {
 public:
-    /// Counts one entry. True when it was a file, which is when the figures have changed.
+    /// Counts one entry. Returns whether it was a file, and the figures have changed.
     bool add(const TreeEntry& entry);
 
     /// Ends the bundle that is open, if any. A bundle that holds no byte is not listed.
@@ -27,7 +27,7 @@ public:
 private:
     [[nodiscard]] bool isInsideBundle(std::string_view path) const;
 
-    // A bundle inside the open one belongs to it.
+    // Bundles inside the open one count towards it.
     bool m_isBundleOpen = false;
     ICloudAppBundle m_bundle;
 };

@@ -59,9 +59,9 @@ std::span<const CommandArea> commandAreas()
             .listings = {{"system", "df", "--format", "{{json .}}"}},
             .items = ToolOutput::dockerReclaimable,
         },
-        // "uninstall --unused" lists only by asking whether to go on, and would take more than was
-        // shown. What no app uses follows from three plain listings instead, the first of all
-        // installations: an app of the system may run on a runtime of the user.
+        // "uninstall --unused" lists only while it asks for consent, and would remove more than was
+        // shown. Three plain listings tell which runtimes no app uses. The first covers all
+        // installations, as an app of the system may run on a runtime of the user.
         CommandArea{
             .ruleId = "dev-flatpak-unused",
             .tool = Tool::flatpak,
@@ -77,9 +77,9 @@ std::span<const CommandArea> commandAreas()
                 },
             .credit = Credit::nothing,
         },
-        // Only images that have lost their name and that no container uses. A stopped container
-        // may be somebody's working environment, a named image is wanted, a volume holds data; and
-        // "--remote=false" keeps to this computer, whatever the environment says.
+        // Only images without a name that no container uses: a stopped container may be a working
+        // environment, somebody wants a named image, and a volume holds data. "--remote=false"
+        // keeps the tool to this computer, whatever the environment says.
         CommandArea{
             .ruleId = "podman-reclaimable",
             .tool = Tool::podman,

@@ -19,18 +19,18 @@ struct CommandArea
     enum class Clearing {
         /// The area is only shown.
         never,
-        /// One run clears everything, whatever was chosen.
+        /// One run clears the whole area.
         wholeArea,
         /// One run for each item.
         singleItems,
-        /// The same, for items that the tool still lists right before.
+        /// One run for each item that the tool still lists immediately before.
         singleItemsStillListed,
     };
 
-    /// What a removal is credited with.
+    /// The bytes that a removal counts as freed.
     enum class Credit {
         scannedSize,
-        /// Nothing: the tool's sizes count what other items share and what therefore stays.
+        /// None: the sizes include data that other items share, which stays.
         nothing,
     };
 
@@ -38,18 +38,18 @@ struct CommandArea
     Tool tool;
     /// The runs that list the area; they change nothing and ask nothing. All must succeed.
     std::vector<Arguments> listings;
-    /// Makes items of what the runs printed, one text for each. Takes any text.
+    /// Turns the outputs of the listings, in their order, into items. Accepts any text.
     std::vector<ScannedItem> (*items)(std::span<const std::string> outputs);
     Clearing clearing = Clearing::never;
-    /// The run that clears the item of this path; the path counts for nothing with wholeArea.
+    /// The run that clears the item of this path; wholeArea ignores the path.
     Arguments (*clearingArguments)(const std::string& path) = nullptr;
     Credit credit = Credit::scannedSize;
 };
 
-/// All areas that are known.
+/// All known areas.
 [[nodiscard]] std::span<const CommandArea> commandAreas();
 
-/// The area of a rule, ids compared exactly; null where there is none.
+/// The area of a rule, ids compared exactly; null if there is none.
 [[nodiscard]] const CommandArea* commandArea(std::string_view ruleId);
 
 } // namespace CleanCore

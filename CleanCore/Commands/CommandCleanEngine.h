@@ -9,12 +9,12 @@
 
 namespace CleanCore {
 
-/// Has tools clear what was chosen in their areas. An immutable value, as safe as its runner;
+/// Has tools clear the chosen items of their areas. An immutable value, as safe as its runner;
 /// clean() blocks while the tools run, one after the other.
 class CommandCleanEngine
 {
 public:
-    /// The runner should be one that is never stopped: what a tool has begun it should finish.
+    /// The runner should never be stopped, so that a tool finishes its work.
     explicit CommandCleanEngine(std::shared_ptr<const CommandRunning> runner,
                                 ToolLocations locations = ToolLocations::ofSystem());
 
@@ -23,8 +23,8 @@ public:
     /// cannot be cleaned, are skipped. Where a tool clears only the whole area, one run stands for
     /// all items, and a selection that leaves some of them out is skipped.
     ///
-    /// The stop token is looked at before each item, or each whole area: what was begun is
-    /// finished, what was not reached is in neither list.
+    /// The stop token is checked before each item or whole area. A removal under way is finished;
+    /// items that were not reached are in neither list.
     [[nodiscard]] CleaningReport clean(std::span<const CleaningSelection> selections,
                                        const std::stop_token& stop = {}) const;
 

@@ -20,8 +20,8 @@ public:
     /// One result for each command rule, in order; rules of other kinds are left out. An area that
     /// is unknown, or whose tool is missing or fails, has no items. Never fails.
     ///
-    /// The stop token is looked at before each run of a tool; rules that were not finished by then
-    /// have no result. To end a run that is under way, give the runner the same token.
+    /// The stop token is checked before each run of a tool; unfinished rules have no result. Give
+    /// the runner the same token to end a run that is under way.
     [[nodiscard]] std::vector<CategoryResult> scan(std::span<const CleaningRule> rules,
                                                    const std::stop_token& stop = {}) const;
 

@@ -10,7 +10,8 @@ namespace CleanCore {
 
 class CommandRunning;
 
-/// Runs tools wherever they are. An immutable value, as safe as its runner.
+/// Runs a tool at the first of its locations where that succeeds. An immutable value, as safe as
+/// its runner.
 class ToolRuns
 {
 public:
@@ -20,7 +21,7 @@ public:
     }
 
     /// The output of the first run that succeeds, over the tool's locations in order; nothing if
-    /// none does. Why is not kept: a missing tool and a failing one come to the same.
+    /// none does. A missing tool and a failing one are not told apart.
     [[nodiscard]] std::optional<std::string> run(Tool tool,
                                                  const std::vector<std::string>& arguments) const;
 

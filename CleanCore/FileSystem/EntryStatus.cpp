@@ -23,7 +23,7 @@ EntryKind kindOf(mode_t mode)
     return S_ISLNK(mode) ? EntryKind::symbolicLink : EntryKind::other;
 }
 
-/// Times beyond what a Timestamp holds (a damaged inode) become its nearest end.
+/// Clamps times that a Timestamp cannot hold, which a damaged inode may have.
 Timestamp timestampOf(const statx_timestamp& time)
 {
     constexpr std::int64_t limit = INT64_MAX / 1'000'000'000 - 1;
@@ -44,7 +44,7 @@ bool EntryStatus::isBeyondBoundaryOf(const EntryStatus& folder) const
 int readStatus(int directory, const char* name, EntryStatus& status)
 {
     struct statx raw;
-    constexpr unsigned mask = STATX_BASIC_STATS | STATX_MNT_ID;
+    constexpr unsigned mask = STATX_BASIC_STATS | STATX_BTIME | STATX_MNT_ID;
     const int flags = AT_SYMLINK_NOFOLLOW | AT_NO_AUTOMOUNT | (*name == '\0' ? AT_EMPTY_PATH : 0);
     if (::statx(directory, name, flags, mask, &raw) != 0) {
         return errno;
@@ -52,10 +52,12 @@ int readStatus(int directory, const char* name, EntryStatus& status)
     status.identity.device = makedev(raw.stx_dev_major, raw.stx_dev_minor);
     status.identity.inode = raw.stx_ino;
     status.identity.kind = kindOf(raw.stx_mode);
+    status.identity.birthTime = (raw.stx_mask & STATX_BTIME) != 0
+                                    ? timestampOf(raw.stx_btime).time_since_epoch().count()
+                                    : 0;
     status.mountId = (raw.stx_mask & STATX_MNT_ID) != 0 ? raw.stx_mnt_id : 0;
     status.mode = raw.stx_mode;
     status.owner = raw.stx_uid;
-    status.linkCount = raw.stx_nlink;
     status.allocatedBytes = static_cast<std::int64_t>(raw.stx_blocks) * blockBytes;
     status.lengthBytes = static_cast<std::int64_t>(raw.stx_size);
     status.modifiedAt = timestampOf(raw.stx_mtime);

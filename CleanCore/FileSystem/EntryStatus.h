@@ -12,11 +12,10 @@ namespace CleanCore {
 struct EntryStatus
 {
     EntryIdentity identity;
-    /// The mount that the entry was reached through; 0 where the kernel does not tell (before 5.8).
+    /// The mount that the entry was reached through; 0 on kernels before 5.8, which do not say.
     std::uint64_t mountId = 0;
     mode_t mode = 0;
     uid_t owner = 0;
-    std::uint32_t linkCount = 0;
     std::int64_t allocatedBytes = 0;
     std::int64_t lengthBytes = 0;
     Timestamp modifiedAt = distantPast;
@@ -24,9 +23,9 @@ struct EntryStatus
     [[nodiscard]] bool isFolder() const { return identity.kind == EntryKind::folder; }
     [[nodiscard]] bool isSymbolicLink() const { return identity.kind == EntryKind::symbolicLink; }
 
-    /// Whether this entry lies behind a boundary, seen from `folder` above it: another mount, or
-    /// (for a folder) another device. Files of an overlay may carry another device number without
-    /// lying behind anything, so for them the mount decides.
+    /// Whether a boundary separates this entry from `folder` above it: another mount or, for a
+    /// folder, another device. Files of an overlay may carry another device number than their
+    /// folder, so for files the mount decides.
     [[nodiscard]] bool isBeyondBoundaryOf(const EntryStatus& folder) const;
 };
 

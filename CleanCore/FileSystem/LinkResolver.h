@@ -9,8 +9,8 @@ namespace CleanCore {
 [[nodiscard]] std::string absolutePath(const std::string& path);
 
 /// `path`, made absolute, with every link in it followed and without "." and "..". Unlike
-/// realpath(3) it goes as far as it can: what does not exist is kept as it is written, and a link
-/// that leads in a circle stands for itself.
+/// realpath(3) it never fails: components that do not exist stay as they are written, and so does a
+/// link that leads in a circle.
 [[nodiscard]] std::string resolveSymbolicLinks(const std::string& path);
 
 } // namespace CleanCore

@@ -1,10 +1,8 @@
 #include "CleanCore/FileSystem/LinuxFileManager.h"
 
-#include "CleanCore/CloudDrive/StandIn/CloudDrive.h"
-#include "CleanCore/FileSystem/DescriptorPath.h"
+#include "CleanCore/FileSystem/Descriptors.h"
 #include "CleanCore/FileSystem/LinkResolver.h"
 #include "CleanCore/FileSystem/Removing/LinuxRemoval.h"
-#include "CleanCore/FileSystem/Shortage.h"
 #include "CleanCore/FileSystem/Walking/DirectoryReader.h"
 #include "CleanCore/FileSystem/Walking/TreeWalk.h"
 #include "CleanCore/Support/PathText.h"
@@ -19,10 +17,8 @@
 namespace CleanCore {
 
 LinuxFileManager::LinuxFileManager(UserFolders folders, std::optional<std::string> confinement,
-                                   std::shared_ptr<TaskPool> pool,
-                                   std::shared_ptr<const CloudDrive> cloudDrive)
-    : m_folders(std::move(folders)), m_confinement(std::move(confinement)), m_pool(std::move(pool)),
-      m_cloudDrive(std::move(cloudDrive))
+                                   std::shared_ptr<TaskPool> pool)
+    : m_folders(std::move(folders)), m_confinement(std::move(confinement)), m_pool(std::move(pool))
 {
     if (m_confinement) {
         m_confinement = resolveSymbolicLinks(*m_confinement);
@@ -31,12 +27,16 @@ LinuxFileManager::LinuxFileManager(UserFolders folders, std::optional<std::strin
 
 FileDescriptor LinuxFileManager::open(const std::string& path, int flags) const
 {
-    if (path.find('\0') != std::string::npos) {
+    const auto leadsThere = [&](const std::string& folder) {
+        return PathText::isSameOrInside(path, folder);
+    };
+    if (path.find('\0') != std::string::npos ||
+        std::ranges::any_of(m_folders.distrustedFolders, leadsThere)) {
         errno = ENOENT;
         return {};
     }
-    // The path is judged before anything is opened, so that nothing outside is even touched, and
-    // what was opened once more, so that a link exchanged in between changes nothing.
+    // The path is judged before it is opened, so that nothing outside is even touched, and the open
+    // file is judged again, in case a link was exchanged in between.
     if (m_confinement && !PathText::isSameOrInside(resolveSymbolicLinks(path), *m_confinement)) {
         errno = ENOENT;
         return {};
@@ -57,7 +57,7 @@ std::optional<std::string> LinuxFileManager::perUserFolder(PerUserFolder folder)
 
 bool LinuxFileManager::exists(const std::string& path) const
 {
-    // What cannot be looked for now is not missing; whoever opens it will be told why it cannot.
+    // After a shortage the path is not known to be missing; opening it reports the shortage.
     return open(path, O_PATH).isOpen() || isShortage(errno);
 }
 
@@ -135,14 +135,6 @@ std::optional<std::int64_t> LinuxFileManager::availableCapacity(const std::strin
         return std::nullopt;
     }
     return static_cast<std::int64_t>(capacity.f_bavail * capacity.f_frsize);
-}
-
-std::vector<CloudRefusal> LinuxFileManager::releaseLocalCopy(const std::string& path) const
-{
-    if (!m_cloudDrive) {
-        return {{path, {CloudRefusalReason::noMirror, 0}}};
-    }
-    return m_cloudDrive->release(path);
 }
 
 std::unique_ptr<Removal>

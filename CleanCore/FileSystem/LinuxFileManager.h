@@ -9,20 +9,16 @@
 
 namespace CleanCore {
 
-class CloudDrive;
-
 /// The file system of this machine. Names are listed in ascending order of their bytes.
 ///
 /// One that is confined to a folder treats everything that resolves outside of it as missing, at
-/// the entry of every operation; only resolvingSymbolicLinks tells where a link leads to.
+/// the entry of every operation; only resolvingSymbolicLinks() follows links out of it.
 class LinuxFileManager : public FileManager
 {
 public:
-    /// `confinement` is an existing folder; nothing leaves the whole system visible. Without a
-    /// cloud drive every release is refused.
+    /// `confinement` is an existing folder; without one the whole system is visible.
     LinuxFileManager(UserFolders folders, std::optional<std::string> confinement,
-                     std::shared_ptr<TaskPool> pool,
-                     std::shared_ptr<const CloudDrive> cloudDrive = nullptr);
+                     std::shared_ptr<TaskPool> pool);
 
     [[nodiscard]] std::optional<std::string> perUserFolder(PerUserFolder folder) const override;
     [[nodiscard]] bool exists(const std::string& path) const override;
@@ -35,21 +31,18 @@ public:
     [[nodiscard]] std::string resolvingSymbolicLinks(const std::string& path) const override;
     [[nodiscard]] std::optional<std::int64_t>
     availableCapacity(const std::string& path) const override;
-    [[nodiscard]] std::vector<CloudRefusal>
-    releaseLocalCopy(const std::string& path) const override;
     [[nodiscard]] std::unique_ptr<Removal>
     beginRemoval(const std::string& home,
                  std::span<const std::string> protectedFolders) const override;
 
 private:
-    /// Opens what `path` resolves to; closed, with errno set, when it cannot be opened or is not
-    /// visible here.
+    /// Opens the entry that `path` resolves to; closed, with errno set, when it cannot be opened or
+    /// lies outside the confinement.
     [[nodiscard]] FileDescriptor open(const std::string& path, int flags) const;
 
     UserFolders m_folders;
     std::optional<std::string> m_confinement;
     std::shared_ptr<TaskPool> m_pool;
-    std::shared_ptr<const CloudDrive> m_cloudDrive;
 };
 
 } // namespace CleanCore

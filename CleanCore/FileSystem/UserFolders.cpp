@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <fcntl.h>
 #include <fstream>
 #include <string_view>
 #include <sys/stat.h>
@@ -16,21 +17,9 @@ constexpr const char* alwaysProtected[] = {
     "Videos", "Templates",       "Public", ".ssh",
     ".gnupg", ".password-store", ".pki",   ".local/share/keyrings",
 };
-// Configuration, data, and the folders that the guard knows everywhere; here they only bar a
-// variable from naming them. Each may be a link to another place.
-constexpr const char* keptEverywhere[] = {
-    ".config",
-    ".local",
-    ".local/share",
-    ".local/state",
-    "Documents",
-    "Desktop",
-    "Downloads",
-    "Pictures",
-    "Music",
-    "Movies",
-    "Library/Mobile Documents",
-};
+// Configuration and data: no variable may name them. Each may be a link to another place.
+constexpr std::string_view configurationAndData[] = {".config", ".local", ".local/share",
+                                                     ".local/state"};
 
 std::optional<std::string> resolvedFolder(const std::string& path, struct stat& status)
 {
@@ -86,7 +75,7 @@ std::optional<std::string> userDirectory(std::string_view line, const std::strin
         return std::nullopt;
     }
     value = PathText::standardized(value);
-    // "The folder is disabled", in that file's own way.
+    // This is how the format says that a folder is disabled.
     if (PathText::isSameOrInside(home, value) ||
         PathText::isSameOrInside(resolvedOrSame(home), resolvedOrSame(value))) {
         return std::nullopt;
@@ -102,7 +91,7 @@ std::vector<std::string> protectedFolders(const std::string& home, const std::st
     }
     const std::string path = PathText::join(configuration, "user-dirs.dirs");
     struct stat status = {};
-    // Anything else than a small file is none of this format, and a FIFO would never end.
+    // Only a small regular file can be of this format; reading a FIFO would never end.
     constexpr off_t largest = off_t{1} << 20;
     if (::stat(path.c_str(), &status) != 0 || !S_ISREG(status.st_mode) ||
         status.st_size > largest) {
@@ -117,22 +106,35 @@ std::vector<std::string> protectedFolders(const std::string& home, const std::st
     return folders;
 }
 
-/// Whether a folder, by its name or by where that leads, holds more than what may be thrown away.
+/// Whether a folder, by its name or by its resolved path, may hold more than caches.
 bool holdsMoreThanCaches(const std::string& name, const std::string& resolved,
                          const UserFolders& folders)
 {
     const std::string home = resolvedOrSame(folders.home);
     const auto isAt = [&](const std::string& kept) {
-        return areRelated(resolved, resolvedOrSame(kept));
+        const std::string target = resolvedOrSame(kept);
+        // One that is a link to home or above it would bar everything; it bars nothing.
+        return !PathText::isSameOrInside(home, target) && areRelated(resolved, target);
     };
-    const auto isKept = [&](const char* kept) {
+    const auto isKept = [&](std::string_view kept) {
         return PathText::isSameOrInside(name, PathText::join(folders.home, kept)) ||
                PathText::isSameOrInside(name, PathText::join(home, kept)) ||
                isAt(PathText::join(home, kept));
     };
     return PathText::isSameOrInside(home, resolved) || PathText::isSameOrInside(resolved, "/run") ||
-           std::any_of(std::begin(keptEverywhere), std::end(keptEverywhere), isKept) ||
+           std::ranges::any_of(configurationAndData, isKept) ||
+           std::ranges::any_of(protectedHomeSubpaths, isKept) ||
            std::any_of(folders.protectedFolders.begin(), folders.protectedFolders.end(), isAt);
+}
+
+/// Whether a link leads to the root of a file system: a whole disk rather than a folder of caches.
+bool isLinkToMount(const std::string& name, const std::string& resolved)
+{
+    struct stat entry = {};
+    struct statx target = {};
+    return ::lstat(name.c_str(), &entry) == 0 && S_ISLNK(entry.st_mode) &&
+           ::statx(AT_FDCWD, resolved.c_str(), 0, STATX_TYPE, &target) == 0 &&
+           (target.stx_attributes & STATX_ATTR_MOUNT_ROOT) != 0;
 }
 
 enum class Sticky { refused, accepted };
@@ -151,10 +153,21 @@ std::optional<std::string> usable(const std::optional<std::string>& value, Stick
     std::string path = PathText::standardized(*value);
     const bool isSticky = (status.st_mode & S_ISVTX) != 0;
     if (!folder || (status.st_uid != home.st_uid && !(isSticky && sticky == Sticky::accepted)) ||
-        holdsMoreThanCaches(path, *folder, folders)) {
+        holdsMoreThanCaches(path, *folder, folders) || isLinkToMount(path, *folder)) {
         return std::nullopt;
     }
     return resolvedOrSame(path) == *folder ? path : *folder;
+}
+
+/// The folder that counts where no variable names one; distrusted where it leads to more than
+/// caches.
+std::string defaultFolder(std::string path, Sticky sticky, UserFolders& folders)
+{
+    struct stat entry = {};
+    if (::lstat(path.c_str(), &entry) == 0 && !usable(path, sticky, folders)) {
+        folders.distrustedFolders.push_back(path);
+    }
+    return path;
 }
 
 } // namespace
@@ -170,10 +183,13 @@ UserFolders UserFolders::ofAccount(const std::string& home, const Variables& var
             folders.protectedFolders.push_back(std::move(folder));
         }
     }
-    folders.cacheFolder = usable(variables("XDG_CACHE_HOME"), Sticky::refused, folders)
-                              .value_or(PathText::join(home, ".cache"));
+    const std::string cache =
+        defaultFolder(PathText::join(home, ".cache"), Sticky::refused, folders);
+    folders.cacheFolder =
+        usable(variables("XDG_CACHE_HOME"), Sticky::refused, folders).value_or(cache);
+    const auto temporary = usable(variables("TMPDIR"), Sticky::accepted, folders);
     folders.temporaryFolder =
-        usable(variables("TMPDIR"), Sticky::accepted, folders).value_or("/tmp");
+        temporary ? *temporary : defaultFolder("/tmp", Sticky::accepted, folders);
     return folders;
 }
 
@@ -181,9 +197,9 @@ UserFolders UserFolders::confinedTo(const std::string& home)
 {
     UserFolders folders;
     folders.home = home;
-    folders.cacheFolder = PathText::join(home, ".cache");
-    folders.temporaryFolder = PathText::join(home, ".tmp");
     folders.protectedFolders = CleanCore::protectedFolders(home, PathText::join(home, ".config"));
+    folders.cacheFolder = defaultFolder(PathText::join(home, ".cache"), Sticky::refused, folders);
+    folders.temporaryFolder = defaultFolder(PathText::join(home, ".tmp"), Sticky::refused, folders);
     return folders;
 }
 

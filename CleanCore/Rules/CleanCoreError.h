@@ -6,7 +6,7 @@
 
 namespace CleanCore {
 
-/// The core library's own failures. It carries no message for people; whoever shows one words it.
+/// The core library's own failures. It carries no message for people; the programs word it.
 class CleanCoreError : public std::exception
 {
 public:
@@ -19,7 +19,7 @@ public:
     [[nodiscard]] Kind kind() const { return m_kind; }
     /// Why the catalog is invalid; empty for the other kinds.
     [[nodiscard]] const std::string& reason() const { return m_reason; }
-    /// The tool that failed, as it was named by the caller; empty for the other kinds.
+    /// The tool that failed, as the caller named it; empty for the other kinds.
     [[nodiscard]] const std::string& executable() const { return m_executable; }
     [[nodiscard]] std::int32_t status() const { return m_status; }
 

@@ -14,13 +14,13 @@ namespace {
 
 constexpr const char* wholeUserFolders[] = {".config", ".local", ".local/share"};
 
-// Everything of the system, and of its other users, that a base could name; see hier(7). Folders
-// for anyone's temporary files and crash reports are no system folders.
+// The folders of the system and of other users; see hier(7). Public folders for temporary files and
+// crash reports are excepted.
 constexpr const char* systemFolders[] = {
     "/bin",  "/boot", "/dev", "/etc",  "/home", "/lib", "/lib32", "/lib64", "/libx32", "/opt",
     "/proc", "/root", "/run", "/sbin", "/snap", "/srv", "/sys",   "/usr",   "/var"};
 constexpr const char* publicFolders[] = {"/var/tmp", "/var/crash"};
-// Where people's homes are: the folders of the system that a home may lie in.
+// The folders of the system that hold people's homes.
 constexpr const char* foldersOfHomes[] = {"/home", "/var/home"};
 
 bool isPublic(const std::string& base)
@@ -37,8 +37,8 @@ bool isSystemFolder(const std::string& base)
                        [&](const char* folder) { return PathText::isSameOrInside(base, folder); });
 }
 
-/// Whether everything in this home is its owner's, though it lies where others' and the system's
-/// files are. Accounts of services have homes like "/" and "/usr/sbin".
+/// Whether everything in this home belongs to its owner. The homes of service accounts, such as "/"
+/// and "/usr/sbin", hold files of the system.
 bool isHomeOfAPerson(const std::string& home)
 {
     return home == "/root" ||

@@ -8,11 +8,10 @@ namespace CleanCore {
 class FileManager;
 struct RulesCatalog;
 
-/// A base of `catalog` that nobody should offer for cleaning in a person's own home, because it
-/// resolves to home, something above it, the user's configuration or data as a whole, or a folder
-/// of the system; nothing if there is none. A home that lies in the system's folders, as accounts
-/// of services have it ("/", "/usr/sbin"), makes nothing there the user's own. Meant for catalogs
-/// that did not come with the program.
+/// The first base of `catalog` that is too dangerous to offer in a person's own home: one that
+/// resolves to the home or a folder above it, to all configuration or data of the user, or to a
+/// folder of the system. Nothing if there is none. A service account whose home is a system folder
+/// ("/", "/usr/sbin") owns nothing there. For catalogs that did not come with the program.
 [[nodiscard]] std::optional<std::string>
 refusedBase(const RulesCatalog& catalog, const std::string& home, const FileManager& fileManager);
 

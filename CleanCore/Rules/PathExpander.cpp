@@ -1,8 +1,8 @@
 #include "CleanCore/Rules/PathExpander.h"
 
+#include "CleanCore/FileSystem/Descriptors.h"
 #include "CleanCore/FileSystem/FileManager.h"
 #include "CleanCore/FileSystem/LinkResolver.h"
-#include "CleanCore/FileSystem/Shortage.h"
 #include "CleanCore/Support/PathText.h"
 
 #include <algorithm>
@@ -23,7 +23,7 @@ struct Token
 constexpr Token tokens[] = {{"$DARWIN_USER_CACHE_DIR", PerUserFolder::cache},
                             {"$DARWIN_USER_TEMP_DIR", PerUserFolder::temporary}};
 
-/// One pattern's matches on their way.
+/// The matches of one pattern while it is expanded.
 class Matches
 {
 public:
@@ -32,7 +32,7 @@ public:
     {
     }
 
-    /// Looks for wildcards from component `first` on: an entry that is itself called "*" is a name.
+    /// Components before `first` are names, even when they are called "*".
     void append(const std::vector<std::string>& components, std::size_t first);
 
     Expansion expansion;
@@ -44,7 +44,7 @@ private:
 
     const FileManager& m_fileManager;
     const std::stop_token& m_stop;
-    // Which folders, by where they lead, each wildcard has been in.
+    // The resolved folders that each wildcard has already visited.
     std::set<std::pair<std::size_t, std::string>> m_visited;
     std::size_t m_repeatsLeft = repeatLimit;
 };
@@ -72,7 +72,7 @@ void Matches::append(const std::vector<std::string>& components, std::size_t fir
     }
 }
 
-/// The names that the wildcard stands for in one folder, as far as it may go through them.
+/// The names that the wildcard matches in one folder, within the limit on repeated visits.
 std::vector<std::string> Matches::namesFor(std::size_t wildcard, const std::string& folder)
 {
     const auto visit = [&] {
@@ -118,7 +118,12 @@ Expansion expansion(std::span<const std::string> patterns, const std::string& ho
             all.bases.push_back(std::move(base));
             continue;
         }
-        Expansion matches = expandGlob(PathText::components(base), fileManager, stop);
+        // Home and the current folder may have a component "*", which is a name.
+        const std::vector<std::string> components = PathText::components(base);
+        const std::string_view own =
+            std::string_view(pattern).substr(pattern.starts_with("~/") ? 1 : 0);
+        const std::size_t first = components.size() - (PathText::components(own).size() - 1);
+        Expansion matches = expandGlob(components, fileManager, stop, first);
         std::move(matches.bases.begin(), matches.bases.end(), std::back_inserter(all.bases));
         all.isCutShort = all.isCutShort || matches.isCutShort;
     }
@@ -159,10 +164,10 @@ std::optional<std::string> expandToken(std::string_view pattern, const FileManag
 }
 
 Expansion expandGlob(const std::vector<std::string>& components, const FileManager& fileManager,
-                     const std::stop_token& stop)
+                     const std::stop_token& stop, std::size_t first)
 {
     Matches matches(fileManager, stop);
-    matches.append(components, 0);
+    matches.append(components, first);
     return std::move(matches.expansion);
 }
 

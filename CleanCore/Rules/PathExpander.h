@@ -16,24 +16,23 @@ class FileManager;
 ///
 /// A pattern is one of the tokens "$DARWIN_USER_CACHE_DIR" and "$DARWIN_USER_TEMP_DIR" as a whole
 /// (this platform's per-user cache and temporary folder), "~", "~/…", or a path; a component that
-/// is exactly "*" stands for every entry of the folder before it, hidden ones included. Nothing
-/// fails: what cannot be expanded contributes nothing. Safe from any thread.
+/// is exactly "*" stands for every entry of the folder before it, hidden ones included. A pattern
+/// that cannot be expanded contributes nothing and is no error. Safe from any thread.
 namespace PathExpander {
 
-/// How many names a pattern may take up in folders where the same wildcard has been before, on
-/// another way. Where links lead back, each wildcard multiplies the ways, to more than anybody can
-/// wait for. A folder's first visit is not counted, so that a tree without such links is expanded
-/// whole, however large it is.
+/// The limit on names in folders that the same wildcard has already visited through another path.
+/// Links that lead back multiply the paths with every wildcard, until nobody could wait for the
+/// result. The first visit of a folder does not count, so a tree without such links is always
+/// expanded completely.
 constexpr std::size_t repeatLimit = 100'000;
 
-/// What patterns stand for.
+/// The result of an expansion.
 struct Expansion
 {
     /// In pattern order, duplicates kept. Those from a pattern with "*" exist and are in name order
-    /// per folder; others are not looked for.
+    /// per folder; the others may not exist.
     std::vector<std::string> bases;
-    /// Whether more would have been found but for the repeatLimit or a shortage of descriptors or
-    /// memory.
+    /// Whether bases are missing because of repeatLimit or a shortage of descriptors or memory.
     bool isCutShort = false;
 };
 
@@ -47,7 +46,7 @@ struct Expansion
                                                  const FileManager& fileManager,
                                                  const std::stop_token& stop = {});
 
-/// One pattern, its "*" components as they stand.
+/// Expands one pattern except for its "*" components.
 [[nodiscard]] std::string expand(const std::string& pattern, const std::string& home,
                                  const FileManager& fileManager);
 
@@ -55,10 +54,11 @@ struct Expansion
 [[nodiscard]] std::optional<std::string> expandToken(std::string_view pattern,
                                                      const FileManager& fileManager);
 
-/// The existing paths that `components` ("/" first) match.
+/// The existing paths that `components` ("/" first) match. Components before `first` are names,
+/// even "*".
 [[nodiscard]] Expansion expandGlob(const std::vector<std::string>& components,
-                                   const FileManager& fileManager,
-                                   const std::stop_token& stop = {});
+                                   const FileManager& fileManager, const std::stop_token& stop = {},
+                                   std::size_t first = 0);
 
 } // namespace PathExpander
 } // namespace CleanCore

@@ -5,8 +5,6 @@
 
 #include <array>
 #include <cerrno>
-#include <cstdio>
-#include <cstdlib>
 #include <dlfcn.h>
 #include <fcntl.h>
 #include <filesystem>
@@ -20,11 +18,10 @@ namespace CleanCore::ResourceBundle {
 namespace {
 
 constexpr const char* bundleName = "CleanCore_CleanCore.bundle";
-constexpr int exitStatus = 3;
 constexpr std::size_t largestFile = std::size_t{64} * 1024 * 1024;
 
-/// Of a path that is not known from the root on no folder is taken: it would be read as one below
-/// the current folder, where anything may lie.
+/// Nothing for a relative path: it would name a folder below the current one, which may hold
+/// anything.
 std::optional<std::string> folderOf(const std::filesystem::path& file)
 {
     return file.is_absolute() ? std::optional(PathText::parent(file.native())) : std::nullopt;
@@ -36,8 +33,8 @@ std::optional<std::string> folderOfExecutable()
     return folderOf(std::filesystem::read_symlink("/proc/self/exe", error));
 }
 
-/// Nothing when this library is a part of the program, for which the loader knows no more than the
-/// name that it was started by.
+/// Nothing when this library is linked into the program: the loader then knows only the name that
+/// the program was started by.
 std::optional<std::string> folderOfLibrary()
 {
     Dl_info info = {};
@@ -76,8 +73,7 @@ std::string find()
             return candidate;
         }
     }
-    std::fputs("unable to find bundle named CleanCore_CleanCore\n", stderr);
-    std::_Exit(exitStatus);
+    throw Missing();
 }
 
 } // namespace

@@ -12,14 +12,14 @@ namespace CleanCore {
 /// The catalog of everything that can be cleaned. All operations are safe from any thread.
 struct RulesCatalog
 {
-    /// Carried, never compared.
+    /// Read and kept; no value is refused.
     std::int64_t schemaVersion = 0;
     /// In document order, which is the order in which scans start them.
     std::vector<CleaningRule> rules;
 
-    /// The catalog that ships with the program, read afresh. Throws CleanCoreError
-    /// (rulesCatalogMissing, rulesCatalogInvalid), std::system_error when the file cannot be read,
-    /// or the JSON library's exception.
+    /// Reads the catalog that ships with the program. Throws CleanCoreError (rulesCatalogMissing,
+    /// rulesCatalogInvalid), std::system_error when the file cannot be read, or the JSON library's
+    /// exception.
     [[nodiscard]] static RulesCatalog loadBundled();
 
     /// Reads a catalog file; throws as load() does, or std::system_error.

@@ -1,6 +1,7 @@
 #include "CleanCore/Rules/SafetyGuard.h"
 
 #include "CleanCore/FileSystem/FileManager.h"
+#include "CleanCore/FileSystem/UserFolders.h"
 #include "CleanCore/Support/PathText.h"
 #include "CleanCore/Support/TextEquality.h"
 
@@ -39,8 +40,8 @@ SafetyGuard::SafetyGuard(const std::string& home, const FileManager& fileManager
         m_protected.push_back(
             PathText::components(PathText::standardized(PathText::join(normalizedHome, subpath))));
     }
-    // A protected folder that is a link protects what it leads to as well; the seven stay first
-    // and as they are.
+    // A protected folder that is a link protects its target as well. The seven fixed folders stay
+    // first and unresolved.
     std::vector<Components> further;
     for (const Components& folder : m_protected) {
         further.push_back(normalizedComponents(PathText::fromComponents(folder)));

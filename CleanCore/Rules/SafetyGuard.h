@@ -41,36 +41,25 @@ private:
     BlockReason m_reason;
 };
 
-/// The last check before anything is removed: may `candidate` go, for a rule whose base is
+/// The last check before anything is removed: may `candidate` be removed by a rule whose base is
 /// `allowedBase`?
 ///
-/// Both are judged by where they finally point: links are resolved, "." and ".." taken out, the
-/// data-volume prefix and the aliases under /private undone. Components compare with letter case,
-/// canonically equivalent texts counting as equal. An immutable value; safe from any thread. It
-/// keeps a reference to the file manager, which must outlive it.
+/// Both paths are judged by the place that they lead to: links are resolved, "." and ".." removed,
+/// the data-volume prefix and the aliases below /private undone. Components are compared
+/// case-sensitively; canonically equivalent texts are equal. An immutable value; safe from any
+/// thread. It keeps a reference to the file manager, which must outlive it.
 class SafetyGuard
 {
 public:
-    /// Folders below home that are never cleaned, in the order in which they are tested.
-    static constexpr std::string_view protectedHomeSubpaths[] = {
-        "Documents",
-        "Desktop",
-        "Downloads",
-        "Pictures",
-        "Music",
-        "Movies",
-        "Library/Mobile Documents",
-    };
-
-    /// `furtherProtected`: absolute folders that are protected as well, on this platform or for
-    /// this user. One that is home or above it is ignored.
+    /// `furtherProtected`: more absolute folders to protect, on this platform or for this user. The
+    /// home and the folders above it are ignored.
     SafetyGuard(const std::string& home, const FileManager& fileManager,
                 std::span<const std::string> furtherProtected = {});
 
     [[nodiscard]] SafetyVerdict validate(const std::string& candidate,
                                          const std::string& allowedBase) const;
 
-    /// Every protected folder, the seven first, normalised as far as they exist.
+    /// Every protected folder, the seven fixed ones first. Existing folders are normalised.
     [[nodiscard]] std::vector<std::string> protectedFolders() const;
 
     [[nodiscard]] static std::string normalize(const std::string& path,

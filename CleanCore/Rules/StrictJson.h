@@ -7,7 +7,7 @@
 #include <vector>
 
 /// Reads members of a JSON object without converting anything. All throw nlohmann::json::exception
-/// when the member is missing or is of another type.
+/// when the member is missing or has another type.
 namespace CleanCore::StrictJson {
 
 /// nlohmann's own conversion would cut fractions off and wrap what does not fit.
@@ -25,7 +25,7 @@ namespace CleanCore::StrictJson {
     return value.get<std::int64_t>();
 }
 
-/// nlohmann's own conversion would not say which member is at fault.
+/// nlohmann's own conversion would not name the member.
 [[nodiscard]] inline std::string text(const nlohmann::json& object, const char* key)
 {
     const auto& value = object.at(key);
@@ -36,7 +36,7 @@ namespace CleanCore::StrictJson {
     return value.get<std::string>();
 }
 
-/// nlohmann's own conversion would also take an object's values for a list.
+/// nlohmann's own conversion would also accept the values of an object as a list.
 [[nodiscard]] inline std::vector<std::string> strings(const nlohmann::json& object, const char* key)
 {
     const auto& value = object.at(key);

@@ -14,15 +14,15 @@ public:
     TextTable() = default;
     explicit TextTable(std::map<std::string, std::string, std::less<>> texts);
 
-    /// The table of `language` ("de", "pt_BR"; its encoding part is ignored) from the resource
-    /// bundle; English fills what it lacks. A missing or broken table counts as empty: texts are no
-    /// reason not to start.
+    /// The table of `language` ("de", "pt_BR"; an encoding is ignored) from the resource bundle;
+    /// missing texts are taken from the English table. A missing or broken table counts as empty:
+    /// texts are no reason not to start. Throws ResourceBundle::Missing.
     [[nodiscard]] static TextTable loadBundled(std::string_view language);
 
     /// The text of `key`, or the key itself where there is none.
     [[nodiscard]] std::string text(std::string_view key) const;
 
-    /// The text of `key`, or nothing ("") where there is none.
+    /// The text of `key`, or "" where there is none.
     [[nodiscard]] std::string textOrEmpty(std::string_view key) const;
 
     /// The title of a rule, or its id where it has none.

@@ -1,8 +1,9 @@
 #include "CleanCore/Startup/HomeEnvironment.h"
 
-#include "CleanCore/CloudDrive/StandIn/CloudDrive.h"
+#include "CleanCore/CloudDrive/StandIn/StandInDrive.h"
 #include "CleanCore/FileSystem/LinkResolver.h"
 #include "CleanCore/FileSystem/LinuxFileManager.h"
+#include "CleanCore/Startup/StartError.h"
 #include "CleanCore/Support/PathText.h"
 #include "CleanCore/Support/TaskPool.h"
 
@@ -32,7 +33,7 @@ std::string absolute(const std::string& path)
 {
     const std::string result = absolutePath(path);
     if (result.substr(0, 1) != "/") {
-        throw HomeError("the home folder " + path + " does not exist");
+        throw StartError(StartFault::homeMissing, path);
     }
     for (const std::string& part : PathText::components(result)) {
         // As text, ".." behind a link would name another folder.
@@ -47,17 +48,17 @@ void requireFolder(const std::string& home)
 {
     struct stat status = {};
     if (home.find('\0') != std::string::npos || ::stat(home.c_str(), &status) != 0) {
-        throw HomeError("the home folder " + home + " does not exist");
+        throw StartError(StartFault::homeMissing, home);
     }
     if (!S_ISDIR(status.st_mode)) {
-        throw HomeError("the home folder " + home + " is not a folder");
+        throw StartError(StartFault::homeNotAFolder, home);
     }
     if (::access(home.c_str(), R_OK | X_OK) != 0) {
-        throw HomeError("the home folder " + home + " cannot be read");
+        throw StartError(StartFault::homeUnreadable, home);
     }
 }
 
-/// Whether two paths lead to the same folder, through a bind mount too.
+/// Whether two paths lead to the same folder, also through a bind mount.
 bool isSameFolder(const std::string& a, const std::string& b)
 {
     struct stat first = {};
@@ -66,7 +67,7 @@ bool isSameFolder(const std::string& a, const std::string& b)
            first.st_dev == second.st_dev && first.st_ino == second.st_ino;
 }
 
-/// Whether the resolved path `home` is `folder` or lies inside it, under whatever name it has.
+/// Whether the resolved path `home` is `folder` or lies inside it, also through a bind mount.
 bool holds(const std::string& folder, std::string home)
 {
     while (!isSameFolder(folder, home)) {
@@ -98,10 +99,10 @@ HomeEnvironment HomeEnvironment::make(const std::optional<std::string>& requeste
     const std::optional<std::string> account = accountHome();
     const std::optional<std::string> wanted = requestedHome ? requestedHome : variable("HOME");
     if (!wanted && !account) {
-        throw HomeError("this account has no home folder; name one with --home DIR");
+        throw StartError(StartFault::homeUnknown);
     }
     if (wanted && wanted->empty()) {
-        throw HomeError("the home folder must not be empty");
+        throw StartError(StartFault::homeEmpty);
     }
     HomeEnvironment environment;
     environment.home = absolute(wanted ? *wanted : *account);
@@ -113,8 +114,7 @@ HomeEnvironment HomeEnvironment::make(const std::optional<std::string>& requeste
         resolved != resolvedAccount && !isSameFolder(resolved, resolvedAccount);
     if (environment.isConfined && account &&
         (PathText::isSameOrInside(resolvedAccount, resolved) || holds(resolved, resolvedAccount))) {
-        throw HomeError("the folder " + environment.home +
-                        " holds this account's own home; choose a folder beside or below it");
+        throw StartError(StartFault::homeHoldsAccount, environment.home);
     }
     if (environment.isConfined) {
         environment.folders = UserFolders::confinedTo(environment.home);
@@ -123,7 +123,9 @@ HomeEnvironment HomeEnvironment::make(const std::optional<std::string>& requeste
         environment.folders = UserFolders::ofAccount(environment.home, variable);
     }
     environment.pool = std::make_shared<TaskPool>();
-    environment.fileManager = environment.fileManagerWith(nullptr);
+    environment.fileManager = std::make_shared<LinuxFileManager>(
+        environment.folders,
+        environment.isConfined ? std::optional(environment.home) : std::nullopt, environment.pool);
     return environment;
 }
 
@@ -136,15 +138,8 @@ std::shared_ptr<const CloudDrive>
 HomeEnvironment::cloudDrive(const std::string& container,
                             const std::optional<std::string>& mirror) const
 {
-    return std::make_shared<CloudDrive>(isConfined ? std::optional(home) : std::nullopt, container,
-                                        mirror);
-}
-
-std::shared_ptr<const FileManager>
-HomeEnvironment::fileManagerWith(std::shared_ptr<const CloudDrive> drive) const
-{
-    return std::make_shared<LinuxFileManager>(
-        folders, isConfined ? std::optional(home) : std::nullopt, pool, std::move(drive));
+    return std::make_shared<StandInDrive>(isConfined ? std::optional(home) : std::nullopt,
+                                          container, mirror);
 }
 
 } // namespace CleanCore

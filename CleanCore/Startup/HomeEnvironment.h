@@ -4,7 +4,6 @@
 
 #include <memory>
 #include <optional>
-#include <stdexcept>
 #include <string>
 
 namespace CleanCore {
@@ -13,19 +12,12 @@ class CloudDrive;
 class FileManager;
 class TaskPool;
 
-/// A home folder that cannot be worked in; what() says why, for people.
-class HomeError : public std::runtime_error
-{
-public:
-    using std::runtime_error::runtime_error;
-};
-
 /// The home in use and the collaborators made for it: the one place that decides whether a run is
 /// confined.
 ///
-/// The account's home is the password database's entry; see getpwuid(3). Any other home is there
-/// for trying things out: the run is confined to it, the environment of this process and its
-/// children is pointed into it, and no tool of the real system is run.
+/// The account's home is the password database's entry; see getpwuid(3). Any other home is for
+/// trying things out: the run is confined to it, the environment variables of this process and its
+/// children point into it, and no tool of the real system runs.
 struct HomeEnvironment
 {
     std::string home;
@@ -35,20 +27,16 @@ struct HomeEnvironment
     std::shared_ptr<const FileManager> fileManager;
 
     /// Makes the environment for `requestedHome`, or for $HOME. Changes the process's environment
-    /// variables when confined, so it must run before any thread is started. Throws HomeError.
+    /// variables when confined, so it must run before any thread is started. Throws StartError.
     [[nodiscard]] static HomeEnvironment make(const std::optional<std::string>& requestedHome);
 
-    /// Where the cloud drive's folder is unless somebody names another.
+    /// The default folder of the cloud drive.
     [[nodiscard]] std::string cloudContainer() const;
 
     /// The cloud drive in the folder `container`, with `mirror` for the cloud's side. It refuses
     /// every request unless this home is confined.
     [[nodiscard]] std::shared_ptr<const CloudDrive>
     cloudDrive(const std::string& container, const std::optional<std::string>& mirror) const;
-
-    /// A file manager like `fileManager` whose releases go to `drive`.
-    [[nodiscard]] std::shared_ptr<const FileManager>
-    fileManagerWith(std::shared_ptr<const CloudDrive> drive) const;
 };
 
 } // namespace CleanCore

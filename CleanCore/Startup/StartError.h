@@ -1,30 +1,54 @@
 #pragma once
 
-#include <stdexcept>
+#include <exception>
+#include <optional>
 #include <string>
+#include <system_error>
+#include <utility>
 
 namespace CleanCore {
 
-/// An option that a program cannot start with. what() is one line that says what to do; it quotes
-/// what it was given as it is.
-class StartError : public std::runtime_error
-{
-public:
-    /// As the exit status of the program.
-    enum class Reason : int {
-        wrongUsage = 2,
-        /// The catalog or its folder is missing or invalid, or it would clean too much.
-        catalogUnusable = 3,
-    };
+/// Why a program cannot start.
+enum class StartFault {
+    /// The account has no home folder and none was named.
+    homeUnknown,
+    homeEmpty,
+    homeMissing,
+    homeNotAFolder,
+    homeUnreadable,
+    /// The folder contains the account's own home.
+    homeHoldsAccount,
+    /// The option `subject` is only for trying things out in another home.
+    needsOtherHome,
+    toolsNotAFolder,
+    /// The folder of the tools is the system's own root.
+    toolsAtRoot,
+    /// The bundled catalog is missing.
+    catalogMissing,
+    /// `code` says why.
+    catalogUnreadable,
+    /// `detail` is the reason of CleanCoreError or the JSON library's message.
+    catalogInvalid,
+    /// The catalog would clean the folder `detail`, which holds more than leftovers.
+    catalogTooBroad,
+};
 
-    StartError(Reason reason, const std::string& message)
-        : std::runtime_error(message), m_reason(reason)
+/// An option that a program cannot start with. It carries no message for people; the programs word
+/// it.
+struct StartError : std::exception
+{
+    StartFault fault;
+    /// The path or option that was given, as it is; nothing for the bundled catalog.
+    std::optional<std::string> subject;
+    std::string detail;
+    std::error_code code;
+
+    explicit StartError(StartFault aFault, std::optional<std::string> aSubject = {},
+                        std::string aDetail = {}, std::error_code aCode = {})
+        : fault(aFault), subject(std::move(aSubject)), detail(std::move(aDetail)), code(aCode)
     {
     }
-    [[nodiscard]] Reason reason() const { return m_reason; }
-
-private:
-    Reason m_reason;
+    [[nodiscard]] const char* what() const noexcept override { return "StartError"; }
 };
 
 } // namespace CleanCore

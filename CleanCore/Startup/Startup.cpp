@@ -11,33 +11,15 @@
 
 namespace CleanCore::Startup {
 
-namespace {
-
-using enum StartError::Reason;
-
-/// The JSON library's message without the "[json.exception.…] " in front.
-std::string withoutCode(const std::string& message)
-{
-    const std::size_t end = message.find("] ");
-    return message.starts_with('[') && end != std::string::npos ? message.substr(end + 2) : message;
-}
-
-} // namespace
-
 HomeEnvironment openHome(const std::optional<std::string>& home)
 {
-    try {
-        return HomeEnvironment::make(home);
-    } catch (const HomeError& error) {
-        throw StartError(wrongUsage, error.what());
-    }
+    return HomeEnvironment::make(home);
 }
 
 void requireOtherHome(const HomeEnvironment& home, const std::string& option)
 {
     if (!home.isConfined) {
-        throw StartError(wrongUsage,
-                         option + " is for trying things out and needs another home (--home DIR)");
+        throw StartError(StartFault::needsOtherHome, option);
     }
 }
 
@@ -50,32 +32,26 @@ ToolLocations openTools(const std::optional<std::string>& root, const HomeEnviro
     std::error_code error;
     const auto folder = std::filesystem::canonical(*root, error);
     if (error || !std::filesystem::is_directory(folder)) {
-        throw StartError(wrongUsage, "--tools needs a folder, not " + *root);
+        throw StartError(StartFault::toolsNotAFolder, *root);
     }
-    try {
-        return ToolLocations::below(folder.native());
-    } catch (const std::invalid_argument& invalid) {
-        throw StartError(wrongUsage, std::string("--tools: ") + invalid.what());
+    if (!folder.has_relative_path()) {
+        throw StartError(StartFault::toolsAtRoot, *root);
     }
+    return ToolLocations::below(folder.native());
 }
 
 RulesCatalog openCatalog(const std::optional<std::string>& file)
 {
-    const std::string name = file ? "the catalog " + *file : "the bundled catalog";
     try {
         return file ? RulesCatalog::loadFile(*file) : RulesCatalog::loadBundled();
     } catch (const CleanCoreError& error) {
-        throw StartError(catalogUnusable,
-                         error.kind() == CleanCoreError::Kind::rulesCatalogMissing
-                             ? "the bundled catalog is missing; install Zorvane again"
-                             : name + " is invalid: " + error.reason());
+        throw error.kind() == CleanCoreError::Kind::rulesCatalogMissing
+            ? StartError(StartFault::catalogMissing)
+            : StartError(StartFault::catalogInvalid, file, error.reason());
     } catch (const std::system_error& error) {
-        throw StartError(catalogUnusable, name + " cannot be read: " +
-                                              (error.code() == std::errc::invalid_argument
-                                                   ? "it is no regular file"
-                                                   : error.code().message()));
+        throw StartError(StartFault::catalogUnreadable, file, {}, error.code());
     } catch (const nlohmann::json::exception& error) {
-        throw StartError(catalogUnusable, name + " is invalid: " + withoutCode(error.what()));
+        throw StartError(StartFault::catalogInvalid, file, error.what());
     }
 }
 
@@ -86,8 +62,7 @@ void requireHarmless(const RulesCatalog& catalog, const std::optional<std::strin
         return;
     }
     if (const auto base = refusedBase(catalog, home.home, *home.fileManager)) {
-        throw StartError(catalogUnusable, "the catalog " + *file + " is refused: it would clean " +
-                                              *base + ", which holds more than leftovers");
+        throw StartError(StartFault::catalogTooBroad, *file, *base);
     }
 }
 

@@ -7,15 +7,15 @@
 #include <optional>
 #include <string>
 
-/// From the options that the terminal's program and the window share to what they work with. What
+/// Turns the options that both programs share into the objects that they work with. An option that
 /// cannot be used throws StartError.
 namespace CleanCore::Startup {
 
-/// The home of `--home`, or the user's. Points the process's environment into another home, so it
-/// comes before any thread is started.
+/// The home of `--home`, or the user's. Changes the process's environment for another home, so it
+/// must run before any thread is started.
 [[nodiscard]] HomeEnvironment openHome(const std::optional<std::string>& home);
 
-/// For options that are for trying things out: throws on the account's own home.
+/// Throws on the account's own home, for options that are only for trying things out.
 void requireOtherHome(const HomeEnvironment& home, const std::string& option);
 
 /// The tools of `--tools`, or the system's; see ToolLocations.
@@ -25,8 +25,8 @@ void requireOtherHome(const HomeEnvironment& home, const std::string& option);
 /// The catalog of `--catalog`, or the bundled one.
 [[nodiscard]] RulesCatalog openCatalog(const std::optional<std::string>& file);
 
-/// Refuses a catalog from a file that would offer more of the account's own home than anyone means
-/// to clean.
+/// Refuses a catalog from a file that would offer too much of the account's own home; see
+/// refusedBase().
 void requireHarmless(const RulesCatalog& catalog, const std::optional<std::string>& file,
                      const HomeEnvironment& home);
 

@@ -8,7 +8,7 @@ struct Unit
 {
     const char* name;
     std::uint64_t bytes;
-    // The finest step that is shown: a whole, a tenth, a hundredth.
+    // The smallest step shown: one, a tenth or a hundredth of the unit.
     std::uint64_t parts;
 };
 
@@ -49,7 +49,7 @@ std::string formatMagnitude(std::uint64_t bytes, std::string_view separator)
         return std::to_string(bytes) + (bytes == 1 ? " byte" : " bytes");
     }
     for (const Unit& unit : units) {
-        // What rounds up to a thousand of a unit is one of the next.
+        // A count that rounds up to a thousand is one of the next unit.
         const std::uint64_t parts = roundedParts(bytes, unit);
         if (parts < unitStep * unit.parts || &unit == std::end(units) - 1) {
             return inUnit(parts, unit, separator);

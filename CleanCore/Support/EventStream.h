@@ -14,7 +14,7 @@ namespace CleanCore {
 /// copies of an EventSink, one reader owns the EventStream.
 ///
 /// No event is dropped because the reader is slow. Dropping or cancelling the reader's end asks the
-/// work behind the stream to stop, returns at once, and nothing further reaches the reader.
+/// writers to stop and returns at once; nothing more reaches the reader.
 template <typename Event>
 class EventStream;
 
@@ -32,7 +32,7 @@ public:
         }
     }
 
-    /// Ends the stream; the reader still receives what was written before.
+    /// Ends the stream; the reader still receives the events written before.
     void finish() const
     {
         const std::lock_guard lock(m_channel->mutex);
@@ -74,7 +74,7 @@ public:
 
     [[nodiscard]] EventSink<Event> sink() const { return EventSink<Event>(m_channel); }
 
-    /// Waits for the next event; nothing once the stream has ended and all was read.
+    /// Waits for the next event; nothing once the stream has ended and every event was read.
     [[nodiscard]] std::optional<Event> next()
     {
         std::unique_lock lock(m_channel->mutex);
@@ -98,7 +98,7 @@ public:
         return m_channel->isEnded && m_channel->events.empty();
     }
 
-    /// Drops what was not read, ends the stream and asks the writers to stop. May be called from
+    /// Drops the unread events, ends the stream and asks the writers to stop. May be called from
     /// another thread than the reader's, which wakes it.
     void cancel()
     {

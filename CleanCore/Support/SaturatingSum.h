@@ -5,8 +5,8 @@
 
 namespace CleanCore {
 
-/// The sum of two byte counts, neither of them negative; the largest count where it does not fit.
-/// Tools may report any figure, and a total of such figures must stay one.
+/// The sum of two byte counts, neither of them negative; the largest count if it does not fit.
+/// Tools may report any figure, and their total must not overflow.
 [[nodiscard]] constexpr std::int64_t saturatingSum(std::int64_t a, std::int64_t b)
 {
     std::int64_t sum = 0;

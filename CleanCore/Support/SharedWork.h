@@ -12,11 +12,11 @@
 
 namespace CleanCore {
 
-/// One large piece of work that is split while it is done: whoever works on a piece and sees that
-/// someone waits gives a part of it away. The thread that calls run() takes part and returns when
-/// all is done; a pool's idle workers help.
+/// A large piece of work that is split while it is done: a thread that works on a piece gives a
+/// part away when another one is idle. The thread that calls run() takes part and returns when all
+/// is done; a pool's idle workers help.
 ///
-/// Held by shared_ptr, so that a helper that hangs may outlive the caller.
+/// Held by shared_ptr, so that a hanging helper may outlive the caller.
 template <typename Piece>
 class SharedWork : public std::enable_shared_from_this<SharedWork<Piece>>
 {
@@ -39,14 +39,14 @@ public:
             if (workOnNext(lock)) {
                 continue;
             }
-            // Anew each time: a helper may have been quicker to take what was offered.
+            // Checked in a loop, as a helper may have taken the piece first.
             m_isCallerWaiting.store(true, std::memory_order_relaxed);
             m_changed.wait(lock);
             m_isCallerWaiting.store(false, std::memory_order_relaxed);
         }
     }
 
-    /// Whether someone waits for a part of this work. A hint.
+    /// Whether a thread is waiting for a part of this work. A hint.
     [[nodiscard]] bool wantsPieces() const
     {
         return m_isCallerWaiting.load(std::memory_order_relaxed) || wantsHelper();

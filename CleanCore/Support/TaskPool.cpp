@@ -19,7 +19,7 @@ struct TaskPool::Shared
     unsigned workerCount = 0;
     unsigned liveWorkers = 0;
     unsigned waitingWorkers = 0;
-    // Waiting workers beyond the tasks already queued for them.
+    // There are more waiting workers than queued tasks.
     std::atomic<int> idleWorkers = 0;
 
     void updateIdleWorkers()
@@ -31,8 +31,8 @@ struct TaskPool::Shared
 
 TaskPool::TaskPool(unsigned workers) : m_shared(std::make_shared<Shared>())
 {
-    // More threads than cores hide the latency of a cold disk; measured, twice the cores is best
-    // warm and close to best cold.
+    // More threads than cores hide the latency of a cold disk; by measurement, twice the cores is
+    // best with a warm cache and close to best with a cold one.
     if (workers == 0) {
         workers = std::clamp(2 * std::thread::hardware_concurrency(), 4U, 32U);
     }
@@ -50,8 +50,8 @@ TaskPool::~TaskPool()
     m_shared->isStopping = true;
     unstarted.swap(m_shared->tasks);
     m_shared->hasWork.notify_all();
-    // Long enough for a worker between two looks at its stop token, short enough to be felt by
-    // nobody when one hangs in the kernel.
+    // Long enough for a worker to notice its stop token, and too short to be noticed when one hangs
+    // in the kernel.
     constexpr std::chrono::milliseconds grace(50);
     m_shared->workerLeft.wait_for(lock, grace, [&] { return m_shared->liveWorkers == 0; });
 }

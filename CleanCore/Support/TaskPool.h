@@ -7,12 +7,12 @@ namespace CleanCore {
 
 /// The core's worker threads, shared by everything that runs at the same time.
 ///
-/// Work is balanced by splitting on demand: whoever works through something large looks at
-/// hasIdleWorkers() now and then and submits a part of what is left when somebody is waiting. That
-/// steals exactly when stealing pays, and a tree that only one worker needs is never cut up.
+/// Work is balanced by splitting on demand: a large task checks hasIdleWorkers() now and then, and
+/// submits a part of its remaining work when a worker is idle. Nothing is split while all workers
+/// are busy.
 ///
 /// Safe from any thread. A worker that hangs in the kernel (a dead network mount) is abandoned: the
-/// destructor does not wait for it, so a task must own, or share in, everything that it uses.
+/// destructor does not wait for it, so a task must own or share everything that it uses.
 class TaskPool
 {
 public:
@@ -27,7 +27,7 @@ public:
     /// Runs `task` on some worker, tasks in the order of their submission. A task must not throw.
     void submit(Task task);
 
-    /// Whether a worker is waiting for something to do. A hint: it may be outdated when it returns.
+    /// Whether a worker is idle. A hint: the answer may be outdated when it returns.
     [[nodiscard]] bool hasIdleWorkers() const;
 
     [[nodiscard]] unsigned workerCount() const;

@@ -1,6 +1,6 @@
 import QtQuick
 
-/// A column of elements in the middle of the screen, each centred.
+/// A column of elements in the middle of the screen.
 FocusScope {
     id: stack
 
@@ -8,10 +8,10 @@ FocusScope {
     required property real padding
     property real spacing: 20
 
-    /// What the elements may take at most.
+    /// For the elements.
     readonly property real availableWidth: width - 2 * padding
 
-    // In less room texts would be cut off, at the latest those of longer languages.
+    // Leaves enough room for the texts of longer languages.
     implicitWidth: 520
     implicitHeight: 640
 

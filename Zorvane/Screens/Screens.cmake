@@ -1,22 +1,20 @@
 # The screens of the main window.
 target_sources(ZorvaneWindow PRIVATE
-  Screens/Results/CardPart.cpp
   Screens/Results/RingArc.cpp
 )
-# The registration of the QML types includes their headers by file name.
+# The generated registration of QML types includes their headers by file name.
 target_include_directories(ZorvaneWindow PRIVATE Screens/Results)
 
 qt_target_qml_sources(ZorvaneWindow
   QML_FILES
     Screens/Results/ActionBar.qml
+    Screens/Results/CardButton.qml
     Screens/Results/CardSlice.qml
     Screens/Results/CategoryRow.qml
-    Screens/Results/CleaningOverlay.qml
     Screens/Results/DetailsRow.qml
     Screens/Results/DonutChart.qml
     Screens/Results/ICloudBridgeCard.qml
     Screens/Results/ItemRow.qml
-    Screens/Results/NoticeRow.qml
     Screens/FirstRun/OnboardingStep.qml
     Screens/FirstRun/OnboardingView.qml
     Screens/Scanning/ReadyScreen.qml
@@ -26,7 +24,6 @@ qt_target_qml_sources(ZorvaneWindow
     Screens/Scanning/ScanView.qml
     Screens/Scanning/ScanningScreen.qml
     Screens/ScreenStack.qml
-    Screens/ScreenText.qml
     Screens/Results/SummaryPanel.qml
     Screens/FirstRun/TermsView.qml
     Screens/TopBar.qml

@@ -1,7 +1,7 @@
 import QtQuick
 import Zorvane
 
-/// Names the application and greets the user. Its right end is left to the window's buttons.
+/// The name of the application and a greeting. The right end is reserved for the window's buttons.
 Item {
     id: bar
 
@@ -27,7 +27,7 @@ Item {
             Accessible.ignored: true
         }
 
-        ScreenText {
+        Label {
             id: product
 
             anchors.verticalCenter: parent.verticalCenter
@@ -35,7 +35,7 @@ Item {
             font: Theme.textFont(14, Font.Bold)
         }
 
-        ScreenText {
+        Label {
             anchors.verticalCenter: parent.verticalCenter
             width: Math.min(implicitWidth, bar.width - bar.rightReserve - product.width - 68)
             text: qsTr("Welcome, %1").arg(bar.userName)

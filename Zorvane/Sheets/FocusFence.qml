@@ -1,6 +1,6 @@
 import QtQuick
 
-/// Keeps the keyboard in its content: what Tab leaves at one end it enters at the other.
+/// Keeps the keyboard focus in its content: Tab wraps around at both ends.
 FocusScope {
     id: fence
 
@@ -14,7 +14,7 @@ FocusScope {
         end.nextItemInFocusChain(false).forceActiveFocus(Qt.BacktabFocusReason);
     }
 
-    // Only when nothing in the content has the focus, say because it was hidden just now.
+    // Reached only if nothing in the content has the focus, for example because it was just hidden.
     Keys.onTabPressed: focusFirst()
     Keys.onBacktabPressed: focusLast()
 

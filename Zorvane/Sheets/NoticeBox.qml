@@ -2,7 +2,7 @@ import QtQuick
 import QtQuick.Templates as T
 import Zorvane
 
-/// A box tinted in the colour of what it tells.
+/// A tinted box around its content.
 T.Pane {
     id: box
 

@@ -3,9 +3,9 @@ import QtQuick.Templates as T
 import QtQuick.Window
 import Zorvane
 
-/// A modal panel in the middle of what it fills, which it dims and keeps from the mouse. The panel
-/// exists only while the sheet is shown. It holds the keyboard and gives it back to the item that
-/// had it. While it is open, the owner disables what lies below.
+/// A modal panel over a dimmed background. The panel exists only while the sheet is open. It keeps
+/// the keyboard focus, and returns it to the item that had it before. The owner disables the items
+/// below while the sheet is open.
 Item {
     id: sheet
 
@@ -14,7 +14,7 @@ Item {
     /// A SheetPanel.
     required property Component panel
 
-    /// Escape was pressed; whether the sheet closes is up to the owner.
+    /// Escape was pressed. The owner decides whether the sheet closes.
     signal dismissed
 
     property SheetPanel content: null
@@ -30,8 +30,8 @@ Item {
         const control = previousFocus as T.Control;
         focusReason = control?.visualFocus ? Qt.TabFocusReason : Qt.OtherFocusReason;
         const made = panel.createObject(place) as SheetPanel;
-        // Before the sheet counts as open, or what lies below would lose the keyboard to nobody.
-        // Where something lies over the sheet, it waits for the keyboard.
+        // Take the focus before the owner disables the focused item. If the sheet itself is covered,
+        // it gets the focus later.
         if (enabled)
             fence.forceActiveFocus(focusReason);
         else
@@ -42,9 +42,9 @@ Item {
     function close() {
         if (!isOpen)
             return;
-        // What took the keyboard in the meantime, keeps it.
+        // An item that has taken the focus meanwhile keeps it.
         const hadFocus = fence.activeFocus;
-        // It goes later, and must not keep the keyboard from the next one.
+        // The panel is deleted later, and must not keep the focus until then.
         content.focus = false;
         content.visible = false;
         content.destroy();
@@ -74,20 +74,12 @@ Item {
         }
     }
 
-    Rectangle {
+    Dimming {
         anchors.fill: parent
-        color: Theme.black(0.55)
+        enabled: sheet.isOpen
+        darkness: 0.55
         opacity: sheet.presence
-        visible: opacity > 0
-    }
-
-    MouseArea {
-        anchors.fill: parent
-        visible: sheet.isOpen
-        acceptedButtons: Qt.AllButtons
-        hoverEnabled: true
-        cursorShape: Qt.ArrowCursor
-        onWheel: wheel => { wheel.accepted = true; }
+        visible: sheet.isOpen || opacity > 0
     }
 
     FocusFence {

@@ -1,13 +1,13 @@
 import QtQuick
 import Zorvane
 
-/// The sheets over the results, of which one is shown at a time.
+/// The sheets over the results. At most one is open.
 Item {
     id: host
 
     required property AppState appState
 
-    /// The one that is open.
+    /// The open one, or null.
     readonly property Sheet sheet: confirmation.isOpen ? confirmation : icloud.isOpen ? icloud : report.isOpen ? report : null
 
     ConfirmationSheet {

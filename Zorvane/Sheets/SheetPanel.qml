@@ -4,15 +4,15 @@ import QtQuick.Templates as T
 import QtQuick.Window
 import Zorvane
 
-/// The panel of a sheet: a column of blocks, which scrolls when there is too little room, and below
-/// it, always in sight, the buttons.
+/// The panel of a sheet: a column of blocks, which scrolls if it has to, above the buttons, which do
+/// not.
 FocusScope {
     id: panel
 
     required property string name
     property real columnWidth: 440
     property real spacing: 18
-    /// A block that is scrolled to when the column grows or shrinks.
+    /// The block to scroll to when the height of the column changes.
     property Item inSight: null
     default property alias blocks: column.data
     property alias buttons: footer.data
@@ -21,8 +21,7 @@ FocusScope {
     readonly property int cornerRadius: 18
     readonly property bool scrolls: scroller.height < column.y + column.height
 
-    /// Scrolls the column as far as needed to bring an item of it in sight, if possible with all of
-    /// its block.
+    /// Scrolls an item of the column into view, with its whole block if that fits.
     function follow(item: Item) {
         let block = item;
         while (block && block.parent !== column)

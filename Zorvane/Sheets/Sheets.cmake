@@ -3,9 +3,9 @@ qt_target_qml_sources(ZorvaneWindow
   QML_FILES
     Sheets/Confirmation/Acknowledgement.qml
     Sheets/ICloud/AppsNotice.qml
+    Sheets/CentredText.qml
     Sheets/Confirmation/ConfirmationSheet.qml
     Sheets/Confirmation/ConfirmationSummary.qml
-    Sheets/ICloud/EvictResult.qml
     Sheets/ICloud/Expectations.qml
     Sheets/FocusFence.qml
     Sheets/ICloud/ICloudHeader.qml
@@ -14,13 +14,12 @@ qt_target_qml_sources(ZorvaneWindow
     Sheets/ICloud/ICloudSheet.qml
     Sheets/NoticeBox.qml
     Sheets/ICloud/ProgressLine.qml
-    Sheets/Report/ReasonRow.qml
+    Sheets/ICloud/ReleaseResult.qml
+    Sheets/ReasonRow.qml
     Sheets/Report/ReportSheet.qml
     Sheets/Sheet.qml
     Sheets/SheetHost.qml
     Sheets/SheetPanel.qml
-    Sheets/SheetText.qml
     Sheets/Report/SkippedPaths.qml
     Sheets/Report/SkippedSummary.qml
-    Sheets/SymbolText.qml
 )

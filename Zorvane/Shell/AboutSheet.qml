@@ -3,7 +3,7 @@ pragma ComponentBehavior: Bound
 import QtQuick
 import Zorvane
 
-/// What this program is.
+/// Describes the program.
 Sheet {
     id: sheet
 
@@ -15,7 +15,6 @@ Sheet {
             SecondaryButton {
                 focus: true
                 text: qsTr("Close")
-                cornerRadius: 12
                 onClicked: sheet.dismissed()
             }
         ]
@@ -30,23 +29,17 @@ Sheet {
             Accessible.ignored: true
         }
 
-        SheetText {
-            width: parent.width
-            horizontalAlignment: Text.AlignHCenter
+        CentredText {
             text: "Zorvane"
             font: Theme.title
         }
 
-        SheetText {
-            width: parent.width
-            horizontalAlignment: Text.AlignHCenter
+        CentredText {
             text: qsTr("Version %1").arg(sheet.version)
             color: Theme.textSecondary
         }
 
-        SheetText {
-            width: parent.width
-            horizontalAlignment: Text.AlignHCenter
+        CentredText {
             text: qsTr("Shows what caches, logs and leftovers hold, and removes what you choose. Free software under the Apache License, Version 2.0.")
             color: Theme.textSecondary
         }

@@ -2,7 +2,7 @@ import QtQuick
 import QtQuick.Templates as T
 import Zorvane
 
-/// A command of the application's menu.
+/// A command in the application's menu.
 T.MenuItem {
     id: item
 

@@ -2,23 +2,23 @@ import QtQuick
 import QtQuick.Window
 import Zorvane
 
-/// The one window. It has no frame of the desktop's: the background reaches to its edges, and the
-/// title bar and the edges do what a frame would.
+/// The only window. It is frameless, so that the background reaches its edges; TitleBar and
+/// ResizeEdges do the work of a frame.
 Window {
     id: window
 
     required property AppState appState
     required property bool animated
 
-    /// Whether something lies over the screens and the title bar. Nothing of them can be used then,
-    /// by assistive tools neither.
+    /// Whether something covers the screens and the title bar, which have to be disabled then, or
+    /// assistive tools would press their controls.
     readonly property bool isCovered: titleBar.isMenuOpen || about.isOpen || update.isOpen || closing.visible
 
     visible: true
     width: 1080
     height: 760
-    // The results need more room than the screens before them; a smaller window grows then. There is
-    // no screen while one replaces another.
+    // The results need more room than the screens before them, so a smaller window grows. While one
+    // screen replaces another there is none to ask.
     minimumWidth: Math.max(520, screens.implicitWidth)
     minimumHeight: Math.max(640, screens.implicitHeight)
     onMinimumWidthChanged: width = Math.max(width, minimumWidth)
@@ -32,8 +32,8 @@ Window {
         window.appState.requestClose();
     }
 
-    // Nothing has the keyboard when what had it went, or when assistive tools wanted it for what is
-    // covered.
+    // The content item gets the focus when the focused item disappears, or when assistive tools try
+    // to focus a covered one.
     onActiveFocusItemChanged: {
         if (!active || activeFocusItem !== contentItem)
             return;
@@ -108,10 +108,11 @@ Window {
         updater: updater
     }
 
-    ClosingOverlay {
+    BusyOverlay {
         id: closing
 
         anchors.fill: parent
+        text: qsTr("Finishing the item in hand, then closing…")
         visible: window.appState.isClosing
     }
 

@@ -3,7 +3,7 @@ pragma ComponentBehavior: Bound
 import QtQuick
 import QtQuick.Window
 
-/// The edges and corners by which the window is resized.
+/// The edges and corners for resizing the window.
 Item {
     id: area
 
@@ -18,7 +18,7 @@ Item {
 
         onPressed: {
             area.target.startSystemResize(edges);
-            letGo();
+            releaseMouse();
         }
     }
 

@@ -4,7 +4,6 @@ qt_target_qml_sources(ZorvaneWindow
     Shell/AboutSheet.qml
     Shell/ApplicationMenu.qml
     Shell/ApplicationMenuItem.qml
-    Shell/ClosingOverlay.qml
     Shell/Main.qml
     Shell/ResizeEdges.qml
     Shell/SystemMoveArea.qml
@@ -13,7 +12,7 @@ qt_target_qml_sources(ZorvaneWindow
     Shell/WindowButton.qml
 )
 
-# Pages of one's own are opened where no address is given.
+# Without an address, the installed page is opened.
 set(ZORVANE_TERMS_URL "" CACHE STRING "The address of the terms of service")
 set(ZORVANE_PRIVACY_URL "" CACHE STRING "The address of the privacy policy")
 set(ZORVANE_UPDATE_FEED "" CACHE STRING "The https address of the update feed; empty for none")

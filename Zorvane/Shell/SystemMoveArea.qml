@@ -1,11 +1,11 @@
 import QtQuick
 
-/// An area from which the desktop moves or resizes the window. It keeps the button's release to
-/// itself then, so that the area has to let go of the mouse, or the next click would be lost.
+/// An area from which the desktop moves or resizes the window. The desktop swallows the release of
+/// the mouse button, so the area has to release the mouse itself, or it would miss the next click.
 MouseArea {
     id: area
 
-    function letGo() {
+    function releaseMouse() {
         enabled = false;
         enabled = true;
     }

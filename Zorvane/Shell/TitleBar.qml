@@ -2,7 +2,7 @@ import QtQuick
 import QtQuick.Window
 import Zorvane
 
-/// The top of the window: moves it, and holds its menu and its buttons.
+/// The top of the window, by which it is moved, with the menu and the window buttons.
 Item {
     id: bar
 
@@ -29,7 +29,7 @@ Item {
             const distance = Math.abs(mouse.x - pressed.x) + Math.abs(mouse.y - pressed.y);
             if (distance > Application.styleHints.startDragDistance) {
                 bar.target.startSystemMove();
-                letGo();
+                releaseMouse();
             }
         }
         onDoubleClicked: bar.toggleMaximized()

@@ -3,7 +3,7 @@ pragma ComponentBehavior: Bound
 import QtQuick
 import Zorvane
 
-/// A check for updates and its outcome.
+/// Checks for updates.
 Sheet {
     id: sheet
 
@@ -18,7 +18,6 @@ Sheet {
             SecondaryButton {
                 focus: true
                 text: qsTr("Close")
-                cornerRadius: 12
                 onClicked: sheet.dismissed()
             },
             PrimaryButton {
@@ -33,14 +32,12 @@ Sheet {
             visible: sheet.updater.isChecking
         }
 
-        SheetText {
-            width: parent.width
-            horizontalAlignment: Text.AlignHCenter
+        CentredText {
             text: sheet.updater.message
             font: Theme.headline
         }
 
-        SheetText {
+        Label {
             visible: sheet.updater.offersUpdate
             width: parent.width
             text: sheet.updater.notes

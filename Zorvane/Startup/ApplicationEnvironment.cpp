@@ -1,6 +1,6 @@
 #include "Zorvane/Startup/ApplicationEnvironment.h"
 
-#include "CleanCore/CloudDrive/StandIn/CloudDrive.h"
+#include "CleanCore/CloudDrive/CloudDrive.h"
 #include "CleanCore/Commands/Running/SystemCommandRunner.h"
 #include "CleanCore/FileSystem/FileManager.h"
 #include "CleanCore/Startup/Startup.h"
@@ -42,11 +42,10 @@ Environment makeEnvironment(const ApplicationOptions& options)
         [[maybe_unused]] const CleanCore::RulesCatalog catalog = load();
     }
     const QLocale locale = QLocale::system();
-    auto cloudFileManager =
-        home.fileManagerWith(home.cloudDrive(home.cloudContainer(), options.mirror));
+    auto cloudDrive = home.cloudDrive(home.cloudContainer(), options.mirror);
     return {
         .home = std::move(home),
-        .cloudFileManager = std::move(cloudFileManager),
+        .cloudDrive = std::move(cloudDrive),
         .tools = tools,
         .commandRunner =
             [](std::stop_token stop) {

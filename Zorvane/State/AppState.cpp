@@ -21,8 +21,8 @@ const QString currentTermsVersion = QStringLiteral("0.1");
 
 AppState::AppState(Environment environment, QObject* parent)
     : QObject(parent), m_environment(std::move(environment)), m_formatter(m_environment.locale),
-      m_icloudEvictor(m_environment.home.cloudContainer(), m_environment.cloudFileManager,
-                      m_environment.home.pool, m_environment.steadyNow),
+      m_icloudEvictor(m_environment.home.cloudContainer(), m_environment.home.fileManager,
+                      m_environment.cloudDrive, m_environment.home.pool, m_environment.steadyNow),
       m_mailbox(std::make_shared<Mailbox>()), m_mailboxReader(m_mailbox)
 {
     if (m_environment.preferences.acceptedTermsVersion() != currentTermsVersion) {

@@ -17,8 +17,8 @@
 #include <vector>
 
 namespace CleanCore {
+class CloudDrive;
 class CommandRunning;
-class FileManager;
 } // namespace CleanCore
 
 namespace Zorvane {
@@ -27,8 +27,7 @@ namespace Zorvane {
 struct Environment
 {
     CleanCore::HomeEnvironment home;
-    /// The file manager whose releases go to the cloud drive.
-    std::shared_ptr<const CleanCore::FileManager> cloudFileManager;
+    std::shared_ptr<const CleanCore::CloudDrive> cloudDrive;
     CleanCore::ToolLocations tools = CleanCore::ToolLocations::none();
     /// Makes a runner whose children end when a stop is requested. Called on the main thread.
     std::function<std::shared_ptr<const CleanCore::CommandRunning>(std::stop_token)> commandRunner;

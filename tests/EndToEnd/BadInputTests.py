@@ -55,8 +55,8 @@ class BadInput(ProgramTest):
         with open(endless, "wb") as file:
             file.truncate(1 << 40)
         for path, word in ((self.world / "missing.json", "No such file"),
-                           (self.world, "directory"), (fifo, "no regular file"),
-                           ("/dev/zero", "no regular file"), (endless, "too large"), (sealed, "Permission"),
+                           (self.world, "directory"), (fifo, "not a regular file"),
+                           ("/dev/zero", "not a regular file"), (endless, "too large"), (sealed, "Permission"),
                            (self.world / "new\nline\x1b[31m", "No such file"), ("", "No such file")):
             for command in ("scan", "rules"):
                 with self.subTest(path=str(path), command=command):

@@ -3,8 +3,12 @@
 #include "CleanCore/Rules/PathExpander.h"
 #include "CleanCore/Scanning/ItemEnumerator.h"
 #include "CleanCore/Support/PathText.h"
+#include "tests/Support/TreeText.h"
 
 #include <algorithm>
+#include <gtest/gtest.h>
+#include <iterator>
+#include <sstream>
 #include <stdexcept>
 
 namespace CleanCoreTests {
@@ -72,7 +76,34 @@ std::string CleanableHome::outcomeOf(std::string_view relative,
 
 std::string CleanableHome::outcomeOf(const CleaningSelection& selection) const
 {
-    return describe(clean(selection), selection.items.front());
+    const std::string dry = describe(clean(selection, true), selection.items.front());
+    const std::string wet = describe(clean(selection), selection.items.front());
+    EXPECT_EQ(dry, wet == "removed 0" ? "removed all" : wet) << "in a dry run";
+    return wet;
+}
+
+void CleanableHome::expectOutcomes(const std::vector<OutcomeRow>& rows) const
+{
+    for (const OutcomeRow& row : rows) {
+        const std::string name = treeEntries(row.entry).front().path;
+        const bool wasThere = has(name);
+        const std::string before = snapshot(path());
+        make(row.entry);
+        const std::string made = snapshot(path());
+        std::istringstream words(row.bases);
+        const std::vector<std::string> bases{std::istream_iterator<std::string>(words), {}};
+        EXPECT_EQ(outcomeOf(name, bases), row.outcome) << row.entry << " from " << row.bases;
+        const bool isRemoved = row.outcome.starts_with("removed");
+        EXPECT_NE(has(name), isRemoved) << row.entry;
+        if (!isRemoved) {
+            EXPECT_EQ(snapshot(path()), made) << row.entry;
+        } else if (!wasThere) {
+            EXPECT_EQ(snapshot(path()), before) << row.entry;
+        }
+        if (!isRemoved && !wasThere) {
+            remove(name);
+        }
+    }
 }
 
 std::string describe(const CleaningReport& report, const ScannedItem& item)

@@ -1,8 +1,9 @@
 #include "tests/Support/CloudFolders.h"
 
-#include <filesystem>
+#include <cstdlib>
 #include <fstream>
-#include <sstream>
+#include <iterator>
+#include <stdexcept>
 
 namespace CleanCoreTests {
 
@@ -20,14 +21,7 @@ std::string bytes(std::size_t length, unsigned seed)
 std::string contentOf(const std::string& path)
 {
     std::ifstream file(path, std::ios::binary);
-    std::ostringstream content;
-    content << file.rdbuf();
-    return content.str();
-}
-
-void appendTo(const std::string& path, std::string_view content)
-{
-    std::ofstream(path, std::ios::binary | std::ios::app) << content;
+    return {std::istreambuf_iterator<char>(file), {}};
 }
 
 struct stat statusOf(const std::string& path)
@@ -37,43 +31,41 @@ struct stat statusOf(const std::string& path)
     return status;
 }
 
-CloudFolders::CloudFolders(const std::string& below)
-    : home(below), container(home.makeFolder("drive")), mirror(home.makeFolder("mirror"))
+void CloudFolders::makePair(const std::string& name, const std::string& content) const
 {
-}
-
-CleanCore::CloudDrive CloudFolders::drive() const
-{
-    constexpr std::int64_t stepBytes = 8192;
-    return {home.path(), container, mirror, stepBytes};
-}
-
-std::string CloudFolders::local(std::string_view relative) const
-{
-    return container + '/' + std::string(relative);
-}
-
-std::string CloudFolders::copy(std::string_view relative) const
-{
-    return mirror + '/' + std::string(relative);
-}
-
-void CloudFolders::makePair(std::string_view relative, std::string_view content) const
-{
-    const std::string name(relative);
     home.makeFile("drive/" + name, content);
     home.makeFile("mirror/" + name, content);
     home.setTime("drive/" + name, 1'600'000'000, 123'456'789);
     home.setTime("mirror/" + name, 1'600'000'100);
 }
 
-void CloudFolders::makeCloudOnly(std::string_view relative, std::string_view content) const
+void CloudFolders::makeCloudOnly(const std::string& name, const std::string& content) const
 {
-    const std::string name(relative);
-    home.makeFile("mirror/" + name, content);
-    std::filesystem::resize_file(home.makeFile("drive/" + name, ""), content.size());
-    home.setTime("drive/" + name, 1'600'000'100);
-    home.setTime("mirror/" + name, 1'600'000'100);
+    makePair(name, content);
+    run("cd drive && truncate -s 0 '" + name + "' && truncate -s " +
+        std::to_string(content.size()) + " '" + name + "' && touch -r '../mirror/" + name + "' '" +
+        name + "'");
+}
+
+void CloudFolders::run(const std::string& command) const
+{
+    if (std::system(("cd '" + home.path() + "' && " + command).c_str()) != 0) {
+        throw std::runtime_error(command);
+    }
+}
+
+std::optional<std::size_t> releasedBytes(const std::string& path, const std::string& content,
+                                         const std::string& uploaded)
+{
+    const std::string local = contentOf(path);
+    std::size_t released = 0;
+    bool isLost = local.size() != content.size();
+    for (std::size_t i = 0; i < content.size() && !isLost; ++i) {
+        released += local[i] == '\0' ? 1U : 0U;
+        isLost = local[i] == '\0' ? i >= uploaded.size() || uploaded[i] != content[i]
+                                  : local[i] != content[i];
+    }
+    return isLost ? std::nullopt : std::optional(released);
 }
 
 } // namespace CleanCoreTests

@@ -8,6 +8,7 @@
 #include <linux/filter.h>
 #include <linux/seccomp.h>
 #include <sys/prctl.h>
+#include <sys/ptrace.h>
 #include <sys/wait.h>
 #include <system_error>
 #include <unistd.h>
@@ -70,6 +71,33 @@ int runWithFailingCall(long number, int error, const std::function<int()>& work)
     }
     const int status = waitFor(child);
     return WIFEXITED(status) ? WEXITSTATUS(status) : childTrouble;
+}
+
+bool runUntilCall(int calls, const std::function<void()>& work)
+{
+    const pid_t child = forked();
+    if (child == 0) {
+        if (::ptrace(PTRACE_TRACEME, 0, nullptr, nullptr) != 0) {
+            ::_exit(childTrouble);
+        }
+        ::raise(SIGSTOP);
+        work();
+        ::_exit(0);
+    }
+    int status = waitFor(child);
+    // Each call stops the child twice: before and after it.
+    for (int stops = 2 * calls; WIFSTOPPED(status) && stops > 0; --stops) {
+        ::ptrace(PTRACE_SYSCALL, child, nullptr, nullptr);
+        status = waitFor(child);
+    }
+    const bool isKilled = WIFSTOPPED(status);
+    if (isKilled) {
+        ::kill(child, SIGKILL);
+        waitFor(child);
+    } else if (status != 0) {
+        throw std::system_error(ECHILD, std::generic_category(), "the child could not start");
+    }
+    return isKilled;
 }
 
 bool runUntilKilled(long nanoseconds, const std::function<void()>& work)

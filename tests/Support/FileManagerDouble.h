@@ -52,11 +52,6 @@ public:
     {
         unexpected();
     }
-    [[nodiscard]] std::vector<CleanCore::CloudRefusal>
-    releaseLocalCopy(const std::string& /*path*/) const override
-    {
-        unexpected();
-    }
 
 private:
     [[noreturn]] static void unexpected()

@@ -1,5 +1,7 @@
 #include "tests/Support/TemporaryFolder.h"
 
+#include "tests/Support/TreeText.h"
+
 #include <algorithm>
 #include <cerrno>
 #include <cstdlib>
@@ -7,6 +9,7 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <sstream>
 #include <sys/stat.h>
 #include <system_error>
 #include <unistd.h>
@@ -17,6 +20,8 @@ namespace CleanCoreTests {
 namespace fs = std::filesystem;
 
 namespace {
+
+constexpr std::string_view fileContent = "content";
 
 void check(bool isOk, const std::string& path)
 {
@@ -56,6 +61,59 @@ std::string line(const fs::path& path, const std::string& relative)
     return text + '\n';
 }
 
+/// One entry as a tree's text tells it, without what is in it.
+std::string entryText(const fs::path& path, const std::string& relative, const std::string& root)
+{
+    struct stat status = {};
+    check(::lstat(path.c_str(), &status) == 0, path);
+    std::string text = quoted(relative);
+    mode_t expected = S_IRUSR | S_IWUSR;
+    if (S_ISLNK(status.st_mode)) {
+        const std::string target = fs::read_symlink(path);
+        return text + "->" +
+               quoted(target.starts_with(root) ? '~' + target.substr(root.size()) : target);
+    }
+    if (S_ISDIR(status.st_mode)) {
+        text += '/';
+        expected |= S_IXUSR;
+    } else if (!S_ISREG(status.st_mode)) {
+        text += S_ISFIFO(status.st_mode) ? '|' : '?';
+    } else if (const auto size = status.st_size; size != static_cast<off_t>(fileContent.size())) {
+        text += ':' + (size % 1024 == 0 && size > 0 ? std::to_string(size / 1024) + 'k'
+                                                    : std::to_string(size));
+    }
+    if ((status.st_mode & expected) != expected) {
+        std::ostringstream mode;
+        mode << "=0" << std::oct << (status.st_mode & 07777U);
+        text += mode.str();
+    }
+    return text;
+}
+
+void appendTree(std::string& text, const fs::path& folder, const std::string& prefix,
+                const std::string& root)
+{
+    std::vector<std::string> names;
+    std::error_code unreadable;
+    for (const auto& entry : fs::directory_iterator(folder, unreadable)) {
+        names.push_back(entry.path().filename());
+    }
+    std::sort(names.begin(), names.end());
+    for (const std::string& name : names) {
+        const fs::path path = folder / name;
+        std::error_code error;
+        const bool isFolder = fs::symlink_status(path, error).type() == fs::file_type::directory;
+        const std::string own = entryText(path, prefix + name, root);
+        // A folder with something in it is told by that, if there is no more to tell of it.
+        if (!isFolder || own.find('=') != std::string::npos || fs::is_empty(path, error) || error) {
+            text += (text.empty() ? "" : " ") + own;
+        }
+        if (isFolder) {
+            appendTree(text, path, prefix + name + '/', root);
+        }
+    }
+}
+
 } // namespace
 
 TemporaryFolder::TemporaryFolder(const std::string& below)
@@ -75,6 +133,57 @@ TemporaryFolder::~TemporaryFolder()
 std::string TemporaryFolder::path(std::string_view relative) const
 {
     return relative.empty() ? m_path : m_path + '/' + std::string(relative);
+}
+
+void TemporaryFolder::make(std::string_view tree, CleanCore::Timestamp now) const
+{
+    using enum TreeTextEntry::Kind;
+    const std::vector<TreeTextEntry> entries = treeEntries(tree);
+    for (const TreeTextEntry& entry : entries) {
+        const std::string where = path(entry.path);
+        switch (entry.kind) {
+        case file:
+            makeFile(entry.path, entry.length
+                                     ? std::string(static_cast<std::size_t>(*entry.length), 'x')
+                                     : std::string(fileContent));
+            break;
+        case folder:
+            makeFolder(entry.path);
+            break;
+        case link:
+            if (fs::is_symlink(where)) {
+                remove(entry.path);
+            }
+            makeLink(entry.path, entry.target.starts_with('~') ? m_path + entry.target.substr(1)
+                                                               : entry.target);
+            break;
+        case twin:
+            fs::create_directories(fs::path(where).parent_path());
+            fs::create_hard_link(path(entry.target), where);
+            break;
+        case pipe:
+            fs::create_directories(fs::path(where).parent_path());
+            check(::mkfifo(where.c_str(), S_IRUSR | S_IWUSR) == 0, where);
+            break;
+        }
+    }
+    for (auto entry = entries.rbegin(); entry != entries.rend(); ++entry) {
+        if (entry->age) {
+            const CleanCore::Timestamp time = now - *entry->age;
+            const auto seconds = std::chrono::floor<std::chrono::seconds>(time);
+            setTime(entry->path, seconds.time_since_epoch().count(), (time - seconds).count());
+        }
+        if (entry->mode) {
+            setMode(entry->path, *entry->mode);
+        }
+    }
+}
+
+std::string TemporaryFolder::tree(std::string_view below) const
+{
+    std::string text;
+    appendTree(text, path(below), "", m_path);
+    return text;
 }
 
 std::string TemporaryFolder::makeFolder(std::string_view relative) const
@@ -113,6 +222,16 @@ void TemporaryFolder::setTime(std::string_view relative, std::int64_t seconds,
 void TemporaryFolder::setMode(std::string_view relative, unsigned mode) const
 {
     check(::chmod(path(relative).c_str(), mode) == 0, path(relative));
+}
+
+void TemporaryFolder::remove(std::string_view relative) const
+{
+    fs::remove_all(path(relative));
+}
+
+void TemporaryFolder::move(std::string_view from, std::string_view to) const
+{
+    fs::rename(path(from), path(to));
 }
 
 bool TemporaryFolder::has(std::string_view relative) const

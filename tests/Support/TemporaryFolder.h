@@ -1,5 +1,7 @@
 #pragma once
 
+#include "CleanCore/Support/Timestamp.h"
+
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -9,6 +11,16 @@ namespace CleanCoreTests {
 /// A folder of the test's own below the system's temporary folder, gone with everything in it at
 /// the end, whatever permissions the test gave its entries. Paths given to its members are relative
 /// to it; parents are made as needed. Every member throws std::system_error when it fails.
+///
+/// A tree is written as its entries, with white space between them:
+///   a/note          a file, which holds "content"    a/b/          a folder
+///   a/data:5k       a file of 5 KiB (":300", ":2M")  pipe|         a FIFO
+///   link->../note   a link; "~" begins a target that is a path in this folder: link->~/a/note
+///   twin==a/note    a hard link to an entry that is in this folder by then
+/// Behind any of them: =0500 its mode; @40d its age (d, h, m, s, ns; a sum of them as in @7d1ns;
+/// negative for what is still to come). Modes and ages are given once all entries are there, the
+/// last entry's first. '…' takes everything in it as it stands, and '' in it for one quote: a name
+/// with a blank, a quote or one of :|@=> in it is written so.
 class TemporaryFolder
 {
 public:
@@ -22,6 +34,15 @@ public:
     [[nodiscard]] const std::string& path() const { return m_path; }
     [[nodiscard]] std::string path(std::string_view relative) const;
 
+    /// Makes the entries of `tree`. Files that are there are overwritten, links replaced. Ages are
+    /// counted back from `now`. Throws std::invalid_argument for a text that is no tree.
+    void make(std::string_view tree, CleanCore::Timestamp now = {}) const;
+
+    /// What is in the folder `below`, as make() takes it, in the order of the paths: every entry
+    /// except folders that hold another. Sizes are told of files that do not hold "content", modes
+    /// of what its owner may not read and write (and enter); ages are not told.
+    [[nodiscard]] std::string tree(std::string_view below = "") const;
+
     std::string makeFolder(std::string_view relative) const;
     std::string makeFile(std::string_view relative, std::string_view content = "content") const;
     std::string makeLink(std::string_view relative, const std::string& target) const;
@@ -29,6 +50,11 @@ public:
     /// negative.
     void setTime(std::string_view relative, std::int64_t seconds, long nanoseconds = 0) const;
     void setMode(std::string_view relative, unsigned mode) const;
+
+    /// Removes an entry with everything in it.
+    void remove(std::string_view relative) const;
+    /// Renames an entry; `to` may not be there, or may be what rename(2) replaces.
+    void move(std::string_view from, std::string_view to) const;
 
     /// Whether an entry is there; a link counts, wherever it leads.
     [[nodiscard]] bool has(std::string_view relative) const;

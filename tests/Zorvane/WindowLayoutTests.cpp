@@ -153,7 +153,7 @@ TEST(Window, GivesItsPartsTheirWidths)
         {"icloud", "busy-folder", "ICloudList", 0, 500},
         {"icloud", "busy-folder", "NoticeBox", 0, 500},
         {"icloud", "five-apps", "AppsNotice", 0, 500},
-        {"icloud", "freed", "EvictResult", 0, 500},
+        {"icloud", "freed", "ReleaseResult", 0, 500},
         // The label of at least 170 and 26 on either side of it.
         {"icloud", "nothing-selected", "=Free up", 222, any},
     };

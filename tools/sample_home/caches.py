@@ -1,4 +1,4 @@
-"""Caches of desktop programs, browsers, web apps and Flatpak apps, with what has to survive beside them."""
+"""Caches of desktop programs, browsers, web apps and Flatpak apps, with files beside them that must survive."""
 
 # Name, files, range of sizes, suffix; all older than any age limit.
 OLD_APPLICATIONS = (

@@ -1,4 +1,4 @@
-"""What developer tools leave behind: package caches, build caches, read-only module folders."""
+"""Leftovers of developer tools: package caches, build caches, read-only module folders."""
 
 READ_ONLY_FOLDER = 0o555
 READ_ONLY_FILE = 0o444

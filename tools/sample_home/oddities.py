@@ -44,7 +44,7 @@ def _hard_links_and_holes(tree):
 
 
 def _permissions(tree):
-    """For root every one of these is as readable as the rest."""
+    """Root can read all of these."""
     tree.many(".cache/locked-inside/open", 6, (500, 4000), (40, 80), levels=0)
     tree.file(".cache/locked-inside/sealed/inner/secret.bin", 9000, 60)
     tree.folder(".cache/locked-inside/sealed", 60, 0o000)

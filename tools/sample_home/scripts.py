@@ -1,7 +1,7 @@
 """The stand-in tools' scripts by their path below .tools."""
 
 PRELUDE = r"""#!/bin/sh
-# Stands in for @NAME@ in a sample home; what it knows is in state/@NAME@.
+# Stands in for @NAME@ in a sample home; its state is in state/@NAME@.
 set -eu
 PATH=/usr/bin:/bin
 root=$(cd "$(dirname "$0")/@UP@" && pwd -P)

@@ -15,8 +15,8 @@ FLATPAK_APPS = (
     ("org.gnome.Calculator/x86_64/stable", "org.gnome.Platform/x86_64/46"),
     ("org.videolan.VLC/x86_64/stable", "org.kde.Platform/x86_64/5.15-23.08"),
 )
-# Reference, size and needed runtime; flatpak puts a no-break space before the unit, which the C
-# locale makes a question mark of.
+# Reference, size and needed runtime; flatpak puts a no-break space before the unit, which becomes a
+# question mark in the C locale.
 FLATPAK_RUNTIMES = (
     ("org.gnome.Platform/x86_64/46", "935.0?MB", ""),
     ("org.kde.Platform/x86_64/5.15-23.08", "1.1?GB", ""),

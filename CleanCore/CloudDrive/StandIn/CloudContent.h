@@ -9,15 +9,15 @@
 
 namespace CleanCore {
 
-/// How a local file compares with its copy.
+/// The outcome of comparing a local file with its copy.
 struct CloudComparison
 {
-    /// Whether they are equal except where the local file has holes. The other members are
-    /// meaningful only then.
+    /// Whether they are equal except where the local file has holes. Without that, the other
+    /// members mean nothing.
     bool isSameButForHoles = false;
-    /// What of the copy's content, other than zeros, the local file has holes for.
+    /// The smallest range with all of the local file's holes where the copy has more than zeros.
     ByteRange missing;
-    /// Of the copy's whole content (64-bit FNV-1a).
+    /// The checksum of the copy's whole content (64-bit FNV-1a).
     std::uint64_t checksum = 0;
 
     /// Whether reading either gives the same bytes.
@@ -30,19 +30,19 @@ class CloudContent
 public:
     CloudContent();
 
-    /// Compares the first `length` bytes of two open files, which is all they should have. Ends at
+    /// Compares the first `length` bytes of two open files, which should be all they have. Ends at
     /// the first difference. Returns 0 or errno.
     [[nodiscard]] int compare(int local, int copy, std::int64_t length,
                               CloudComparison& comparison);
 
-    /// Writes the piece of `copy` at the beginning of `range` into `local` at the same place and
-    /// takes it off the range. `mayWrite()` is asked right before; when it says no, nothing is
-    /// written and ECANCELED returned. Returns 0 or errno.
+    /// Writes the first piece of `range` from `copy` into `local` at the same offset, and advances
+    /// the beginning of the range past it. Calls `mayWrite()` right before each write; when that
+    /// returns false, it stops with ECANCELED. Returns 0 or errno.
     [[nodiscard]] int transferPiece(int copy, int local, ByteRange& range,
                                     const std::function<bool()>& mayWrite);
 
 private:
-    /// Compares one range that is either all data or all hole.
+    /// Compares one range that is data throughout or a hole throughout.
     [[nodiscard]] int compareRange(int local, int copy, ByteRange range, bool isHole,
                                    CloudComparison& comparison);
     std::vector<std::byte> m_copied;

@@ -1,7 +1,5 @@
 #include "CleanCore/CloudDrive/StandIn/CloudFetch.h"
 
-#include "CleanCore/CloudDrive/StandIn/CloudFilePair.h"
-
 #include <algorithm>
 #include <cerrno>
 #include <fcntl.h>
@@ -13,35 +11,33 @@ namespace {
 
 using Reason = CloudRefusalReason;
 
-/// Looks at one file without its copy: whether all of its content is here. Returns 0 or errno.
-int readIsLocal(const CloudPlace& place, bool& isLocal)
+/// Reads, without the copy, whether all content of the file is here. Returns 0 or errno.
+int readIsLocal(const CloudEntry& entry, bool& isLocal)
 {
     EntryStatus seen;
-    if (const int error = readStatus(place.folder, place.name.c_str(), seen); error != 0) {
+    if (const int error = readStatus(entry.folder, entry.name.c_str(), seen); error != 0) {
         return error;
     }
     isLocal = seen.lengthBytes == 0;
     if (isLocal || seen.identity.kind != EntryKind::file ||
-        seen.isBeyondBoundaryOf(place.folderStatus)) {
+        seen.isBeyondBoundaryOf(entry.folderStatus)) {
         return 0;
     }
-    const FileDescriptor file(::openat(place.folder, place.name.c_str(),
-                                       O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
     struct stat status = {};
-    if (!file.isOpen() || ::fstat(file.get(), &status) != 0) {
+    const FileDescriptor file = openToRead(entry, status);
+    if (!file.isOpen()) {
         return errno;
     }
     const std::optional<CloudMarker> marker = readMarker(file.get());
-    // Without a marker, holes are the user's own unless nothing else is there. With one that no
-    // longer fits, a file without holes was written anew.
+    // Without a marker, holes are the user's own unless the file is nothing but one. A file with a
+    // marker that no longer fits, and without holes, was written anew.
     isLocal = marker ? !marker->explains(status) && !hasHole(file.get(), status.st_size)
                      : status.st_blocks > 0 || hasData(file.get());
     return 0;
 }
 
-/// Puts down that no change is under way any more, so that from here on the time has to be the
-/// same; not if it could not be given back.
-void settle(const CloudFilePair& pair, CloudMarker marker)
+/// Marks the change as finished, unless the modification time could not be restored.
+void endChange(const CloudFilePair& pair, CloudMarker marker)
 {
     struct stat status = {};
     if (::fstat(pair.local(), &status) == 0 && areSameTime(status.st_mtim, marker.modifiedAt)) {
@@ -52,32 +48,34 @@ void settle(const CloudFilePair& pair, CloudMarker marker)
 
 } // namespace
 
-std::optional<CloudFailure> CloudFetch::fetchFile(const CloudPlace& place)
+std::optional<CloudFailure> CloudFetch::fetchFile(const CloudEntry& entry)
 {
     bool isLocal = false;
-    if (const int error = readIsLocal(place, isLocal); error != 0 || isLocal) {
+    if (const int error = readIsLocal(entry, isLocal); error != 0 || isLocal) {
         return failureOrNone(error);
     }
     CloudFilePair pair;
-    if (auto failure = pair.open(place)) {
+    if (auto failure = pair.open(entry)) {
         return failure;
     }
     CloudMarker marker;
     if (auto failure = prove(pair, marker)) {
         return failure;
     }
-    timespec lastTime = pair.localStatus().st_mtim;
+    // The marker of the next step would not explain the time of a step that was killed before.
+    if (auto failure = pair.restoreTime(marker.modifiedAt)) {
+        return failure;
+    }
     while (!marker.missing.isEmpty()) {
-        if (auto failure = takeStep(place, pair, marker, lastTime)) {
-            settle(pair, marker);
+        if (auto failure = fillStep(entry, pair, marker)) {
+            endChange(pair, marker);
             return failure;
         }
-        lastTime = marker.modifiedAt;
     }
     return finish(pair, marker);
 }
 
-/// Finds out that all that is missing from the file is in the copy, and where it is missing.
+/// Proves that the copy has everything that the file lacks; `marker` then tells where.
 std::optional<CloudFailure> CloudFetch::prove(const CloudFilePair& pair, CloudMarker& marker)
 {
     const struct stat& status = pair.localStatus();
@@ -110,8 +108,8 @@ std::optional<CloudFailure> CloudFetch::prove(const CloudFilePair& pair, CloudMa
     return std::nullopt;
 }
 
-std::optional<CloudFailure> CloudFetch::takeStep(const CloudPlace& place, const CloudFilePair& pair,
-                                                 CloudMarker& marker, const timespec& lastTime)
+std::optional<CloudFailure> CloudFetch::fillStep(const CloudEntry& entry, const CloudFilePair& pair,
+                                                 CloudMarker& marker)
 {
     marker.beginChange();
     if (const int error = writeMarker(pair.local(), marker); error != 0) {
@@ -120,7 +118,7 @@ std::optional<CloudFailure> CloudFetch::takeStep(const CloudPlace& place, const 
     if (::fsync(pair.local()) != 0) {
         return failureOf(errno);
     }
-    if (auto failure = pair.findChange(place, lastTime)) {
+    if (auto failure = pair.findChange(entry, marker.modifiedAt)) {
         return failure;
     }
     ByteRange step = {marker.missing.begin,
@@ -131,7 +129,7 @@ std::optional<CloudFailure> CloudFetch::takeStep(const CloudPlace& place, const 
         error =
             m_content.transferPiece(pair.copy(), pair.local(), step, [&] { return pair.isHeld(); });
     }
-    // Also after a failure: what was written until then is as good as the rest.
+    // Even after a failure, since everything written so far is correct.
     const int timeError = setModificationTime(pair.local(), marker.modifiedAt);
     if (error == 0) {
         error = timeError;
@@ -147,7 +145,7 @@ std::optional<CloudFailure> CloudFetch::takeStep(const CloudPlace& place, const 
 
 std::optional<CloudFailure> CloudFetch::finish(const CloudFilePair& pair, const CloudMarker& marker)
 {
-    // Read back from the disk, as far as the kernel agrees, and not from memory.
+    // Reads back from the disk rather than from memory, as far as the kernel complies.
     static_cast<void>(::posix_fadvise(pair.local(), 0, 0, POSIX_FADV_DONTNEED));
     CloudComparison comparison;
     if (const int error = m_content.compare(pair.local(), pair.copy(), marker.length, comparison);

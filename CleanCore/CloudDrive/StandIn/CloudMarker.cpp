@@ -11,11 +11,11 @@ namespace {
 
 constexpr const char* attributeName = "user.zorvane";
 constexpr std::int64_t nanosecondsPerSecond = 1'000'000'000;
-// A file's time may be cut to whole seconds, and a step may take long on a slow disk.
+// A file system may store whole seconds only, and a step may take long on a slow disk.
 constexpr std::int64_t earliestChange = -nanosecondsPerSecond;
 constexpr std::int64_t latestChange = 60 * nanosecondsPerSecond;
 
-/// The attribute's value, in the byte order of the machine: on another one it is not understood.
+/// The value of the attribute, in the byte order of the machine; the version tells a foreign one.
 struct Record
 {
     static constexpr std::uint32_t currentVersion = 0x5a4d'4b31;
@@ -25,8 +25,8 @@ struct Record
     std::int64_t modifiedSeconds = 0;
     std::int64_t length = 0;
     std::uint64_t checksum = 0;
-    // Left out where it says that nothing is under way and everything may be missing: a
-    // placeholder's record is to lie in an inode of 256 bytes beside others.
+    // From here on omitted for a placeholder, of which everything may be missing and nothing is
+    // changing: its record has to fit into an inode of 256 bytes beside other attributes.
     std::int64_t changingSince = 0;
     std::int64_t missingBegin = 0;
     std::int64_t missingEnd = 0;
@@ -58,7 +58,7 @@ bool CloudMarker::explains(const struct stat& status) const
     if (areSameTime(status.st_mtim, modifiedAt)) {
         return true;
     }
-    // Compared in seconds first: times far away do not fit into nanoseconds.
+    // Compares seconds first: a time far away overflows as nanoseconds.
     const std::int64_t seconds = status.st_mtim.tv_sec - changingSince / nanosecondsPerSecond;
     if (changingSince == 0 || seconds < -2 || seconds > latestChange / nanosecondsPerSecond + 1) {
         return false;

@@ -24,32 +24,32 @@ struct ByteRange
     [[nodiscard]] bool operator==(const ByteRange&) const = default;
 };
 
-/// What is written on a file, as an extended attribute, before any of its content is given up: the
-/// proof that its holes are ours and what belongs into them. It is kept small enough to lie in the
-/// inode itself, so that it takes no block of its own.
+/// An extended attribute that a file gets before any of its content is released. It proves that the
+/// holes of the file are ours, and tells which content belongs into them. It is small enough to be
+/// stored in the inode, without a block of its own.
 struct CloudMarker
 {
     std::int64_t length = 0;
     /// The modification time that the file keeps.
     timespec modifiedAt = {};
-    /// Of the whole content; see CloudContent.
+    /// The checksum of the whole content; see CloudComparison.
     std::uint64_t checksum = 0;
-    /// When the change that is under way began, by the clock that the kernel stamps files with, in
-    /// nanoseconds since 1970; 0 while none is. Until it has ended and the time has been given
-    /// back, the file's own time is that of the change.
+    /// When the change in progress began, by the clock that the kernel stamps files with, in
+    /// nanoseconds since 1970; 0 without one. From its first write until the modification time is
+    /// restored, the file carries the time of that change.
     std::int64_t changingSince = 0;
-    /// Where content may be missing; outside of it the file is whole.
+    /// Where content may be missing; outside of it the file is complete.
     ByteRange missing;
 
-    /// Whether a file with this status can be one that nobody but us has changed: its length, and
-    /// its time, which is the one it keeps or one within a minute of the change under way.
+    /// Whether a file with this status can be one that only this program has changed: it has this
+    /// length, and either `modifiedAt` or a time within a minute of the change in progress.
     [[nodiscard]] bool explains(const struct stat& status) const;
 
     /// Sets changingSince to now.
     void beginChange();
 };
 
-/// Nothing when the file has no marker, or none that is understood.
+/// Nothing when the file has no marker, or one of another version.
 [[nodiscard]] std::optional<CloudMarker> readMarker(int file);
 
 /// Return 0 or errno.
@@ -58,7 +58,7 @@ struct CloudMarker
 
 [[nodiscard]] bool areSameTime(const timespec& a, const timespec& b);
 
-/// Gives the file its modification time back. Returns 0 or errno.
+/// Returns 0 or errno.
 [[nodiscard]] int setModificationTime(int file, const timespec& time);
 
 } // namespace CleanCore

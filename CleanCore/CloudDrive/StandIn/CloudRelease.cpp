@@ -1,7 +1,7 @@
 #include "CleanCore/CloudDrive/StandIn/CloudRelease.h"
 
-#include "CleanCore/CloudDrive/StandIn/CloudFilePair.h"
 #include "CleanCore/CloudDrive/StandIn/CloudMarker.h"
+#include "CleanCore/FileSystem/Descriptors.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -15,31 +15,29 @@ namespace {
 
 using Reason = CloudRefusalReason;
 
-constexpr int folderFlags = O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC;
-// Punching to behind the end takes the last, partly used block too.
+// Punching beyond the end frees the last, partly used block too.
 constexpr std::int64_t beyondEnd = 1 << 16;
 
-/// Whether nothing of this file is left to release, as far as one can see without its copy.
-bool holdsNothing(const CloudPlace& place, const EntryStatus& status)
+/// Whether the file has nothing left to release, as far as its status and its marker tell.
+bool holdsNothing(const CloudEntry& entry, const EntryStatus& seen)
 {
-    if (status.lengthBytes == 0) {
+    if (seen.lengthBytes == 0) {
         return true;
     }
-    const FileDescriptor file(::openat(place.folder, place.name.c_str(),
-                                       O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
-    struct stat now = {};
-    if (!file.isOpen() || ::fstat(file.get(), &now) != 0) {
-        return status.allocatedBytes == 0;
+    struct stat status = {};
+    const FileDescriptor file = openToRead(entry, status);
+    if (!file.isOpen()) {
+        return seen.allocatedBytes == 0;
     }
     const std::optional<CloudMarker> marker = readMarker(file.get());
     if (marker && marker->changingSince != 0) {
         return false;
     }
-    // A marker that has no room in the inode takes a block of its own.
-    return now.st_blocks == 0 || (marker && marker->explains(now) && !hasData(file.get()));
+    // A marker without room in the inode takes a block of its own.
+    return status.st_blocks == 0 || (marker && marker->explains(status) && !hasData(file.get()));
 }
 
-/// Whether the kernel would take something away from the file when its content is changed.
+/// Whether the kernel would clear privileges of the file when its content changes.
 bool isPrivileged(int file, const struct stat& status)
 {
     return (status.st_mode & (S_ISUID | S_ISGID)) != 0 ||
@@ -48,21 +46,21 @@ bool isPrivileged(int file, const struct stat& status)
 
 } // namespace
 
-/// The release of one file whose content is known to be in the mirror.
+/// Releases one file whose content is known to be in the mirror.
 class CloudRelease::Steps
 {
 public:
-    Steps(const CloudPlace& place, const CloudFilePair& pair, const CloudMarker& marker,
+    Steps(const CloudEntry& entry, const CloudFilePair& pair, const CloudMarker& marker,
           const std::optional<CloudMarker>& before)
-        : m_place(place), m_pair(pair), m_marker(marker), m_settled(before)
+        : m_entry(entry), m_pair(pair), m_marker(marker), m_settled(before)
     {
     }
 
     std::optional<CloudFailure> run(std::int64_t stepBytes)
     {
         for (std::int64_t at = 0; at < m_marker.length; at += stepBytes) {
-            if (auto failure = take({at, std::min(at + stepBytes, m_marker.length)})) {
-                settle();
+            if (auto failure = punch({at, std::min(at + stepBytes, m_marker.length)})) {
+                writeSettledMarker();
                 return failure;
             }
         }
@@ -70,7 +68,7 @@ public:
     }
 
 private:
-    std::optional<CloudFailure> take(const ByteRange& step)
+    std::optional<CloudFailure> punch(const ByteRange& step)
     {
         const int file = m_pair.local();
         m_marker.missing = m_marker.missing.joined(step);
@@ -81,7 +79,7 @@ private:
         if (::fsync(file) != 0) {
             return failureOf(errno);
         }
-        if (auto failure = m_pair.findChange(m_place, m_lastTime)) {
+        if (auto failure = m_pair.findChange(m_entry, m_marker.modifiedAt)) {
             return failure;
         }
         const std::int64_t end = step.end == m_marker.length ? step.end + beyondEnd : step.end;
@@ -92,9 +90,8 @@ private:
         if (error == EOPNOTSUPP) {
             return failureOf(error);
         }
-        // Whatever else went wrong, a part of the step may be gone.
+        // After any other error, a part of the step may be gone already.
         const int timeError = setModificationTime(file, m_marker.modifiedAt);
-        m_lastTime = m_marker.modifiedAt;
         m_settled = m_marker;
         if (timeError == 0) {
             m_settled->changingSince = 0;
@@ -108,41 +105,40 @@ private:
         if (::fstat(m_pair.local(), &status) != 0) {
             return failureOf(errno);
         }
-        // Blocks reserved behind the end stay when a hole is punched; this gives them back.
+        // Punching leaves blocks that were reserved beyond the end; truncating frees them.
         if (status.st_blocks > 0 && m_pair.isHeld() &&
             ::ftruncate(m_pair.local(), m_marker.length) != 0) {
             return failureOf(errno);
         }
         const int error = setModificationTime(m_pair.local(), m_marker.modifiedAt);
-        return failureOrNone(error != 0 ? error : settle());
+        return failureOrNone(error != 0 ? error : writeSettledMarker());
     }
 
-    /// Puts down that no change is under way any more, or what was there before there was one.
-    int settle() const
+    /// Replaces the marker of the change in progress by the one that fits the file now.
+    int writeSettledMarker() const
     {
         return m_settled ? writeMarker(m_pair.local(), *m_settled) : removeMarker(m_pair.local());
     }
 
-    const CloudPlace& m_place;
+    const CloudEntry& m_entry;
     const CloudFilePair& m_pair;
     CloudMarker m_marker;
-    // The marker for the file as it is when no step is being taken.
+    // The marker that fits the file between two steps; none before the first one.
     std::optional<CloudMarker> m_settled;
-    timespec m_lastTime = m_pair.localStatus().st_mtim;
 };
 
-std::optional<CloudFailure> CloudRelease::releaseFile(const CloudPlace& place)
+std::optional<CloudFailure> CloudRelease::releaseFile(const CloudEntry& entry)
 {
     EntryStatus seen;
-    if (const int error = readStatus(place.folder, place.name.c_str(), seen); error != 0) {
+    if (const int error = readStatus(entry.folder, entry.name.c_str(), seen); error != 0) {
         return failureOf(error);
     }
-    if (seen.identity.kind == EntryKind::file && !seen.isBeyondBoundaryOf(place.folderStatus) &&
-        holdsNothing(place, seen)) {
+    if (seen.identity.kind == EntryKind::file && !seen.isBeyondBoundaryOf(entry.folderStatus) &&
+        holdsNothing(entry, seen)) {
         return std::nullopt;
     }
     CloudFilePair pair;
-    if (auto failure = pair.open(place)) {
+    if (auto failure = pair.open(entry)) {
         return failure;
     }
     const struct stat& status = pair.localStatus();
@@ -167,7 +163,7 @@ std::optional<CloudFailure> CloudRelease::releaseFile(const CloudPlace& place)
     if (!comparison.isSame() && !(isOurs && before->missing.contains(comparison.missing))) {
         return CloudFailure{before ? Reason::notProven : Reason::differsFromMirror, 0};
     }
-    if (::fsync(pair.copy()) != 0 || !isMirrorFolderDurable(place.mirrorFolder)) {
+    if (::fsync(pair.copy()) != 0 || !isMirrorFolderDurable(entry.mirrorFolder)) {
         return CloudFailure{Reason::mirrorNotDurable, 0};
     }
     CloudMarker marker;
@@ -175,11 +171,16 @@ std::optional<CloudFailure> CloudRelease::releaseFile(const CloudPlace& place)
     marker.modifiedAt = isOurs ? before->modifiedAt : status.st_mtim;
     marker.checksum = comparison.checksum;
     marker.missing = isOurs ? before->missing : ByteRange();
-    return Steps(place, pair, marker, before).run(m_stepBytes);
+    // The marker of the next step would not explain the time of a step that was killed before.
+    if (auto failure = pair.restoreTime(marker.modifiedAt)) {
+        return failure;
+    }
+    return Steps(entry, pair, marker, before).run(m_stepBytes);
 }
 
-/// A copy is durable when its name is, and those of the folders above it. A folder is made durable
-/// only after what lies below has been opened, so that it is known to be in it.
+/// A copy survives a power failure only if its name is on disk, and so are the names of the folders
+/// above it, up to the home. Writes each folder out through "..", so that it is known to hold the
+/// one below.
 bool CloudRelease::isMirrorFolderDurable(int folder)
 {
     EntryStatus status;
@@ -190,7 +191,7 @@ bool CloudRelease::isMirrorFolderDurable(int folder)
     FileDescriptor above;
     while (status.identity != m_home && !isKnownDurable(status.identity)) {
         way.push_back(status.identity);
-        FileDescriptor next(::openat(above.isOpen() ? above.get() : folder, "..", folderFlags));
+        FileDescriptor next = openFolder(above.isOpen() ? above.get() : folder, "..");
         if (!next.isOpen() || ::fsync(next.get()) != 0 || readStatus(next.get(), "", status) != 0 ||
             status.identity == way.back()) {
             return false;

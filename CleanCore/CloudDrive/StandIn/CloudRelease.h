@@ -1,8 +1,7 @@
 #pragma once
 
 #include "CleanCore/CloudDrive/StandIn/CloudContent.h"
-#include "CleanCore/CloudDrive/StandIn/CloudPlace.h"
-#include "CleanCore/CloudDrive/StandIn/CloudRefusal.h"
+#include "CleanCore/CloudDrive/StandIn/CloudFilePair.h"
 
 #include <cstdint>
 #include <optional>
@@ -13,29 +12,29 @@ namespace CleanCore {
 
 /// Turns files of the container into placeholders.
 ///
-/// A file gives up its content in steps, from its beginning, and only if the mirror's copy is
-/// another file with the same bytes, known to be on disk. Before each step a marker that covers it
-/// is made durable on the file; see CloudMarker. Whatever happens in between, the content exists in
-/// the mirror, and what is left tells how to go on.
+/// Content is released in steps, from the beginning of the file, and only if the mirror's copy is
+/// another file with the same bytes, known to be on disk. Before each step, a marker that covers it
+/// becomes durable on the file; see CloudMarker. Whenever the process is killed, the content is in
+/// the mirror, and the file with its marker tells how to continue.
 ///
-/// Only content is given up. Extended attributes stay, the user's own as well as the marker, and
-/// where they have no room in the inode so do the blocks that hold them: a placeholder may have
-/// st_blocks of 8, with no data in it.
+/// Only content is released. Extended attributes stay, the marker among them, and so does the block
+/// that holds those without room in the inode: a placeholder may then have st_blocks of 8 and still
+/// hold no data.
 ///
 /// Not for use by two threads at once.
 class CloudRelease
 {
 public:
-    /// `home` is the folder that holds the mirror; a step is `stepBytes` long, a multiple of the
-    /// file system's blocks.
+    /// `home` is the folder that holds the mirror; `stepBytes` is a multiple of the file system's
+    /// block size.
     CloudRelease(const EntryIdentity& home, std::int64_t stepBytes)
         : m_home(home), m_stepBytes(stepBytes)
     {
     }
 
-    /// Releases one regular file. One that holds nothing here is left alone. Returns why it was
+    /// Releases one regular file; one that holds nothing here stays as it is. Returns why it was
     /// refused, nothing otherwise.
-    [[nodiscard]] std::optional<CloudFailure> releaseFile(const CloudPlace& place);
+    [[nodiscard]] std::optional<CloudFailure> releaseFile(const CloudEntry& entry);
 
 private:
     class Steps;
@@ -45,7 +44,7 @@ private:
     EntryIdentity m_home;
     std::int64_t m_stepBytes;
     CloudContent m_content;
-    // Folders of the mirror whose names are durable all the way up to the home.
+    // Folders of the mirror whose names, up to the home, are known to be on disk.
     std::set<std::pair<std::uint64_t, std::uint64_t>> m_durableFolders;
 };
 

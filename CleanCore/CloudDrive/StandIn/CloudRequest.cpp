@@ -1,8 +1,8 @@
 #include "CleanCore/CloudDrive/StandIn/CloudRequest.h"
 
-#include "CleanCore/CloudDrive/AppBundleName.h"
+#include "CleanCore/CloudDrive/ICloudItem.h"
 #include "CleanCore/CloudDrive/StandIn/CloudFilePair.h"
-#include "CleanCore/FileSystem/DescriptorPath.h"
+#include "CleanCore/FileSystem/Descriptors.h"
 #include "CleanCore/FileSystem/LinkResolver.h"
 #include "CleanCore/Support/PathText.h"
 
@@ -17,8 +17,6 @@ namespace CleanCore {
 namespace {
 
 using Reason = CloudRefusalReason;
-
-constexpr int folderFlags = O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC;
 
 /// The components of `path` below `container`, as text; empty when it names no entry there.
 std::vector<std::string> namesBelow(const std::string& container, const std::string& path)
@@ -38,12 +36,6 @@ bool isInMemory(int folder)
            system.f_type == RAMFS_MAGIC;
 }
 
-/// Opens again, to be read, the folder that is held only by its path.
-FileDescriptor reopened(const FileDescriptor& folder)
-{
-    return FileDescriptor(::openat(folder.get(), ".", folderFlags));
-}
-
 } // namespace
 
 std::optional<CloudFailure> CloudRequest::open(const std::string& home,
@@ -60,7 +52,7 @@ std::optional<CloudFailure> CloudRequest::open(const std::string& home,
     if (auto failure = checkApart(home)) {
         return failure;
     }
-    m_place.path = path;
+    m_entry.path = path;
     return openEntry(names);
 }
 
@@ -72,19 +64,19 @@ std::optional<CloudFailure> CloudRequest::openFolders(const std::string& home,
     if (readStatus(AT_FDCWD, container.c_str(), named) == 0 && named.isSymbolicLink()) {
         return CloudFailure{Reason::linkedContainer, 0};
     }
-    m_container = FileDescriptor(::open(container.c_str(), folderFlags));
+    m_container = openFolder(AT_FDCWD, container.c_str());
     if (!m_container.isOpen() || readStatus(AT_FDCWD, home.c_str(), m_home) != 0 ||
         readStatus(m_container.get(), "", m_containerStatus) != 0) {
         return CloudFailure{Reason::noContainer, 0};
     }
-    m_mirror = FileDescriptor(::open(resolveSymbolicLinks(mirror).c_str(), folderFlags));
+    m_mirror = openFolder(AT_FDCWD, resolveSymbolicLinks(mirror).c_str());
     if (!m_mirror.isOpen() || readStatus(m_mirror.get(), "", m_mirrorStatus) != 0) {
         return CloudFailure{Reason::noMirror, 0};
     }
     return std::nullopt;
 }
 
-/// Judges where the two folders really are, whatever they were called by.
+/// Judges where the two folders really are, whatever path led to them.
 std::optional<CloudFailure> CloudRequest::checkApart(const std::string& home) const
 {
     const std::string container = pathOfDescriptor(m_container.get());
@@ -95,7 +87,7 @@ std::optional<CloudFailure> CloudRequest::checkApart(const std::string& home) co
     if (!PathText::isSameOrInside(mirror, home)) {
         return CloudFailure{Reason::noMirror, 0};
     }
-    // Two mounts of one file system may show the same folders under other names.
+    // Two mounts of one file system may show the same folders under different paths.
     const bool mayOverlapUnseen =
         m_containerStatus.identity.device == m_mirrorStatus.identity.device &&
         m_containerStatus.mountId != m_mirrorStatus.mountId;
@@ -128,19 +120,19 @@ std::optional<CloudFailure> CloudRequest::openEntry(const std::vector<std::strin
     }
     m_isInAppBundle = std::any_of(names.begin(), names.end() - 1, isAppBundleName) ||
                       (local.status.isFolder() && isAppBundleName(names.back()));
-    m_folder = reopened(local.parent);
+    m_folder = openFolder(local.parent.get(), ".");
     if (!m_folder.isOpen()) {
         return failureOf(errno);
     }
-    m_place.folder = m_folder.get();
-    m_place.folderStatus = local.parentStatus;
-    m_place.name = names.back();
+    m_entry.folder = m_folder.get();
+    m_entry.folderStatus = local.parentStatus;
+    m_entry.name = names.back();
 
     EntryPin copy;
     if (pinEntry(m_mirror.get(), names, copy) == 0) {
-        m_mirrorFolder = reopened(copy.parent);
-        m_place.mirrorFolder = m_mirrorFolder.get();
-        m_place.mirrorFolderStatus = copy.parentStatus;
+        m_mirrorFolder = openFolder(copy.parent.get(), ".");
+        m_entry.mirrorFolder = m_mirrorFolder.get();
+        m_entry.mirrorFolderStatus = copy.parentStatus;
     }
     return std::nullopt;
 }

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "CleanCore/CloudDrive/StandIn/CloudPlace.h"
-#include "CleanCore/CloudDrive/StandIn/CloudRefusal.h"
+#include "CleanCore/CloudDrive/CloudRefusal.h"
+#include "CleanCore/CloudDrive/StandIn/CloudFilePair.h"
 #include "CleanCore/FileSystem/Removing/EntryPin.h"
 #include "CleanCore/Support/FileDescriptor.h"
 
@@ -11,8 +11,8 @@
 
 namespace CleanCore {
 
-/// One request to the cloud drive: its two folders, opened and found to be apart, and the entry
-/// asked for, with both folders that hold it.
+/// One request to the stand-in: its two folders, opened and checked to be separate, and the
+/// requested entry.
 class CloudRequest
 {
 public:
@@ -22,9 +22,9 @@ public:
                                                    const std::string& mirror,
                                                    const std::string& path);
 
-    /// The entry asked for; valid as long as this request.
-    [[nodiscard]] const CloudPlace& place() const { return m_place; }
-    /// The folder that both lie in.
+    /// The requested entry; valid as long as this request.
+    [[nodiscard]] const CloudEntry& entry() const { return m_entry; }
+    /// The home, in which both folders lie.
     [[nodiscard]] const EntryIdentity& home() const { return m_home.identity; }
     /// Whether the entry lies in an application bundle, or is one.
     [[nodiscard]] bool isInAppBundle() const { return m_isInAppBundle; }
@@ -42,7 +42,7 @@ private:
     EntryStatus m_mirrorStatus;
     FileDescriptor m_folder;
     FileDescriptor m_mirrorFolder;
-    CloudPlace m_place;
+    CloudEntry m_entry;
     bool m_isInAppBundle = false;
 };
 

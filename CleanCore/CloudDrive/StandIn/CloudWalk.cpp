@@ -1,24 +1,21 @@
 #include "CleanCore/CloudDrive/StandIn/CloudWalk.h"
 
-#include "CleanCore/CloudDrive/AppBundleName.h"
-#include "CleanCore/CloudDrive/StandIn/CloudFilePair.h"
+#include "CleanCore/CloudDrive/ICloudItem.h"
+#include "CleanCore/FileSystem/Descriptors.h"
 #include "CleanCore/Support/PathText.h"
 
 #include <cerrno>
-#include <fcntl.h>
 #include <utility>
 
 namespace CleanCore {
 
 namespace {
 
-constexpr int folderFlags = O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC;
-
-/// Opens a subfolder of `parent` that lies behind no boundary. Returns 0 or errno.
+/// Opens a subfolder of `parent`. Returns 0 or errno: EXDEV for one on another mount.
 int openSubfolder(int parent, const EntryStatus& parentStatus, const std::string& name,
                   FileDescriptor& folder, EntryStatus& status)
 {
-    folder = FileDescriptor(::openat(parent, name.c_str(), folderFlags));
+    folder = openFolder(parent, name.c_str());
     if (!folder.isOpen()) {
         return errno;
     }
@@ -28,24 +25,24 @@ int openSubfolder(int parent, const EntryStatus& parentStatus, const std::string
 
 } // namespace
 
-std::vector<CloudRefusal> CloudWalk::run(const CloudPlace& place)
+std::vector<CloudRefusal> CloudWalk::run(const CloudEntry& entry)
 {
     EntryStatus status;
-    if (const int error = readStatus(place.folder, place.name.c_str(), status); error != 0) {
-        return {{place.path, failureOf(error)}};
+    if (const int error = readStatus(entry.folder, entry.name.c_str(), status); error != 0) {
+        return {{entry.path, failureOf(error)}};
     }
     if (!status.isFolder()) {
-        const auto failure = m_work(place);
-        return failure ? std::vector<CloudRefusal>{{place.path, *failure}}
+        const auto failure = m_work(entry);
+        return failure ? std::vector<CloudRefusal>{{entry.path, *failure}}
                        : std::vector<CloudRefusal>();
     }
-    enter(place);
+    enter(entry);
     while (!m_folders.isEmpty()) {
         NameList& pending = m_folders.top().pending;
         if (!pending.isEmpty()) {
-            m_place.name = pending.takeLast();
-            m_place.path = PathText::join(m_path, m_place.name);
-            enter(CloudPlace(m_place));
+            m_entry.name = pending.takeLast();
+            m_entry.path = PathText::join(m_path, m_entry.name);
+            enter(CloudEntry(m_entry));
         } else if (!leave()) {
             refuse(m_path, {CloudRefusalReason::changedMeanwhile, 0});
             break;
@@ -59,20 +56,20 @@ void CloudWalk::refuse(const std::string& path, const CloudFailure& failure)
     m_refusals.push_back({path, failure});
 }
 
-void CloudWalk::enter(const CloudPlace& place)
+void CloudWalk::enter(const CloudEntry& entry)
 {
     FileDescriptor folder;
     EntryStatus status;
-    const int error = openSubfolder(place.folder, place.folderStatus, place.name, folder, status);
+    const int error = openSubfolder(entry.folder, entry.folderStatus, entry.name, folder, status);
     if (error != 0) {
-        refuse(place.path,
+        refuse(entry.path,
                error == EXDEV ? CloudFailure{CloudRefusalReason::otherMount, 0} : failureOf(error));
         return;
     }
-    enterMirror(place);
-    m_folders.push(std::move(folder), status, place.name);
-    m_path = place.path;
-    lookAtTop();
+    enterMirror(entry);
+    m_folders.push(std::move(folder), status, entry.name);
+    m_path = entry.path;
+    selectTop();
     readTop();
 }
 
@@ -86,32 +83,32 @@ bool CloudWalk::leave()
     }
     if (!m_folders.isEmpty()) {
         m_path = PathText::parent(m_path);
-        lookAtTop();
+        selectTop();
     }
     return isWhereItWas;
 }
 
-void CloudWalk::enterMirror(const CloudPlace& place)
+void CloudWalk::enterMirror(const CloudEntry& entry)
 {
     FileDescriptor folder;
     EntryStatus status;
-    if (place.mirrorFolder >= 0 && openSubfolder(place.mirrorFolder, place.mirrorFolderStatus,
-                                                 place.name, folder, status) == 0) {
-        m_mirrorFolders.push(std::move(folder), status, place.name);
+    if (entry.mirrorFolder >= 0 && openSubfolder(entry.mirrorFolder, entry.mirrorFolderStatus,
+                                                 entry.name, folder, status) == 0) {
+        m_mirrorFolders.push(std::move(folder), status, entry.name);
     } else {
         ++m_unmirrored;
     }
 }
 
-void CloudWalk::lookAtTop()
+void CloudWalk::selectTop()
 {
     const FolderStack::Level& level = m_folders.top();
-    m_place.folder = level.folder.get();
-    m_place.folderStatus = level.status;
-    m_place.mirrorFolder = -1;
+    m_entry.folder = level.folder.get();
+    m_entry.folderStatus = level.status;
+    m_entry.mirrorFolder = -1;
     if (m_unmirrored == 0) {
-        m_place.mirrorFolder = m_mirrorFolders.top().folder.get();
-        m_place.mirrorFolderStatus = m_mirrorFolders.top().status;
+        m_entry.mirrorFolder = m_mirrorFolders.top().folder.get();
+        m_entry.mirrorFolderStatus = m_mirrorFolders.top().status;
     }
 }
 
@@ -133,7 +130,10 @@ void CloudWalk::readTop()
 void CloudWalk::visit(const char* name, NameList& subfolders)
 {
     EntryStatus status;
-    if (readStatus(m_place.folder, name, status) != 0) {
+    if (const int error = readStatus(m_entry.folder, name, status); error != 0) {
+        if (error != ENOENT) {
+            refuse(PathText::join(m_path, name), failureOf(error));
+        }
         return;
     }
     if (status.isFolder()) {
@@ -143,10 +143,10 @@ void CloudWalk::visit(const char* name, NameList& subfolders)
         return;
     }
     if (status.identity.kind == EntryKind::file) {
-        m_place.name = name;
-        m_place.path = PathText::join(m_path, name);
-        if (const auto failure = m_work(m_place)) {
-            refuse(m_place.path, *failure);
+        m_entry.name = name;
+        m_entry.path = PathText::join(m_path, name);
+        if (const auto failure = m_work(m_entry)) {
+            refuse(m_entry.path, *failure);
         }
     }
 }

@@ -1,7 +1,6 @@
 #pragma once
 
-#include "CleanCore/CloudDrive/StandIn/CloudPlace.h"
-#include "CleanCore/CloudDrive/StandIn/CloudRefusal.h"
+#include "CleanCore/CloudDrive/StandIn/CloudFilePair.h"
 #include "CleanCore/FileSystem/Walking/DirectoryReader.h"
 #include "CleanCore/FileSystem/Walking/FolderStack.h"
 
@@ -12,32 +11,33 @@
 
 namespace CleanCore {
 
-enum class AppBundles { passedOver, entered };
+enum class AppBundles { skipped, entered };
 
-/// Walks a folder of the container and, beside it, the mirror's. Follows no link and enters no
-/// other mount on either side. Not for use by two threads at once.
+/// Walks a folder of the container and its counterpart in the mirror together. Follows no link and
+/// enters no other mount on either side. Not for use by two threads at once.
 class CloudWalk
 {
 public:
-    /// Works on one regular file; returns why it was refused, nothing otherwise.
-    using FileWork = std::function<std::optional<CloudFailure>(const CloudPlace&)>;
+    /// Releases or fetches one regular file. Returns why it was refused, nothing otherwise.
+    using FileWork = std::function<std::optional<CloudFailure>(const CloudEntry&)>;
 
     CloudWalk(AppBundles appBundles, FileWork work)
         : m_appBundles(appBundles), m_work(std::move(work))
     {
     }
 
-    /// Works on the file at `place`, or on every file in the folder there; returns what was
-    /// refused. Links and other entries that hold no content are passed over in a folder.
-    [[nodiscard]] std::vector<CloudRefusal> run(const CloudPlace& place);
+    /// Works on the file at `entry`, or on every file in the folder there, and returns the
+    /// refusals. In a folder, links and other entries without content are skipped.
+    [[nodiscard]] std::vector<CloudRefusal> run(const CloudEntry& entry);
 
 private:
     void refuse(const std::string& path, const CloudFailure& failure);
-    void enter(const CloudPlace& place);
-    void enterMirror(const CloudPlace& place);
-    /// False when the folder above is no longer where it was; the walk is then over.
+    void enter(const CloudEntry& entry);
+    void enterMirror(const CloudEntry& entry);
+    /// False when the folder above is no longer where it was, which ends the walk.
     [[nodiscard]] bool leave();
-    void lookAtTop();
+    /// Makes the folder on top of the stack that of m_entry.
+    void selectTop();
     void readTop();
     void visit(const char* name, NameList& subfolders);
 
@@ -46,10 +46,10 @@ private:
     DirectoryReader m_reader;
     FolderStack m_folders = FolderStack(32);
     FolderStack m_mirrorFolders = FolderStack(32);
-    // How many folders on top of the stack the mirror does not have.
+    // The number of folders on top of the stack that the mirror lacks.
     std::size_t m_unmirrored = 0;
-    // The folder on top, and each entry in it in turn.
-    CloudPlace m_place;
+    // Each entry of the folder on top in turn, and the path of that folder.
+    CloudEntry m_entry;
     std::string m_path;
     std::vector<CloudRefusal> m_refusals;
 };

@@ -26,7 +26,7 @@ std::vector<std::string_view> split(std::string_view text, char separator)
     }
 }
 
-/// Whether `text` is "ID/ARCH/BRANCH" in the characters that those consist of.
+/// Whether `text` is "ID/ARCH/BRANCH" with no characters other than the ones allowed there.
 bool isReference(std::string_view text)
 {
     const std::vector<std::string_view> parts = split(text, '/');
@@ -40,8 +40,7 @@ bool isReference(std::string_view text)
     return parts.size() == 3 && std::all_of(parts.begin(), parts.end(), isPart);
 }
 
-/// The reference of the platform that `reference` is, or whose translations it is; nothing for
-/// everything else.
+/// The platform that `reference` names or translates; nothing for any other reference.
 std::optional<std::string> platformOf(std::string_view reference)
 {
     constexpr std::string_view translations = ".Locale";
@@ -80,7 +79,7 @@ bool matches(std::string_view pattern, std::string_view id)
     return pattern.find_first_not_of('*', next) == none;
 }
 
-/// The patterns for ids among the pins; headings match no id.
+/// The patterns of pinned ids; headings match no id.
 std::vector<std::string_view> pinnedIds(std::string_view output)
 {
     constexpr std::string_view kind = "runtime/";

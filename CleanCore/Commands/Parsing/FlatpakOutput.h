@@ -16,8 +16,8 @@ namespace CleanCore::FlatpakOutput {
 ///
 /// Chooses too little rather than too much: only platforms ("*.Platform") and their translations,
 /// not development kits, and not extensions such as graphics drivers, whose users are not listed.
-/// What is pinned, under whatever branch, was installed on purpose and is left out. If one app
-/// cannot be read, there are no items at all.
+/// Pinned runtimes, of any branch, were installed on purpose and are left out. If one line of an
+/// app cannot be parsed, there are no items at all.
 [[nodiscard]] std::vector<ScannedItem> unusedRuntimes(std::span<const std::string> outputs);
 
 } // namespace CleanCore::FlatpakOutput

@@ -12,7 +12,7 @@ namespace {
 
 constexpr std::string_view labelPrefix = "Podman — image ";
 
-/// The usual short form of an image's id, which the table of sizes has too.
+/// The usual short form of an image's id, which the table of sizes uses too.
 constexpr std::size_t idLength = 12;
 
 struct Usage
@@ -21,7 +21,7 @@ struct Usage
     bool isUsed = false;
 };
 
-/// The cells of a table's line, which at least two spaces separate.
+/// The cells of a line of a table; at least two spaces separate them.
 std::vector<std::string_view> cells(std::string_view line)
 {
     std::vector<std::string_view> cells;
@@ -55,7 +55,7 @@ std::map<std::string_view, Usage> imageUsage(std::string_view output)
     return usage;
 }
 
-/// The short id in a line of ids; nothing if the line is none.
+/// The short id in a line of ids; nothing if the line holds none.
 std::optional<std::string_view> shortId(std::string_view line)
 {
     constexpr std::string_view algorithm = "sha256:";

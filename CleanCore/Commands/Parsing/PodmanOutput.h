@@ -10,7 +10,7 @@
 namespace CleanCore::PodmanOutput {
 
 /// One item "Podman — image ID" for each image without a name that no container uses. The size is
-/// what the image shares with no other, the least that its removal frees; 0 where it is not told.
+/// the image's unshared part, the least that its removal frees; 0 if unknown.
 ///
 /// `outputs`: the full ids of the dangling images, one a line, and the tables of "podman system df
 /// --verbose".

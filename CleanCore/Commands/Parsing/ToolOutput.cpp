@@ -20,7 +20,7 @@ std::string withoutEvery(std::string_view part, std::string text)
     return text;
 }
 
-/// The document that `text` is; of no type that holds anything if it is none.
+/// `text` as a JSON document; a discarded one if it is none.
 json document(std::string_view text)
 {
     return json::parse(text, nullptr, false);
@@ -33,8 +33,8 @@ const std::string* textMember(const json& object, const char* key)
     return member != object.end() ? member->get_ptr<const std::string*>() : nullptr;
 }
 
-/// The path at the front of what a cleanup line says: what stands before " (", and the first piece
-/// that is not empty where the line begins with that.
+/// The path at the start of a cleanup line: the text before " (". A line that starts with " ("
+/// gives its first piece that is not empty.
 std::string_view removalTarget(std::string_view rest)
 {
     constexpr std::string_view separator = " (";
@@ -108,7 +108,7 @@ std::vector<ScannedItem> dockerReclaimable(std::span<const std::string> outputs)
         const json row = document(line);
         const std::string* const type = textMember(row, "Type");
         const std::string* const reclaimable = textMember(row, "Reclaimable");
-        // A line that cannot be read takes no other with it.
+        // A line that cannot be parsed does not affect the others.
         if (type != nullptr && reclaimable != nullptr) {
             items.push_back(
                 {.path = "Docker — " + *type, .sizeBytes = ToolText::parseSize(*reclaimable)});

@@ -7,14 +7,14 @@
 #include <string_view>
 #include <vector>
 
-/// Makes items of what tools print. Takes any text; what cannot be read is left out or counts as 0.
-/// Every function takes the outputs of its area's listings, here one each.
+/// Turns the output of tools into items. Accepts any text: lines that cannot be parsed are left
+/// out, sizes count as 0. Every function takes the outputs of its area's listings, here one each.
 namespace CleanCore::ToolOutput {
 
 /// One item for each snapshot line of "tmutil listlocalsnapshots /", the whole line as path.
 [[nodiscard]] std::vector<ScannedItem> timeMachineSnapshots(std::span<const std::string> outputs);
 
-/// What "tmutil deletelocalsnapshots" wants of such a path.
+/// The argument of "tmutil deletelocalsnapshots" for such a path.
 [[nodiscard]] std::string snapshotStamp(std::string_view path);
 
 /// One item "NAME (UDID)" for each device of "simctl list devices unavailable -j"; none at all if a

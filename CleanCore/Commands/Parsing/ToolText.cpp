@@ -22,7 +22,7 @@ char upper(char c)
     return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
 }
 
-/// Where the digits that begin at `from` end.
+/// The end of the digits that begin at `from`.
 std::size_t endOfDigits(std::string_view text, std::size_t from)
 {
     while (from < text.size() && isDigit(text[from])) {
@@ -31,7 +31,8 @@ std::size_t endOfDigits(std::string_view text, std::size_t from)
     return from;
 }
 
-/// The length of the white-space character that `text` begins with, in bytes; 0 if it is none.
+/// The length of the white-space character that `text` begins with, in bytes; 0 if it begins with
+/// none.
 std::size_t spaceLength(std::string_view text)
 {
     static constexpr auto wideSpaces = std::to_array<std::string_view>(
@@ -50,7 +51,7 @@ std::size_t spaceLength(std::string_view text)
     return space == wideSpaces.end() ? 0 : space->size();
 }
 
-/// What one of the unit that `text` begins with counts; nothing if it begins with none.
+/// The number of bytes of the unit that `text` begins with; nothing if it begins with none.
 std::optional<double> unitFactor(std::string_view text)
 {
     constexpr std::string_view prefixes = "KMGT";
@@ -73,14 +74,14 @@ std::optional<double> unitFactor(std::string_view text)
     return std::pow(isBinary ? binaryBase : decimalBase, exponent);
 }
 
-/// `number` times `factor`, cut to a whole number.
+/// `number` times `factor`, rounded down.
 std::int64_t product(std::string number, double factor)
 {
     std::replace(number.begin(), number.end(), ',', '.');
     double value = 0;
     const char* const end = number.data() + number.size();
     if (std::from_chars(number.data(), end, value).ec == std::errc::result_out_of_range) {
-        // Either far too large or far too close to 0, which its whole part tells.
+        // The number is either far too large or almost 0; its whole part tells which.
         const std::string_view whole = std::string_view(number).substr(0, number.find('.'));
         value = whole.find_first_not_of('0') == std::string_view::npos
                     ? 0
@@ -109,7 +110,7 @@ std::vector<std::string_view> lines(std::string_view text)
 
 std::int64_t parseSize(std::string_view text)
 {
-    // A match can begin only where digits begin: from within them it would end in the same way.
+    // A match begins where digits begin: one from within them would end at the same place.
     for (std::size_t start = 0; start < text.size();) {
         if (!isDigit(text[start])) {
             ++start;

@@ -4,13 +4,13 @@
 #include <string_view>
 #include <vector>
 
-/// Reads what tools print. Works in one pass over texts of any length.
+/// Parses the output of tools, in one pass over texts of any length.
 namespace CleanCore::ToolText {
 
 /// The lines of `text` that are not empty, untrimmed.
 [[nodiscard]] std::vector<std::string_view> lines(std::string_view text);
 
-/// The first byte count in `text`, cut to whole bytes: the leftmost match of
+/// The first byte count in `text`, rounded down to whole bytes: the leftmost match of
 ///
 ///     ([0-9]+(?:[.,][0-9]+)?)\s*([KMGT]?I?B)
 ///

@@ -31,7 +31,7 @@ public:
             error = ::posix_spawn_file_actions_addopen(&m_actions, STDERR_FILENO, "/dev/null",
                                                        O_WRONLY, 0);
         }
-        // Close-on-exec covers our own descriptors, this also those of libraries.
+        // Close-on-exec covers only our own descriptors; libraries may have opened others.
         if (error == 0) {
             error = ::posix_spawn_file_actions_addclosefrom_np(&m_actions, STDERR_FILENO + 1);
         }
@@ -50,9 +50,8 @@ private:
     posix_spawn_file_actions_t m_actions = {};
 };
 
-/// Our threads block signals and our programs ignore some; a child must know nothing of that. Its
-/// session is its own when posix_spawn() returns, since that waits for the child to have come to
-/// its program.
+/// Our threads block signals and our programs ignore some; a child must not inherit that.
+/// posix_spawn() returns once the child runs its program, so its session exists by then.
 class OwnSession
 {
 public:
@@ -78,7 +77,7 @@ private:
     posix_spawnattr_t m_attributes = {};
 };
 
-/// The form of a list that the kernel takes; the pointers live as long as the strings.
+/// A null-terminated list for the kernel; valid as long as the strings.
 std::vector<char*> pointersTo(std::vector<std::string>& texts)
 {
     std::vector<char*> pointers;
@@ -109,7 +108,7 @@ ChildProcess ChildProcess::start(const std::string& executable,
     std::vector<std::string> words = {executable};
     words.insert(words.end(), arguments.begin(), arguments.end());
     for (const std::string& word : words) {
-        // The kernel would take what stands before it for the whole word.
+        // The kernel would cut the argument off there.
         require(word.find('\0') != std::string::npos ? EINVAL : 0, executable);
     }
     std::vector<std::string> variables = childEnvironment();
@@ -134,7 +133,7 @@ ChildProcess::~ChildProcess()
 void ChildProcess::kill() const
 {
     siginfo_t info = {};
-    // Where SIGCHLD is ignored the child may be gone, and its id another's.
+    // Where SIGCHLD is ignored, the child may be gone and its id reused.
     if (::waitid(P_PID, static_cast<id_t>(m_id), &info, WEXITED | WNOHANG | WNOWAIT) == 0) {
         ::kill(-m_id, SIGKILL);
     }

@@ -7,11 +7,10 @@
 
 namespace CleanCore {
 
-/// Owns one running child: whoever drops it before its end was collected kills it and collects it.
+/// Owns one running child: the destructor kills a child that was not collected, and collects it.
 ///
-/// The child leads a session and so a process group of its own, to which the processes that it
-/// starts belong too. How it ended is known only where SIGCHLD is not ignored; see
-/// restoreChildSignal().
+/// The child leads a session and a process group of its own, which the processes that it starts
+/// join. Its exit status is known only where SIGCHLD is not ignored; see restoreChildSignal().
 class ChildProcess
 {
 public:
@@ -26,16 +25,15 @@ public:
     ChildProcess& operator=(const ChildProcess&) = delete;
     ~ChildProcess();
 
-    /// Ends the child and what it has started, at once: nothing can ignore it. From any thread,
-    /// until collect() is called.
+    /// Kills the child and the processes of its group. From any thread, until collect() is called.
     void kill() const;
 
-    /// Waits for the end and leaves the child to be collected, so that its id stays its own.
-    /// Throws std::system_error.
+    /// Waits for the end without collecting the child, so that its id is not reused. Throws
+    /// std::system_error.
     void waitForEnd() const;
 
-    /// Takes the ended child out of the system's list. Returns its exit status, or 128 + the signal
-    /// that ended it. Throws std::system_error.
+    /// Collects the ended child. Returns its exit status, or 128 + the signal that ended it. Throws
+    /// std::system_error.
     [[nodiscard]] int collect();
 
 private:

@@ -2,11 +2,10 @@
 
 namespace CleanCore {
 
-/// Sets SIGCHLD to its default if it is ignored, as a program inherits it from some that start
-/// others. The kernel then keeps of no child how it ended, so that every tool would count as
-/// failed.
+/// Sets SIGCHLD to its default if it is ignored, which some parents pass on. The kernel would not
+/// keep the exit status of any child, and every tool would count as failed.
 ///
-/// It changes the whole process, so it is for main() to call, before anything else.
+/// Changes the whole process; main() calls it before anything else.
 void restoreChildSignal();
 
 } // namespace CleanCore

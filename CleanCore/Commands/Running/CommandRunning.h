@@ -15,10 +15,10 @@ public:
     virtual ~CommandRunning() = default;
 
     /// Runs the program at the absolute path `executable`, without a shell and without a search,
-    /// with exactly these arguments, and waits for its end. Returns what it wrote to its standard
-    /// output; "" if that is not valid UTF-8. Throws CleanCoreError (commandFailed, with the path
-    /// as given) when it ends with another status than 0, and another std::exception when it cannot
-    /// be run. Blocks: never for the main thread.
+    /// with exactly these arguments, and waits for its end. Returns its standard output; "" if that
+    /// is not valid UTF-8. Throws CleanCoreError (commandFailed, with the path as given) when its
+    /// exit status is not 0, and another std::exception when it cannot be run. Blocks; not for the
+    /// main thread.
     [[nodiscard]] virtual std::string run(const std::string& executable,
                                           const std::vector<std::string>& arguments) const = 0;
 };

@@ -34,11 +34,11 @@ std::vector<std::string> systemPaths(Tool tool)
 ToolLocations ToolLocations::below(const std::string& root)
 {
     if (root.substr(0, 1) != "/") {
-        throw std::invalid_argument("the folder of the tools must be an absolute path");
+        throw std::invalid_argument("not absolute");
     }
     // A confined run would reach the real tools through it.
     if (resolveSymbolicLinks(root) == "/") {
-        throw std::invalid_argument("the folder of the tools must not be the system's own root");
+        throw std::invalid_argument("leads to the root");
     }
     return ToolLocations(std::string(PathText::withoutTrailingSlashes(root)));
 }

@@ -1,8 +1,11 @@
 #include "CleanCore/FileSystem/Removing/EmptyingWalk.h"
 
+#include "CleanCore/FileSystem/Walking/Climb.h"
+
 #include <algorithm>
 #include <cerrno>
 #include <fcntl.h>
+#include <optional>
 #include <utility>
 
 namespace CleanCore {
@@ -11,7 +14,7 @@ namespace {
 
 constexpr std::size_t foldersBetweenPlaceChecks = 16;
 constexpr std::size_t rescanLimit = 8;
-// Subfolders are entered before more of a folder is read than this many bytes of their names.
+// Reading a folder is interrupted, and its subfolders entered, once their names take this much.
 constexpr std::size_t pendingBytesLimit = std::size_t{4} * 1024 * 1024;
 
 } // namespace
@@ -30,14 +33,14 @@ void EmptyingWalk::run(EmptyingPiece piece)
             return;
         }
         if (m_job.wantsPieces()) {
-            giveHalfAway();
+            shareWork();
         }
         if (!m_stack.top().pending.isEmpty()) {
             enter(m_stack.top().pending.takeLast());
         } else if (m_progress.back().isPartlyRead) {
             readTop();
         } else {
-            leave();
+            removeTop();
         }
     }
 }
@@ -48,50 +51,40 @@ void EmptyingWalk::push(FileDescriptor folder, const EntryStatus& status, std::s
     m_progress.emplace_back();
 }
 
-void EmptyingWalk::keep(int error)
+void EmptyingWalk::recordKept(int error)
 {
-    m_job.note(error);
+    m_job.recordError(error);
     ++m_progress.back().kept;
 }
 
-/// Whether the top folder is still somewhere inside the tree, and the tree in its place. A folder
-/// that was moved away takes everything in it out of the work.
+/// Whether the top folder is still somewhere inside the tree, and the tree in its place. If a
+/// folder was moved away, nothing in it may be removed any more.
 bool EmptyingWalk::isInPlace()
 {
     m_enteredSinceCheck = 0;
     if (!m_job.limits.isInPlace()) {
-        m_job.note(ESTALE);
+        m_job.recordError(ESTALE);
         m_job.isOver = true;
         return false;
     }
-    FileDescriptor held;
-    int folder = m_stack.top().folder.get();
-    EntryStatus status = m_stack.top().status;
-    while (status.identity != m_job.root.identity) {
-        FileDescriptor parent(::openat(folder, "..", O_PATH | O_DIRECTORY | O_CLOEXEC));
-        EntryStatus above;
-        if (!parent.isOpen() || readStatus(parent.get(), "", above) != 0 ||
-            above.identity == status.identity) {
-            return false;
-        }
-        held = std::move(parent);
-        folder = held.get();
-        status = above;
-    }
-    return true;
+    bool isInsideTree = false;
+    const bool isKnown = climb(m_stack.top().folder.get(), [&](const EntryIdentity& identity) {
+        isInsideTree = identity == m_job.root.identity;
+        return !isInsideTree;
+    });
+    return isKnown && isInsideTree;
 }
 
-/// Leaves everything as it is, to be looked at again by another pass.
+/// Leaves everything as it is, for another pass.
 void EmptyingWalk::abandon()
 {
     m_job.isIncomplete = true;
-    m_steps.takeAllBack(m_stack);
-    m_stack.clear();
+    m_permissions.restoreAll(m_stack);
 }
 
 void EmptyingWalk::enter(std::string name, std::size_t rescans)
 {
-    // Looking up costs as many steps as the tree is deep, so deep trees are looked at less often.
+    // The check costs as many steps as the tree is deep, so it is made less often in deep trees.
     const std::size_t depth = m_depthOfRoot + m_stack.depth();
     if (++m_enteredSinceCheck > std::max(foldersBetweenPlaceChecks, depth) && !isInPlace()) {
         abandon();
@@ -99,13 +92,14 @@ void EmptyingWalk::enter(std::string name, std::size_t rescans)
     }
     FileDescriptor folder;
     EntryStatus status;
-    const int error = m_steps.openSubfolder(m_stack.top(), name, folder, status);
+    const int error =
+        m_permissions.openSubfolder(m_stack.top(), name, m_job.limits, folder, status);
     if (error == ENOENT || error == ENOTDIR || error == ELOOP) {
-        // Gone, or something else by now, which another look at this folder will find.
+        // Gone, or no longer a folder, which the next reading of the folder above will find.
         return;
     }
     if (error != 0) {
-        keep(error);
+        recordKept(error);
         return;
     }
     push(std::move(folder), status, std::move(name));
@@ -125,14 +119,14 @@ void EmptyingWalk::readTop()
             return;
         }
         m_reader.forEach([&](const char* name, bool isKnownFolder) {
-            look(name, isKnownFolder);
+            removeOrDefer(name, isKnownFolder);
             return !m_job.isOver;
         });
         if (m_job.isOver) {
             return;
         }
         if (level.pending.bytes() > pendingBytesLimit) {
-            // Starting anew is only worth while as long as the folder gets emptier by it.
+            // A folder is read again only as long as every reading removes something.
             Progress& progress = m_progress.back();
             const bool isFutile =
                 std::exchange(level.wasReopened, false) && std::exchange(progress.removed, 0) == 0;
@@ -141,26 +135,26 @@ void EmptyingWalk::readTop()
         }
     }
     if (more < 0) {
-        keep(-more);
+        recordKept(-more);
     }
 }
 
-/// Removes one entry of the top folder, or puts it down for later if it is a folder.
-void EmptyingWalk::look(const char* name, bool isKnownFolder)
+/// Removes one entry of the top folder; a folder is added to those that are entered later.
+void EmptyingWalk::removeOrDefer(const char* name, bool isKnownFolder)
 {
     FolderStack::Level& level = m_stack.top();
     if (isKnownFolder) {
-        // Judged when it is opened, by what was opened.
+        // Judged when it is open, so that the judgement is about the very folder that is entered.
         level.pending.add(name);
         return;
     }
     EntryStatus status;
-    int error = m_steps.statusOf(level, name, status);
+    int error = m_permissions.readEntryStatus(level, name, status);
     if (error == 0) {
-        error = m_job.reasonToKeep(status, level.status);
+        error = m_job.limits.reasonToKeep(status, level.status);
     }
     if (error == 0 && !status.isFolder()) {
-        error = m_steps.unlink(level, name, 0);
+        error = m_permissions.unlink(level, name, 0);
     }
     if (error == ENOENT) {
         return;
@@ -168,25 +162,25 @@ void EmptyingWalk::look(const char* name, bool isKnownFolder)
     if (error == EISDIR || (error == 0 && status.isFolder())) {
         level.pending.add(name);
     } else if (error != 0) {
-        keep(error);
+        recordKept(error);
     } else {
         ++m_progress.back().removed;
     }
 }
 
-/// Removes the top folder, which has been worked through, from the one above.
-void EmptyingWalk::leave()
+/// Leaves the top folder, which has been worked through, and removes it unless something stays.
+void EmptyingWalk::removeTop()
 {
     FolderStack::Level& level = m_stack.top();
     const Progress progress = m_progress.back();
     std::string name = level.name;
-    // Before its permissions are taken back, which may be those to look for "..".
+    // First, since the permissions to be restored may not allow the way to "..".
     if (!m_stack.openParent()) {
         abandon();
         return;
     }
     if (progress.kept > 0 && !m_job.isIncomplete) {
-        m_steps.takeBack(level);
+        m_permissions.restore(level.folder.get(), level.status);
     }
     m_progress.pop_back();
     if (!m_stack.pop() || m_stack.isEmpty()) {
@@ -196,37 +190,27 @@ void EmptyingWalk::leave()
         ++m_progress.back().kept;
         return;
     }
-    const int error = m_steps.unlink(m_stack.top(), name.c_str(), AT_REMOVEDIR);
+    const int error = m_permissions.unlink(m_stack.top(), name.c_str(), AT_REMOVEDIR);
     if ((error == ENOTEMPTY || error == EEXIST) && progress.rescans < rescanLimit) {
         enter(std::move(name), progress.rescans + 1);
     } else if (error == 0) {
         ++m_progress.back().removed;
     } else if (error != ENOENT && error != ENOTDIR) {
-        keep(error);
-        m_steps.takeBack(m_stack.top(), name);
+        recordKept(error);
+        m_permissions.restore(m_stack.top(), name);
     }
 }
 
-/// Gives half of the subfolders nearest the root away: the largest part that can be had. The folder
-/// that they are in cannot go before they have, so it is left to another pass. The only one is
-/// kept, or a chain of folders would wander from worker to worker.
-void EmptyingWalk::giveHalfAway()
+/// Offers a part of this walk to another worker. The folder above that part cannot go before it, so
+/// it is left to another pass.
+void EmptyingWalk::shareWork()
 {
-    m_stack.findOpen([&](std::size_t index) {
-        FolderStack::Level& level = m_stack.at(index);
-        const bool isOnlyOne = index + 1 == m_stack.depth() && !level.pending.holdsSeveral();
-        if (level.pending.isEmpty() || isOnlyOne) {
-            return false;
-        }
-        FileDescriptor folder(::fcntl(level.folder.get(), F_DUPFD_CLOEXEC, 0));
-        if (folder.isOpen()) {
-            m_job.isIncomplete = true;
-            ++m_progress[index].kept;
-            m_job.offer({std::move(folder), level.status, level.pending.takeHalf(),
-                         m_depthOfRoot + index, false});
-        }
-        return true;
-    });
+    if (std::optional<FolderStack::Share> share = m_stack.splitPending()) {
+        m_job.isIncomplete = true;
+        ++m_progress[share->level].kept;
+        m_job.offer({std::move(share->folder), share->status, std::move(share->subfolders),
+                     m_depthOfRoot + share->level, false});
+    }
 }
 
 } // namespace CleanCore

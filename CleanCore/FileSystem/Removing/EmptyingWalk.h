@@ -1,7 +1,7 @@
 #pragma once
 
-#include "CleanCore/FileSystem/Removing/EmptyingJob.h"
-#include "CleanCore/FileSystem/Removing/LendingSteps.h"
+#include "CleanCore/FileSystem/Removing/TemporaryPermissions.h"
+#include "CleanCore/FileSystem/Removing/TreeEmptier.h"
 #include "CleanCore/FileSystem/Walking/DirectoryReader.h"
 #include "CleanCore/FileSystem/Walking/FolderStack.h"
 
@@ -15,16 +15,16 @@ namespace CleanCore {
 class EmptyingWalk
 {
 public:
-    explicit EmptyingWalk(EmptyingJob& job) : m_job(job), m_steps(job) {}
+    explicit EmptyingWalk(EmptyingJob& job) : m_job(job), m_permissions(job.permissions) {}
     void run(EmptyingPiece piece);
 
 private:
-    // Two walks with this many folders each, and what surrounds them, fit into 32 descriptors.
+    // Two walks with this many folders each, and the descriptors around them, fit into 32.
     static constexpr std::size_t openFolderLimit = 7;
 
     struct Progress
     {
-        // Entries that stay, so that this folder has to.
+        // Entries that stay, and this folder with them.
         std::size_t kept = 0;
         std::size_t removed = 0;
         std::size_t rescans = 0;
@@ -34,15 +34,15 @@ private:
     void push(FileDescriptor folder, const EntryStatus& status, std::string name);
     void enter(std::string name, std::size_t rescans = 0);
     void readTop();
-    void look(const char* name, bool isKnownFolder);
-    void leave();
-    void giveHalfAway();
+    void removeOrDefer(const char* name, bool isKnownFolder);
+    void removeTop();
+    void shareWork();
     [[nodiscard]] bool isInPlace();
     void abandon();
-    void keep(int error);
+    void recordKept(int error);
 
     EmptyingJob& m_job;
-    LendingSteps m_steps;
+    TemporaryPermissions& m_permissions;
     DirectoryReader m_reader;
     FolderStack m_stack = FolderStack(openFolderLimit);
     std::vector<Progress> m_progress;

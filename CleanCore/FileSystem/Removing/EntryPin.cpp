@@ -1,5 +1,7 @@
 #include "CleanCore/FileSystem/Removing/EntryPin.h"
 
+#include "CleanCore/FileSystem/Descriptors.h"
+
 #include <algorithm>
 #include <cerrno>
 #include <fcntl.h>
@@ -19,7 +21,7 @@ bool isName(const std::string& name)
            name.find_first_of(std::string_view("/\0", 2)) == std::string::npos;
 }
 
-/// Whether the kernel refuses openat2 as such, and not this path.
+/// Whether the kernel refuses openat2 itself and not this path.
 bool isUnavailable(int error)
 {
     return error == ENOSYS || error == EPERM || error == E2BIG;
@@ -69,7 +71,7 @@ int pinEntry(int base, std::span<const std::string> names, EntryPin& pin, PinMet
     if (names.empty() || !std::all_of(names.begin(), names.end(), isName)) {
         return EINVAL;
     }
-    pin.parent = FileDescriptor(::fcntl(base, F_DUPFD_CLOEXEC, 0));
+    pin.parent = duplicate(base);
     if (!pin.parent.isOpen()) {
         return errno;
     }

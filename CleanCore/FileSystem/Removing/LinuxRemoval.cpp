@@ -1,8 +1,8 @@
 #include "CleanCore/FileSystem/Removing/LinuxRemoval.h"
 
-#include "CleanCore/FileSystem/DescriptorPath.h"
+#include "CleanCore/FileSystem/Descriptors.h"
 #include "CleanCore/FileSystem/LinkResolver.h"
-#include "CleanCore/FileSystem/Removing/OwnerAccess.h"
+#include "CleanCore/FileSystem/Removing/TemporaryPermissions.h"
 #include "CleanCore/FileSystem/Removing/TreeEmptier.h"
 #include "CleanCore/Support/PathText.h"
 
@@ -16,10 +16,9 @@ namespace CleanCore {
 
 namespace {
 
-// Measured: a second worker pays on every file system, a third on none.
+// Measured: a second worker is faster on every file system, a third on none.
 constexpr unsigned helperCount = 1;
 constexpr int refillLimit = 4;
-constexpr int openFolderFlags = O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC;
 
 std::vector<std::string> componentsBelow(const std::string& path, const std::string& folder)
 {
@@ -107,7 +106,7 @@ int LinuxRemoval::hold(const std::string& base, const std::string& path,
     if (error != 0) {
         return error;
     }
-    // A folder that could not go in the end is not emptied first.
+    // A folder that the system would not remove in the end must not be emptied first.
     return ::faccessat(held.pin.parent.get(), ".", W_OK | X_OK, AT_EACCESS) == 0 ? 0 : errno;
 }
 
@@ -117,7 +116,7 @@ int LinuxRemoval::openBase(const std::string& path, Base& base) const
         return ENOENT;
     }
     base.path = path;
-    base.folder = FileDescriptor(::open(path.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC));
+    base.folder = holdFolderThroughLinks(path);
     if (!base.folder.isOpen()) {
         return errno;
     }
@@ -132,7 +131,7 @@ bool LinuxRemoval::isVisible(int folder) const
     return !m_confinement || PathText::isSameOrInside(pathOfDescriptor(folder), *m_confinement);
 }
 
-/// Judges what is held, not what a path says: an error, 0 when the entry may go.
+/// Judges the held entry itself, not its path: an error, 0 when the entry may go.
 int LinuxRemoval::reasonToKeep(const EntryPin& pin, const std::optional<EntryIdentity>& seen) const
 {
     if (seen && *seen != pin.status.identity) {
@@ -152,14 +151,10 @@ int LinuxRemoval::reasonToKeep(const EntryPin& pin, const std::optional<EntryIde
 
 int LinuxRemoval::removeFolder(const Base& base, const EntryPin& pin) const
 {
-    OwnerAccess ownerAccess;
-    FileDescriptor folder(::openat(pin.entry.get(), ".", openFolderFlags));
-    if (!folder.isOpen() && errno == EACCES && ownerAccess.lend(pin.entry.get(), pin.status)) {
-        folder = FileDescriptor(::openat(pin.entry.get(), ".", openFolderFlags));
-    }
-    if (!folder.isOpen()) {
-        const int error = errno;
-        ownerAccess.takeBack(pin.entry.get(), pin.status);
+    TemporaryPermissions permissions;
+    FileDescriptor folder;
+    int error = permissions.openHeldFolder(pin.entry.get(), pin.status, folder);
+    if (error != 0) {
         return error;
     }
     const auto isInPlace = [&] {
@@ -171,10 +166,9 @@ int LinuxRemoval::removeFolder(const Base& base, const EntryPin& pin) const
                now.st_ino == base.status.identity.inode;
     };
     const TreeEmptier emptier(m_pool, helperCount);
-    const TreeEmptier::Limits limits{*m_owner, &m_protected, &ownerAccess, isInPlace};
-    int error = 0;
+    const EmptyingLimits limits{*m_owner, &m_protected, isInPlace};
     for (int attempt = 0; attempt < refillLimit; ++attempt) {
-        error = emptier.empty(folder, pin.status, limits);
+        error = emptier.empty(folder, pin.status, limits, permissions);
         if (error != 0) {
             break;
         }
@@ -186,12 +180,12 @@ int LinuxRemoval::removeFolder(const Base& base, const EntryPin& pin) const
             break;
         }
     }
-    ownerAccess.takeBack(folder.get(), pin.status);
+    permissions.restore(folder.get(), pin.status);
     return error;
 }
 
-/// The record of an entry of the Trash goes once the entry has gone. It is found beside the very
-/// folder that was cleaned, through no link, and only a regular file of the same owner is one.
+/// Removes the record of an entry of the Trash that has gone. The record is looked up beside the
+/// very folder that was cleaned, through no link, and must be a regular file of the same owner.
 void LinuxRemoval::removeTrashRecord(const Base& base, const std::string& name) const
 {
     constexpr std::string_view trashFiles = "/Trash/files";
@@ -200,7 +194,7 @@ void LinuxRemoval::removeTrashRecord(const Base& base, const std::string& name) 
         path.substr(path.size() - trashFiles.size()) != trashFiles) {
         return;
     }
-    const FileDescriptor trash(::openat(base.folder.get(), "..", O_PATH | O_DIRECTORY | O_CLOEXEC));
+    const FileDescriptor trash = holdFolder(base.folder.get(), "..");
     EntryStatus files;
     if (!trash.isOpen() || !isVisible(trash.get()) ||
         readStatus(trash.get(), "files", files) != 0 || files.identity != base.status.identity) {
@@ -210,7 +204,7 @@ void LinuxRemoval::removeTrashRecord(const Base& base, const std::string& name) 
     EntryPin record;
     if (pinEntry(trash.get(), names, record, m_method) == 0 &&
         record.status.identity.kind == EntryKind::file && record.status.owner == *m_owner) {
-        // A record that cannot be removed is an orphan, which file managers clear away.
+        // File managers clear away the record of a missing entry, so a failure does no harm.
         static_cast<void>(::unlinkat(record.parent.get(), record.name.c_str(), 0));
     }
 }

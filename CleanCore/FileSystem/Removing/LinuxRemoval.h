@@ -13,9 +13,9 @@ namespace CleanCore {
 
 class TaskPool;
 
-/// Removes entries so that no exchange of names can redirect it: the way from the base down is
-/// walked on descriptors, the entry is held before it is judged, and what was judged is what is
-/// emptied. What remains is said in docs/safety.md.
+/// Removes entries so that no exchange of names can redirect it: the way down from the base is
+/// walked on descriptors, the entry is held before it is judged, and the very folder that was
+/// judged is emptied. docs/safety.md says what an attacker can still do.
 ///
 /// An entry directly in a folder ".../Trash/files" takes its record in ".../Trash/info" with it
 /// (freedesktop.org Trash specification).
@@ -49,7 +49,7 @@ private:
         bool isDirect = false;
     };
 
-    /// Holds the entry and judges it: an error, 0 when it may go.
+    /// Holds the entry and judges it; returns an error, 0 when it may go.
     [[nodiscard]] int hold(const std::string& base, const std::string& path,
                            const std::optional<EntryIdentity>& seen, Held& held) const;
     /// Whether the confinement, if any, holds the folder open as `folder`.

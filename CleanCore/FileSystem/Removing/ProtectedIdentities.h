@@ -9,24 +9,24 @@
 
 namespace CleanCore {
 
-/// The protected folders and everything above them, by device and inode: whatever they are called,
-/// wherever they are moved or bound to, they are recognised as long as this exists.
+/// The protected folders and everything above them, by device and inode, so that they are
+/// recognised under any name, after any move and through any bind mount.
 class ProtectedIdentities
 {
 public:
-    /// Reads the identities now; a folder that does not exist has none. Links are followed.
+    /// Reads the identities now; a folder that does not exist has none. Links are followed; one
+    /// that leads to home or above it protects nothing, or everything would be protected.
     ProtectedIdentities(const std::string& home, std::span<const std::string> protectedFolders);
 
     /// Whether this is a protected folder.
     [[nodiscard]] bool holds(const EntryIdentity& identity) const;
 
-    /// Whether this is a protected folder, home, or a folder above one of them: what must never be
-    /// removed or emptied.
+    /// Whether this is a protected folder, home, or a folder above one of them. None of these may
+    /// be removed or emptied.
     [[nodiscard]] bool holdsOrLeadsTo(const EntryIdentity& identity) const;
 
-    /// Whether the folder open as `folder` is, or lies inside, a protected folder; walks up through
-    /// the folders' own "..", so that it tells where the folder is now. True when that cannot be
-    /// found out.
+    /// Whether the folder open as `folder` is, or lies inside, a protected folder, by its present
+    /// place. True when this cannot be found out.
     [[nodiscard]] bool enclose(int folder) const;
 
 private:

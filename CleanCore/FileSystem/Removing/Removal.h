@@ -7,15 +7,15 @@
 
 namespace CleanCore {
 
-/// The error of an entry that is left whole because it is or holds home or a protected folder, or
-/// lies in a protected one. No errno has this value.
+/// The error of an entry that is left whole because it is, or holds, home or a protected folder, or
+/// lies in a protected folder. No errno has this value.
 constexpr int protectedEntryError = -1;
 
 /// How the removal of one entry ended.
 struct RemovalOutcome
 {
-    /// 0 when the entry is wholly gone; else protectedEntryError or the errno that tells why it, or
-    /// a part of it, is not.
+    /// 0 when the entry is wholly gone; else protectedEntryError, or the errno that tells why all
+    /// or a part of it stays.
     int error = 0;
     /// Whether the entry was a symbolic link (which was, or would have been, removed itself).
     bool wasSymbolicLink = false;
@@ -31,14 +31,14 @@ public:
     virtual ~Removal() = default;
 
     /// Removes the entry at `path`, which must lie inside the folder `base`: a folder with
-    /// everything in it, a link itself and never its target. `seen` is what a scan found there;
-    /// anything else that has taken its place is kept. An entry that is already gone is an error
-    /// (ENOENT). What could not be removed stays, and its folders with it.
+    /// everything in it, a link itself and never its target. If `seen` is given, only that very
+    /// entry is removed and not one that has taken its place (ESTALE). An entry that is already
+    /// gone is an error (ENOENT). Entries that cannot be removed stay, with the folders above them.
     [[nodiscard]] virtual RemovalOutcome remove(const std::string& base, const std::string& path,
                                                 const std::optional<EntryIdentity>& seen) = 0;
 
-    /// The error with which remove() would refuse to begin; 0 when it would begin, or when that
-    /// cannot be told beforehand. Changes nothing.
+    /// The error with which remove() would refuse to begin; 0 when it would begin, or when this
+    /// cannot be known before. Changes nothing.
     [[nodiscard]] virtual int check(const std::string& /*base*/, const std::string& /*path*/,
                                     const std::optional<EntryIdentity>& /*seen*/)
     {

@@ -1,9 +1,10 @@
 #include "CleanCore/FileSystem/Removing/TreeEmptier.h"
 
-#include "CleanCore/FileSystem/Removing/EmptyingJob.h"
+#include "CleanCore/FileSystem/Descriptors.h"
+#include "CleanCore/FileSystem/Removing/EmptyingWalk.h"
+#include "CleanCore/FileSystem/Removing/ProtectedIdentities.h"
 
 #include <cerrno>
-#include <fcntl.h>
 #include <utility>
 
 namespace CleanCore {
@@ -14,15 +15,42 @@ constexpr std::size_t passLimit = 16;
 
 } // namespace
 
+int EmptyingLimits::reasonToKeep(const EntryStatus& entry, const EntryStatus& folder) const
+{
+    if (entry.isBeyondBoundaryOf(folder)) {
+        return EXDEV;
+    }
+    if (entry.owner != owner ||
+        (entry.isFolder() && protectedIdentities->holdsOrLeadsTo(entry.identity))) {
+        return EPERM;
+    }
+    return 0;
+}
+
+void EmptyingJob::recordError(int error)
+{
+    int none = 0;
+    firstError.compare_exchange_strong(none, error);
+    if (error == EIO || error == EROFS) {
+        isOver.store(true);
+    }
+}
+
+void EmptyingJob::workOn(EmptyingPiece piece)
+{
+    EmptyingWalk(*this).run(std::move(piece));
+}
+
 int TreeEmptier::empty(const FileDescriptor& folder, const EntryStatus& status,
-                       const Limits& limits) const
+                       const EmptyingLimits& limits, TemporaryPermissions& permissions) const
 {
     int error = 0;
     for (std::size_t pass = 0; pass < passLimit; ++pass) {
-        // Only the first pass is shared: what it leaves is the bare frame of the tree.
+        // Only the first pass is shared: it leaves no more than the bare frame of the tree.
+        const unsigned helpers = pass == 0 ? m_helpers : 0;
         const auto job =
-            std::make_shared<EmptyingJob>(m_pool, pass == 0 ? m_helpers : 0, limits, status);
-        FileDescriptor root(::openat(folder.get(), ".", EmptyingJob::folderFlags));
+            std::make_shared<EmptyingJob>(m_pool, helpers, limits, permissions, status);
+        FileDescriptor root = openFolder(folder.get(), ".");
         if (!root.isOpen()) {
             return errno;
         }

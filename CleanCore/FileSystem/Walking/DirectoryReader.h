@@ -20,10 +20,9 @@ public:
     /// Returns 1 with entries, 0 at the end, a negative errno otherwise.
     [[nodiscard]] int readBatch(int directory);
 
-    /// Calls `visit(name)`, or `visit(name, isKnownFolder)`, for each entry of the batch but "."
-    /// and
-    /// ".."; ends early and returns false when it returns false. The names live until the next
-    /// batch. A folder may not be known as one: some file systems do not say.
+    /// Calls `visit(name)`, or `visit(name, isKnownFolder)`, for each entry of the batch except "."
+    /// and ".."; ends early and returns false when `visit` returns false. The names live until the
+    /// next batch. Some file systems do not say which entries are folders.
     template <typename Visit>
     bool forEach(Visit&& visit) const
     {
@@ -36,11 +35,11 @@ public:
         return true;
     }
 
-    /// Whether the batch is large enough to be worth another thread's while.
+    /// Whether the batch is large enough to be shared with another thread.
     [[nodiscard]] bool isLarge() const { return m_filled > bufferBytes / 8; }
 
-    /// Hands the current batch over to another reader, which can then visit it; this one goes on
-    /// with a fresh buffer.
+    /// Hands the current batch over to another reader, which can then visit it; this one continues
+    /// with a new buffer.
     [[nodiscard]] DirectoryReader takeBatch();
 
 private:

@@ -1,6 +1,8 @@
 #include "CleanCore/FileSystem/Walking/FolderStack.h"
 
-#include <fcntl.h>
+#include "CleanCore/FileSystem/Descriptors.h"
+
+#include <algorithm>
 #include <utility>
 
 namespace CleanCore {
@@ -22,8 +24,7 @@ bool FolderStack::openParent()
         return true;
     }
     Level& above = m_levels[m_levels.size() - 2];
-    constexpr int flags = O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC;
-    FileDescriptor parent(::openat(top().folder.get(), "..", flags));
+    FileDescriptor parent = openFolder(top().folder.get(), "..");
     EntryStatus status;
     if (!parent.isOpen() || readStatus(parent.get(), "", status) != 0 ||
         status.identity != above.status.identity || status.mountId != above.status.mountId) {
@@ -49,6 +50,23 @@ void FolderStack::clear()
 {
     m_levels.clear();
     m_firstOpen = 1;
+}
+
+std::optional<FolderStack::Share> FolderStack::splitPending()
+{
+    for (std::size_t i = 0; i < m_levels.size(); i = std::max(i + 1, m_firstOpen)) {
+        Level& level = m_levels[i];
+        const bool isOnlyOne = i + 1 == m_levels.size() && !level.pending.holdsSeveral();
+        if (level.pending.isEmpty() || isOnlyOne) {
+            continue;
+        }
+        FileDescriptor folder = duplicate(level.folder.get());
+        if (!folder.isOpen()) {
+            return std::nullopt;
+        }
+        return Share{std::move(folder), level.status, level.pending.takeHalf(), i};
+    }
+    return std::nullopt;
 }
 
 } // namespace CleanCore

@@ -4,8 +4,8 @@
 #include "CleanCore/FileSystem/Walking/NameList.h"
 #include "CleanCore/Support/FileDescriptor.h"
 
-#include <algorithm>
 #include <cstddef>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -26,8 +26,18 @@ public:
         std::string name;
         /// Subfolders still to be entered.
         NameList pending;
-        /// Whether the folder was closed and opened again, so that reading it starts anew.
+        /// Whether the folder was closed and opened again, so that it is read from its beginning.
         bool wasReopened = false;
+    };
+
+    /// A part of a walk that another worker can take.
+    struct Share
+    {
+        FileDescriptor folder;
+        EntryStatus status;
+        NameList subfolders;
+        /// The level that it was split off.
+        std::size_t level = 0;
     };
 
     /// Holds at most `openLimit` descriptors (at least 2), the root's among them.
@@ -38,17 +48,6 @@ public:
     [[nodiscard]] Level& top() { return m_levels.back(); }
     [[nodiscard]] Level& at(std::size_t index) { return m_levels[index]; }
 
-    /// Calls `visit(index)` for the levels that are open, from the root on, until it returns true.
-    template <typename Visit>
-    void findOpen(Visit visit) const
-    {
-        for (std::size_t i = 0; i < m_levels.size(); i = std::max(i + 1, m_firstOpen)) {
-            if (visit(i)) {
-                return;
-            }
-        }
-    }
-
     Level& push(FileDescriptor folder, const EntryStatus& status, std::string name = {});
 
     /// Opens the level above the top again if it is closed. False if it cannot be opened or is
@@ -56,10 +55,16 @@ public:
     [[nodiscard]] bool openParent();
 
     /// Leaves the top level. False, and empty, if the level above could not be reopened or is
-    /// another folder now: the work has been moved elsewhere and must not go on there.
+    /// another folder now: the tree was moved, and the work must not continue in its new place.
     [[nodiscard]] bool pop();
 
     void clear();
+
+    /// Splits half of the pending subfolders off the open level nearest the root that has any,
+    /// which is the largest part of the walk that another worker can take. Nothing when only one is
+    /// pending at the top, or a chain of folders would wander from worker to worker, or when the
+    /// system lacks a descriptor.
+    [[nodiscard]] std::optional<Share> splitPending();
 
 private:
     std::size_t m_openLimit;

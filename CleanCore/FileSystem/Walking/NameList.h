@@ -7,8 +7,8 @@
 
 namespace CleanCore {
 
-/// Entry names packed into one block of memory: a folder with a million subfolders costs what its
-/// names cost. Taken from the end; names are taken out in no promised order.
+/// Entry names packed into one block of memory, so that a million subfolders cost no more than
+/// their names. They are taken out in no particular order.
 class NameList
 {
 public:

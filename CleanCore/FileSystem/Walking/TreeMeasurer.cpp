@@ -1,12 +1,12 @@
 #include "CleanCore/FileSystem/Walking/TreeMeasurer.h"
 
+#include "CleanCore/FileSystem/Descriptors.h"
 #include "CleanCore/FileSystem/Walking/DirectoryReader.h"
 #include "CleanCore/FileSystem/Walking/FolderStack.h"
 #include "CleanCore/Support/SharedWork.h"
 
 #include <algorithm>
 #include <atomic>
-#include <fcntl.h>
 #include <optional>
 #include <utility>
 
@@ -14,15 +14,14 @@ namespace CleanCore {
 
 namespace {
 
-// All workers together have to stay below the usual limit of 1024 descriptors: what cannot be
-// opened would not be counted.
+// All workers together have to stay below the usual limit of 1024 descriptors, since a folder that
+// cannot be opened is not counted.
 constexpr std::size_t openFolderLimit = 12;
 constexpr unsigned entriesBetweenStopChecks = 64;
-constexpr int openFolderFlags = O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC;
 
 using SharedFolder = std::shared_ptr<const FileDescriptor>;
 
-/// What is summed up for one entry; written by every worker that measures a part of it.
+/// The sums of one entry; written by every worker that measures a part of it.
 struct Total
 {
     std::atomic<std::int64_t> sizeBytes = 0;
@@ -30,7 +29,8 @@ struct Total
     std::optional<EntryIdentity> identity;
 };
 
-/// A part of the work that any worker can take. Exactly one of the three kinds is present.
+/// A part of the work that any worker can take: entries of the job, subfolders, or a batch of
+/// names.
 struct Piece
 {
     SharedFolder folder;
@@ -40,7 +40,7 @@ struct Piece
     std::size_t lastEntry = 0;
     // Subfolders of `folder` to be walked.
     NameList subfolders;
-    // Names of `folder` that were read and not yet looked at.
+    // Names of `folder` that were read and not yet counted.
     std::optional<DirectoryReader> batch;
 };
 
@@ -75,14 +75,14 @@ private:
     void walk();
     void readTop();
     void count(int folder, const EntryStatus& folderStatus, const char* name, NameList& pending);
-    void offerHalf();
+    void shareWork();
     void flush(std::size_t entry);
     [[nodiscard]] bool isStopped();
 
     Job& m_job;
     DirectoryReader m_reader;
     FolderStack m_stack = FolderStack(openFolderLimit);
-    // The levels before it have nothing to give away: subfolders only come in at the top.
+    // The entry of the job that is being measured.
     std::size_t m_entry = 0;
     std::int64_t m_sizeBytes = 0;
     Timestamp m_latest = distantPast;
@@ -155,7 +155,7 @@ void PieceWalk::measureEntries(Piece& piece)
 /// Opens a subfolder and reads it; it becomes the top of the stack.
 void PieceWalk::enterSubfolder(int parent, const EntryStatus& parentStatus, const std::string& name)
 {
-    FileDescriptor folder(::openat(parent, name.c_str(), openFolderFlags));
+    FileDescriptor folder = openFolder(parent, name.c_str());
     EntryStatus status;
     if (!folder.isOpen() || readStatus(folder.get(), "", status) != 0 ||
         status.isBeyondBoundaryOf(parentStatus)) {
@@ -173,7 +173,7 @@ void PieceWalk::walk()
             return;
         }
         if (m_job.wantsPieces()) {
-            offerHalf();
+            shareWork();
         }
         FolderStack::Level& level = m_stack.top();
         if (level.pending.isEmpty()) {
@@ -192,11 +192,10 @@ void PieceWalk::readTop()
     SharedFolder handedOut;
     FolderStack::Level& level = m_stack.top();
     while (m_reader.readBatch(level.folder.get()) > 0) {
-        // A flat folder has no subfolders to give away, so its names are.
+        // A flat folder has no subfolders to share, so its names are shared.
         if (m_job.wantsPieces() && m_reader.isLarge()) {
             if (!handedOut) {
-                handedOut = std::make_shared<const FileDescriptor>(
-                    ::fcntl(level.folder.get(), F_DUPFD_CLOEXEC, 0));
+                handedOut = std::make_shared<const FileDescriptor>(duplicate(level.folder.get()));
             }
             if (handedOut->isOpen()) {
                 m_job.offer({handedOut, level.status, m_entry, 0, {}, m_reader.takeBatch()});
@@ -231,24 +230,16 @@ void PieceWalk::count(int folder, const EntryStatus& folderStatus, const char* n
     }
 }
 
-/// Gives half of the subfolders nearest the root away: the largest part that can be had. The only
-/// one is kept, or a chain of folders would wander from worker to worker.
-void PieceWalk::offerHalf()
+void PieceWalk::shareWork()
 {
-    m_stack.findOpen([&](std::size_t index) {
-        FolderStack::Level& level = m_stack.at(index);
-        const bool isOnlyOne = index + 1 == m_stack.depth() && !level.pending.holdsSeveral();
-        if (level.pending.isEmpty() || isOnlyOne) {
-            return false;
-        }
-        auto shared =
-            std::make_shared<const FileDescriptor>(::fcntl(level.folder.get(), F_DUPFD_CLOEXEC, 0));
-        if (shared->isOpen()) {
-            m_job.offer(
-                {std::move(shared), level.status, m_entry, 0, level.pending.takeHalf(), {}});
-        }
-        return true;
-    });
+    if (std::optional<FolderStack::Share> share = m_stack.splitPending()) {
+        m_job.offer({std::make_shared<const FileDescriptor>(std::move(share->folder)),
+                     share->status,
+                     m_entry,
+                     0,
+                     std::move(share->subfolders),
+                     {}});
+    }
 }
 
 void PieceWalk::flush(std::size_t entry)

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "CleanCore/FileSystem/EntryMeasure.h"
+#include "CleanCore/FileSystem/FileManager.h"
 #include "CleanCore/Support/FileDescriptor.h"
 
 #include <memory>
@@ -16,11 +16,11 @@ class TaskPool;
 /// Measures entries of one folder with everything below them, on all workers of a pool.
 ///
 /// An entry's size is its allocated size; a folder's is the sum over everything inside it, the
-/// folder's own blocks not counted. Links are neither followed nor counted below an entry. What
-/// lies behind another mount, or in a folder that cannot be entered, is passed over.
+/// folder's own blocks not counted. Links are neither followed nor counted below an entry. Entries
+/// behind another mount, or in a folder that cannot be entered, are skipped.
 ///
-/// The calling thread takes part in the work and may be a worker of the pool. A stop request is
-/// looked at every few dozen entries; the figures are then incomplete.
+/// The calling thread takes part in the work and may be a worker of the pool. It stops within a few
+/// dozen entries of a stop request; the figures are then incomplete.
 class TreeMeasurer
 {
 public:

@@ -1,9 +1,9 @@
 #include "CleanCore/FileSystem/Walking/TreeWalk.h"
 
+#include "CleanCore/FileSystem/Descriptors.h"
 #include "CleanCore/FileSystem/Walking/DirectoryReader.h"
 #include "CleanCore/FileSystem/Walking/FolderStack.h"
 
-#include <fcntl.h>
 #include <utility>
 
 namespace CleanCore {
@@ -11,10 +11,9 @@ namespace CleanCore {
 namespace {
 
 constexpr std::size_t openFolderLimit = 48;
-constexpr int openFolderFlags = O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC;
 
-/// The files of a folder are visited while it is read; a subfolder when it is entered, so that its
-/// contents follow it at once.
+/// Visits the files of a folder while it is read, and a subfolder when it is entered, so that the
+/// entries in it follow at once.
 class Walk
 {
 public:
@@ -28,13 +27,13 @@ public:
     void run(FileDescriptor folder, const EntryStatus& status)
     {
         m_stack.push(std::move(folder), status);
-        bool goesOn = readTop();
-        while (goesOn && !m_stack.isEmpty()) {
+        bool wantsMore = readTop();
+        while (wantsMore && !m_stack.isEmpty()) {
             if (m_stack.top().pending.isEmpty()) {
                 m_path.resize(m_path.rfind('/', m_path.size() - 2) + 1);
-                goesOn = m_stack.pop();
+                wantsMore = m_stack.pop();
             } else {
-                goesOn = enter(m_stack.top().pending.takeLast());
+                wantsMore = enter(m_stack.top().pending.takeLast());
             }
         }
     }
@@ -58,7 +57,7 @@ private:
         if (!visit(status)) {
             return false;
         }
-        FileDescriptor folder(::openat(parent.folder.get(), name.c_str(), openFolderFlags));
+        FileDescriptor folder = openFolder(parent.folder.get(), name.c_str());
         if (!folder.isOpen() || readStatus(folder.get(), "", status) != 0 ||
             status.isBeyondBoundaryOf(parent.status)) {
             m_path.resize(parentLength);
@@ -73,9 +72,9 @@ private:
     {
         FolderStack::Level& level = m_stack.top();
         const std::size_t folderLength = m_path.size();
-        bool goesOn = true;
-        while (goesOn && m_reader.readBatch(level.folder.get()) > 0) {
-            goesOn = m_reader.forEach([&](const char* name) {
+        bool wantsMore = true;
+        while (wantsMore && m_reader.readBatch(level.folder.get()) > 0) {
+            wantsMore = m_reader.forEach([&](const char* name) {
                 EntryStatus status;
                 if (readStatus(level.folder.get(), name, status) != 0 ||
                     status.isBeyondBoundaryOf(level.status)) {
@@ -86,18 +85,18 @@ private:
                     return true;
                 }
                 m_path += name;
-                const bool wantsMore = visit(status);
+                const bool isWanted = visit(status);
                 m_path.resize(folderLength);
-                return wantsMore;
+                return isWanted;
             });
         }
-        return goesOn;
+        return wantsMore;
     }
 
     const TreeVisitor& m_visit;
     DirectoryReader m_reader;
     FolderStack m_stack = FolderStack(openFolderLimit);
-    // The folder on top with a slash behind it, and the entry's name while it is visited.
+    // The path of the top folder with a slash behind it, and of an entry while it is visited.
     std::string m_path;
 };
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "CleanCore/FileSystem/TreeVisitor.h"
+#include "CleanCore/FileSystem/FileManager.h"
 #include "CleanCore/Support/FileDescriptor.h"
 
 #include <string>

@@ -1,7 +1,7 @@
 import QtQuick
 import Zorvane
 
-/// One numbered instruction. What stands between double asterisks is bold.
+/// A numbered instruction. Text between double asterisks is bold.
 Item {
     id: step
 
@@ -22,7 +22,7 @@ Item {
         cornerRadius: 12
         color: Theme.withOpacity(Theme.primary, 0.15)
 
-        ScreenText {
+        Label {
             anchors.centerIn: parent
             text: step.number
             font: Theme.calloutBold

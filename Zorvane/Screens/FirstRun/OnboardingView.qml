@@ -1,7 +1,7 @@
 import QtQuick
 import Zorvane
 
-/// Explains the disk permission and notices when it is granted.
+/// Explains the disk permission, and checks every two seconds whether it has been granted.
 ScreenStack {
     id: view
 
@@ -27,20 +27,20 @@ ScreenStack {
         symbolSize: 40
     }
 
-    ScreenText {
+    Label {
         anchors.horizontalCenter: parent.horizontalCenter
         text: qsTr("Permission to see your disk")
         font: Theme.title
     }
 
-    ScreenText {
+    Label {
         anchors.horizontalCenter: parent.horizontalCenter
         width: view.textWidth
         text: qsTr("To measure everything that can be freed, Zorvane needs the \"Full Disk Access\" permission. The app only reads and shows — nothing is removed without your explicit confirmation.")
+        font: Theme.body
         color: Theme.textSecondary
         horizontalAlignment: Text.AlignHCenter
         lineHeight: 1.25
-        wrapMode: Text.Wrap
     }
 
     GlassCard {

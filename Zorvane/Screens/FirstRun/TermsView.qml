@@ -1,7 +1,7 @@
 import QtQuick
 import Zorvane
 
-/// Asks for the acceptance of the terms, without which nothing begins.
+/// Asks the user to accept the terms.
 ScreenStack {
     id: view
 
@@ -19,7 +19,7 @@ ScreenStack {
         shadow: true
     }
 
-    ScreenText {
+    Label {
         anchors.horizontalCenter: parent.horizontalCenter
         text: qsTr("Before you start")
         font: Theme.title
@@ -32,10 +32,11 @@ ScreenStack {
         contentItem: Column {
             spacing: Theme.spacingMedium
 
-            NoticeRow {
-                maximumWidth: Math.min(480, view.availableWidth) - 2 * Theme.spacingLarge
+            SymbolText {
+                width: Math.min(implicitWidth, Math.min(480, view.availableWidth) - 2 * Theme.spacingLarge)
                 symbol: "eye.slash.fill"
                 symbolColor: Theme.primaryLight
+                symbolSize: 14
                 text: qsTr("The app collects no data: no accounts, no telemetry, nothing leaves your Mac.")
                 font: Theme.body
             }
@@ -46,14 +47,13 @@ ScreenStack {
         anchors.horizontalCenter: parent.horizontalCenter
         spacing: Theme.spacingSmall
 
-        ScreenText {
+        Label {
             anchors.horizontalCenter: parent.horizontalCenter
             width: Math.min(implicitWidth, view.availableWidth)
             text: qsTr("By continuing, you agree to the Terms of Service and Privacy Policy.")
             font: Theme.callout
             color: Theme.textSecondary
             horizontalAlignment: Text.AlignHCenter
-            wrapMode: Text.Wrap
         }
 
         Row {

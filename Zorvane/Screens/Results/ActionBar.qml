@@ -2,7 +2,7 @@ import QtQuick
 import QtQuick.Layouts
 import Zorvane
 
-/// What is chosen, and what can be done with it.
+/// The size of the selection, and the buttons that clean it or scan again.
 FocusScope {
     id: bar
 
@@ -28,7 +28,7 @@ FocusScope {
         width: bar.contentWidth
         spacing: Theme.spacingMedium
 
-        ScreenText {
+        Label {
             Layout.fillWidth: true
             text: qsTr("Selected: %1").arg(bar.figures.selectedText)
             font: Theme.textFont(14, Font.DemiBold)

@@ -1,30 +1,30 @@
 import QtQuick
 import Zorvane
 
-/// One row's part of a glass card that is drawn by several rows, one below the other.
+/// The strip of a glass card that a single row draws.
 Item {
     id: slice
 
     required property bool isFirst
     required property bool isLast
     property bool selected: false
-    /// How much white lies over the fill, for rows that answer to the pointer.
+    /// The opacity of white over the fill, for rows that respond to the pointer.
     property real highlight: 0
 
-    CardPart {
+    RoundedBox {
         anchors.fill: parent
-        isFirst: slice.isFirst
-        isLast: slice.isLast
+        continuesAbove: !slice.isFirst
+        continuesBelow: !slice.isLast
         cornerRadius: Theme.radiusLarge
         color: slice.selected ? Theme.glassSelectedFill : Theme.glassFill
         outlineColor: slice.selected ? Theme.glassSelectedBorder : Theme.glassBorder
     }
 
-    CardPart {
+    RoundedBox {
         anchors.fill: parent
         visible: opacity > 0
-        isFirst: slice.isFirst
-        isLast: slice.isLast
+        continuesAbove: !slice.isFirst
+        continuesBelow: !slice.isLast
         cornerRadius: Theme.radiusLarge
         color: "white"
         opacity: slice.highlight

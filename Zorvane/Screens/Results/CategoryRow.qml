@@ -16,7 +16,7 @@ ResultsRow {
     required property bool hadAccessErrors
     required property bool isExpanded
 
-    /// A header that is reused for another category shows its state at once.
+    /// False for a header that is reused for another category, which must not animate.
     property bool turnsSlowly: false
 
     signal expansionToggled()
@@ -29,28 +29,16 @@ ResultsRow {
     highlight: header.down ? 0.05 : row.hovered ? 0.03 : 0
     ListView.onPooled: turnsSlowly = false
 
-    BaseButton {
+    CardButton {
         id: header
 
-        anchors.fill: parent
-        focus: true
         focusPolicy: row.controlFocusPolicy
-        // The title goes in last: it may hold what looks like the place of another text.
+        // The title comes last, since it may contain "%1".
         Accessible.name: qsTr("%3, %1, %2").arg(row.countText).arg(row.sizeText).arg(row.title)
         description: row.isExpanded ? qsTr("Expanded") : qsTr("Collapsed")
         onClicked: {
             row.turnsSlowly = true;
             row.expansionToggled();
-        }
-
-        HoverHandler {
-            cursorShape: Qt.PointingHandCursor
-        }
-
-        FocusRing {
-            shown: header.visualFocus
-            gap: -2
-            cornerRadius: Theme.radiusLarge
         }
     }
 
@@ -79,7 +67,7 @@ ResultsRow {
             Layout.maximumWidth: Math.ceil(Math.max(title.implicitWidth, count.implicitWidth))
             spacing: 2
 
-            ScreenText {
+            Label {
                 id: title
 
                 Layout.fillWidth: true
@@ -89,7 +77,7 @@ ResultsRow {
                 Accessible.ignored: true
             }
 
-            ScreenText {
+            Label {
                 id: count
 
                 Layout.fillWidth: true
@@ -153,7 +141,7 @@ ResultsRow {
             Layout.preferredWidth: 0
         }
 
-        ScreenText {
+        Label {
             Layout.minimumWidth: 78
             text: row.sizeText
             font: Theme.numberFont(14, Font.Bold)

@@ -1,7 +1,7 @@
 import QtQuick
 import Zorvane
 
-/// What a category is about, and the links that choose all of it or nothing.
+/// The explanation of a category, and the links that select all of its items or none.
 ResultsRow {
     id: row
 
@@ -28,7 +28,7 @@ ResultsRow {
             color: Theme.white(0.07)
         }
 
-        ScreenText {
+        Label {
             id: summary
 
             width: parent.width
@@ -38,7 +38,6 @@ ResultsRow {
             font: Theme.textFont(12, Font.Normal)
             color: Theme.textSecondary
             lineHeight: 1.2
-            wrapMode: Text.Wrap
             Accessible.focusable: true
 
             FocusRing {

@@ -44,17 +44,18 @@ Item {
         anchors.centerIn: parent
         spacing: 2
 
-        ScreenText {
-            // Inside the ring, with some air.
+        Label {
+            // Fits inside the ring.
             width: chart.frame - chart.lineWidth - 24
             text: chart.totalText
             font: Theme.numberFont(26, Font.ExtraBold)
+            wrapMode: Text.NoWrap
             fontSizeMode: Text.HorizontalFit
             minimumPixelSize: 12
             horizontalAlignment: Text.AlignHCenter
         }
 
-        ScreenText {
+        Label {
             anchors.horizontalCenter: parent.horizontalCenter
             text: qsTr("recoverable")
             font.family: Theme.caption.family

@@ -2,7 +2,7 @@ import QtQuick
 import QtQuick.Layouts
 import Zorvane
 
-/// Leads to the release of what the cloud drive keeps on this computer.
+/// Opens the sheet that releases downloads of the cloud drive.
 ResultsRow {
     id: card
 
@@ -19,25 +19,13 @@ ResultsRow {
         appState: card.appState
     }
 
-    BaseButton {
+    CardButton {
         id: area
 
-        anchors.fill: parent
-        focus: true
         focusPolicy: card.controlFocusPolicy
         text: title.text
         description: explanation.text
         onClicked: icloud.open()
-
-        HoverHandler {
-            cursorShape: Qt.PointingHandCursor
-        }
-
-        FocusRing {
-            shown: area.visualFocus
-            gap: -2
-            cornerRadius: Theme.radiusLarge
-        }
     }
 
     RowLayout {
@@ -64,7 +52,7 @@ ResultsRow {
                     color: Theme.catOther
                 }
 
-                ScreenText {
+                Label {
                     id: title
 
                     text: qsTr("iCloud Drive")
@@ -78,14 +66,13 @@ ResultsRow {
                 }
             }
 
-            ScreenText {
+            Label {
                 id: explanation
 
                 Layout.fillWidth: true
                 text: qsTr("Frees the space taken by iCloud files downloaded on this Mac. Nothing is deleted from the cloud.")
                 font: Theme.textFont(12, Font.Normal)
                 color: Theme.textSecondary
-                wrapMode: Text.Wrap
                 Accessible.ignored: true
             }
         }
@@ -100,13 +87,13 @@ ResultsRow {
                 cornerRadius: Theme.radiusCapsule
                 focusPolicy: card.controlFocusPolicy
                 onClicked: {
-                    // It goes once something is measured; the card is what stays.
+                    // This button disappears once something is measured; the card stays.
                     area.forceActiveFocus(visualFocus ? Qt.TabFocusReason : Qt.MouseFocusReason);
                     icloud.open();
                 }
             }
 
-            ScreenText {
+            Label {
                 Layout.alignment: Qt.AlignHCenter
                 text: qsTr("takes a moment")
                 font: Theme.caption
@@ -120,7 +107,7 @@ ResultsRow {
             Accessible.name: qsTr("Measuring…")
         }
 
-        ScreenText {
+        Label {
             Layout.minimumWidth: 78
             visible: icloud.isMeasured && !icloud.isMeasuring
             text: icloud.downloadedText

@@ -1,7 +1,7 @@
 import QtQuick
 import Zorvane
 
-/// One item of an open category. There may be a hundred thousand of them: the height is fixed.
+/// An item of an expanded category. The height is fixed, since there may be a hundred thousand.
 ResultsRow {
     id: row
 
@@ -37,7 +37,7 @@ ResultsRow {
         onToggled: row.selectionToggled(!row.isSelected)
     }
 
-    ScreenText {
+    Label {
         id: pathText
 
         x: 72
@@ -51,16 +51,17 @@ ResultsRow {
         Accessible.ignored: true
     }
 
-    ScreenText {
+    Label {
         id: size
 
-        // Ends where the header's size does.
+        // Aligned with the size in the header.
         x: row.width - 38 - width
         width: Math.max(implicitWidth, 64)
         height: row.lineHeight
         horizontalAlignment: Text.AlignRight
         verticalAlignment: Text.AlignVCenter
         text: row.sizeText
+        wrapMode: Text.NoWrap
         font: Theme.numberFont(11, Font.Medium)
         color: Theme.textSecondary
     }

@@ -2,7 +2,7 @@ import QtQuick
 import QtQuick.Window
 import Zorvane
 
-/// What the last scan found, and the choice of what goes.
+/// The results of the last scan, in which the user selects the items to remove.
 FocusScope {
     id: view
 
@@ -12,14 +12,14 @@ FocusScope {
     readonly property real contentWidth: aligned(Math.min(width - 2 * margin, 1180))
     readonly property real contentX: aligned((width - contentWidth) / 2)
 
-    /// A multiple of 4 is whole in the screen's pixels at the scales 1.25, 1.5 and 1.75 too, so
-    /// that the edges of the parts of a card that rows draw meet.
+    /// A multiple of 4 is a whole number of physical pixels at the scales 1.25, 1.5 and 1.75 too, so
+    /// that the strips of a card meet.
     function aligned(length: real): real {
         return 4 * Math.floor(length / 4);
     }
 
-    /// Nothing has the keyboard when what had it went, or when assistive tools wanted it for what is
-    /// covered.
+    /// The view itself gets the focus when the focused item disappears, or when assistive tools try to
+    /// focus a covered one.
     function takeKeyboardBack() {
         if (Window.activeFocusItem !== view)
             return;
@@ -47,7 +47,7 @@ FocusScope {
 
         anchors.fill: parent
         focus: true
-        // Nothing of it can be used while something lies over it, by assistive tools neither.
+        // Assistive tools would press covered controls.
         enabled: !sheets.sheet && !overlay.visible
 
         TopBar {
@@ -96,11 +96,14 @@ FocusScope {
         appState: view.appState
     }
 
-    CleaningOverlay {
+    BusyOverlay {
         id: overlay
 
         anchors.fill: parent
-        // While the window closes it says so itself.
+        darkness: 0.4
+        text: qsTr("Cleaning…")
+        isLarge: true
+        // A window that is closing has an overlay of its own.
         visible: view.appState.isCleaning && !view.appState.isClosing
     }
 }

@@ -7,8 +7,8 @@
 
 namespace Zorvane {
 
-/// A part of a ring in the middle of the item, clockwise from `start` to `end`. Both are fractions
-/// of the circle, counted from twelve o'clock. `diameter` is that of the middle of the line.
+/// An arc around the centre of the item, clockwise from `start` to `end`. Both are fractions of the
+/// circle, counted from twelve o'clock. `diameter` is measured in the middle of the line.
 class RingArc : public Zorvane::PaintedShape
 {
     Q_OBJECT

@@ -4,7 +4,7 @@ import QtQuick
 import QtQuick.Layouts
 import Zorvane
 
-/// What the last scan found, by groups and in total.
+/// The total size of the results, and its share of each group.
 Item {
     id: panel
 
@@ -64,7 +64,7 @@ Item {
                         color: Theme[line.colorName]
                     }
 
-                    ScreenText {
+                    Label {
                         Layout.fillWidth: true
                         text: line.label
                         font: Theme.callout
@@ -72,7 +72,7 @@ Item {
                         elide: Text.ElideRight
                     }
 
-                    ScreenText {
+                    Label {
                         text: line.sizeText
                         font: Theme.numberFont(12, Font.Medium)
                     }
@@ -80,11 +80,11 @@ Item {
             }
         }
 
-        NoticeRow {
+        SymbolText {
             Layout.fillWidth: true
             visible: summary.anyAccessErrors
-            maximumWidth: panel.width - 2 * panel.padding
             symbol: "exclamationmark.triangle"
+            symbolSize: 12
             text: qsTr("Some areas could not be read — grant Full Disk Access for the full amount")
             font: Theme.caption
             color: Theme.warning

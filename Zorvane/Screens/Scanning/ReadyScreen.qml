@@ -1,13 +1,22 @@
+pragma ComponentBehavior: Bound
+
 import QtQuick
 import Zorvane
 
-/// Where a scan is started.
+/// Starts a scan.
 ScreenStack {
     id: screen
 
     required property AppState appState
 
     padding: 48
+
+    component Notice: SymbolText {
+        anchors.horizontalCenter: parent.horizontalCenter
+        width: Math.min(implicitWidth, screen.availableWidth)
+        height: Math.max(implicitHeight, symbolHeight)
+        symbolSize: 13
+    }
 
     GradientTile {
         anchors.horizontalCenter: parent.horizontalCenter
@@ -20,19 +29,19 @@ ScreenStack {
         anchors.horizontalCenter: parent.horizontalCenter
         spacing: Theme.spacingSmall
 
-        ScreenText {
+        Label {
             anchors.horizontalCenter: parent.horizontalCenter
             text: "Zorvane"
             font: Theme.textFont(32, Font.Bold)
         }
 
-        ScreenText {
+        Label {
             anchors.horizontalCenter: parent.horizontalCenter
             width: Math.min(implicitWidth, screen.availableWidth)
             text: qsTr("Find out how much space is stuck in caches, logs and temporary files.")
+            font: Theme.body
             color: Theme.textSecondary
             horizontalAlignment: Text.AlignHCenter
-            wrapMode: Text.Wrap
         }
     }
 
@@ -44,18 +53,14 @@ ScreenStack {
         onClicked: screen.appState.startScan()
     }
 
-    NoticeRow {
-        anchors.horizontalCenter: parent.horizontalCenter
-        maximumWidth: screen.availableWidth
+    Notice {
         symbol: "checkmark.shield.fill"
         symbolColor: Theme.success
         text: qsTr("Nothing is removed without your explicit confirmation.")
         color: Theme.textTertiary
     }
 
-    NoticeRow {
-        anchors.horizontalCenter: parent.horizontalCenter
-        maximumWidth: screen.availableWidth
+    Notice {
         visible: !screen.appState.hasFullDiskAccess
         symbol: "exclamationmark.triangle"
         text: qsTr("No Full Disk Access — results will be partial")

@@ -1,7 +1,7 @@
 import QtQuick
 import Zorvane
 
-/// The root of the window: the background and, on it, the screen of the phase.
+/// The background and, on it, the screen of the current phase.
 FocusScope {
     id: view
 
@@ -9,7 +9,7 @@ FocusScope {
     property url termsURL
     property url privacyURL
 
-    /// By the name of the phase.
+    /// By name of the phase.
     readonly property var screens: ({
         termsAcceptance: terms,
         needsPermission: onboarding,
@@ -34,7 +34,7 @@ FocusScope {
         sourceComponent: view.screens[view.appState.phaseName]
     }
 
-    // A loader of Qt 6.4 cannot create bound components, so the linter does not know what `view` is.
+    // Loaders of Qt 6.4 cannot create bound components, so the linter cannot resolve `view`.
     // qmllint disable unqualified
 
     Component {

@@ -1,7 +1,7 @@
 import QtQuick
 import Zorvane
 
-/// How far a running scan is.
+/// The progress of a scan.
 ScreenStack {
     id: screen
 
@@ -30,10 +30,11 @@ ScreenStack {
         color: Theme.textPrimary
     }
 
-    ScreenText {
+    Label {
         anchors.horizontalCenter: parent.horizontalCenter
         width: Math.min(implicitWidth, screen.availableWidth)
         text: figures.statusText
+        font: Theme.body
         color: Theme.textSecondary
         elide: Text.ElideRight
     }

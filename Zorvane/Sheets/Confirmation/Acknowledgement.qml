@@ -1,7 +1,7 @@
 import QtQuick
 import Zorvane
 
-/// The check box that the user ticks to say that what will be removed has been looked at.
+/// The check box by which the user confirms having reviewed the selection.
 Item {
     id: acknowledgement
 

@@ -19,7 +19,6 @@ Sheet {
             SecondaryButton {
                 focus: true
                 text: qsTr("Cancel")
-                cornerRadius: 12
                 onClicked: sheet.dismissed()
             },
             PrimaryButton {
@@ -44,18 +43,14 @@ Sheet {
             color: Theme.warning
         }
 
-        SheetText {
+        CentredText {
             id: title
 
-            width: parent.width
-            horizontalAlignment: Text.AlignHCenter
             text: qsTr("Confirm cleanup")
             font: Theme.title
         }
 
-        SheetText {
-            width: parent.width
-            horizontalAlignment: Text.AlignHCenter
+        CentredText {
             text: qsTr("Removal is permanent — files do not go to the Trash.")
             font: Theme.body
             color: Theme.textSecondary

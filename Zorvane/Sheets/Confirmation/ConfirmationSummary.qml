@@ -4,7 +4,7 @@ import QtQuick
 import QtQuick.Layouts
 import Zorvane
 
-/// The areas that the clean takes from, what it takes of each, and the sum.
+/// The selected size of each area, and the total.
 GlassCard {
     id: summary
 
@@ -27,14 +27,14 @@ GlassCard {
                 width: parent?.width ?? 0
                 spacing: Theme.spacingSmall
 
-                SheetText {
+                Label {
                     Layout.alignment: Qt.AlignBaseline
                     Layout.fillWidth: true
                     Layout.maximumWidth: Math.ceil(implicitWidth)
                     text: area.title
                 }
 
-                SheetText {
+                Label {
                     Layout.alignment: Qt.AlignBaseline
                     visible: area.isReviewRequired
                     text: qsTr("review required")
@@ -46,7 +46,7 @@ GlassCard {
                     Layout.fillWidth: true
                 }
 
-                SheetText {
+                Label {
                     Layout.alignment: Qt.AlignBaseline
                     text: area.sizeText
                     font: Theme.numberFont(12, Font.Normal)
@@ -64,14 +64,14 @@ GlassCard {
         RowLayout {
             width: parent.width
 
-            SheetText {
+            Label {
                 Layout.alignment: Qt.AlignBaseline
                 Layout.fillWidth: true
                 text: qsTr("Total")
                 font: Theme.calloutBold
             }
 
-            SheetText {
+            Label {
                 Layout.alignment: Qt.AlignBaseline
                 text: summary.model.totalText
                 font: Theme.numberFont(12, Font.Bold)

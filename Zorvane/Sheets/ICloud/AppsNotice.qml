@@ -4,7 +4,7 @@ import QtQuick
 import QtQuick.Layouts
 import Zorvane
 
-/// Tells of the applications in the cloud drive, which no release takes from the disk.
+/// The applications in the cloud drive, which cannot be released.
 NoticeBox {
     id: notice
 
@@ -41,17 +41,15 @@ NoticeBox {
                     width: parent?.width ?? 0
                     spacing: Theme.spacingMedium
 
-                    SheetText {
+                    Label {
                         Layout.alignment: Qt.AlignBaseline
                         Layout.fillWidth: true
                         text: app.modelData
                         font: Theme.fileFont(11, Font.Medium)
-                        wrapMode: Text.NoWrap
                         elide: Text.ElideMiddle
-                        maximumLineCount: 1
                     }
 
-                    SheetText {
+                    Label {
                         Layout.alignment: Qt.AlignBaseline
                         text: notice.model.appSizes[app.index] ?? ""
                         font: Theme.numberFont(11, Font.Normal)
@@ -61,7 +59,7 @@ NoticeBox {
             }
         }
 
-        SheetText {
+        Label {
             visible: text !== ""
             x: notice.indent
             text: notice.model.moreAppsText

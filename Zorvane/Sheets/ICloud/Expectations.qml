@@ -1,7 +1,7 @@
 import QtQuick
 import Zorvane
 
-/// What people can expect, to read while measuring goes on.
+/// Explains measuring and releasing, while the user waits.
 GlassCard {
     id: expectations
 

@@ -1,7 +1,7 @@
 import QtQuick
 import Zorvane
 
-/// What the release of downloads does and does not do.
+/// Explains the release of downloads.
 Column {
     property alias title: title.text
 
@@ -17,16 +17,14 @@ Column {
         symbolSize: 24
     }
 
-    SheetText {
+    CentredText {
         id: title
 
-        width: parent.width
-        horizontalAlignment: Text.AlignHCenter
         text: qsTr("Free up iCloud space")
         font: Theme.title
     }
 
-    SheetText {
+    Label {
         anchors.horizontalCenter: parent.horizontalCenter
         width: Math.min(parent.width, 460)
         horizontalAlignment: Text.AlignHCenter

@@ -2,11 +2,10 @@ import QtQuick
 import QtQuick.Layouts
 import Zorvane
 
-/// A measured entry of the cloud drive, or one that could not be measured in time.
-Item {
+/// An entry of the cloud drive: measured, released, or too slow to be measured.
+KeyboardRow {
     id: row
 
-    required property int index
     required property string name
     required property bool isBusy
     required property bool isReleased
@@ -18,15 +17,21 @@ Item {
     readonly property bool isMeasured: !isBusy && !isReleased
 
     signal toggled
-    /// The keyboard came here.
-    signal reached
 
     implicitHeight: content.implicitHeight + 18
+    focusTarget: box
+    activeFocusOnTab: isTabStop && !isMeasured
 
     GlassSurface {
         anchors.fill: parent
         cornerRadius: Theme.radiusSmall
         selected: row.isSelected
+    }
+
+    FocusRing {
+        shown: row.activeFocus && !row.isMeasured
+        gap: -2
+        cornerRadius: Theme.radiusSmall
     }
 
     RowLayout {
@@ -39,16 +44,16 @@ Item {
         spacing: 10
 
         SelectionBox {
+            id: box
+
+            focus: true
+            focusPolicy: row.controlFocusPolicy
             accessibleName: row.name
             checked: row.isSelected
             enabled: row.isMeasured
             opacity: row.isMeasured ? 1 : 0
             Accessible.ignored: !row.isMeasured
             onToggled: row.toggled()
-            onActiveFocusChanged: {
-                if (activeFocus)
-                    row.reached();
-            }
         }
 
         Symbol {
@@ -61,16 +66,14 @@ Item {
             Layout.fillWidth: true
             spacing: 2
 
-            SheetText {
+            Label {
                 Layout.fillWidth: true
                 text: row.name
                 font: Theme.fileFont(13, Font.Medium)
-                wrapMode: Text.NoWrap
                 elide: Text.ElideMiddle
-                maximumLineCount: 1
             }
 
-            SheetText {
+            Label {
                 visible: row.isBusy
                 Layout.fillWidth: true
                 text: qsTr("iCloud is busy with this folder")
@@ -78,7 +81,7 @@ Item {
                 color: Theme.warning
             }
 
-            SheetText {
+            Label {
                 visible: row.isReleased
                 Layout.fillWidth: true
                 text: qsTr("measure again later for the exact number")
@@ -86,7 +89,7 @@ Item {
                 color: Theme.textTertiary
             }
 
-            SheetText {
+            Label {
                 visible: row.isMeasured && text !== ""
                 Layout.fillWidth: true
                 text: row.appsText ?? ""
@@ -95,14 +98,14 @@ Item {
             }
         }
 
-        SheetText {
+        Label {
             visible: row.isMeasured && text !== ""
             text: row.filesText ?? ""
             font: Theme.numberFont(11, Font.Normal)
             color: Theme.textTertiary
         }
 
-        SheetText {
+        Label {
             visible: row.isMeasured
             text: row.sizeText ?? ""
             font: Theme.numberFont(13, Font.DemiBold)

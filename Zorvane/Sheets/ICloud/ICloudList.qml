@@ -4,7 +4,7 @@ import QtQuick
 import QtQuick.Templates as T
 import Zorvane
 
-/// The entries of the cloud drive that are downloaded, and those that could not be measured.
+/// The downloaded entries of the cloud drive, and those that could not be measured.
 Item {
     id: frame
 
@@ -13,18 +13,13 @@ Item {
     implicitHeight: list.height
     visible: list.count > 0
 
-    ListView {
+    KeyboardList {
         id: list
 
         width: parent.width
         height: Math.min(contentHeight, 220)
-        // As in the list of results.
-        cacheBuffer: 0
         model: frame.model
         spacing: 6
-        clip: true
-        boundsBehavior: Flickable.StopAtBounds
-        Accessible.role: Accessible.List
         Accessible.name: qsTr("iCloud Drive")
 
         T.ScrollBar.vertical: ThinScrollBar {
@@ -36,7 +31,6 @@ Item {
         delegate: ICloudItemRow {
             width: list.width
             onToggled: frame.model.setSelected(index, !isSelected)
-            onReached: list.positionViewAtIndex(index, ListView.Contain)
         }
     }
 }

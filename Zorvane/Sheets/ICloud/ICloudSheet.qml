@@ -3,7 +3,7 @@ pragma ComponentBehavior: Bound
 import QtQuick
 import Zorvane
 
-/// Lets downloads of the cloud drive go.
+/// Releases downloads of the cloud drive.
 Sheet {
     id: sheet
 
@@ -19,20 +19,18 @@ Sheet {
             SecondaryButton {
                 focus: true
                 text: qsTr("Close")
-                cornerRadius: 12
                 onClicked: sheet.dismissed()
             },
             SecondaryButton {
                 visible: icloud.busyText !== ""
                 text: qsTr("Try again")
-                cornerRadius: 12
                 onClicked: sheet.appState.retryBusyICloudFolders()
             },
             PrimaryButton {
                 text: qsTr("Free up %1").arg(icloud.selectedText)
                 minimumTextWidth: 170
                 busy: sheet.appState.isEvicting
-                available: icloud.canEvict
+                available: icloud.canRelease
                 opacity: icloud.hasSelectedBytes ? 1 : 0.5
                 onClicked: sheet.appState.requestEvict()
             }
@@ -79,12 +77,10 @@ Sheet {
             text: icloud.freeingText
         }
 
-        SheetText {
+        CentredText {
             visible: icloud.isEmpty
-            width: parent.width
             topPadding: 30
             bottomPadding: 30
-            horizontalAlignment: Text.AlignHCenter
             text: qsTr("Nothing downloaded — your iCloud Drive is already optimized.")
             font: Theme.body
             color: Theme.textSecondary
@@ -109,7 +105,7 @@ Sheet {
             }
         }
 
-        EvictResult {
+        ReleaseResult {
             visible: icloud.hasReport
             width: parent.width
             model: icloud

@@ -1,7 +1,7 @@
 import QtQuick
 import Zorvane
 
-/// Tells, beside a spinner, how far something is.
+/// A spinner and the progress of some work.
 Item {
     id: line
 
@@ -20,7 +20,7 @@ Item {
         Accessible.ignored: true
     }
 
-    SheetText {
+    Label {
         id: label
 
         x: line.indent

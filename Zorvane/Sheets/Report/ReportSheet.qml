@@ -3,7 +3,7 @@ pragma ComponentBehavior: Bound
 import QtQuick
 import Zorvane
 
-/// What a clean has freed, and what it left.
+/// The report of a clean.
 Sheet {
     id: sheet
 
@@ -50,16 +50,12 @@ Sheet {
             color: Theme.success
         }
 
-        SheetText {
-            width: parent.width
-            horizontalAlignment: Text.AlignHCenter
+        CentredText {
             text: report.freedText
             font: Theme.numberFont(42, Font.Bold)
         }
 
-        SheetText {
-            width: parent.width
-            horizontalAlignment: Text.AlignHCenter
+        CentredText {
             text: report.removedText
             font: Theme.body
             color: Theme.textSecondary
@@ -70,18 +66,14 @@ Sheet {
             width: Math.min(parent.width, 420)
             spacing: 4
 
-            SheetText {
+            CentredText {
                 visible: text !== ""
-                width: parent.width
-                horizontalAlignment: Text.AlignHCenter
                 text: report.visibleFreedText
                 font: Theme.calloutSemibold
                 color: Theme.success
             }
 
-            SheetText {
-                width: parent.width
-                horizontalAlignment: Text.AlignHCenter
+            CentredText {
                 text: qsTr("macOS frees the rest in the background — the numbers can take a few hours to settle.")
                 font: Theme.caption
                 color: Theme.textTertiary

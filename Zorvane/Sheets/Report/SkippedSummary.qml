@@ -1,7 +1,7 @@
 import QtQuick
 import Zorvane
 
-/// Why some items were left, in plain words, and which.
+/// The reasons why items were skipped, and their paths.
 GlassCard {
     id: summary
 
@@ -28,7 +28,7 @@ GlassCard {
             detail: qsTr("They pointed into personal areas (like Documents or Photos). Zorvane refused to touch them.")
         }
 
-        SheetText {
+        Label {
             width: parent.width
             text: qsTr("That's why the freed total is smaller than the estimate.")
             font: Theme.caption

@@ -124,7 +124,7 @@ bool ICloudModel::hasSelectedBytes() const
     return appState() != nullptr && appState()->icloudSelectedBytes() != 0;
 }
 
-bool ICloudModel::canEvict() const
+bool ICloudModel::canRelease() const
 {
     return hasSelectedBytes() && !appState()->isEvicting() && !isMeasuring();
 }

@@ -29,7 +29,7 @@ class ICloudModel : public Zorvane::StateListModel
     Q_PROPERTY(QString busyText READ busyText NOTIFY changed)
     Q_PROPERTY(QString selectedText READ selectedText NOTIFY changed)
     Q_PROPERTY(bool hasSelectedBytes READ hasSelectedBytes NOTIFY changed)
-    Q_PROPERTY(bool canEvict READ canEvict NOTIFY changed)
+    Q_PROPERTY(bool canRelease READ canRelease NOTIFY changed)
     /// What the release of the chosen entries will take; empty when it is not to be shown.
     Q_PROPERTY(QString beforeFreeingText READ beforeFreeingText NOTIFY changed)
     Q_PROPERTY(bool hasReport READ hasReport NOTIFY changed)
@@ -67,7 +67,7 @@ public:
     [[nodiscard]] QString busyText() const;
     [[nodiscard]] QString selectedText() const;
     [[nodiscard]] bool hasSelectedBytes() const;
-    [[nodiscard]] bool canEvict() const;
+    [[nodiscard]] bool canRelease() const;
     [[nodiscard]] QString beforeFreeingText() const;
     [[nodiscard]] bool hasReport() const;
     [[nodiscard]] bool hasFreed() const;

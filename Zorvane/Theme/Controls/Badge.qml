@@ -1,7 +1,7 @@
 import QtQuick
 import Zorvane
 
-/// A short text in a capsule of its colour.
+/// A short text in a capsule of the same colour.
 Item {
     id: badge
 

@@ -1,16 +1,16 @@
 import QtQuick
 import QtQuick.Templates as T
 
-/// What all buttons have in common whatever they look like. The mouse, the keyboard and assistive
-/// tools press a button while it is enabled, and then only.
+/// The behaviour of all buttons. The mouse, the keyboard and assistive tools can press a button only
+/// while it is enabled.
 T.AbstractButton {
     id: button
 
-    /// Whether there is something for it to do. What lies over a button disables it too, and leaves
-    /// its look alone.
+    /// A button that is not available is dimmed; one that is only disabled, because something covers
+    /// it, is not.
     property bool available: true
     property bool pressedByReturn: true
-    /// What assistive tools tell besides its name.
+    /// For assistive tools, besides the name.
     property string description: ""
 
     function press() {

@@ -1,12 +1,12 @@
 import QtQuick
 import Zorvane
 
-/// Shows where the keyboard is, around the element that it fills.
+/// A ring around the element that it fills, for the one that has the keyboard focus.
 RoundedBox {
     id: ring
 
     required property bool shown
-    /// Of the element.
+    /// The corner radius of the element.
     property real elementRadius: Theme.radiusMedium
     property real gap: 2
 

@@ -2,16 +2,16 @@ import QtQuick
 import QtQuick.Templates as T
 import Zorvane
 
-/// Explains the element that it is put into, while the pointer is over it or the keyboard came to it.
+/// A tool tip of its parent, shown while the pointer is over it or the keyboard has moved to it.
 Item {
     id: help
 
     required property string text
-    /// What the keyboard comes to. A control has the focus after a click too, which does not count.
+    /// A control that was focused by a click does not count.
     property Item focusItem: parent
 
     readonly property bool hasKeyboard: (focusItem as T.Control)?.visualFocus ?? focusItem?.activeFocus ?? false
-    /// Whether it is to be shown, after a short while.
+    /// The tool tip follows after a delay.
     readonly property bool isWanted: text !== "" && (pointer.hovered || hasKeyboard)
 
     anchors.fill: parent

@@ -1,7 +1,7 @@
 import QtQuick
 import Zorvane
 
-/// A symbol and a text in the middle of the element, as buttons show them.
+/// The symbol and the text of a button, centred.
 Item {
     id: label
 

@@ -1,19 +1,28 @@
 import QtQuick
 import Zorvane
 
-/// The button of a screen's main action. A destructive one is pressed by a click or the space bar
-/// only: Return is too easily pressed without looking.
+/// The button of the main action. A destructive one ignores Return, which is too easily pressed
+/// without looking.
 BaseButton {
     id: button
 
     property bool isDestructive: false
-    /// Shows a spinner in place of the text and takes no presses.
+    /// Shows a spinner instead of the text, and disables the button.
     property bool busy: false
     property real minimumWidth: 0
-    /// Of the text alone, without the padding.
+    /// Without the padding.
     property real minimumTextWidth: 0
 
-    readonly property real fillOpacity: down ? 0.75 : 0.9
+    property color fill: isDestructive ? Theme.withOpacity(Theme.danger, down ? 0.75 : 0.9)
+                                       : down ? Theme.primaryDeep : Theme.primaryLight
+
+    Behavior on fill {
+        enabled: Theme.animated
+        ColorAnimation {
+            duration: Theme.pressDuration
+            easing.type: Easing.OutQuad
+        }
+    }
 
     leftPadding: 26
     rightPadding: 26
@@ -46,35 +55,11 @@ BaseButton {
             cornerRadius: Theme.radiusMedium
         }
 
-        DiagonalGradient {
-            visible: !button.isDestructive
-            anchors.fill: parent
-            cornerRadius: Theme.radiusMedium
-            fromColor: button.down ? Theme.primaryDeep : Theme.primaryLight
-            toColor: Theme.primaryDeep
-
-            Behavior on fromColor {
-                enabled: Theme.animated
-                ColorAnimation {
-                    duration: Theme.pressDuration
-                    easing.type: Easing.OutQuad
-                }
-            }
-        }
-
         RoundedBox {
-            visible: button.isDestructive
             anchors.fill: parent
             cornerRadius: Theme.radiusMedium
-            color: Theme.withOpacity(Theme.danger, button.fillOpacity)
-
-            Behavior on color {
-                enabled: Theme.animated
-                ColorAnimation {
-                    duration: Theme.pressDuration
-                    easing.type: Easing.OutQuad
-                }
-            }
+            color: button.fill
+            endColor: button.isDestructive ? button.fill : Theme.primaryDeep
         }
 
         RoundedBox {

@@ -1,7 +1,7 @@
 import QtQuick
 import Zorvane
 
-/// One place of a rolling figure: a new character pushes the old one out upwards.
+/// One place of a rolling figure. A new character pushes the old one out upwards.
 Item {
     id: place
 

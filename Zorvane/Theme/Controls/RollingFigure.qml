@@ -3,8 +3,8 @@ pragma ComponentBehavior: Bound
 import QtQuick
 import Zorvane
 
-/// A figure whose digits roll to their new values when the text changes. Places are counted from
-/// the right, so that the unit and the last digits keep theirs when the figure grows.
+/// A figure whose digits roll to their new values when the text changes. Its places are counted
+/// from the right, so that the unit stays in place when the figure grows.
 Item {
     id: figure
 
@@ -12,7 +12,7 @@ Item {
     property font font: Theme.numberFont(44, Font.Bold)
     property color color: Theme.textPrimary
 
-    /// More than any figure has.
+    /// More than the longest figure has.
     readonly property int places: 24
 
     implicitWidth: row.implicitWidth

@@ -2,8 +2,8 @@ import QtQuick
 import QtQuick.Templates as T
 import Zorvane
 
-/// A check box without a label. It shows `checked` and never changes it: on `toggled` the owner
-/// decides, and `checked` follows.
+/// A check box without a label. It never changes `checked` itself; the owner does, when `toggled` is
+/// emitted.
 T.CheckBox {
     id: box
 
@@ -26,7 +26,7 @@ T.CheckBox {
     Accessible.name: accessibleName
     Accessible.checkable: true
     Accessible.checked: checked
-    // As of the buttons.
+    // Qt 6.4 does not tell assistive tools that a control is disabled.
     Accessible.description: enabled ? "" : qsTr("Not available")
     Accessible.onPressAction: box.press()
     Accessible.onToggleAction: box.press()

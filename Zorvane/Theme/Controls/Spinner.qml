@@ -2,7 +2,7 @@ import QtQuick
 import QtQuick.Window
 import Zorvane
 
-/// Turns while something goes on whose end is not known.
+/// Indicates work of unknown duration.
 Item {
     id: spinner
 
@@ -14,7 +14,7 @@ Item {
     property int controlSize: Spinner.Small
     property color color: Theme.primary
 
-    /// Not while nobody can see it: each turn costs processor time.
+    /// A spinner that nobody can see must not cost processor time.
     readonly property bool turns: visible && Theme.animated && Window.visibility !== Window.Minimized
     readonly property int side: controlSize === Spinner.Large ? 36 : 16
 

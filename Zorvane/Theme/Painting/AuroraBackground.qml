@@ -1,6 +1,6 @@
 import Zorvane
 
-/// The window's background in the palette's colours.
+/// The background of the window.
 AuroraPainting {
     baseColor: Theme.background
     violet: Theme.meshViolet

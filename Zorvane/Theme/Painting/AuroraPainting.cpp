@@ -17,11 +17,11 @@ namespace {
 constexpr double blurRadius = 70;
 constexpr double glowOpacity = 0.55;
 
-/// The glows are blurred on an image that is this many times smaller: after a blur of radius 70
-/// nothing is left that a finer one could show.
+/// The glows are blurred on an image that is this many times smaller. A blur of radius 70 leaves no
+/// detail that would need more.
 constexpr int reduction = 8;
 
-/// How far around the window the glows are drawn, so that what lies outside shines in.
+/// Around the window, so that the parts of glows outside it shine in.
 constexpr int margin = 216;
 
 struct Ellipse
@@ -50,7 +50,7 @@ QImage reducedScene(QSizeF size, const QColor& base, const std::array<Ellipse, 3
     return image;
 }
 
-/// One colour channel of the background in the reduced size, in 0...255.
+/// One colour channel of the background in the reduced size, from 0 to 255.
 Plane blurredChannel(const QImage& scene, int shift, int base)
 {
     Plane plane{scene.width(), scene.height(), {}};
@@ -58,16 +58,18 @@ Plane blurredChannel(const QImage& scene, int shift, int base)
                          static_cast<std::size_t>(scene.height()));
     for (int y = 0; y < scene.height(); ++y) {
         const auto* line = reinterpret_cast<const QRgb*>(scene.constScanLine(y));
-        for (int x = 0; x < scene.width(); ++x)
+        for (int x = 0; x < scene.width(); ++x) {
             plane.values.push_back(static_cast<float>((line[x] >> shift) & 0xff));
+        }
     }
     plane = gaussianBlurred(plane, blurRadius / reduction);
-    for (float& value : plane.values)
+    for (float& value : plane.values) {
         value = static_cast<float>(base * (1 - glowOpacity) + value * glowOpacity);
+    }
     return plane;
 }
 
-/// Where a pixel lies between the pixels of the reduced image.
+/// The position of a pixel between the pixels of the reduced image.
 struct Position
 {
     std::size_t index = 0;
@@ -85,8 +87,8 @@ std::vector<Position> positions(int count, double scale)
     return result;
 }
 
-/// The background is so dark that rounding to 256 steps would show as bands. Each pixel is rounded
-/// at a threshold of its own instead; interleaved gradient noise shows no pattern.
+/// Dithers: on so dark a background, rounding to 256 levels would show bands. Interleaved gradient
+/// noise has no visible pattern.
 float threshold(int x, int y)
 {
     const double inner = 0.06711056 * x + 0.00583715 * y;
@@ -100,8 +102,9 @@ std::vector<float> thresholds()
 {
     std::vector<float> result;
     for (int y = 0; y < tile; ++y) {
-        for (int x = 0; x < tile; ++x)
+        for (int x = 0; x < tile; ++x) {
             result.push_back(threshold(x, y));
+        }
     }
     return result;
 }
@@ -119,8 +122,9 @@ QImage enlarged(const std::array<Plane, 3>& channels, QSize size, double scale)
         for (std::size_t c = 0; c < channels.size(); ++c) {
             line[c].resize(width);
             const float* above = channels[c].values.data() + row.index * width;
-            for (std::size_t x = 0; x < width; ++x)
+            for (std::size_t x = 0; x < width; ++x) {
                 line[c][x] = above[x] + (above[width + x] - above[x]) * row.fraction;
+            }
         }
         auto* target = reinterpret_cast<QRgb*>(image.scanLine(y));
         const float* noiseLine = noise.data() + static_cast<std::ptrdiff_t>(y % tile) * tile;
@@ -148,8 +152,9 @@ AuroraPainting::AuroraPainting(QQuickItem* parent) : PaintedShape(parent)
 void AuroraPainting::paint(QPainter* painter)
 {
     const QSizeF area = size();
-    if (area.isEmpty())
+    if (area.isEmpty()) {
         return;
+    }
     const std::array<Ellipse, 3> ellipses{{
         {m_violet, {120, 40}, {520, 420}},
         {m_indigo, {area.width() - 110, 100}, {460, 400}},

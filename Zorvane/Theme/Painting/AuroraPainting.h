@@ -8,8 +8,8 @@
 namespace Zorvane {
 
 /// Three soft glows over a dark base. The violet one stays at the top left, the indigo one keeps to
-/// the right edge, and the teal one rises from below the bottom edge at 45 % of the width. Painted
-/// anew only when the size or a colour changes.
+/// the right edge, and the teal one rises from below the bottom edge at 45 % of the width.
+/// Repainted only when the size or a colour changes.
 class AuroraPainting : public Zorvane::PaintedShape
 {
     Q_OBJECT

@@ -18,12 +18,13 @@ std::vector<float> kernel(double radius)
         weights.push_back(static_cast<float>(weight));
         sum += weight;
     }
-    for (float& weight : weights)
+    for (float& weight : weights) {
         weight /= static_cast<float>(sum);
+    }
     return weights;
 }
 
-/// Blurs the rows and turns the plane on its side, so that doing it twice blurs both ways.
+/// Two calls blur in both directions.
 Plane rowsBlurredAndTransposed(const Plane& plane, std::span<const float> weights)
 {
     const std::size_t reach = weights.size() / 2;
@@ -35,7 +36,7 @@ Plane rowsBlurredAndTransposed(const Plane& plane, std::span<const float> weight
     std::span<const float> previous;
     for (std::size_t y = 0; y < height; ++y) {
         const std::span<const float> source(plane.values.data() + y * width, width);
-        // Most rows of a shape are like the one above.
+        // Most rows of a shape equal the one above.
         if (!std::ranges::equal(source, previous)) {
             std::fill_n(row.begin(), reach, source.front());
             const auto after = std::copy(source.begin(), source.end(),
@@ -44,13 +45,15 @@ Plane rowsBlurredAndTransposed(const Plane& plane, std::span<const float> weight
             std::ranges::fill(blurred, 0.0F);
             for (std::size_t i = 0; i < weights.size(); ++i) {
                 const float* const shifted = row.data() + i;
-                for (std::size_t x = 0; x < width; ++x)
+                for (std::size_t x = 0; x < width; ++x) {
                     blurred[x] += weights[i] * shifted[x];
+                }
             }
             previous = source;
         }
-        for (std::size_t x = 0; x < width; ++x)
+        for (std::size_t x = 0; x < width; ++x) {
             result.values[x * height + y] = blurred[x];
+        }
     }
     return result;
 }
@@ -59,8 +62,9 @@ Plane rowsBlurredAndTransposed(const Plane& plane, std::span<const float> weight
 
 Plane gaussianBlurred(const Plane& plane, double radius)
 {
-    if (radius <= 0 || plane.values.empty())
+    if (radius <= 0 || plane.values.empty()) {
         return plane;
+    }
     const std::vector<float> weights = kernel(radius);
     return rowsBlurredAndTransposed(rowsBlurredAndTransposed(plane, weights), weights);
 }

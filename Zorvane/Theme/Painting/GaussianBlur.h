@@ -4,7 +4,7 @@
 
 namespace Zorvane {
 
-/// One channel of an image, row after row, without gaps.
+/// One channel of an image, row by row, without padding.
 struct Plane
 {
     int width = 0;
@@ -12,8 +12,8 @@ struct Plane
     std::vector<float> values;
 };
 
-/// Blurs with a Gaussian of the standard deviation `radius`, in pixels. Beyond the edges the
-/// outermost pixels go on; a radius of 0 or less changes nothing.
+/// Blurs with a Gaussian whose standard deviation is `radius`, in pixels. The outermost pixels
+/// extend beyond the edges. A radius of 0 or less changes nothing.
 [[nodiscard]] Plane gaussianBlurred(const Plane& plane, double radius);
 
 } // namespace Zorvane

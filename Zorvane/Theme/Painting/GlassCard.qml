@@ -2,7 +2,7 @@ import QtQuick
 import QtQuick.Templates as T
 import Zorvane
 
-/// A frosted card around its content, as large as the content with the padding.
+/// A frosted card around its content.
 T.Pane {
     id: card
 

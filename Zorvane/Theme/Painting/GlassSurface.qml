@@ -1,7 +1,7 @@
 import QtQuick
 import Zorvane
 
-/// The look of a glass card, without content: for the background of other elements.
+/// The background of a glass card.
 Item {
     id: surface
 
@@ -28,7 +28,7 @@ Item {
         color: surface.fill
     }
 
-    // An outline of its own lies over the fill; the border of a rectangle would replace it.
+    // The border of the rectangle above would replace its fill instead of lying over it.
     Rectangle {
         visible: !surface.painted
         anchors.fill: parent

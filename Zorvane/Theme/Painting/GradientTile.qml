@@ -28,11 +28,11 @@ Item {
         cornerRadius: tile.cornerRadius
     }
 
-    DiagonalGradient {
+    RoundedBox {
         anchors.fill: parent
         cornerRadius: tile.cornerRadius
-        fromColor: tile.fromColor
-        toColor: tile.toColor
+        color: tile.fromColor
+        endColor: tile.toColor
     }
 
     Symbol {

@@ -5,8 +5,8 @@
 
 namespace Zorvane {
 
-/// What is painted from its properties, and anew when one of them changes. Derived types name it
-/// with its namespace, or the tools of QML do not find it.
+/// An item that is repainted when one of its properties changes. Derived types have to qualify its
+/// name, or the QML tools do not find it.
 class PaintedShape : public QQuickPaintedItem
 {
     Q_OBJECT
@@ -16,7 +16,7 @@ public:
     explicit PaintedShape(QQuickItem* parent = nullptr);
 
 signals:
-    /// One of the properties may be another.
+    /// Shared by all properties of derived types.
     void changed();
 };
 

@@ -12,8 +12,8 @@
 namespace Zorvane {
 namespace {
 
-/// The shadow is blurred on an image on which the blur's radius has about so many pixels: nothing
-/// is left that a finer one could show.
+/// The shadow is blurred on an image small enough for the radius to be this many pixels. The blur
+/// leaves no detail that would need more.
 constexpr double pixelsOfRadius = 4;
 
 QImage shadowImage(QSize size, const QRectF& shape, double cornerRadius, double blurRadius,
@@ -60,8 +60,9 @@ void SoftShadow::paint(QPainter* painter)
 {
     const qreal around = margin();
     const QRectF shape = QRectF(QPointF(), size()).adjusted(around, around, -around, -around);
-    if (shape.isEmpty())
+    if (shape.isEmpty()) {
         return;
+    }
     const qreal corner = std::min({m_cornerRadius, shape.width() / 2, shape.height() / 2});
 
     const double scale = painter->deviceTransform().m11();
@@ -74,7 +75,7 @@ void SoftShadow::paint(QPainter* painter)
     image.setDevicePixelRatio(scale);
     image.fill(Qt::transparent);
 
-    // Half a pixel stays under the shape's rim, or its smooth edge would show a gap.
+    // Half a pixel stays under the antialiased edge of the shape, or a gap would show.
     const qreal rim = 0.5;
     QPainter drawing(&image);
     drawing.setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);

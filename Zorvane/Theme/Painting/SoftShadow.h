@@ -7,9 +7,9 @@
 
 namespace Zorvane {
 
-/// The shadow of a rounded rectangle. What would lie under the rectangle itself is left out, so
-/// that it doesn't tint a translucent shape. A painted item shows nothing outside its bounds: this
-/// one has to be larger than the shape by `margin` on every side.
+/// The shadow around a rounded rectangle. It is cut out under the rectangle itself, so that it does
+/// not tint a translucent shape. The item has to be larger than the shape by `margin` on every
+/// side.
 class SoftShadow : public Zorvane::PaintedShape
 {
     Q_OBJECT
@@ -17,7 +17,7 @@ class SoftShadow : public Zorvane::PaintedShape
     /// The standard deviation of the blur.
     Q_PROPERTY(qreal radius MEMBER m_radius NOTIFY changed REQUIRED)
     Q_PROPERTY(qreal offsetY MEMBER m_offsetY NOTIFY changed)
-    /// Of the shape.
+    /// The corner radius of the shape.
     Q_PROPERTY(qreal cornerRadius MEMBER m_cornerRadius NOTIFY changed)
     Q_PROPERTY(qreal margin READ margin NOTIFY changed)
     QML_ELEMENT

@@ -12,8 +12,8 @@ void SpinnerArc::paint(QPainter* painter)
     QColor clear = m_color;
     clear.setAlphaF(0);
 
-    // Degrees run counter-clockwise from three o'clock: the head is at 0 and the tail behind it.
-    // The head's round end reaches beyond 0, where the gradient has already come round.
+    // Degrees run counter-clockwise from three o'clock. The head is at 0, but its round end reaches
+    // past it, into the last tenth of the gradient.
     QConicalGradient fade(circle.center(), 0);
     fade.setColorAt(0, m_color);
     fade.setColorAt(0.75, clear);

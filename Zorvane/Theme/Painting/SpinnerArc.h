@@ -7,14 +7,14 @@
 
 namespace Zorvane {
 
-/// Three quarters of a circle that fade out behind a round head. It is painted anew for each angle:
-/// an item turned as a picture gets ragged edges from the software renderer.
+/// Three quarters of a circle that fade out behind a round head. It is repainted for each
+/// angle, since the software renderer gives rotated items ragged edges.
 class SpinnerArc : public Zorvane::PaintedShape
 {
     Q_OBJECT
     Q_PROPERTY(QColor color MEMBER m_color NOTIFY changed REQUIRED)
     Q_PROPERTY(qreal lineWidth MEMBER m_lineWidth NOTIFY changed REQUIRED)
-    /// Of the head, in degrees clockwise from three o'clock.
+    /// The angle of the head, in degrees clockwise from three o'clock.
     Q_PROPERTY(qreal angle MEMBER m_angle NOTIFY changed)
     QML_ELEMENT
 

@@ -2,8 +2,8 @@ import QtQuick
 import QtQuick.Window
 import Zorvane
 
-/// A symbol beside text of the font size `size`, or alone. Its square is a little larger than the
-/// size, as capital letters with their line are.
+/// A symbol that suits text of the font size `size`. Like a line of that text, it is a little higher
+/// than the size.
 Item {
     id: symbol
 

@@ -13,8 +13,9 @@ constexpr QSize defaultSize(24, 24);
 QImage drawing(const QString& name, QSize size)
 {
     const QString path = QStringLiteral(":/Zorvane/Resources/symbols/%1.svg").arg(name);
-    if (!QFile::exists(path))
+    if (!QFile::exists(path)) {
         return {};
+    }
     QSvgRenderer renderer(path);
     QImage image(size, QImage::Format_ARGB32_Premultiplied);
     image.fill(Qt::black);
@@ -48,8 +49,9 @@ QImage SymbolImageProvider::requestImage(const QString& id, QSize* size, const Q
     const QString name = id.section(QLatin1Char('?'), 0, 0);
     const QColor color(QLatin1Char('#') + id.section(QLatin1Char('?'), 1));
     const QSize pixels = requestedSize.isEmpty() ? defaultSize : requestedSize;
-    if (size != nullptr)
+    if (size != nullptr) {
         *size = pixels;
+    }
     const QImage image = drawing(name, pixels);
     return image.isNull() ? image : tinted(image, color.isValid() ? color : QColor(Qt::white));
 }
@@ -62,8 +64,9 @@ SymbolImages* SymbolImages::create(QQmlEngine* engine, QJSEngine* /*scriptEngine
 
 QUrl SymbolImages::url(const QString& name, const QColor& color) const
 {
-    if (name.isEmpty())
+    if (name.isEmpty()) {
         return {};
+    }
     return QUrl(
         QStringLiteral("image://symbol/%1?%2").arg(name, color.name(QColor::HexArgb).sliced(1)));
 }

@@ -11,9 +11,9 @@ class QQmlEngine;
 
 namespace Zorvane {
 
-/// Renders the symbols as "image://symbol/NAME?AARRGGBB". The drawings are white; what is black in
-/// them is cut out, and the rest takes the colour. An unknown name gives a null image, which the
-/// image element reports as an error.
+/// Renders the symbols as "image://symbol/NAME?AARRGGBB". The drawings are white on black;
+/// white takes the colour and black becomes transparent. An unknown name gives a null image, which
+/// the Image element reports as an error.
 class SymbolImageProvider : public QQuickImageProvider
 {
 public:
@@ -22,7 +22,7 @@ public:
     QImage requestImage(const QString& id, QSize* size, const QSize& requestedSize) override;
 };
 
-/// Gives the addresses of the symbols; the engine that creates it gets the provider behind them.
+/// Makes the URLs of symbols. Its creation adds the image provider to the QML engine.
 class SymbolImages : public QObject
 {
     Q_OBJECT

@@ -2,10 +2,10 @@ pragma Singleton
 
 import QtQuick
 
-/// The colours, distances, fonts and durations of every screen. Lengths are in device-independent
+/// The colours, distances, fonts and durations of the window. Lengths are in device-independent
 /// pixels, durations in milliseconds.
 QtObject {
-    /// Whether anything moves. Set once, before the window is shown.
+    /// Set once, before the window is shown.
     property bool animated: true
 
     readonly property color background: rgb(7, 7, 12)
@@ -42,7 +42,6 @@ QtObject {
     /// More than half of any height: the ends become half circles.
     readonly property int radiusCapsule: 99
 
-    readonly property font largeTitle: textFont(26, Font.Bold)
     readonly property font title: textFont(22, Font.Bold)
     readonly property font headline: textFont(15, Font.DemiBold)
     readonly property font body: textFont(13, Font.Normal)
@@ -66,14 +65,14 @@ QtObject {
         return Qt.font({ family: "Inter", pixelSize: Math.round(size), weight: weight });
     }
 
-    /// For names of files and folders: no letter is exchanged for one that looks better beside its
-    /// neighbours, as the "x" in "9x1" is otherwise.
+    /// For names of files and folders. Without shaping, no letter is replaced depending on its
+    /// neighbours, as the "x" in "9x1" would be.
     function fileFont(size: real, weight: int): font {
         return Qt.font({ family: "Inter", pixelSize: Math.round(size), weight: weight, preferShaping: false });
     }
 
-    /// For byte figures: all digits have the same width, and shaping takes no space beside them away, as
-    /// it otherwise does between "·" and a digit.
+    /// For byte figures. All digits have the same width; shaping would narrow the space between "·" and
+    /// a digit.
     function numberFont(size: real, weight: int): font {
         return Qt.font({ family: "M PLUS 1", pixelSize: Math.round(size), weight: weight, preferShaping: false });
     }

@@ -1,320 +1,249 @@
-#include "tests/Support/CloudFolders.h"
-
-#include "CleanCore/CloudDrive/StandIn/CloudMarker.h"
 #include "CleanCore/Support/FileDescriptor.h"
+#include "tests/Support/CloudFolders.h"
+#include "tests/Support/FailingCall.h"
 
+#include <cerrno>
 #include <fcntl.h>
 #include <filesystem>
-#include <functional>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/syscall.h>
 #include <sys/xattr.h>
-#include <unistd.h>
 
 namespace CleanCoreTests {
 namespace {
 
-using CleanCore::CloudDrive;
+using CleanCore::CloudRefusal;
 using CleanCore::CloudRefusalReason;
-using CleanCore::FileDescriptor;
 using testing::ElementsAre;
 using testing::IsEmpty;
-
-namespace fs = std::filesystem;
+using enum CleanCore::CloudRefusalReason;
 
 MATCHER_P2(Refuses, path, reason, "")
 {
     return arg.path == path && arg.failure.reason == reason;
 }
 
-FileDescriptor opened(const std::string& path, int flags)
+bool hasMarker(const std::string& path)
 {
-    return FileDescriptor(::open(path.c_str(), flags | O_CLOEXEC));
+    return ::getxattr(path.c_str(), "user.zorvane", nullptr, 0) >= 0;
 }
 
-TEST(CloudDriveTests, aReleasedFileIsAPlaceholderOfTheSameAttributes)
+/// Changes a byte in the middle of `file`, which must be one of 30,000 bytes.
+std::string changeByte(const std::string& file, int at = 10'000)
 {
-    const CloudFolders folders;
-    folders.makePair("Letters/one.txt", bytes(50'000));
-    const std::string local = folders.local("Letters/one.txt");
-    ASSERT_EQ(::chmod(local.c_str(), 0640), 0);
-    ASSERT_EQ(::setxattr(local.c_str(), "user.tag", "red", 3, 0), 0);
-    folders.home.setTime("drive/Letters/one.txt", 1'600'000'000, 123'456'789);
-    const struct stat before = statusOf(local);
-    const std::string mirrorBefore = snapshot(folders.mirror);
-    const struct stat copyBefore = statusOf(folders.copy("Letters/one.txt"));
-
-    ASSERT_THAT(folders.drive().release(folders.local("Letters")), IsEmpty());
-
-    const struct stat after = statusOf(local);
-    EXPECT_EQ(after.st_blocks, 0);
-    EXPECT_EQ(after.st_size, before.st_size);
-    EXPECT_EQ(after.st_mode, before.st_mode);
-    EXPECT_EQ(after.st_uid, before.st_uid);
-    EXPECT_EQ(after.st_ino, before.st_ino);
-    EXPECT_TRUE(CleanCore::areSameTime(after.st_mtim, before.st_mtim));
-    EXPECT_TRUE(CleanCore::areSameTime(after.st_atim, before.st_atim));
-    char tag[3] = {};
-    EXPECT_EQ(::getxattr(local.c_str(), "user.tag", tag, sizeof tag), 3);
-
-    const struct stat copyAfter = statusOf(folders.copy("Letters/one.txt"));
-    EXPECT_EQ(snapshot(folders.mirror), mirrorBefore);
-    EXPECT_TRUE(CleanCore::areSameTime(copyAfter.st_ctim, copyBefore.st_ctim));
-    EXPECT_TRUE(CleanCore::areSameTime(copyAfter.st_atim, copyBefore.st_atim));
+    return "printf '\\000\\001' | dd status=none conv=notrunc bs=1 count=1 skip=" +
+           std::string(at == 10'000 ? "1" : "0") + " seek=" + std::to_string(at) + " of=" + file;
 }
 
-TEST(CloudDriveTests, fetchBringsAWholeTreeBackAsItWas)
+/// All of a file that a release keeps, but for its content.
+auto attributesOf(const std::string& path)
+{
+    const struct stat s = statusOf(path);
+    return std::tuple(s.st_size, s.st_mode, s.st_uid, s.st_ino, s.st_mtim.tv_sec, s.st_mtim.tv_nsec,
+                      s.st_atim.tv_sec, s.st_atim.tv_nsec,
+                      ::getxattr(path.c_str(), "user.tag", nullptr, 0));
+}
+
+TEST(CloudDriveTests, aTreeWithoutItsApplicationBundlesIsReleasedAndComesBackAsItWas)
 {
     const CloudFolders folders;
-    folders.makePair("Tree/empty", "");
-    folders.makePair("Tree/one byte", "x");
-    folders.makePair("Tree/one block", bytes(4096));
-    folders.makePair("Tree/several steps", bytes(70'001));
-    folders.makePair("Tree/zeros", std::string(20'000, '\0') + "end");
-    folders.makePair("Tree/sub/\xff\n.bin", bytes(9000));
-    for (std::string deep = "Tree/d"; deep.size() < 120; deep += "/d") {
-        folders.makePair(deep + "/file", bytes(5000));
+    const std::vector<std::pair<std::string, std::string>> released = {
+        {"empty", ""},
+        {"one byte", "x"},
+        {"one block", bytes(4096)},
+        {"several steps", bytes(70'001)},
+        {"zeros", std::string(20'000, '\0') + "end"},
+        {"sub/\xff\n.bin", bytes(9000)},
+        {"Notes.APP/data", bytes(5000)},
+        {"plain.app", bytes(5000)},
+        {"d/d/d/d/d/d/d/d/d/d/d/d/d/d/d/d/d/d/d/d/d/d/d/d/d/d/d/d/d/d/d/d/d/d/d/file", bytes(5000)},
+        {"after", bytes(5000)}};
+    for (const auto& [name, content] : released) {
+        folders.makePair("Tree/" + name, content);
     }
-    const std::string before = snapshot(folders.container);
-
-    ASSERT_THAT(folders.drive().release(folders.local("Tree")), IsEmpty());
-    for (const auto& entry : fs::recursive_directory_iterator(folders.container)) {
-        EXPECT_TRUE(entry.is_directory() || statusOf(entry.path()).st_blocks == 0) << entry;
+    const std::string tree = folders.local("Tree");
+    const std::string pad = folders.home.makeFile("drive/Tree/Pad.app/Contents/pad", bytes(5000));
+    const std::string steps = tree + "/several steps";
+    folders.run("chmod 640 'drive/Tree/several steps'");
+    const std::string before = snapshot(folders.home.path());
+    // Reading has set it; only an old one would be set again.
+    folders.run("touch -a -d @1600000000 */Tree/several*");
+    ASSERT_EQ(::setxattr(steps.c_str(), "user.tag", "red", 3, 0), 0);
+    const auto attributes = attributesOf(steps);
+    const struct stat copy = statusOf(folders.copy("Tree/several steps"));
+    for (const char* again : {"", "again"}) {
+        ASSERT_THAT(folders.drive().release(tree), IsEmpty()) << again;
+        for (const auto& [name, content] : released) {
+            EXPECT_EQ(statusOf(tree + "/" + name).st_blocks, 0) << name;
+        }
+        EXPECT_EQ(attributesOf(steps), attributes);
+        EXPECT_GT(statusOf(pad).st_blocks, 0);
     }
-    EXPECT_THAT(folders.drive().release(folders.local("Tree")), IsEmpty()) << "again";
-    ASSERT_THAT(folders.drive().fetch(folders.local("Tree")), IsEmpty());
+    for (const std::string& kept : {pad, tree + "/Pad.app"}) {
+        EXPECT_THAT(folders.drive().release(kept), ElementsAre(Refuses(kept, applicationBundle)));
+    }
+    ASSERT_THAT(folders.drive().fetch(tree), IsEmpty());
+    EXPECT_FALSE(hasMarker(steps));
+    const struct stat copyNow = statusOf(folders.copy("Tree/several steps"));
+    EXPECT_EQ(copyNow.st_ctim.tv_nsec, copy.st_ctim.tv_nsec) << "the mirror was touched";
+    EXPECT_EQ(copyNow.st_atim.tv_sec, copy.st_atim.tv_sec);
+    EXPECT_TRUE(snapshot(folders.home.path()) == before);
 
-    EXPECT_EQ(snapshot(folders.container), before);
-    EXPECT_LT(::getxattr(folders.local("Tree/one block").c_str(), "user.zorvane", nullptr, 0), 0);
-    EXPECT_THAT(folders.drive().fetch(folders.local("Tree")), IsEmpty()) << "again";
+    folders.makeCloudOnly("Tree/Pad.app/manual", bytes(5000));
+    EXPECT_THAT(folders.drive().fetch(tree), IsEmpty());
+    EXPECT_EQ(contentOf(tree + "/Pad.app/manual"), bytes(5000));
 }
 
-TEST(CloudDriveTests, applicationBundlesStayButAreFetched)
+struct Row
 {
-    const CloudFolders folders;
-    folders.makePair("Tools/readme", bytes(5000));
-    folders.makePair("Tools/Pad.app/Contents/pad", bytes(5000));
-    folders.makePair("Tools/Notes.APP/data", bytes(5000));
-    folders.makePair("Tools/plain.app", bytes(5000));
-    folders.makeCloudOnly("Tools/Pad.app/manual", bytes(5000));
-
-    EXPECT_THAT(folders.drive().release(folders.local("Tools")), IsEmpty());
-    EXPECT_GT(statusOf(folders.local("Tools/Pad.app/Contents/pad")).st_blocks, 0);
-    for (const char* released : {"Tools/readme", "Tools/Notes.APP/data", "Tools/plain.app"}) {
-        EXPECT_EQ(statusOf(folders.local(released)).st_blocks, 0) << released;
-    }
-    for (const char* kept : {"Tools/Pad.app", "Tools/Pad.app/Contents/pad"}) {
-        EXPECT_THAT(
-            folders.drive().release(folders.local(kept)),
-            ElementsAre(Refuses(folders.local(kept), CloudRefusalReason::applicationBundle)));
-    }
-    EXPECT_THAT(folders.drive().fetch(folders.local("Tools")), IsEmpty());
-    EXPECT_EQ(contentOf(folders.local("Tools/Pad.app/manual")), bytes(5000));
-}
-
-void replaceByte(const std::string& path, off_t at)
-{
-    const char other = static_cast<char>(contentOf(path)[static_cast<std::size_t>(at)] ^ 1);
-    ASSERT_EQ(::pwrite(opened(path, O_WRONLY).get(), &other, 1, at), 1);
-}
+    std::string command;
+    CloudRefusalReason reason;
+    /// A file that somebody has open during the request, and how.
+    std::string open = "mirror";
+    int flags = O_RDONLY;
+};
 
 TEST(CloudDriveTests, aRefusedReleaseLeavesEverythingUntouched)
 {
-    using enum CloudRefusalReason;
-    // What an arrangement puts into `open` is kept until the request has ended.
-    using Arrangement = std::function<void(CloudFolders&, FileDescriptor & open)>;
-    const auto expect = [](const char* what, CloudRefusalReason reason,
-                           const Arrangement& arrange) {
-        SCOPED_TRACE(what);
-        CloudFolders folders;
+    for (const Row& row : {
+             Row{"rm mirror/file", missingInMirror},
+             Row{changeByte("mirror/file", 0), differsFromMirror},
+             Row{changeByte("mirror/file", 29'999), differsFromMirror},
+             Row{"truncate -s 29999 mirror/file", differsFromMirror},
+             Row{"truncate -s 0 mirror/file && truncate -s 30000 mirror/file", differsFromMirror},
+             Row{"ln -f drive/file mirror/file", sameFileInMirror},
+             Row{"ln -sf ../drive/file mirror/file", missingInMirror},
+             Row{"true", mirrorInUse, "mirror/file", O_WRONLY},
+             Row{"true", inUse, "drive/file", O_WRONLY},
+             Row{"true", inUse, "drive/file", O_RDONLY},
+             Row{"ln drive/file drive/other", hardLinked},
+             Row{"chmod 444 drive/file", systemError},
+             Row{"chmod 4755 drive/file", privilegedFile},
+             Row{"mv drive/file drive/other && ln -s other drive/file", notAFile},
+             Row{"rm drive/file", outsideContainer},
+             Row{"mv mirror elsewhere && ln -s /usr mirror", noMirror, "drive"},
+             Row{"mv mirror elsewhere", noMirror, "drive"},
+             Row{"mv mirror elsewhere && ln -s drive mirror", foldersOverlap, "drive"},
+             Row{"mv mirror drive/ && ln -s drive/mirror mirror", foldersOverlap, "drive"},
+             Row{"mv drive elsewhere && ln -s elsewhere drive", linkedContainer, "mirror"},
+         }) {
+        SCOPED_TRACE(row.command + " " + row.open);
+        const CloudFolders folders;
         folders.makePair("file", bytes(30'000));
-        FileDescriptor open;
-        arrange(folders, open);
+        folders.run(row.command);
+        const CleanCore::FileDescriptor open(
+            ::open(folders.home.path(row.open).c_str(), row.flags | O_CLOEXEC));
         const std::string before = snapshot(folders.home.path());
 
         EXPECT_THAT(folders.drive().release(folders.local("file")),
-                    ElementsAre(Refuses(folders.local("file"), reason)));
+                    ElementsAre(Refuses(folders.local("file"), row.reason)));
 
-        EXPECT_EQ(snapshot(folders.home.path()), before);
-        EXPECT_LT(::getxattr(folders.local("file").c_str(), "user.zorvane", nullptr, 0), 0);
-    };
-    expect("mirrorLacksTheFile", missingInMirror,
-           [](auto& folders, auto&) { fs::remove(folders.copy("file")); });
-    expect("mirrorDiffersInTheFirstByte", differsFromMirror,
-           [](auto& folders, auto&) { replaceByte(folders.copy("file"), 0); });
-    expect("mirrorDiffersInTheLastByte", differsFromMirror,
-           [](auto& folders, auto&) { replaceByte(folders.copy("file"), 29'999); });
-    expect("mirrorIsShorter", differsFromMirror,
-           [](auto& folders, auto&) { fs::resize_file(folders.copy("file"), 29'999); });
-    expect("mirrorIsAPlaceholderToo", differsFromMirror, [](auto& folders, auto&) {
-        fs::resize_file(folders.copy("file"), 0);
-        fs::resize_file(folders.copy("file"), 30'000);
-    });
-    expect("mirrorIsAHardLinkOfTheFile", sameFileInMirror, [](auto& folders, auto&) {
-        fs::remove(folders.copy("file"));
-        fs::create_hard_link(folders.local("file"), folders.copy("file"));
-    });
-    expect("mirrorIsALinkToTheFile", missingInMirror, [](auto& folders, auto&) {
-        fs::remove(folders.copy("file"));
-        fs::create_symlink(folders.local("file"), folders.copy("file"));
-    });
-    expect("mirrorIsBeingWritten", mirrorInUse,
-           [](auto& folders, auto& open) { open = opened(folders.copy("file"), O_WRONLY); });
-    expect("fileHasAnotherName", hardLinked, [](auto& folders, auto&) {
-        fs::create_hard_link(folders.local("file"), folders.local("other"));
-    });
-    expect("fileIsOpenToWrite", inUse,
-           [](auto& folders, auto& open) { open = opened(folders.local("file"), O_WRONLY); });
-    expect("fileIsOpenToRead", inUse,
-           [](auto& folders, auto& open) { open = opened(folders.local("file"), O_RDONLY); });
-    expect("fileIsReadOnly", systemError,
-           [](auto& folders, auto&) { folders.home.setMode("drive/file", 0444); });
-    expect("fileIsSetUserId", privilegedFile,
-           [](auto& folders, auto&) { folders.home.setMode("drive/file", 04755); });
-    expect("fileIsALink", notAFile, [](auto& folders, auto&) {
-        fs::rename(folders.local("file"), folders.local("other"));
-        fs::create_symlink("other", folders.local("file"));
-    });
-    expect("fileIsMissing", outsideContainer,
-           [](auto& folders, auto&) { fs::remove(folders.local("file")); });
-    expect("thereIsNoMirror", noMirror,
-           [](auto& folders, auto&) { fs::remove_all(folders.mirror); });
-    expect("mirrorLiesOutsideTheHome", noMirror, [](auto& folders, auto&) {
-        fs::remove_all(folders.mirror);
-        fs::create_directory_symlink("/usr", folders.mirror);
-    });
-    expect("mirrorIsTheContainer", foldersOverlap,
-           [](auto& folders, auto&) { folders.mirror = folders.container; });
-    expect("mirrorIsALinkToTheContainer", foldersOverlap, [](auto& folders, auto&) {
-        fs::remove_all(folders.mirror);
-        fs::create_directory_symlink(folders.container, folders.mirror);
-    });
-    expect("mirrorLiesInTheContainer", foldersOverlap, [](auto& folders, auto&) {
-        fs::rename(folders.mirror, folders.local("mirror"));
-        folders.mirror = folders.local("mirror");
-    });
-    expect("containerLiesInTheMirror", foldersOverlap, [](auto& folders, auto&) {
-        fs::rename(folders.container, folders.copy("drive"));
-        folders.container = folders.copy("drive");
-    });
-    expect("containerIsALink", linkedContainer, [](auto& folders, auto&) {
-        fs::rename(folders.container, folders.home.path("elsewhere"));
-        fs::create_directory_symlink("elsewhere", folders.container);
-    });
+        EXPECT_TRUE(snapshot(folders.home.path()) == before);
+        EXPECT_FALSE(hasMarker(folders.local("file")));
+    }
 }
 
-TEST(CloudDriveTests, everyRequestIsRefusedWithoutConfinementOrMirrorAndOutsideTheContainer)
+TEST(CloudDriveTests, aRequestIsRefusedWithoutConfinementOrMirrorAndOutsideTheContainer)
 {
     const CloudFolders folders;
     folders.makePair("file", bytes(9000));
-    folders.home.makeFile("drive too/file");
+    folders.run("mkdir 'drive too' mirror/deep && touch 'drive too/file' && mkdir "
+                "mirror/deep/drive && touch mirror/deep/drive/file");
     const std::string before = snapshot(folders.home.path());
-    const std::string file = folders.local("file");
-    const auto expectRefusal = [](const CloudDrive& drive, const std::string& path,
-                                  CloudRefusalReason reason) {
+    const auto& [home, container, mirror] =
+        std::tuple(folders.home.path(), folders.container, folders.mirror);
+    const auto expect = [](const CleanCore::StandInDrive& drive, const std::string& path,
+                           CloudRefusalReason reason) {
         EXPECT_THAT(drive.release(path), ElementsAre(Refuses(path, reason)));
         EXPECT_THAT(drive.fetch(path), ElementsAre(Refuses(path, reason)));
     };
-    expectRefusal({std::nullopt, folders.container, folders.mirror}, file,
-                  CloudRefusalReason::accountHome);
-    expectRefusal({folders.home.path(), folders.container, std::nullopt}, file,
-                  CloudRefusalReason::noMirror);
-    expectRefusal({folders.home.path("other home"), folders.container, folders.mirror}, file,
-                  CloudRefusalReason::noContainer);
+    expect({std::nullopt, container, mirror}, container + "/file", accountHome);
+    expect({home, container, std::nullopt}, container + "/file", noMirror);
+    expect({home + "/other", container, mirror}, container + "/file", noContainer);
+    expect({home, container, container}, container + "/file", foldersOverlap);
+    expect({home, mirror + "/deep/drive", mirror}, mirror + "/deep/drive/file", foldersOverlap);
     for (const std::string& path :
-         {folders.container, folders.home.path("drive too/file"), folders.mirror + "/file",
-          folders.container + "/../mirror/file", folders.container + "/none", std::string()}) {
-        expectRefusal(folders.drive(), path, CloudRefusalReason::outsideContainer);
+         {container, home + "/drive too/file", mirror + "/file", container + "/../mirror/file",
+          container + "/none", std::string()}) {
+        expect(folders.drive(), path, outsideContainer);
     }
-    EXPECT_EQ(snapshot(folders.home.path()), before);
+    EXPECT_TRUE(snapshot(folders.home.path()) == before);
 }
 
-TEST(CloudDriveTests, oneRefusedFileDoesNotKeepTheOthersOfItsFolder)
+TEST(CloudDriveTests, aRefusedEntryDoesNotKeepTheOthersOfItsFolder)
 {
     const CloudFolders folders;
-    folders.makePair("Tree/fine", bytes(9000));
-    folders.makePair("Tree/sub/changed", bytes(9000));
-    folders.makePair("Tree/sub/fine", bytes(9000));
-    folders.home.makeFile("drive/Tree/local only/new", bytes(9000));
-    folders.home.makeLink("drive/Tree/link", "fine");
-    appendTo(folders.local("Tree/sub/changed"), "more");
-
-    EXPECT_THAT(
-        folders.drive().release(folders.local("Tree")),
-        testing::UnorderedElementsAre(
-            Refuses(folders.local("Tree/sub/changed"), CloudRefusalReason::differsFromMirror),
-            Refuses(folders.local("Tree/local only/new"), CloudRefusalReason::missingInMirror)));
-    EXPECT_EQ(statusOf(folders.local("Tree/fine")).st_blocks, 0);
-    EXPECT_EQ(statusOf(folders.local("Tree/sub/fine")).st_blocks, 0);
-    EXPECT_EQ(contentOf(folders.local("Tree/sub/changed")), bytes(9000) + "more");
+    for (const char* name : {"fine", "sub/changed", "sub/fine", "listed/unknown"}) {
+        folders.makePair(std::string("Tree/") + name, bytes(9000));
+    }
+    folders.run("cd drive/Tree && printf more >> sub/changed && mkdir only && cp fine only/new &&"
+                " ln -s fine link && chmod 444 listed");
+    const std::string tree = folders.local("Tree");
+    EXPECT_THAT(folders.drive().release(tree),
+                testing::UnorderedElementsAre(Refuses(tree + "/sub/changed", differsFromMirror),
+                                              Refuses(tree + "/only/new", missingInMirror),
+                                              Refuses(tree + "/listed/unknown", systemError)));
+    EXPECT_EQ(statusOf(tree + "/fine").st_blocks, 0);
+    EXPECT_EQ(statusOf(tree + "/sub/fine").st_blocks, 0);
+    EXPECT_EQ(contentOf(tree + "/sub/changed"), bytes(9000) + "more");
 }
 
-/// Whatever somebody does to a placeholder or its copy, so that nothing proves any more that
-/// its holes may be filled.
-TEST(CloudDriveTests, neitherFetchNorReleaseTouchesWhatItCannotProve)
+/// Somebody changes a placeholder or its copy, so that nothing proves any more that its holes may
+/// be filled.
+TEST(CloudDriveTests, neitherFetchNorReleaseTouchesAFileThatItCannotProve)
 {
-    using enum CloudRefusalReason;
-    const auto expect = [](const char* what, CloudRefusalReason reason,
-                           const std::function<void(const CloudFolders&)>& act) {
-        SCOPED_TRACE(what);
+    for (const Row& row : {
+             Row{changeByte("drive/file"), notProven},
+             Row{changeByte("drive/file") + " && touch -r reference drive/file", notProven},
+             Row{"printf mine >> drive/file", differsFromMirror},
+             Row{"truncate -s 0 drive/file && truncate -s 30000 drive/file", notProven},
+             Row{changeByte("mirror/file"), differsFromMirror},
+             Row{"rm mirror/file", missingInMirror},
+             // Sparse files of the user's own.
+             Row{"rm drive/file && truncate -s 30000 drive/file", notProven},
+             Row{"rm drive/file && truncate -s 30000 drive/file && touch -r mirror/file drive/file "
+                 "&& "
+                 "truncate -s 29999 drive/file",
+                 differsFromMirror},
+         }) {
+        SCOPED_TRACE(row.command);
         const CloudFolders folders;
         folders.makePair("file", bytes(30'000));
+        folders.run("touch -r drive/file reference");
         ASSERT_THAT(folders.drive().release(folders.local("file")), IsEmpty());
-        act(folders);
+        folders.run(row.command);
         const std::string before = snapshot(folders.home.path());
 
         EXPECT_THAT(folders.drive().fetch(folders.local("file")),
-                    ElementsAre(Refuses(folders.local("file"), reason)));
+                    ElementsAre(Refuses(folders.local("file"), row.reason)));
         static_cast<void>(folders.drive().release(folders.local("file")));
 
-        EXPECT_EQ(snapshot(folders.home.path()), before);
-    };
-    expect("written in the middle", notProven,
-           [](auto& folders) { replaceByte(folders.local("file"), 10'000); });
-    expect("appended", differsFromMirror,
-           [](auto& folders) { appendTo(folders.local("file"), "mine"); });
-    expect("emptied and made as long again", notProven, [](auto& folders) {
-        fs::resize_file(folders.local("file"), 0);
-        fs::resize_file(folders.local("file"), 30'000);
-    });
-    expect("written and backdated", notProven, [](auto& folders) {
-        replaceByte(folders.local("file"), 10'000);
-        folders.home.setTime("drive/file", 1'600'000'000, 123'456'789);
-    });
-    expect("replaced in the mirror", differsFromMirror,
-           [](auto& folders) { folders.home.makeFile("mirror/file", bytes(30'000, 2)); });
-    expect("removed from the mirror", missingInMirror,
-           [](auto& folders) { fs::remove(folders.copy("file")); });
+        EXPECT_TRUE(snapshot(folders.home.path()) == before);
+    }
 }
 
-TEST(CloudDriveTests, aSparseFileOfTheUsersOwnIsNeverFilled)
+TEST(CloudDriveTests, aFileThatIsNoPlaceholderOfOursIsAFileLikeAnyOther)
 {
     const CloudFolders folders;
-    folders.makeCloudOnly("all hole", bytes(30'000));
-    folders.home.setTime("drive/all hole", 1'700'000'000);
-    folders.makeCloudOnly("part hole", bytes(30'000));
-    replaceByte(folders.local("part hole"), 20'000);
-    folders.home.setTime("drive/part hole", 1'600'000'100);
+    // A partly sparse one of the user's own, of the length and time of its copy.
+    folders.makeCloudOnly("sparse", bytes(30'000));
+    folders.run(changeByte("drive/sparse") + " && touch -r mirror/sparse drive/sparse");
     const std::string before = snapshot(folders.home.path());
+    EXPECT_THAT(folders.drive().fetch(folders.local("sparse")), IsEmpty());
+    EXPECT_THAT(folders.drive().release(folders.local("sparse")),
+                ElementsAre(Refuses(folders.local("sparse"), differsFromMirror)));
+    EXPECT_TRUE(snapshot(folders.home.path()) == before);
 
-    EXPECT_THAT(folders.drive().fetch(folders.local("all hole")),
-                ElementsAre(Refuses(folders.local("all hole"), CloudRefusalReason::notProven)));
-    EXPECT_THAT(folders.drive().fetch(folders.local("part hole")), IsEmpty());
-    EXPECT_THAT(
-        folders.drive().release(folders.local("part hole")),
-        ElementsAre(Refuses(folders.local("part hole"), CloudRefusalReason::differsFromMirror)));
-    EXPECT_EQ(snapshot(folders.home.path()), before);
-}
-
-TEST(CloudDriveTests, aPlaceholderThatWasWrittenAnewAndUploadedIsAFileLikeAnyOther)
-{
-    const CloudFolders folders;
+    // A placeholder that was written anew and uploaded.
     folders.makePair("file", bytes(30'000));
     ASSERT_THAT(folders.drive().release(folders.local("file")), IsEmpty());
     // Both are written in place, so the local one keeps the old marker.
     folders.home.makeFile("drive/file", bytes(12'000, 2));
     EXPECT_THAT(folders.drive().fetch(folders.local("file")), IsEmpty());
     folders.home.makeFile("mirror/file", bytes(12'000, 2));
+    // Blocks reserved beyond the end are released too.
+    folders.run("fallocate -n -l 1000000 drive/file");
 
     EXPECT_THAT(folders.drive().release(folders.local("file")), IsEmpty());
     EXPECT_EQ(statusOf(folders.local("file")).st_blocks, 0);
@@ -322,15 +251,51 @@ TEST(CloudDriveTests, aPlaceholderThatWasWrittenAnewAndUploadedIsAFileLikeAnyOth
     EXPECT_EQ(contentOf(folders.local("file")), bytes(12'000, 2));
 }
 
-TEST(CloudDriveTests, blocksReservedBehindTheEndAreReleasedToo)
+/// A system call fails during one request; the later ones succeed.
+TEST(CloudDriveTests, aFailedRequestLosesNothingAndALaterOneSucceeds)
 {
-    const CloudFolders folders;
-    folders.makePair("file", bytes(10'000));
-    ASSERT_EQ(::fallocate(opened(folders.local("file"), O_WRONLY).get(), FALLOC_FL_KEEP_SIZE, 0,
-                          1'000'000),
-              0);
-    EXPECT_THAT(folders.drive().release(folders.local("file")), IsEmpty());
-    EXPECT_EQ(statusOf(folders.local("file")).st_blocks, 0);
+    struct Fault
+    {
+        bool isRelease;
+        long call;
+        int error;
+        CloudRefusalReason reason;
+    };
+    for (const Fault& fault : {
+             Fault{true, SYS_fallocate, EOPNOTSUPP, notSupported},
+             Fault{true, SYS_fallocate, EIO, systemError},
+             Fault{true, SYS_fsetxattr, EOPNOTSUPP, notSupported},
+             Fault{true, SYS_fsetxattr, ENOSPC, systemError},
+             Fault{true, SYS_fsync, EIO, mirrorNotDurable},
+             Fault{true, SYS_pread64, EIO, systemError},
+             Fault{true, SYS_utimensat, EPERM, systemError},
+             Fault{false, SYS_pwrite64, ENOSPC, systemError},
+             Fault{false, SYS_fsync, EIO, systemError},
+             Fault{false, SYS_utimensat, EPERM, systemError},
+         }) {
+        SCOPED_TRACE(fault.call);
+        for (const bool releasesAgain : {true, false}) {
+            const CloudFolders folders;
+            folders.makePair("file", bytes(30'000));
+            const std::string path = folders.local("file");
+            const std::string whole = snapshot(folders.home.path());
+            ASSERT_TRUE(fault.isRelease || folders.drive().release(path).empty());
+            const std::string before = snapshot(folders.home.path());
+            const auto request = [&] {
+                const auto refusals =
+                    fault.isRelease ? folders.drive().release(path) : folders.drive().fetch(path);
+                return refusals.empty() ? -1 : static_cast<int>(refusals.front().failure.reason);
+            };
+            EXPECT_EQ(runWithFailingCall(fault.call, fault.error, request),
+                      static_cast<int>(fault.reason));
+            EXPECT_EQ(snapshot(folders.home.path()) == before, fault.call != SYS_utimensat);
+            EXPECT_FALSE(fault.reason == notSupported && hasMarker(path));
+            EXPECT_TRUE(!releasesAgain || folders.drive().release(path).empty());
+            EXPECT_TRUE(!releasesAgain || statusOf(path).st_blocks == 0);
+            EXPECT_THAT(folders.drive().fetch(path), IsEmpty());
+            EXPECT_TRUE(snapshot(folders.home.path()) == whole);
+        }
+    }
 }
 
 } // namespace

@@ -1,392 +1,229 @@
 #include "CleanCore/CloudDrive/ICloudEvictor.h"
 #include "CleanCore/CloudDrive/TreeCount.h"
 #include "CleanCore/FileSystem/LinuxFileManager.h"
-#include "CleanCore/Startup/HomeEnvironment.h"
 #include "CleanCore/Support/TaskPool.h"
 #include "tests/Support/CloudFolders.h"
 
-#include <atomic>
-#include <chrono>
-#include <filesystem>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <limits>
-#include <sys/stat.h>
 
 namespace CleanCoreTests {
 namespace {
 
-using CleanCore::CloudRefusal;
-using CleanCore::ICloudAppBundle;
 using CleanCore::ICloudEvictor;
 using CleanCore::ICloudItem;
-using CleanCore::LinuxFileManager;
-using CleanCore::UserFolders;
 using testing::ElementsAre;
-using testing::IsEmpty;
-using testing::Pair;
 
-namespace fs = std::filesystem;
-
-constexpr auto distantDeadline = ICloudEvictor::Deadline::max();
-
-std::int64_t allocated(const std::string& path)
-{
-    return statusOf(path).st_blocks * 512;
-}
-
-/// Plays the cloud: remembers what was asked for, and empties the free space meanwhile if told to.
-class ScriptedFileManager : public LinuxFileManager
+/// The real disk with a free space, and a cloud drive that runs a shell command for each request.
+class ScriptedDrive : public CleanCore::LinuxFileManager, public CleanCore::CloudDrive
 {
 public:
-    explicit ScriptedFileManager(const std::string& home)
-        : LinuxFileManager(UserFolders::confinedTo(home), home, nullptr)
+    explicit ScriptedDrive(const CloudFolders& folders)
+        : LinuxFileManager(CleanCore::UserFolders::confinedTo(folders.home.path()),
+                           folders.home.path(), nullptr),
+          m_folders(folders)
     {
     }
 
-    std::vector<CloudRefusal> releaseLocalCopy(const std::string& path) const override
+    std::vector<CleanCore::CloudRefusal> release(const std::string& path) const override
     {
-        requests.push_back(path);
-        free += growthPerRequest;
-        if (emptiesFiles) {
-            for (const auto& entry : fs::recursive_directory_iterator(path)) {
-                const bool isKept = entry.path().string().find("Kept.app") != std::string::npos;
-                if (entry.is_regular_file() && !isKept) {
-                    const auto length = entry.file_size();
-                    fs::resize_file(entry.path(), 0);
-                    fs::resize_file(entry.path(), length);
-                }
-            }
-        }
-        return refuses ? std::vector<CloudRefusal>{{path, {}}} : std::vector<CloudRefusal>();
+        log.push_back("release " + path);
+        free = free ? std::optional(*free + growth) : std::nullopt;
+        m_folders.run(command);
+        return {{path, {}}};
     }
-
+    std::vector<CleanCore::CloudRefusal> fetch(const std::string&) const override { return {}; }
     std::optional<std::int64_t> availableCapacity(const std::string&) const override
     {
-        return knowsFreeSpace ? std::optional(free) : std::nullopt;
+        return free;
     }
 
-    mutable std::vector<std::string> requests;
-    mutable std::int64_t free = 1'000'000;
-    std::int64_t growthPerRequest = 0;
-    bool refuses = false;
-    bool emptiesFiles = false;
-    bool knowsFreeSpace = true;
+    mutable std::vector<std::string> log;
+    mutable std::optional<std::int64_t> free = 1'000'000;
+    std::int64_t growth = 0;
+    std::string command = "true";
+
+private:
+    const CloudFolders& m_folders;
 };
 
 class ICloudEvictorTests : public testing::Test
 {
 protected:
-    ICloudEvictor evictor(ICloudEvictor::Clock clock = std::chrono::steady_clock::now) const
+    ICloudEvictor evictor(ICloudEvictor::Clock clock = nullptr,
+                          std::shared_ptr<CleanCore::TaskPool> pool = nullptr) const
     {
-        return {folders.container, files, nullptr, std::move(clock)};
+        return {folders.container, drive, drive, std::move(pool), std::move(clock)};
     }
-    ICloudItem measured(std::string_view name) const
+    ICloudItem measured(const std::string& name) const
     {
         return evictor().measureChild(folders.local(name)).item;
     }
-    void makeFile(std::string_view name, std::size_t length) const
+    /// Makes files of 5,000 bytes in the container.
+    void make(const std::vector<std::string>& names) const
     {
-        folders.home.makeFile("drive/" + std::string(name), bytes(length));
-    }
-    void makeEmptyFiles(const std::string& folder, int count) const
-    {
-        for (int i = 0; i < count; ++i) {
-            folders.home.makeFile("drive/" + folder + "/" + std::to_string(i), "");
+        for (const std::string& name : names) {
+            folders.home.makeFile("drive/" + name, bytes(5000));
         }
     }
 
     CloudFolders folders;
-    std::shared_ptr<ScriptedFileManager> files =
-        std::make_shared<ScriptedFileManager>(folders.home.path());
+    std::shared_ptr<ScriptedDrive> drive = std::make_shared<ScriptedDrive>(folders);
 };
 
-TEST_F(ICloudEvictorTests, listsFilesAndFoldersButNothingHidden)
+TEST_F(ICloudEvictorTests, listsAndMeasuresEntriesLargestFirst)
 {
-    EXPECT_THAT(evictor().topLevelChildren(), IsEmpty());
-    EXPECT_THAT(evictor().listLocalCopies(), IsEmpty());
-    makeFile(".hidden", 10);
-    makeFile("b", 10);
-    makeFile("a folder/.hidden", 10);
-    makeFile("\xff\n", 10);
-    EXPECT_THAT(
-        evictor().topLevelChildren(),
-        ElementsAre(folders.local("a folder"), folders.local("b"), folders.local("\xff\n")));
-    EXPECT_EQ(measured("a folder").fileCount, 1);
-
-    folders.home.setMode("drive", 0);
-    EXPECT_THAT(evictor().topLevelChildren(), IsEmpty());
-}
-
-TEST_F(ICloudEvictorTests, measuresFilesLinksFoldersAndWhatIsOnlyInTheCloud)
-{
-    makeFile("file", 5000);
-    makeFile("folder/one", 5000);
-    makeFile("folder/sub/two", 9000);
-    folders.home.makeLink("drive/folder/link", "one");
-    folders.home.makeLink("drive/folder/link to folder", "sub");
-    folders.home.makeLink("drive/link", "folder");
+    EXPECT_TRUE(evictor().topLevelChildren().empty());
+    make({".hidden", "a", "b/.hidden", "b/two", "c", "sealed/file", "listed/sealed/file"});
     folders.makeCloudOnly("cloud/one", bytes(5000));
-    folders.makeCloudOnly("cloud/two", bytes(5000));
-
-    EXPECT_EQ(measured("file"),
-              (ICloudItem{folders.local("file"), allocated(folders.local("file")), 1, {}}));
-    EXPECT_EQ(measured("folder"), (ICloudItem{folders.local("folder"),
-                                              allocated(folders.local("folder/one")) +
-                                                  allocated(folders.local("folder/sub/two")),
-                                              2,
-                                              {}}));
-    EXPECT_EQ(measured("link"), (ICloudItem{folders.local("link"), 0, 0, {}}));
+    folders.run("ln -s b drive/link && ln -s ../a drive/b/link && chmod 0 drive/sealed "
+                "drive/listed/sealed");
+    std::string text;
+    for (const std::string& path : evictor().topLevelChildren()) {
+        const ICloudItem item = evictor().measureChild(path).item;
+        text += path.substr(folders.container.size() + 1) + ' ' + std::to_string(item.localBytes) +
+                ' ' + std::to_string(item.fileCount) + ", ";
+    }
+    EXPECT_EQ(text, "a 8192 1, b 16384 2, c 8192 1, cloud 0 1, link 0 0, listed 0 0, sealed 0 0, ");
     EXPECT_EQ(measured("none"), (ICloudItem{folders.local("none"), 0, 0, {}}));
-    EXPECT_EQ(measured("cloud"), (ICloudItem{folders.local("cloud"), 0, 2, {}}));
 
-    folders.home.setMode("drive/folder/sub", 0);
-    EXPECT_EQ(measured("folder").fileCount, 1) << "what cannot be read is passed over";
-    folders.home.setMode("drive/folder", 0);
-    EXPECT_EQ(measured("folder"), (ICloudItem{folders.local("folder"), 0, 0, {}}));
+    const auto items = evictor().listLocalCopies();
+    EXPECT_EQ(items, (std::vector{measured("b"), measured("a"), measured("c")}));
+    EXPECT_EQ(evictor(nullptr, std::make_shared<CleanCore::TaskPool>(4)).listLocalCopies(), items);
+    folders.run("chmod 0 drive");
+    EXPECT_TRUE(evictor().topLevelChildren().empty());
+    EXPECT_TRUE(evictor().listLocalCopies().empty());
 }
 
 TEST_F(ICloudEvictorTests, findsTheOutermostDownloadedBundles)
 {
-    makeFile("Tools/Outer.app/Contents/binary", 9000);
-    makeFile("Tools/Outer.app/Inner.app/helper", 5000);
+    make({"Tools/Outer.app/Contents/binary", "Tools/Outer.app/Inner.app/helper",
+          "Tools/Report.app.old/data", "Tools/Notes.APP/data", "Tools/.app/data",
+          "Tools/Outer.app too/data", "Tools/file.app", "Tools/sub/\xff.app/binary"});
     folders.makeCloudOnly("Tools/Outer.app/Contents/manual", bytes(5000));
     folders.makeCloudOnly("Tools/Absent.app/binary", bytes(5000));
-    makeFile("Tools/Report.app.old/data", 5000);
-    makeFile("Tools/Notes.APP/data", 5000);
-    makeFile("Tools/.app/data", 5000);
-    makeFile("Tools/Outer.app too/data", 5000);
-    makeFile("Tools/file.app", 5000);
-    makeFile("Tools/sub/\xff.app/binary", 5000);
-
-    const ICloudItem item = measured("Tools");
+    ICloudItem item = measured("Tools");
     EXPECT_EQ(item.fileCount, 10);
-    ASSERT_EQ(item.apps.size(), 2U);
-    const bool isOuterFirst = item.apps[0].fileCount == 3;
-    const ICloudAppBundle& outer = item.apps[isOuterFirst ? 0 : 1];
-    const ICloudAppBundle& other = item.apps[isOuterFirst ? 1 : 0];
-    EXPECT_EQ(outer.path, folders.local("Tools/Outer.app"));
-    EXPECT_EQ(outer.fileCount, 3);
-    EXPECT_EQ(outer.localBytes, allocated(outer.path + "/Contents/binary") +
-                                    allocated(outer.path + "/Inner.app/helper"));
-    EXPECT_THAT(outer.probePath,
-                testing::AnyOf(outer.path + "/Contents/binary", outer.path + "/Inner.app/helper"));
-    const std::string otherPath = folders.local("Tools/sub/\xff.app");
-    EXPECT_EQ(other, (ICloudAppBundle{otherPath, allocated(otherPath + "/binary"), 1,
-                                      otherPath + "/binary"}));
-    EXPECT_EQ(item.releasableBytes(), item.localBytes - outer.localBytes - other.localBytes);
+    EXPECT_EQ(item.releasableBytes(), item.localBytes - 3 * 8192);
     EXPECT_EQ(item.releasableFileCount(), 6);
+    std::ranges::sort(item.apps, {}, &CleanCore::ICloudAppBundle::fileCount);
+    ASSERT_EQ(item.apps.size(), 2U);
+    const std::string other = folders.local("Tools/sub/\xff.app");
+    EXPECT_EQ(item.apps[0], (CleanCore::ICloudAppBundle{other, 8192, 1, other + "/binary"}));
+    EXPECT_EQ(item.apps[1].path, folders.local("Tools/Outer.app"));
+    EXPECT_EQ(item.apps[1].localBytes, 2 * 8192);
+    EXPECT_EQ(item.apps[1].fileCount, 3);
+    EXPECT_GT(statusOf(item.apps[1].probePath).st_blocks, 0);
 }
 
 TEST(TreeCountTest, figuresBeyondTheLargestStayAtIt)
 {
     constexpr std::int64_t most = std::numeric_limits<std::int64_t>::max();
-    const CleanCore::EntryAttributes folder{CleanCore::EntryKind::folder, 0};
-    const CleanCore::EntryAttributes file{CleanCore::EntryKind::file, most / 2 + 1};
     CleanCore::TreeCount count;
-    count.add({"/drive/x/A.app", folder});
-    count.add({"/drive/x/A.app/one", file});
-    count.add({"/drive/x/A.app/two", file});
-    count.add({"/drive/x/B.app", folder});
-    count.add({"/drive/x/B.app/one", file});
+    for (const char* path :
+         {"/x/A.app", "/x/A.app/one", "/x/A.app/two", "/x/B.app", "/x/B.app/one"}) {
+        const bool isFolder = std::string_view(path).ends_with(".app");
+        count.add(
+            {path,
+             {isFolder ? CleanCore::EntryKind::folder : CleanCore::EntryKind::file, most / 2 + 1}});
+    }
     count.closeBundle();
-    EXPECT_EQ(count.bytes, most);
-    ASSERT_EQ(count.apps.size(), 2U);
-    EXPECT_EQ(count.apps[0].localBytes, most);
-    const ICloudItem item{"/drive/x", count.bytes, count.files, count.apps};
+    const ICloudItem item{"/x", count.bytes, count.files, count.apps};
+    EXPECT_EQ(item.localBytes, most);
     EXPECT_EQ(item.appBytes(), most);
     EXPECT_EQ(item.releasableBytes(), 0);
 }
 
-TEST_F(ICloudEvictorTests, theDeadlineIsLookedAtBeforeAFolderAndEvery256Files)
+TEST_F(ICloudEvictorTests, aFolderIsCheckedAgainstTheDeadlineAtOnceAndEvery256Files)
 {
-    makeFile("file", 5000);
-    makeEmptyFiles("folder", 600);
+    folders.run("mkdir drive/folder drive/empty && touch drive/folder/$(seq -s ' drive/folder/' "
+                "2000) drive/file");
     const ICloudEvictor::Deadline deadline{};
     struct Case
     {
+        const char* name;
         int readingsInTime;
         std::int64_t files;
         bool timedOut;
+        std::vector<std::int64_t> reports;
     };
     for (const Case& c :
-         {Case{0, 0, true}, Case{1, 256, true}, Case{2, 512, true}, Case{3, 600, false}}) {
+         {Case{"folder", 0, 0, true, {}}, Case{"folder", 1, 256, true, {}},
+          Case{"folder", 2, 512, true, {}}, Case{"folder", 8, 2000, false, {2000, 2000}},
+          Case{"empty", 1, 0, false, {0}}, Case{"file", 0, 1, false, {}}}) {
+        SCOPED_TRACE(c.readingsInTime);
         int readings = 0;
         std::vector<std::int64_t> reports;
-        const auto late = evictor([&] {
+        const auto clock = [&] {
             return deadline + std::chrono::nanoseconds(readings++ < c.readingsInTime ? 0 : 1);
-        });
-        const auto result =
-            late.measureChild(folders.local("folder"), deadline,
-                              [&](std::int64_t count, std::int64_t) { reports.push_back(count); });
+        };
+        const auto result = evictor(clock).measureChild(
+            folders.local(c.name), deadline,
+            [&](std::int64_t files, std::int64_t) { reports.push_back(files); });
         EXPECT_EQ(result.item.fileCount, c.files);
         EXPECT_EQ(result.timedOut, c.timedOut);
-        EXPECT_EQ(reports.size(), c.timedOut ? 0U : 1U) << "nothing is reported after a timeout";
-
-        readings = 0;
-        EXPECT_FALSE(late.measureChild(folders.local("file"), deadline).timedOut);
-        EXPECT_EQ(readings, 0) << "a file never times out";
+        EXPECT_EQ(reports, c.reports);
     }
 }
 
-TEST_F(ICloudEvictorTests, aTimeoutClosesTheOpenBundle)
+TEST_F(ICloudEvictorTests, asksForEachItemInOrderAndReportsWhatCameOfIt)
 {
-    makeFile("folder/Big.app/first", 5000);
-    makeEmptyFiles("folder/Big.app", 300);
-    int readings = 0;
-    const ICloudEvictor::Deadline deadline{};
-    const auto late = evictor([&] { return deadline + std::chrono::nanoseconds(readings++); });
-    const auto result = late.measureChild(folders.local("folder"), deadline);
-    EXPECT_TRUE(result.timedOut);
-    EXPECT_EQ(result.item.fileCount, 256);
-    // The one file that holds bytes may come after the 256th.
-    EXPECT_EQ(result.item.apps.empty(), result.item.localBytes == 0);
-}
-
-TEST_F(ICloudEvictorTests, reportsProgressEvery2000FilesAndOnceAtTheEnd)
-{
-    makeEmptyFiles("folder", 2000);
-    makeFile("file", 5000);
-    std::vector<std::pair<std::int64_t, std::int64_t>> reports;
-    const auto report = [&](std::int64_t count, std::int64_t size) {
-        reports.emplace_back(count, size);
-    };
-    static_cast<void>(evictor().measureChild(folders.local("folder"), distantDeadline, report));
-    EXPECT_THAT(reports, ElementsAre(Pair(2000, 0), Pair(2000, 0)));
-    reports.clear();
-    static_cast<void>(evictor().measureChild(folders.local("file"), distantDeadline, report));
-    EXPECT_THAT(reports, IsEmpty());
-    folders.home.makeFolder("drive/empty");
-    static_cast<void>(evictor().measureChild(folders.local("empty"), distantDeadline, report));
-    EXPECT_THAT(reports, ElementsAre(Pair(0, 0)));
-}
-
-TEST_F(ICloudEvictorTests, listsWhatIsDownloadedLargestFirstWithAndWithoutAPool)
-{
-    makeFile("a small", 5000);
-    makeFile("b large/one", 50'000);
-    makeFile("b large/two", 50'000);
-    makeFile("c small", 5000);
-    folders.makeCloudOnly("d cloud/one", bytes(5000));
-    const auto items = evictor().listLocalCopies();
-    ASSERT_EQ(items.size(), 3U);
-    EXPECT_EQ(items[0].path, folders.local("b large"));
-    EXPECT_EQ(items[1].path, folders.local("a small"));
-    EXPECT_EQ(items[2].path, folders.local("c small"));
-
-    const ICloudEvictor parallel(folders.container, files,
-                                 std::make_shared<CleanCore::TaskPool>(4));
-    EXPECT_EQ(parallel.listLocalCopies(), items);
-}
-
-TEST_F(ICloudEvictorTests, asksForEachItemInOrderAfterItsProgress)
-{
-    const auto none = evictor().evict({}, [](auto, auto, const auto&) { FAIL(); });
-    EXPECT_EQ(none, ICloudEvictor::EvictReport());
-
-    std::vector<ICloudItem> items;
-    for (const char* name : {"c", "a", "b"}) {
-        makeFile(name, 5000);
-        items.push_back(measured(name));
-    }
-    files->growthPerRequest = 100;
-    files->refuses = true;
-    std::vector<std::string> seen;
-    const auto report = evictor().evict(
-        items, [&](std::int64_t index, std::int64_t total, const std::string& path) {
-            seen.push_back(std::to_string(index) + "/" + std::to_string(total) + " " + path);
-            EXPECT_EQ(files->requests.size(), static_cast<std::size_t>(index - 1));
-        });
-    const std::string c = folders.local("c");
-    const std::string a = folders.local("a");
-    const std::string b = folders.local("b");
-    EXPECT_THAT(seen, ElementsAre("1/3 " + c, "2/3 " + a, "3/3 " + b));
-    EXPECT_THAT(files->requests, ElementsAre(c, a, b));
+    make({"c/Gone.app/x", "c/Kept.app/x", "a", "b/Larger.app/x", "b/Larger.app/y",
+          "b/Removed.app/x"});
+    const std::vector items = {measured("c"), measured("a"), measured("b")};
+    drive->command = "rm -rf drive/b/Removed.app && truncate -s 0 drive/c/Gone.app/x";
+    drive->growth = 100;
+    const auto report = evictor().evict(items, [&](auto index, auto total, const auto& path) {
+        drive->log.push_back(std::to_string(index) + "/" + std::to_string(total) + " " + path);
+    });
+    const auto& [c, a, b] = std::tie(items[0].path, items[1].path, items[2].path);
+    EXPECT_THAT(drive->log, ElementsAre("1/3 " + c, "release " + c, "2/3 " + a, "release " + a,
+                                        "3/3 " + b, "release " + b));
     EXPECT_THAT(report.released, ElementsAre(c, a, b)) << "refused ones included";
     EXPECT_EQ(report.refused.size(), 3U);
     EXPECT_EQ(report.freedBytes, 300);
-}
-
-TEST_F(ICloudEvictorTests, leavesAloneWhatDoesNotLieInTheContainer)
-{
-    makeFile("inside", 5000);
-    folders.home.makeFile("elsewhere/file");
-    folders.home.makeFile("drive too/file");
-    folders.home.makeFile("mirror/file");
-    folders.home.makeLink("drive/link in", "inside");
-    folders.home.makeLink("drive/link out", "../elsewhere");
-    folders.home.makeLink("drive/link beside", "../drive too");
-    const std::string app = folders.home.makeFile("drive too/A.app/binary");
-    std::vector<ICloudItem> items;
-    for (const std::string& path :
-         {folders.local("inside"), folders.local("link in"), folders.local("link out"),
-          folders.local("link beside"), folders.home.path("drive too/file"),
-          folders.container + "/../mirror/file", folders.local("none")}) {
-        items.push_back({path, 1, 1, {{"A.app", 1, 1, app}}});
-    }
-    const auto report = evictor().evict(items);
-    EXPECT_THAT(report.released, ElementsAre(items[0].path, items[1].path, items[6].path));
-    EXPECT_THAT(report.blocked,
-                ElementsAre(items[2].path, items[3].path, items[4].path, items[5].path));
-    EXPECT_EQ(files->requests, report.released) << "by the paths that were given";
-    EXPECT_EQ(report.appsStillDownloaded.size(), 3U) << "no blocked item's";
-}
-
-TEST_F(ICloudEvictorTests, aContainerBehindALinkHoldsItsEntries)
-{
-    makeFile("file", 5000);
-    folders.home.makeLink("way in", "drive");
-    const ICloudEvictor linked(folders.home.path("way in"), files);
-    const auto report = linked.evict(linked.listLocalCopies());
-    EXPECT_THAT(report.released, ElementsAre(folders.home.path("way in/file")));
-}
-
-TEST_F(ICloudEvictorTests, tellsWhichBundlesAreStillDownloaded)
-{
-    makeFile("Tools/Gone.app/binary", 5000);
-    makeFile("Tools/Kept.app/binary", 5000);
-    makeFile("More/Larger Kept.app/binary", 50'000);
-    makeFile("More/Removed.app/binary", 5000);
-    const std::vector<ICloudItem> items = {measured("Tools"), measured("More")};
-    fs::remove_all(folders.local("More/Removed.app"));
-    files->emptiesFiles = true;
-
-    const auto report = evictor().evict(items);
     ASSERT_EQ(report.appsStillDownloaded.size(), 2U);
-    EXPECT_EQ(report.appsStillDownloaded[0].path, folders.local("More/Larger Kept.app"));
-    EXPECT_EQ(report.appsStillDownloaded[1].path, folders.local("Tools/Kept.app"));
-    EXPECT_EQ(report.appsStillBytes(),
-              report.appsStillDownloaded[0].localBytes + report.appsStillDownloaded[1].localBytes);
+    EXPECT_EQ(report.appsStillDownloaded[0].path, b + "/Larger.app");
+    EXPECT_EQ(report.appsStillDownloaded[1].path, c + "/Kept.app");
+    EXPECT_EQ(report.appsStillBytes(), 3 * 8192);
+
+    drive->growth = -100;
+    EXPECT_EQ(evictor().evict(items).freedBytes, 0);
+    drive->free.reset();
+    EXPECT_EQ(evictor().evict(items).freedBytes, 0);
+    EXPECT_EQ(evictor().evict({}), ICloudEvictor::EvictReport());
 }
 
-TEST_F(ICloudEvictorTests, freedBytesAreNeverNegativeAndNothingWhenUnknown)
+TEST_F(ICloudEvictorTests, leavesAnItemOutsideTheContainerAloneAndStopsBetweenItems)
 {
-    makeFile("file", 5000);
-    const std::vector<ICloudItem> items = {measured("file")};
-    files->growthPerRequest = -5000;
-    EXPECT_EQ(evictor().evict(items).freedBytes, 0);
-    files->growthPerRequest = 5000;
-    files->knowsFreeSpace = false;
-    EXPECT_EQ(evictor().evict(items).freedBytes, 0);
-}
-
-TEST_F(ICloudEvictorTests, releasesThroughTheCloudDriveOfAConfinedHomeOnly)
-{
-    folders.makePair("Letters/one", bytes(20'000));
-    CleanCore::HomeEnvironment environment;
-    environment.home = folders.home.path();
-    environment.folders = UserFolders::confinedTo(environment.home);
-    for (const bool isConfined : {false, true}) {
-        environment.isConfined = isConfined;
-        const ICloudEvictor real(
-            folders.container,
-            environment.fileManagerWith(environment.cloudDrive(folders.container, folders.mirror)));
-        const auto report = real.evict(real.listLocalCopies());
-        EXPECT_THAT(report.released, ElementsAre(folders.local("Letters")));
-        EXPECT_EQ(report.refused.empty(), isConfined);
-        EXPECT_EQ(real.listLocalCopies().empty(), isConfined);
-        EXPECT_EQ(real.measureChild(folders.local("Letters")).item.fileCount, 1);
+    make({"inside", "last"});
+    folders.run("mkdir elsewhere 'drive too' && touch 'drive too/file' mirror/file && cd drive &&"
+                " ln -s inside in && ln -s ../elsewhere out && ln -s '../drive too' beside");
+    std::vector<ICloudItem> items;
+    for (const char* path : {"drive/inside", "drive/in", "drive/none", "drive/out", "drive/beside",
+                             "drive too/file", "drive/../mirror/file", "drive/last"}) {
+        items.push_back(
+            {folders.home.path(path), 1, 1, {{"A.app", 1, 1, folders.local("inside")}}});
     }
+    std::stop_source stop;
+    const auto report = evictor().evict(
+        items,
+        [&](auto index, auto, const auto&) {
+            if (index == 7) {
+                stop.request_stop();
+            }
+        },
+        stop.get_token());
+    EXPECT_THAT(report.released, ElementsAre(items[0].path, items[1].path, items[2].path));
+    EXPECT_THAT(report.blocked,
+                ElementsAre(items[3].path, items[4].path, items[5].path, items[6].path));
+    EXPECT_EQ(drive->log.size(), 3U);
+    EXPECT_EQ(report.appsStillDownloaded.size(), 3U) << "no bundle of a blocked item";
+
+    folders.run("ln -s drive way");
+    const ICloudEvictor linked(folders.home.path("way"), drive, drive);
+    EXPECT_EQ(linked.evict(linked.listLocalCopies()).released.size(), 2U);
 }
 
 } // namespace

@@ -2,16 +2,18 @@
 
 #include "tests/Support/TemporaryFolder.h"
 
-#include <algorithm>
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 #include <map>
-#include <sys/stat.h>
+#include <sstream>
 #include <unistd.h>
 
-namespace {
+namespace CleanCoreTests {
 
 using CleanCore::UserFolders;
-using CleanCoreTests::TemporaryFolder;
+using testing::Contains;
+using testing::Not;
+
+namespace {
 
 UserFolders foldersOf(const std::string& home, const std::map<std::string, std::string>& values)
 {
@@ -21,54 +23,57 @@ UserFolders foldersOf(const std::string& home, const std::map<std::string, std::
     });
 }
 
-bool isProtected(const UserFolders& folders, const std::string& path)
-{
-    const auto& all = folders.protectedFolders;
-    return std::find(all.begin(), all.end(), path) != all.end();
-}
+} // namespace
 
 TEST(UserFolders, TakesAVariableOnlyForAFolderThatHoldsNothingElse)
 {
     const TemporaryFolder world;
-    for (const char* const folder :
-         {"me/caches", "me/.cache", "me/Documents/x", "me/Bilder/x", "me/.config/x",
-          "me/.local/state/x", "me/.ssh", "me/Library/Mobile Documents", "scratch", "sticky",
-          "target/scratch", "me/.config-2"}) {
-        world.makeFolder(folder);
-    }
+    world.make("me/caches/ me/.cache/ me/Documents/x/ me/Bilder/x/ me/.config/x/ me/.ssh/ "
+               "me/.local/state/x/ 'me/Library/Mobile Documents/' me/.config-2/ me/file scratch/ "
+               "sticky/=01777 target/scratch/ me/to-scratch->~/scratch to-home->~/me "
+               "to-documents->~/me/Documents/x target-link->~/target/scratch "
+               "linked/.config->~/dotfiles dotfiles/app/ linked/.local->~/local linked/.cache/ "
+               "local/state/app/ local/app->~/held held/ free/ "
+               "part/.local/share->~/data data/app/ part/.cache/");
     world.makeFile("me/.config/user-dirs.dirs", "XDG_PICTURES_DIR=\"$HOME/Bilder\"\n");
-    world.makeFile("me/file");
-    world.makeLink("me/to-scratch", world.path("scratch"));
-    world.makeLink("to-home", world.path("me"));
-    world.makeLink("to-documents", world.path("me/Documents/x"));
-    world.makeLink("target-link", world.path("target/scratch"));
-    world.setMode("sticky", 01777);
-
-    const auto isTaken = [&](const char* variable, const std::string& value) {
-        const UserFolders folders = foldersOf(world.path("me"), {{variable, value}});
-        return variable == std::string("TMPDIR") ? folders.temporaryFolder == value
-                                                 : folders.cacheFolder != world.path("me/.cache");
+    enum Taken { never, asTemporary, always };
+    const struct
+    {
+        const char* home;
+        Taken taken;
+        /// Separated by blanks; relative to the world without a slash before them.
+        std::string values;
+    } rows[] = {
+        {"me", always, "scratch sticky me/caches me/to-scratch me/.config-2"},
+        // Somebody else's: usable for temporary files if sticky, never for caches.
+        {"me", asTemporary, "/tmp"},
+        {"me", never,
+         "/usr / /run /run/lock . to-home to-documents missing me/file me me/caches/.. "
+         "me/Documents me/Documents/x me/Bilder me/Library me/.ssh me/.config "
+         "me/.config/x me/.local me/.local/state/x"},
+        {"linked", never,
+         "linked/.config linked/.config/app dotfiles dotfiles/app linked/.local "
+         "linked/.local/state local local/state/app linked/.local/app"},
+        {"linked", always, "free local/../free"},
+        {"part", never, "data data/app"},
+        {"part", always, "local dotfiles"},
     };
-    const auto expectTaken = [&](const std::string& value, bool isCache, bool isTemporary) {
-        EXPECT_EQ(isTaken("XDG_CACHE_HOME", value), isCache) << value;
-        EXPECT_EQ(isTaken("TMPDIR", value), isTemporary) << value;
+    const auto expectTaken = [&](const std::string& home, const std::string& value, Taken taken) {
+        const UserFolders folders = foldersOf(home, {{"XDG_CACHE_HOME", value}, {"TMPDIR", value}});
+        EXPECT_EQ(folders.cacheFolder != home + "/.cache", taken == always) << value;
+        EXPECT_EQ(folders.temporaryFolder == value || folders.temporaryFolder != "/tmp",
+                  taken != never)
+            << value;
     };
-    for (const char* const folder :
-         {"scratch", "sticky", "me/caches", "me/to-scratch", "me/.config-2"}) {
-        expectTaken(world.path(folder), true, true);
+    for (const auto& [home, taken, values] : rows) {
+        std::istringstream words(values);
+        for (std::string value; words >> value;) {
+            expectTaken(world.path(home), value.front() == '/' ? value : world.path(value), taken);
+        }
     }
-    // Somebody else's: usable for temporary files if sticky, never for caches.
-    expectTaken("/tmp", false, true);
-    for (const char* const value : {"", "scratch", "~/caches", "/usr", "/", "/run", "/run/lock"}) {
-        expectTaken(value, false, false);
+    for (const char* const value : {"", "scratch", "~/caches"}) {
+        expectTaken(world.path("me"), value, never);
     }
-    for (const char* const folder :
-         {"missing", "me/file", "me", "me/caches/..", "", "to-home", "me/Documents",
-          "me/Documents/x", "to-documents", "me/Bilder", "me/Library", "me/.ssh", "me/.config",
-          "me/.config/x", "me/.local", "me/.local/state/x"}) {
-        expectTaken(world.path(folder), false, false);
-    }
-
     const auto cacheFolder = [&](const std::string& value) {
         return foldersOf(world.path("me"), {{"XDG_CACHE_HOME", value}}).cacheFolder;
     };
@@ -76,49 +81,12 @@ TEST(UserFolders, TakesAVariableOnlyForAFolderThatHoldsNothingElse)
     EXPECT_EQ(cacheFolder(world.path("me/to-scratch")), world.path("me/to-scratch"));
     // Behind a link ".." is another folder than the text says; what was judged is what is used.
     EXPECT_EQ(cacheFolder(world.path("target-link/../scratch")), world.path("target/scratch"));
-
-    const UserFolders defaults = foldersOf(world.path("me"), {});
-    EXPECT_EQ(defaults.cacheFolder, world.path("me/.cache"));
-    EXPECT_EQ(defaults.temporaryFolder, "/tmp");
-}
-
-TEST(UserFolders, FollowsLinksOfConfigurationAndDataToWhatTheyHold)
-{
-    const TemporaryFolder world;
-    for (const char* const folder : {"dotfiles/config/app", "local/state/app", "data/app", "linked",
-                                     "free", "me/.cache", "you/.local"}) {
-        world.makeFolder(folder);
-    }
-    world.makeLink("me/.config", world.path("dotfiles/config"));
-    world.makeLink("me/.local", world.path("local"));
-    world.makeLink("local/app", world.path("linked"));
-    world.makeLink("you/.local/share", world.path("data"));
-
-    const auto expectTaken = [&](const char* home, const char* value, bool isTaken) {
-        const UserFolders folders =
-            foldersOf(world.path(home),
-                      {{"XDG_CACHE_HOME", world.path(value)}, {"TMPDIR", world.path(value)}});
-        EXPECT_EQ(folders.cacheFolder != world.path(home) + "/.cache", isTaken) << value;
-        EXPECT_EQ(folders.temporaryFolder != "/tmp", isTaken) << value;
-    };
-    for (const char* const folder :
-         {"me/.config", "me/.config/app", "dotfiles/config", "dotfiles/config/app", "dotfiles",
-          "me/.local", "me/.local/state", "local", "local/state/app", "me/.local/app"}) {
-        expectTaken("me", folder, false);
-    }
-    expectTaken("me", "free", true);
-    expectTaken("me", "local/../free", true);
-    expectTaken("you", "data", false);
-    expectTaken("you", "data/app", false);
-    expectTaken("you", "local", true);
-    expectTaken("you", "dotfiles/config", true);
 }
 
 TEST(UserFolders, ProtectsWhateverTheUserDirectoriesFileNames)
 {
     const TemporaryFolder world;
-    world.makeFolder("me");
-    world.makeLink("me/link-to-home", world.path("me"));
+    world.make("me/link-to-home->~/me");
     world.makeFile("me/.config/user-dirs.dirs", R"(# XDG_COMMENT_DIR="$HOME/comment"
 XDG_PICTURES_DIR="$HOME/Bilder"
   XDG_VIDEOS_DIR = "$HOME/Filme//2020/"
@@ -136,43 +104,40 @@ nonsense
                                                 "\xFF\xFE=\n"
                                                 "XDG_BYTES_DIR=\"$HOME/b\xFF\"");
     world.makeFile("config/user-dirs.dirs", "XDG_DOWNLOAD_DIR=\"$HOME/Elsewhere\"\n");
-
     const std::string home = world.path("me");
-    const UserFolders folders = foldersOf(home, {{"XDG_CONFIG_HOME", world.path("config")}});
+    const auto folders = foldersOf(home, {{"XDG_CONFIG_HOME", world.path("config")}});
     for (const char* const name :
          {"/Bilder", "/Filme/2020", "/a \"quoted\" name", "/b\xFF", "/Elsewhere", "/Videos",
           "/Templates", "/Public", "/.ssh", "/.gnupg", "/.password-store", "/.pki",
           "/.local/share/keyrings"}) {
-        EXPECT_TRUE(isProtected(folders, home + name)) << name;
+        EXPECT_THAT(folders.protectedFolders, Contains(home + name));
     }
-    EXPECT_TRUE(isProtected(folders, "/media/music"));
+    EXPECT_THAT(folders.protectedFolders, Contains("/media/music"));
     for (const std::string& path :
          {home, home + "/", std::string("/"), home + "/link-to-home", home + "/relative",
           home + "/comment", std::string("relative"), home + "/unquoted"}) {
-        EXPECT_FALSE(isProtected(folders, path)) << path;
+        EXPECT_THAT(folders.protectedFolders, Not(Contains(path)));
     }
-    EXPECT_TRUE(isProtected(UserFolders::confinedTo(home), home + "/Bilder"));
-    EXPECT_FALSE(isProtected(UserFolders::confinedTo(home), home + "/Elsewhere"));
+    const auto confined = UserFolders::confinedTo(home).protectedFolders;
+    EXPECT_THAT(confined, Contains(home + "/Bilder"));
+    EXPECT_THAT(confined, Not(Contains(home + "/Elsewhere")));
 }
 
 TEST(UserFolders, ReadsOnlyASmallRegularUserDirectoriesFile)
 {
     const TemporaryFolder home;
-    const auto protectsPictures = [&] {
-        return isProtected(UserFolders::confinedTo(home.path()), home.path("Bilder"));
-    };
     const std::string file =
         home.makeFile(".config/user-dirs.dirs", "XDG_PICTURES_DIR=\"$HOME/Bilder\"\n");
-    EXPECT_TRUE(protectsPictures());
+    const auto folders = [&] { return UserFolders::confinedTo(home.path()).protectedFolders; };
+    EXPECT_THAT(folders(), Contains(home.path("Bilder")));
     ASSERT_EQ(::truncate(file.c_str(), off_t{1} << 40), 0);
-    EXPECT_FALSE(protectsPictures());
+    EXPECT_THAT(folders(), Not(Contains(home.path("Bilder"))));
     // Nobody ever writes into these.
-    ASSERT_EQ(::unlink(file.c_str()), 0);
-    ASSERT_EQ(::mkfifo(file.c_str(), S_IRUSR | S_IWUSR), 0);
-    EXPECT_FALSE(protectsPictures());
-    ASSERT_EQ(::unlink(file.c_str()), 0);
-    home.makeLink(".config/user-dirs.dirs", "/dev/zero");
-    EXPECT_FALSE(protectsPictures());
+    for (const char* const endless : {"user-dirs.dirs|", "user-dirs.dirs->/dev/zero"}) {
+        home.remove(".config/user-dirs.dirs");
+        home.make(".config/" + std::string(endless));
+        EXPECT_THAT(folders(), Not(Contains(home.path("Bilder"))));
+    }
 }
 
-} // namespace
+} // namespace CleanCoreTests

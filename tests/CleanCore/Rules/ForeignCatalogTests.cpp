@@ -1,28 +1,18 @@
 #include "CleanCore/Rules/ForeignCatalog.h"
 
 #include "CleanCore/Rules/RulesCatalog.h"
-#include "tests/Support/ScriptedFileManager.h"
+#include "tests/Support/ScriptedDisk.h"
 
 #include <gtest/gtest.h>
+#include <sstream>
 
-namespace {
+namespace CleanCoreTests {
 
 using namespace CleanCore;
 
-RulesCatalog catalogOf(const std::string& base, RuleKind kind = RuleKind::fileSystem)
+TEST(ForeignCatalog, RefusesBasesThatHoldMoreThanLeftoversOfTheOwner)
 {
-    CleaningRule harmless;
-    harmless.kind = RuleKind::fileSystem;
-    harmless.basePaths = {"~/.cache"};
-    CleaningRule rule;
-    rule.kind = kind;
-    rule.basePaths = {base};
-    return {1, {harmless, rule}};
-}
-
-TEST(ForeignCatalog, RefusesBasesThatHoldMoreThanLeftovers)
-{
-    CleanCoreTests::ScriptedFileManager files;
+    ScriptedDisk files;
     files.links = {{"/home/me", "/data/homes/me"},
                    {"/home/me/.cache", "/data/homes/me/.cache"},
                    {"/home/me/.cache/x", "/data/homes/me/.cache/x"},
@@ -37,80 +27,48 @@ TEST(ForeignCatalog, RefusesBasesThatHoldMoreThanLeftovers)
     files.folders["/"] = {{"etc", "usr"}, 0};
     files.folders["/etc"] = {};
     files.folders["/usr"] = {};
-
-    const auto isRefused = [&](const char* base) {
-        return refusedBase(catalogOf(base), "/home/me", files).has_value();
-    };
-    for (const char* const base : {"~",
-                                   "~/",
-                                   "~/innocent",
-                                   "~/x/..",
-                                   "/data/homes",
-                                   "/data",
-                                   "/",
-                                   "/*",
-                                   "~/dotfiles",
-                                   "~/local-again",
-                                   "~/.local",
-                                   "/innocent",
-                                   "/usr/lib/x",
-                                   "/etc",
-                                   "/var/lib/apt",
-                                   "/run/user/1000",
-                                   "/opt",
-                                   "/opt/app",
-                                   "/srv/data",
-                                   "/root/.cache",
-                                   "/home/other",
-                                   "/home/other/.cache",
-                                   "/var/tmpx"}) {
-        EXPECT_TRUE(isRefused(base)) << base;
-    }
-    for (const char* const base :
-         {"/homes/x", "/media/me/disk", "~/.cache/x", "~/innocent-2", "/data/homes/me/.config/app",
-          "/tmp", "/tmp/x", "/var/tmp", "/var/tmp/x", "/var/crash", "/usrlocal/x",
-          "$DARWIN_USER_CACHE_DIR"}) {
-        EXPECT_FALSE(isRefused(base)) << base;
-    }
-    for (const char* const name : {"/.config", "/.local", "/.local/share"}) {
-        EXPECT_TRUE(refusedBase(catalogOf("~" + std::string(name)), "/plain", files)) << name;
-        EXPECT_FALSE(refusedBase(catalogOf("~" + std::string(name) + "/app"), "/plain", files));
-    }
-    EXPECT_FALSE(refusedBase(catalogOf("/etc", RuleKind::command), "/home/me", files));
-}
-
-TEST(ForeignCatalog, TakesWhatLiesInAHomeForItsOwnOnlyInAPersonsHome)
-{
-    const CleanCoreTests::ScriptedFileManager files;
     const struct
     {
         const char* home;
-        const char* base;
-        bool isRefused;
-    } cases[] = {
-        {"/root", "/root/.cache", false},
-        {"/home/me", "/home/me/x", false},
-        {"/home/staff/me", "/home/staff/me/x", false},
-        {"/var/home/me", "/var/home/me/x", false},
-        {"/me", "/me/x", false},
-        {"/", "/usr/share", true},
-        {"/", "/home/other/x", true},
-        {"/", "/srv/x", true},
-        {"/", "/media/disk", false},
-        {"/usr/sbin", "/usr/sbin/x", true},
-        {"/var", "/var/lib/x", true},
-        {"/var/lib/service", "/var/lib/service/x", true},
-        {"/dev", "/dev/shm", true},
-        {"/home", "/home/other/x", true},
-        {"/var/home", "/var/home/other/x", true},
+        const char* refused;
+        const char* taken;
+    } rows[] = {
+        {"/home/me",
+         "~ ~/ ~/innocent ~/x/.. /data/homes /data / /* ~/dotfiles ~/local-again ~/.local "
+         "/innocent /usr/lib/x /etc /var/lib/apt /run/user/1000 /opt /opt/app /srv/data "
+         "/root/.cache /home/other /home/other/.cache /var/tmpx",
+         "/homes/x /media/me/disk ~/.cache/x ~/innocent-2 /data/homes/me/.config/app /tmp /tmp/x "
+         "/var/tmp /var/tmp/x /var/crash /usrlocal/x $DARWIN_USER_CACHE_DIR"},
+        {"/plain", "~/.config ~/.local ~/.local/share",
+         "~/.config/app ~/.local/app ~/.local/share/app"},
+        {"/root", "~", "/root/.cache"},
+        {"/home/staff/me", "/home/staff", "/home/staff/me/x"},
+        {"/var/home/me", "/var/home/other", "/var/home/me/x"},
+        {"/me", "/me", "/me/x"},
+        {"/", "/usr/share /home/other/x /srv/x", "/media/disk"},
+        {"/usr/sbin", "/usr/sbin/x", ""},
+        {"/var", "/var/lib/x", ""},
+        {"/var/lib/service", "/var/lib/service/x", ""},
+        {"/dev", "/dev/shm", ""},
+        {"/home", "/home/other/x", ""},
+        {"/var/home", "/var/home/other/x", ""},
     };
-    for (const auto& [home, base, isRefused] : cases) {
-        RulesCatalog catalog = catalogOf(base);
-        // The other rule's base is in the home itself.
-        catalog.rules.erase(catalog.rules.begin());
-        EXPECT_EQ(refusedBase(catalog, home, files).has_value(), isRefused)
-            << base << " in " << home;
+    const auto expect = [&](const char* home, const char* bases, bool isRefused) {
+        std::istringstream words(bases);
+        for (std::string base; words >> base;) {
+            RulesCatalog catalog;
+            catalog.rules.resize(2);
+            catalog.rules[0].kind = RuleKind::command;
+            catalog.rules[0].basePaths = {"/etc"};
+            catalog.rules[1].basePaths = {"/media/disk", base};
+            EXPECT_EQ(refusedBase(catalog, home, files).has_value(), isRefused)
+                << base << " in " << home;
+        }
+    };
+    for (const auto& [home, refused, taken] : rows) {
+        expect(home, refused, true);
+        expect(home, taken, false);
     }
 }
 
-} // namespace
+} // namespace CleanCoreTests

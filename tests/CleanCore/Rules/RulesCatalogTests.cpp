@@ -1,19 +1,19 @@
 #include "CleanCore/Rules/RulesCatalog.h"
 
 #include "CleanCore/Rules/CleanCoreError.h"
-#include "tests/Support/TemporaryFolder.h"
+#include "CleanCore/Rules/TextTable.h"
 
-#include <functional>
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
-#include <system_error>
 
-namespace {
+namespace CleanCoreTests {
 
 using namespace CleanCore;
 using Json = nlohmann::ordered_json;
 
-Json rule(const std::string& id)
+namespace {
+
+Json rule(const std::string& id, const std::vector<std::string>& exclusions = {".keep", "*"})
 {
     return {{"id", id},
             {"tier", "A"},
@@ -21,191 +21,117 @@ Json rule(const std::string& id)
             {"titleKey", "title"},
             {"basePaths", {"~/one", "~/two"}},
             {"minAgeDays", 7},
-            {"exclusions", {".keep", "*"}}};
+            {"exclusions", exclusions}};
 }
 
-std::string document(const std::vector<Json>& rules)
+Json document(const std::vector<Json>& rules)
 {
-    return Json{{"schemaVersion", 1}, {"rules", rules}}.dump();
+    return {{"schemaVersion", 1}, {"rules", rules}};
 }
 
-/// What loading says is invalid; empty if the catalog is valid.
-std::string invalidReason(const std::vector<Json>& rules)
+/// How loading ends: "ok", "malformed" or what is invalid about it.
+std::string loaded(const std::string& text)
 {
     try {
-        static_cast<void>(RulesCatalog::load(document(rules)));
+        static_cast<void>(RulesCatalog::load(text));
+        return "ok";
     } catch (const CleanCoreError& error) {
-        EXPECT_EQ(error, CleanCoreError::rulesCatalogInvalid(error.reason()));
         return error.reason();
-    }
-    return {};
-}
-
-Json ruleExcluding(const std::string& id, const std::vector<std::string>& exclusions)
-{
-    Json json = rule(id);
-    json["exclusions"] = exclusions;
-    return json;
-}
-
-TEST(RulesCatalog, ReturnsADocumentExactlyAsItIsWritten)
-{
-    Json second = rule("second");
-    second["tier"] = "B";
-    second["kind"] = "command";
-    second["basePaths"] = Json::array();
-    second["minAgeDays"] = INT64_MIN;
-    Json third = rule("third");
-    third["basePaths"] = {"~/x", "~/x", ""};
-    third["minAgeDays"] = INT64_MAX;
-    third["exclusions"] = {"a", "a"};
-
-    for (const int version : {0, 1, 99, -1}) {
-        const Json written{{"schemaVersion", version}, {"rules", {rule("first"), second, third}}};
-        Json withMore = written;
-        withMore["unknown"] = {1, 2};
-        withMore["rules"][0]["comment"] = nullptr;
-        const Json readBack = RulesCatalog::load(withMore.dump());
-        EXPECT_EQ(readBack.dump(), written.dump());
-    }
-}
-
-TEST(RulesCatalog, RefusesADocumentWithAMissingOrMistypedMember)
-{
-    const char* const wrongTypes[] = {"null",
-                                      "true",
-                                      "{}",
-                                      "1.5",
-                                      "7.0",
-                                      "1e3",
-                                      R"([1])",
-                                      R"("7")",
-                                      "[[]]",
-                                      R"({"a": "b"})",
-                                      "9223372036854775808",
-                                      "-9223372036854775809",
-                                      "1e400"};
-    // What would be right for the member and must therefore not count as a fault.
-    const auto isRight = [](const std::string& key, const Json& value) {
-        const bool isList = key == "basePaths" || key == "exclusions";
-        return value.is_string() && !isList && key != "minAgeDays" && key != "schemaVersion" &&
-               key != "tier" && key != "kind" && key != "rules";
-    };
-    const Json valid{{"schemaVersion", 1}, {"rules", {rule("a")}}};
-    const auto expectRefused = [](const std::string& text) {
-        EXPECT_THROW(static_cast<void>(RulesCatalog::load(text)), nlohmann::json::exception)
-            << text;
-    };
-    const auto tryKey = [&](const std::string& key, const Json::json_pointer& parent) {
-        Json without = valid;
-        without[parent].erase(key);
-        expectRefused(without.dump());
-        for (const char* const wrong : wrongTypes) {
-            Json marked = valid;
-            marked[parent][key] = "PLACE";
-            std::string text = marked.dump();
-            text.replace(text.find("\"PLACE\""), 7, wrong);
-            if (!Json::accept(wrong) || !isRight(key, Json::parse(wrong))) {
-                expectRefused(text);
-            }
-        }
-    };
-    for (const auto& [key, value] : {std::pair("tier", "safe"),
-                                     {"tier", "a"},
-                                     {"tier", ""},
-                                     {"kind", "filesystem"},
-                                     {"kind", "Command "}}) {
-        Json misspelt = valid;
-        misspelt["rules"][0][key] = value;
-        expectRefused(misspelt.dump());
-    }
-    for (const auto& [key, value] : valid.items()) {
-        tryKey(key, Json::json_pointer());
-    }
-    for (const auto& [key, value] : valid["rules"][0].items()) {
-        tryKey(key, Json::json_pointer("/rules/0"));
-    }
-}
-
-TEST(RulesCatalog, RefusesTextThatIsNoCatalog)
-{
-    const std::string valid = document({rule("a")});
-    for (std::size_t length = 0; length < valid.size(); ++length) {
-        EXPECT_THROW(static_cast<void>(RulesCatalog::load(valid.substr(0, length))),
-                     nlohmann::json::exception)
-            << length;
-    }
-    for (const std::string& text :
-         {std::string("[]"), std::string("null"), std::string("\"rules\""), valid + "x",
-          valid + valid, "// comment\n" + valid, std::string("\xFF\xFE"),
-          document({Json("no rule")}), document({Json::array()})}) {
-        EXPECT_THROW(static_cast<void>(RulesCatalog::load(text)), nlohmann::json::exception)
-            << text;
-    }
-    std::string brokenText = valid;
-    brokenText.replace(brokenText.find("title\""), 5, "\xC3(\xFF..");
-    EXPECT_THROW(static_cast<void>(RulesCatalog::load(brokenText)), nlohmann::json::exception);
-}
-
-TEST(RulesCatalog, ComparesIdsAsTextWithoutTrimmingOrFolding)
-{
-    const struct
-    {
-        const char* first;
-        const char* second;
-        bool areDuplicates;
-    } cases[] = {
-        {"cache", "cache", true}, {"cache", "Cache", false},         {"cache", "cache ", false},
-        {"", "", true},           {"caf\u00E9", "cafe\u0301", true}, {"\u212B", "\u00C5", true},
-        {"\uFB01", "fi", false}};
-    for (const auto& [first, second, areDuplicates] : cases) {
-        EXPECT_EQ(invalidReason({rule(first), rule("between"), rule(second)}),
-                  areDuplicates ? "duplicate rule ids" : "")
-            << first << " and " << second;
-    }
-}
-
-TEST(RulesCatalog, NamesTheFirstRuleWithASlashInAnExclusion)
-{
-    EXPECT_EQ(invalidReason({rule("good"), ruleExcluding("one", {"fine", "a/b", "/"}),
-                             ruleExcluding("two", {"c/d"})}),
-              "exclusion with '/' in rule one");
-    EXPECT_EQ(invalidReason({ruleExcluding("same", {"a/b"}), rule("same")}), "duplicate rule ids");
-    EXPECT_EQ(invalidReason({ruleExcluding("odd", {"*", ".hidden", "..", "", "a\\b"})}), "");
-}
-
-TEST(RulesCatalog, PassesOnThePlatformsErrorForAFileThatCannotBeRead)
-{
-    const CleanCoreTests::TemporaryFolder folder;
-    folder.makeFile("sealed.json", document({}));
-    folder.setMode("sealed.json", 0);
-    const struct
-    {
-        std::string path;
-        int error;
-    } cases[] = {{folder.path("missing.json"), ENOENT},
-                 {folder.path(), EISDIR},
-                 {folder.path("sealed.json"), EACCES}};
-    for (const auto& [path, error] : cases) {
-        try {
-            static_cast<void>(RulesCatalog::loadFile(path));
-            ADD_FAILURE() << path;
-        } catch (const std::system_error& thrown) {
-            EXPECT_EQ(thrown.code().value(), error);
-            EXPECT_NE(std::string(thrown.what()).find(path), std::string::npos);
-        }
-    }
-}
-
-TEST(RulesCatalog, BundlesTheRulesThatTheCommandEnginesKnow)
-{
-    const RulesCatalog catalog = RulesCatalog::loadBundled();
-    for (const char* const id : {"tm-local-snapshots", "dev-unavailable-simulators",
-                                 "docker-reclaimable", "brew-cleanup"}) {
-        const auto rule = std::find_if(catalog.rules.begin(), catalog.rules.end(),
-                                       [&](const auto& each) { return each.id == id; });
-        EXPECT_TRUE(rule != catalog.rules.end() && rule->kind == RuleKind::command) << id;
+    } catch (const nlohmann::json::exception&) {
+        return "malformed";
     }
 }
 
 } // namespace
+
+TEST(RulesCatalog, ReturnsADocumentExactlyAsItIsWritten)
+{
+    Json second = rule("second", {"a", "a", "..", "", "a\\b"});
+    second.update({{"tier", "B"}, {"kind", "command"}, {"basePaths", Json::array()}});
+    second["minAgeDays"] = INT64_MIN;
+    Json third = rule("third");
+    third.update({{"basePaths", {"~/x", "~/x", ""}}, {"minAgeDays", INT64_MAX}});
+    Json written = document({rule("first"), second, third});
+    written["schemaVersion"] = -99;
+    Json withMore = written;
+    withMore["unknown"] = {1, 2};
+    withMore["rules"][0]["comment"] = nullptr;
+    EXPECT_EQ(Json(RulesCatalog::load(withMore.dump())).dump(), written.dump());
+}
+
+TEST(RulesCatalog, RefusesEveryMissingMistypedOrMisspeltMember)
+{
+    const std::string wrongForAll[] = {"null", "true", "{}", "1.5", "[[]]", "[1]", R"({"a": "b"})"};
+    const std::vector<std::string> wrongTexts = {"7", R"(["A"])"};
+    const std::vector<std::string> wrongNumbers = {
+        "7.0", "1e3", R"("7")", "9223372036854775808", "-9223372036854775809", "1e400"};
+    const std::vector<std::string> wrongLists = {R"("7")", "7", R"([null])", R"(["a", 1])"};
+    const std::map<std::string, std::vector<std::string>> wrong = {
+        {"/schemaVersion", wrongNumbers},
+        {"/rules", {R"("7")", "7", "[[]]", R"(["no rule"])", R"({"a": {}})"}},
+        {"/rules/0/id", wrongTexts},
+        {"/rules/0/tier", {"7", R"("safe")", R"("a")", R"("")"}},
+        {"/rules/0/kind", {"7", R"("filesystem")", R"("command ")"}},
+        {"/rules/0/titleKey", wrongTexts},
+        {"/rules/0/basePaths", wrongLists},
+        {"/rules/0/minAgeDays", wrongNumbers},
+        {"/rules/0/exclusions", wrongLists},
+    };
+    const Json valid = document({rule("a")});
+    ASSERT_EQ(wrong.size(), valid.size() + valid["rules"][0].size());
+    for (const auto& [member, values] : wrong) {
+        const Json::json_pointer pointer(member);
+        Json without = valid;
+        without[pointer.parent_pointer()].erase(pointer.back());
+        EXPECT_EQ(loaded(without.dump()), "malformed") << "without " << member;
+        std::vector<std::string> all(std::begin(wrongForAll), std::end(wrongForAll));
+        all.insert(all.end(), values.begin(), values.end());
+        for (const std::string& value : all) {
+            Json marked = valid;
+            marked[pointer] = "PLACE";
+            std::string text = marked.dump();
+            text.replace(text.find("\"PLACE\""), 7, value);
+            EXPECT_EQ(loaded(text), "malformed") << text;
+        }
+    }
+    const std::string text = valid.dump();
+    for (const std::string& broken : {std::string(), std::string("[]"), text + 'x', text + text,
+                                      "// comment\n" + text, text.substr(0, text.size() - 1),
+                                      std::string(text).replace(text.find("title\""), 1, "\xC3")}) {
+        EXPECT_EQ(loaded(broken), "malformed") << broken;
+    }
+}
+
+TEST(RulesCatalog, RefusesIdsThatAreTheSameTextAndSlashesInExclusions)
+{
+    const std::tuple<Json, Json, const char*> rows[] = {
+        {rule("cache"), rule("cache"), "duplicate rule ids"},
+        {rule("cache"), rule("Cache"), "ok"},
+        {rule("cache"), rule("cache "), "ok"},
+        {rule(""), rule(""), "duplicate rule ids"},
+        {rule("caf\u00E9"), rule("cafe\u0301"), "duplicate rule ids"},
+        {rule("\uFB01"), rule("fi"), "ok"},
+        {rule("one", {"fine", "a/b"}), rule("two", {"/"}), "exclusion with '/' in rule one"},
+        {rule("one"), rule("two", {"c/d"}), "exclusion with '/' in rule two"},
+        {rule("same", {"a/b"}), rule("same"), "duplicate rule ids"},
+    };
+    for (const auto& [first, last, result] : rows) {
+        EXPECT_EQ(loaded(document({first, rule("between"), last}).dump()), result)
+            << first["id"] << " and " << last["id"];
+    }
+}
+
+TEST(TextTable, FallsBackToEnglishAndThenToTheKey)
+{
+    const std::string english = TextTable::loadBundled("en").ruleTitle("trash-user");
+    EXPECT_NE(english, "trash-user");
+    for (const char* const language : {"en_GB.UTF-8", "C", "", "xx_YY@euro", "../texts/en", "/"}) {
+        const TextTable texts = TextTable::loadBundled(language);
+        EXPECT_EQ(texts.ruleTitle("trash-user"), english) << language;
+        EXPECT_EQ(texts.ruleTitle("abc"), "abc");
+        EXPECT_EQ(texts.text("category.explanation.abc"), "category.explanation.abc");
+        EXPECT_EQ(texts.textOrEmpty("category.explanation.abc"), "");
+    }
+}
+
+} // namespace CleanCoreTests

@@ -2,6 +2,7 @@
 
 #include "CleanCore/FileSystem/FileManager.h"
 #include "CleanCore/Rules/PathExpander.h"
+#include "CleanCore/Startup/StartError.h"
 #include "tests/Support/TemporaryFolder.h"
 
 #include <cstdlib>
@@ -9,40 +10,47 @@
 #include <gtest/gtest.h>
 #include <map>
 
-namespace {
+namespace CleanCoreTests {
 
 using namespace CleanCore;
-using CleanCoreTests::TemporaryFolder;
 using Strings = std::vector<std::string>;
+
+namespace {
 
 constexpr const char* names[] = {
     "HOME", "TMPDIR", "XDG_CACHE_HOME", "XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_STATE_HOME"};
 
-/// Keeps the process's variables as they were.
+/// Keeps the process's variables and its current folder as they were.
 struct HomeEnvironmentTest : testing::Test
 {
-    std::map<const char*, std::optional<std::string>> before;
-
-    void SetUp() override
+    HomeEnvironmentTest()
     {
         for (const char* const name : names) {
             const char* const value = std::getenv(name);
-            before[name] = value != nullptr ? std::optional<std::string>(value) : std::nullopt;
+            m_before[name] = value != nullptr ? std::optional<std::string>(value) : std::nullopt;
         }
     }
-    void TearDown() override
+    ~HomeEnvironmentTest() override
     {
-        for (const auto& [name, value] : before) {
+        std::filesystem::current_path(m_folder);
+        for (const auto& [name, value] : m_before) {
             value ? ::setenv(name, value->c_str(), 1) : ::unsetenv(name);
         }
     }
+
+    const TemporaryFolder world;
+
+private:
+    std::map<const char*, std::optional<std::string>> m_before;
+    std::string m_folder = std::filesystem::current_path();
 };
+
+} // namespace
 
 TEST_F(HomeEnvironmentTest, PointsEverythingIntoAnotherHome)
 {
-    const TemporaryFolder world;
-    const std::string home = world.makeFolder("home");
-    world.makeFolder("elsewhere");
+    world.make("home/ elsewhere/");
+    const std::string home = world.path("home");
     for (const bool isNamedByVariable : {false, true}) {
         for (const char* const name : names) {
             ::setenv(name, world.path("elsewhere").c_str(), 1);
@@ -64,50 +72,28 @@ TEST_F(HomeEnvironmentTest, PointsEverythingIntoAnotherHome)
     }
 }
 
-TEST_F(HomeEnvironmentTest, FindsTheFolderThatAPathMeans)
+TEST_F(HomeEnvironmentTest, FindsTheFolderThatAPathMeansAndRefusesWhatCannotBeWorkedIn)
 {
-    const TemporaryFolder world;
-    world.makeFolder("real/home");
-    world.makeFolder("home");
-    world.makeLink("link", "real");
-    const struct
-    {
-        std::string given;
-        std::string home;
-    } cases[] = {{world.path("home") + "//./", world.path("home")},
-                 {world.path("link"), world.path("link")},
-                 {world.path("link/home/../home"), world.path("real/home")},
-                 {"home", world.path("home")},
-                 {".", world.path()}};
-    const std::string before = std::filesystem::current_path();
+    world.make("real/home/ home/ link->real file dangling->nowhere root->/ sealed/=0 "
+               "unlistable/=0300 gone/");
     std::filesystem::current_path(world.path());
-    for (const auto& [given, home] : cases) {
+    const std::pair<std::string, std::string> rows[] = {
+        {world.path("home") + "//./", world.path("home")},
+        {world.path("link"), world.path("link")},
+        {world.path("link/home/../home"), world.path("real/home")},
+        {"home", world.path("home")},
+        {".", world.path()}};
+    for (const auto& [given, home] : rows) {
         EXPECT_EQ(HomeEnvironment::make(given).home, home) << given;
     }
-    std::filesystem::current_path(before);
-}
-
-TEST_F(HomeEnvironmentTest, RefusesAHomeThatCannotBeWorkedIn)
-{
-    const TemporaryFolder world;
-    world.makeFile("file");
-    world.makeLink("dangling", "nowhere");
-    world.makeLink("root", "/");
-    world.makeFolder("sealed");
-    world.setMode("sealed", 0);
-    world.makeFolder("unlistable");
-    world.setMode("unlistable", 0300);
-    for (const std::string& home :
-         {std::string(), world.path("missing"), world.path("file"), world.path("dangling"),
-          world.path("sealed"), world.path("unlistable"), world.path("file/x"),
-          world.path() + std::string("\0/", 2), std::string("/"), world.path("root")}) {
-        EXPECT_THROW(static_cast<void>(HomeEnvironment::make(home)), HomeError) << home;
+    for (const char* const refused :
+         {"", "/", "missing", "file", "dangling", "sealed", "unlistable", "file/x", "root"}) {
+        EXPECT_THROW(static_cast<void>(HomeEnvironment::make(refused)), StartError) << refused;
     }
-    const std::string before = std::filesystem::current_path();
-    std::filesystem::current_path(world.makeFolder("gone"));
-    std::filesystem::remove(world.path("gone"));
-    EXPECT_THROW(static_cast<void>(HomeEnvironment::make("tmp")), HomeError);
-    std::filesystem::current_path(before);
+    EXPECT_THROW(static_cast<void>(HomeEnvironment::make(std::string("home\0/", 6))), StartError);
+    std::filesystem::current_path(world.path("gone"));
+    world.remove("gone");
+    EXPECT_THROW(static_cast<void>(HomeEnvironment::make("tmp")), StartError);
 }
 
-} // namespace
+} // namespace CleanCoreTests

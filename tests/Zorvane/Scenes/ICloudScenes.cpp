@@ -96,7 +96,7 @@ void showBusy(MainWindow& window)
 void showReleasing(MainWindow& window)
 {
     Sample::addTypicalCloud(window.application);
-    window.application.disk->onRelease = [gate = window.gate](const std::string& path) {
+    window.application.drive->onRelease = [gate = window.gate](const std::string& path) {
         if (path == ScriptedApplication::cloudPath("Documents from the old laptop")) {
             gate->pass();
         }

@@ -90,7 +90,7 @@ TEST(ICloudSheetTest, ReleasesWhatIsTickedAndMarksIt)
     EXPECT_TRUE(button.isEnabled());
     EXPECT_EQ(button.opacity(), 1);
     std::latch mayRelease(1);
-    drive.application.disk->onRelease = [&](const std::string&) { mayRelease.wait(); };
+    drive.application.drive->onRelease = [&](const std::string&) { mayRelease.wait(); };
     stage.click(QStringLiteral("Free up"));
     EXPECT_TRUE(drive.state->isEvicting());
     EXPECT_FALSE(button.isEnabled());

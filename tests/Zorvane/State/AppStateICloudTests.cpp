@@ -112,7 +112,7 @@ TEST(AppStateICloudTest, ReleasesInOrderAndReports)
     waitUntil([&] { return !state.isEvicting(); });
     EXPECT_EQ(evicting.size(), 2);
     EXPECT_EQ(progress, (Strings{"1/2 b", "2/2 a", "none"}));
-    EXPECT_EQ(application.disk->released(), (Strings{entry("b"), entry("a")}));
+    EXPECT_EQ(application.drive->released(), (Strings{entry("b"), entry("a")}));
     EXPECT_EQ(state.icloudEvictReport()->freedBytes, 30);
     EXPECT_TRUE(state.icloudSelection().empty());
     EXPECT_EQ(state.icloudReleasedPaths(), (std::set<std::string>{entry("a"), entry("b")}));
@@ -134,7 +134,7 @@ TEST(AppStateICloudTest, ClosingFinishesTheReleaseInHandAndNoMore)
     application.addCloudFolder("a", 1, 20);
     application.addCloudFolder("b", 1, 10);
     Gate gate;
-    application.disk->onRelease = [&](const auto&) { gate.pass(); };
+    application.drive->onRelease = [&](const auto&) { gate.pass(); };
     AppState state(application.environment());
     measureCloud(state);
     state.setICloudSelected(entry("a"), true);
@@ -146,7 +146,7 @@ TEST(AppStateICloudTest, ClosingFinishesTheReleaseInHandAndNoMore)
     EXPECT_EQ(ready.size(), 0);
     gate.open();
     waitUntil([&] { return ready.size() == 1; });
-    EXPECT_EQ(application.disk->released(), (Strings{entry("a")}));
+    EXPECT_EQ(application.drive->released(), (Strings{entry("a")}));
 }
 
 } // namespace

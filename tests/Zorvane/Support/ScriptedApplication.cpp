@@ -45,7 +45,7 @@ Strings ScriptedDisk::removed() const
     return m_removed;
 }
 
-Strings ScriptedDisk::released() const
+Strings ScriptedDrive::released() const
 {
     const std::lock_guard lock(m_mutex);
     return m_released;
@@ -96,7 +96,7 @@ bool ScriptedDisk::visitTree(const std::string& path, const CleanCore::TreeVisit
     return true;
 }
 
-std::vector<CleanCore::CloudRefusal> ScriptedDisk::releaseLocalCopy(const std::string& path) const
+std::vector<CleanCore::CloudRefusal> ScriptedDrive::release(const std::string& path) const
 {
     if (onRelease) {
         onRelease(path);
@@ -104,6 +104,11 @@ std::vector<CleanCore::CloudRefusal> ScriptedDisk::releaseLocalCopy(const std::s
     const std::lock_guard lock(m_mutex);
     m_released.push_back(path);
     return {};
+}
+
+std::vector<CleanCore::CloudRefusal> ScriptedDrive::fetch(const std::string& /*path*/) const
+{
+    throw std::logic_error("the window fetches nothing");
 }
 
 ScriptedApplication::ScriptedApplication() : pool(std::make_shared<CleanCore::TaskPool>(2))
@@ -133,7 +138,7 @@ Zorvane::Environment ScriptedApplication::environment()
     };
     return {
         .home = homeEnvironment,
-        .cloudFileManager = disk,
+        .cloudDrive = drive,
         .tools = CleanCore::ToolLocations::ofSystem(),
         .commandRunner = [runner](const std::stop_token& /*stop*/) { return runner; },
         .loadCatalog =

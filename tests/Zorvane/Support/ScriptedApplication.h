@@ -1,5 +1,6 @@
 #pragma once
 
+#include "CleanCore/CloudDrive/CloudDrive.h"
 #include "CleanCore/CloudDrive/ICloudEvictor.h"
 #include "Zorvane/State/AppState.h"
 #include "tests/Support/ScriptedCommandRunner.h"
@@ -23,7 +24,7 @@ using Strings = std::vector<std::string>;
 /// Entries by their names.
 using Sizes = std::vector<std::pair<std::string, std::int64_t>>;
 
-/// A scripted file system that also removes, releases and has a free space, all as written down.
+/// A scripted file system that also removes and has a free space, all as written down.
 class ScriptedDisk : public CleanCoreTests::ScriptedFileManager
 {
 public:
@@ -33,15 +34,12 @@ public:
     std::set<std::string> irremovable;
     /// Called before an item is removed, on the removing thread.
     std::function<void(const std::string& path)> onRemove;
-    /// Called before an item is released, on the releasing thread.
-    std::function<void(const std::string& path)> onRelease;
     /// The files of a folder, for the walk, in order.
     std::map<std::string, std::vector<std::pair<std::string, CleanCore::EntryAttributes>>> trees;
     /// Called before a folder is walked, on the walking thread.
     std::function<void(const std::string& path)> onVisit;
 
     [[nodiscard]] Strings removed() const;
-    [[nodiscard]] Strings released() const;
 
     [[nodiscard]] std::optional<std::int64_t>
     availableCapacity(const std::string& path) const override;
@@ -51,8 +49,6 @@ public:
     [[nodiscard]] std::optional<CleanCore::EntryAttributes>
     attributes(const std::string& path) const override;
     bool visitTree(const std::string& path, const CleanCore::TreeVisitor& visit) const override;
-    [[nodiscard]] std::vector<CleanCore::CloudRefusal>
-    releaseLocalCopy(const std::string& path) const override;
 
 private:
     class Remover;
@@ -60,6 +56,24 @@ private:
     mutable std::mutex m_mutex;
     mutable std::size_t m_capacityCalls = 0;
     mutable Strings m_removed;
+};
+
+/// A cloud drive that takes down which items it was asked to release.
+class ScriptedDrive : public CleanCore::CloudDrive
+{
+public:
+    /// Called before an item is released, on the releasing thread.
+    std::function<void(const std::string& path)> onRelease;
+
+    [[nodiscard]] Strings released() const;
+
+    [[nodiscard]] std::vector<CleanCore::CloudRefusal>
+    release(const std::string& path) const override;
+    [[nodiscard]] std::vector<CleanCore::CloudRefusal>
+    fetch(const std::string& path) const override;
+
+private:
+    mutable std::mutex m_mutex;
     mutable Strings m_released;
 };
 
@@ -75,6 +89,7 @@ struct ScriptedApplication
 
     CleanCoreTests::TemporaryFolder folder;
     std::shared_ptr<ScriptedDisk> disk = std::make_shared<ScriptedDisk>();
+    std::shared_ptr<ScriptedDrive> drive = std::make_shared<ScriptedDrive>();
     std::shared_ptr<CleanCore::TaskPool> pool;
     CleanCore::RulesCatalog catalog;
     /// Shared with scans, which may outlive the test.

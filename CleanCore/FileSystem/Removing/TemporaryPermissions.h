@@ -1,0 +1,57 @@
+#pragma once
+
+#include "CleanCore/FileSystem/EntryStatus.h"
+#include "CleanCore/FileSystem/Walking/FolderStack.h"
+
+#include <map>
+#include <mutex>
+#include <string>
+#include <utility>
+
+namespace CleanCore {
+
+struct EmptyingLimits;
+
+/// The permissions that folders of the owner lack while their tree is removed (package stores are
+/// shipped read-only): granted when a step fails for want of them, and restored on every folder
+/// that stays. Serves one removal; safe from any thread.
+///
+/// Steps return an errno, 0 for success. Each is tried without a change first, and once more after
+/// the permissions were granted.
+class TemporaryPermissions
+{
+public:
+    using Folder = FolderStack::Level;
+
+    /// Opens the folder held as `held` (O_PATH will do) for reading. When that fails its
+    /// permissions are restored.
+    [[nodiscard]] int openHeldFolder(int held, const EntryStatus& status, FileDescriptor& folder);
+
+    /// Opens a subfolder for reading, through no link, unless `limits` have a reason to keep it.
+    [[nodiscard]] int openSubfolder(const Folder& parent, const std::string& name,
+                                    const EmptyingLimits& limits, FileDescriptor& folder,
+                                    EntryStatus& status);
+    [[nodiscard]] int readEntryStatus(const Folder& folder, const char* name, EntryStatus& status);
+    [[nodiscard]] int unlink(const Folder& folder, const char* name, int flags);
+
+    /// Restores the permissions of the folder open as `folder`, if any were granted.
+    void restore(int folder, const EntryStatus& status);
+    /// Restores the permissions of a subfolder that stays.
+    void restore(const Folder& parent, const std::string& name);
+    /// Leaves the levels of `stack` and restores the permissions of each, up from the top; where
+    /// the way breaks off at a folder that was moved, also of those above it, down from the root.
+    void restoreAll(FolderStack& stack);
+
+private:
+    /// False when the folder has the permissions already or the system refuses, and for one whose
+    /// set-group-id bit the system would drop for good.
+    [[nodiscard]] bool grant(int folder, const EntryStatus& status);
+    [[nodiscard]] bool hasGranted() const;
+    void restoreFromRoot(FolderStack& stack);
+
+    mutable std::mutex m_mutex;
+    /// The former modes, by device and inode.
+    std::map<std::pair<std::uint64_t, std::uint64_t>, mode_t> m_formerModes;
+};
+
+} // namespace CleanCore

@@ -1,0 +1,70 @@
+#include "ZorvaneCLI/CloudRefusalText.h"
+
+#include <system_error>
+
+namespace ZorvaneCLI {
+
+namespace {
+
+const char* textOf(CleanCore::CloudRefusalReason reason)
+{
+    using enum CleanCore::CloudRefusalReason;
+    switch (reason) {
+    case accountHome:
+        return "the stand-in cloud drive works only in another home";
+    case noMirror:
+        return "there is no mirror folder that stands for the cloud";
+    case noContainer:
+        return "the cloud drive's folder is missing or outside the home in use";
+    case linkedContainer:
+        return "the cloud drive's folder is a link";
+    case foldersOverlap:
+        return "the cloud drive's folder and its mirror are the same or one holds the other";
+    case outsideContainer:
+        return "it is not an entry of the cloud drive";
+    case applicationBundle:
+        return "application bundles stay downloaded";
+    case notAFile:
+        return "it is neither a file nor a folder";
+    case otherMount:
+        return "it lies on another mount";
+    case hardLinked:
+        return "the file has another name (a hard link)";
+    case inUse:
+        return "the file is open in another program";
+    case foreignOwner:
+        return "the file belongs to another user";
+    case privilegedFile:
+        return "the file carries privileges that would be lost";
+    case missingInMirror:
+        return "the mirror has no such file";
+    case differsFromMirror:
+        return "the mirror's copy differs";
+    case sameFileInMirror:
+        return "the mirror's copy is this very file";
+    case mirrorInUse:
+        return "the mirror's copy is being written";
+    case mirrorNotDurable:
+        return "the mirror's copy is not known to be safely on disk";
+    case notSupported:
+        return "this file system cannot hold placeholders";
+    case changedMeanwhile:
+        return "it changed during the request";
+    case notProven:
+        return "nothing proves that its missing parts are those of the mirror's copy";
+    case systemError:
+        break;
+    }
+    return "the system refused";
+}
+
+} // namespace
+
+std::string refusalText(const CleanCore::CloudFailure& failure)
+{
+    const std::string text = textOf(failure.reason);
+    return failure.error == 0 ? text
+                              : text + " (" + std::generic_category().message(failure.error) + ")";
+}
+
+} // namespace ZorvaneCLI

@@ -1,0 +1,12 @@
+#pragma once
+
+#include "CleanCore/CloudDrive/CloudRefusal.h"
+
+#include <string>
+
+namespace ZorvaneCLI {
+
+/// Why the cloud drive refused a file, as one clause for people, without the path.
+[[nodiscard]] std::string refusalText(const CleanCore::CloudFailure& failure);
+
+} // namespace ZorvaneCLI
