@@ -72,7 +72,7 @@ class CleaningTest(ProgramTest):
         process = self.run_program("clean", "--json", "--yes", "--home", self.home, *arguments,
                                    **options)
         # A sample home has an area that cannot be read, which is said and nothing else.
-        unreadable = b"zorvane-cli: some areas could not be read; zorvane-cli scan tells which\n"
+        unreadable = b'zorvane-cli: some areas could not be read; "zorvane-cli scan" shows which\n'
         self.assertIn(process.stderr, (b"", unreadable))
         self.assertEqual(process.returncode, status)
         return json.loads(process.stdout)
