@@ -15,24 +15,18 @@ if(NOT ZORVANE_WINDOW_TESTS)
   return()
 endif()
 
-zorvane_add_tests(ThemeTests SUPPORT WindowTestSupport SOURCES
-  Zorvane/ThemeTests.cpp Zorvane/ControlTests.cpp Zorvane/Support/WindowTestMain.cpp)
-zorvane_add_tests(SheetTests SUPPORT WindowTestSupport SOURCES
-  Zorvane/Sheets/*.cpp Zorvane/ScreenTests.cpp Zorvane/Support/WindowTestMain.cpp)
 zorvane_add_tests(WindowTests SUPPORT WindowTestSupport SOURCES
-  Zorvane/Window*Tests.cpp Zorvane/Support/WindowTestMain.cpp)
+  Zorvane/*Tests.cpp Zorvane/Support/WindowTestMain.cpp)
 add_executable(screenshots Zorvane/Screenshots.cpp)
 target_link_libraries(screenshots PRIVATE WindowTestSupport Zorvane::Warnings)
-foreach(program ThemeTests SheetTests WindowTests screenshots)
+foreach(program WindowTests screenshots)
   target_link_libraries(${program} PRIVATE ZorvaneWindowplugin)
 endforeach()
 
-# Once more as the program draws where there is a graphics card: what looks at pixels.
-foreach(suite ThemeTests WindowTests)
-  add_test(NAME ${suite}WithOpenGL COMMAND "${launcher}" "${CMAKE_CURRENT_SOURCE_DIR}/with-display"
-           "$<TARGET_FILE:${suite}>" --opengl "--gtest_filter=-Window/EveryState.*")
-  set_tests_properties(${suite}WithOpenGL PROPERTIES TIMEOUT 120)
-endforeach()
+# Once more as the program draws where there is a graphics card.
+add_test(NAME PixelsWithOpenGL COMMAND "${launcher}" "${CMAKE_CURRENT_SOURCE_DIR}/with-display"
+         "$<TARGET_FILE:WindowTests>" --opengl "--gtest_filter=Pixels.*:Sheets.TheKeyboard*")
+set_tests_properties(PixelsWithOpenGL PROPERTIES TIMEOUT 120)
 
 # The window as a person uses it, on a display of the tests' own.
 add_library(confined MODULE EndToEnd/Window/confined.c)

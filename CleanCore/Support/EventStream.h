@@ -80,22 +80,12 @@ public:
         std::unique_lock lock(m_channel->mutex);
         m_channel->changed.wait(lock,
                                 [&] { return !m_channel->events.empty() || m_channel->isEnded; });
-        return takeFirst();
-    }
-
-    /// The next event if one is waiting; never blocks. See hasEnded() to tell "not yet" from "no
-    /// more".
-    [[nodiscard]] std::optional<Event> tryNext()
-    {
-        const std::lock_guard lock(m_channel->mutex);
-        return takeFirst();
-    }
-
-    /// Whether the stream is at its end and everything was read.
-    [[nodiscard]] bool hasEnded() const
-    {
-        const std::lock_guard lock(m_channel->mutex);
-        return m_channel->isEnded && m_channel->events.empty();
+        if (m_channel->events.empty()) {
+            return std::nullopt;
+        }
+        std::optional<Event> event(std::move(m_channel->events.front()));
+        m_channel->events.pop_front();
+        return event;
     }
 
     /// Drops the unread events, ends the stream and asks the writers to stop. May be called from
@@ -114,16 +104,6 @@ public:
     }
 
 private:
-    std::optional<Event> takeFirst()
-    {
-        if (m_channel->events.empty()) {
-            return std::nullopt;
-        }
-        std::optional<Event> event(std::move(m_channel->events.front()));
-        m_channel->events.pop_front();
-        return event;
-    }
-
     std::shared_ptr<typename EventSink<Event>::Channel> m_channel;
 };
 

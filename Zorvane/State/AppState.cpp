@@ -23,7 +23,7 @@ AppState::AppState(Environment environment, QObject* parent)
     : QObject(parent), m_environment(std::move(environment)), m_formatter(m_environment.locale),
       m_icloudEvictor(m_environment.home.cloudContainer(), m_environment.home.fileManager,
                       m_environment.cloudDrive, m_environment.home.pool, m_environment.steadyNow),
-      m_mailbox(std::make_shared<Mailbox>()), m_mailboxReader(m_mailbox)
+      m_queue(std::make_shared<MainThreadQueue>()), m_runner(m_queue)
 {
     if (m_environment.preferences.acceptedTermsVersion() != currentTermsVersion) {
         m_phase = Phase::termsAcceptance;

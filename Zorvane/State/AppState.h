@@ -7,7 +7,7 @@
 #include "Zorvane/Desktop/ByteCountFormatter.h"
 #include "Zorvane/State/Binding.h"
 #include "Zorvane/State/Environment.h"
-#include "Zorvane/State/Mailbox.h"
+#include "Zorvane/State/MainThreadQueue.h"
 #include "Zorvane/State/Models/RingSegment.h"
 #include "Zorvane/State/Phase.h"
 
@@ -29,8 +29,8 @@ namespace Zorvane {
 
 /// The application's one state: what the screens show and the operations behind their controls.
 ///
-/// Main thread only. Work is done by threads that share nothing with it; what they find comes back
-/// as letters. Every write of a published field emits its signal, also when the value stays the
+/// Main thread only. Work is done by threads that share nothing with it; they post what they find
+/// as tasks. Every write of a published field emits its signal, also when the value stays the
 /// same. Byte counts are allocated sizes.
 ///
 /// Destroying the state ends a scan at once, without waiting for a tool or a file system that
@@ -253,11 +253,11 @@ private:
     std::optional<EvictReport> m_icloudEvictReport;
 
     bool m_isClosing = false;
-    const std::shared_ptr<Mailbox> m_mailbox;
-    const MailboxReader m_mailboxReader;
+    const std::shared_ptr<MainThreadQueue> m_queue;
+    const MainThreadRunner m_runner;
     /// Ends the running tools of scans when the state goes.
     std::stop_source m_end;
-    /// Cancels the scan whose letters count.
+    /// Cancels the scan whose tasks count.
     std::shared_ptr<std::stop_source> m_scan;
     /// Asks a clean or release to stop after the item in hand.
     std::jthread m_clean;

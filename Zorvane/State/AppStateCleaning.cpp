@@ -135,9 +135,9 @@ void AppState::performClean()
     CleanCore::Clean clean(home.home, home.fileManager, home.folders.protectedFolders,
                            std::bind_front(&CleanCore::CommandCleanEngine::run, tools));
     m_clean = std::jthread([this, clean = std::move(clean), chosen = m_selection,
-                            mailbox = m_mailbox](const std::stop_token& stop) {
+                            queue = m_queue](const std::stop_token& stop) {
         auto outcome = clean.run(chosen.selections(), false, stop);
-        mailbox->post([this, outcome = std::move(outcome)]() mutable {
+        queue->post([this, outcome = std::move(outcome)]() mutable {
             finishClean(std::move(outcome.report), outcome.visibleFreedBytes);
         });
     });

@@ -169,16 +169,16 @@ void AppState::measureICloudChildren(std::vector<std::string> children)
     emit icloudPendingChanged();
     const auto deadline = m_environment.steadyNow() + measuringLimit;
     for (std::string& child : children) {
-        m_environment.home.pool->submit([this, evictor = m_icloudEvictor, mailbox = m_mailbox,
-                                         deadline, path = std::move(child)] {
-            const auto progress = [&](std::int64_t files, std::int64_t bytes) {
-                mailbox->post([this, path, files, bytes] {
-                    handleMeasureProgress(path, {files, bytes});
-                });
-            };
-            const auto result = evictor.measureChild(path, deadline, progress);
-            mailbox->post([this, result] { handleMeasureResult(result); });
-        });
+        m_environment.home.pool->submit(
+            [this, evictor = m_icloudEvictor, queue = m_queue, deadline, path = std::move(child)] {
+                const auto progress = [&](std::int64_t files, std::int64_t bytes) {
+                    queue->post([this, path, files, bytes] {
+                        handleMeasureProgress(path, {files, bytes});
+                    });
+                };
+                const auto result = evictor.measureChild(path, deadline, progress);
+                queue->post([this, result] { handleMeasureResult(result); });
+            });
     }
 }
 
@@ -222,14 +222,14 @@ void AppState::performEvict()
     m_isEvicting = true;
     emit isEvictingChanged();
     m_evict = std::jthread([this, evictor = m_icloudEvictor, items = icloudSelectedItems(),
-                            mailbox = m_mailbox](const std::stop_token& stop) {
+                            queue = m_queue](const std::stop_token& stop) {
         const auto progress = [&](std::int64_t index, std::int64_t total, const std::string& path) {
             const EvictProgress step{index, total,
                                      std::string(CleanCore::PathText::lastComponent(path))};
-            mailbox->post([this, step] { setEvictProgress(step); });
+            queue->post([this, step] { setEvictProgress(step); });
         };
         const EvictReport report = evictor.evict(items, progress, stop);
-        mailbox->post([this, report] { finishEvict(report); });
+        queue->post([this, report] { finishEvict(report); });
     });
 }
 

@@ -65,9 +65,9 @@ void AppState::startScan()
 
     m_scan = std::make_shared<std::stop_source>();
     // Carries a call to the main thread, where it counts for as long as this scan does.
-    const auto letter = [this, scan = m_scan](auto operation) {
-        return [this, scan, operation, mailbox = m_mailbox](const auto&... arguments) {
-            mailbox->post([this, scan, operation, arguments...] {
+    const auto onMainThread = [this, scan = m_scan](auto operation) {
+        return [this, scan, operation, queue = m_queue](const auto&... arguments) {
+            queue->post([this, scan, operation, arguments...] {
                 if (m_scan == scan) {
                     operation(arguments...);
                 }
@@ -87,13 +87,14 @@ void AppState::startScan()
         .progress =
             {
                 .ruleStarted =
-                    letter([this](const std::string& ruleId) { setCurrentRuleId(ruleId); }),
-                .bytesFound = letter([this](std::int64_t bytes) { setBytesFoundSoFar(bytes); }),
-                .filesScanned = letter([this] { setCurrentRuleId(std::nullopt); }),
+                    onMainThread([this](const std::string& ruleId) { setCurrentRuleId(ruleId); }),
+                .bytesFound =
+                    onMainThread([this](std::int64_t bytes) { setBytesFoundSoFar(bytes); }),
+                .filesScanned = onMainThread([this] { setCurrentRuleId(std::nullopt); }),
             },
-        .failed = letter([this] { setPhase(Phase::ready); }),
-        .finished =
-            letter([this](const CleanCore::SelectionState& results) { publishResults(results); }),
+        .failed = onMainThread([this] { setPhase(Phase::ready); }),
+        .finished = onMainThread(
+            [this](const CleanCore::SelectionState& results) { publishResults(results); }),
         .cancelled = m_scan->get_token(),
     };
     // Never joined: it may hang in the kernel. All that it uses is its own or shared.

@@ -45,7 +45,7 @@ public:
     void add(const std::string& base, const std::string& name, std::int64_t size,
              CleanCore::Timestamp modifiedAt = {});
 
-    /// The paths that were removed, in order.
+    /// The paths of what was removed, in order.
     [[nodiscard]] std::vector<std::string> removed() const;
 
     [[nodiscard]] std::optional<std::string>

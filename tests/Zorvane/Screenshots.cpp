@@ -29,27 +29,27 @@ struct Options
     QString only;
 };
 
-/// Whether the picture was taken without a warning and written.
+/// Whether the picture was written without a warning.
 bool take(const Scene& scene, QSize size, const Options& options)
 {
     MainWindow window(size, options.wording);
-    scene.show(window);
+    ZorvaneTests::play(window, scene.steps);
     const QString name =
-        QStringLiteral("%1-%2%3-%4x%5-%6-%7.png")
-            .arg(QString::fromStdString(scene.screen), QString::fromStdString(scene.state),
+        QStringLiteral("%1%2-%3x%4-%5-%6.png")
+            .arg(QString::fromStdString(scene.name).replace(u' ', u'-'),
                  options.wording == Wording::lengthened ? QStringLiteral("-long-texts") : QString())
             .arg(size.width())
             .arg(size.height())
             .arg(window.window().effectiveDevicePixelRatio())
             .arg(options.renderer);
-    const bool isWritten = window.picture().save(options.folder.filePath(name));
-    if (!isWritten) {
-        std::cerr << "screenshots: " << name.toStdString() << " cannot be written\n";
+    QStringList problems = ZorvaneTests::takeWarnings();
+    if (!window.picture().save(options.folder.filePath(name))) {
+        problems << QStringLiteral("cannot be written");
     }
-    for (const QString& warning : window.warnings()) {
-        std::cerr << "screenshots: " << name.toStdString() << ": " << warning.toStdString() << '\n';
+    for (const QString& problem : problems) {
+        std::cerr << "screenshots: " << name.toStdString() << ": " << problem.toStdString() << '\n';
     }
-    return isWritten && window.warnings().isEmpty();
+    return problems.isEmpty();
 }
 
 std::vector<QSize> sizesFor(const Scene& scene, const Options& options)
@@ -80,6 +80,7 @@ int main(int argc, char** argv)
         qputenv("QT_QUICK_BACKEND", "software");
     }
     const QGuiApplication application(argc, argv);
+    ZorvaneTests::collectWarnings();
     QCommandLineParser parser;
     parser.addOption({QStringLiteral("long-texts"), QStringLiteral("lengthen every text")});
     parser.addOption({QStringLiteral("only"), QStringLiteral("scenes with TEXT in their names"),
@@ -98,7 +99,7 @@ int main(int argc, char** argv)
     };
     bool isFine = true;
     for (const Scene& scene : ZorvaneTests::allScenes()) {
-        const QString name = QString::fromStdString(scene.screen + '-' + scene.state);
+        const QString name = QString::fromStdString(scene.name).replace(u' ', u'-');
         if (!name.contains(options.only)) {
             continue;
         }

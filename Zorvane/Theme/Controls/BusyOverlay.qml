@@ -34,7 +34,7 @@ FocusScope {
         anchors.centerIn: parent
         padding: 24
 
-        contentItem: Item {
+        Item {
             implicitWidth: overlay.isLarge ? Math.max(spinner.width, label.width) : label.x + label.width
             implicitHeight: overlay.isLarge ? label.y + label.height : Math.max(spinner.height, label.height)
 

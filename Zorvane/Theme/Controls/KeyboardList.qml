@@ -11,6 +11,7 @@ ListView {
 
     function goTo(row: int) {
         currentIndex = Math.max(0, Math.min(row, count - 1));
+        positionViewAtIndex(currentIndex, ListView.Contain);
         (currentItem as KeyboardRow)?.takeKeyboard();
     }
 

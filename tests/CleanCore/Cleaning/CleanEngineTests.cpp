@@ -1,321 +1,258 @@
 #include "CleanCore/Cleaning/CleanEngine.h"
 
+#include "CleanCore/Cleaning/Clean.h"
 #include "tests/Support/CleanableHome.h"
-#include "tests/Support/StoppingFileManager.h"
+#include "tests/Support/ScriptedDisk.h"
 
-#include <functional>
 #include <gmock/gmock.h>
-#include <sys/stat.h>
-#include <unistd.h>
 
 namespace CleanCoreTests {
 
 using namespace CleanCore;
 using enum CleaningReport::SkipReason;
-using testing::IsEmpty;
-using testing::SizeIs;
+using testing::ElementsAre;
+using Removed = CleaningReport::RemovedItem;
+using Skipped = CleaningReport::SkippedItem;
 
-namespace {
-
-std::vector<std::string> removedPaths(const CleaningReport& report)
+TEST(CleanEngine, RemovesEntriesOfEveryKindAndName)
 {
-    std::vector<std::string> paths;
-    for (const CleaningReport::RemovedItem& item : report.removed) {
-        paths.push_back(item.path);
+    const CleanableHome home("Documents/kept .cache/file:9k .cache/folder/a/b/c:9k .cache/fifo| "
+                             ".cache/folder/.hidden .cache/empty/ .cache/locked=0 "
+                             ".cache/folder/fifo| .cache/hard==Documents/kept "
+                             ".cache/folder/hard==Documents/kept .cache/caf\u00e9");
+    for (int byte = 1; byte < 256; ++byte) {
+        if (byte != '/') {
+            const auto name = static_cast<char>(byte);
+            home.makeFile(std::string(".cache/n") + name);
+            home.makeFile(std::string(".cache/names/") + std::string(2, name) + "/f");
+        }
     }
-    return paths;
-}
-
-std::vector<std::string> pathsOf(const CleaningSelection& selection)
-{
-    std::vector<std::string> paths;
-    for (const ScannedItem& item : selection.items) {
-        paths.push_back(item.path);
-    }
-    return paths;
-}
-
-} // namespace
-
-TEST(CleanEngine, RemovesEntriesOfEveryKindAndCreditsTheScannedSize)
-{
-    const CleanableHome home;
-    home.folder.makeFile("Documents/kept", "linked twice");
-    home.folder.makeFile(".cache/file", std::string(9000, 'x'));
-    home.folder.makeFile(".cache/folder/a/b/c", std::string(9000, 'x'));
-    home.folder.makeFile(".cache/folder/.hidden");
-    home.folder.makeFolder(".cache/empty");
-    home.folder.makeFile(".cache/locked");
-    home.folder.setMode(".cache/locked", 0);
-    ASSERT_EQ(::mkfifo(home.folder.path(".cache/fifo").c_str(), S_IRUSR | S_IWUSR), 0);
-    ASSERT_EQ(::mkfifo(home.folder.path(".cache/folder/fifo").c_str(), S_IRUSR | S_IWUSR), 0);
-    for (const char* name : {".cache/hard", ".cache/folder/hard"}) {
-        ASSERT_EQ(
-            ::link(home.folder.path("Documents/kept").c_str(), home.folder.path(name).c_str()), 0);
-    }
-    const std::string kept = snapshot(home.folder.path("Documents"));
-
+    home.makeFile(".cache/" + std::string(255, 'l'));
+    home.makeFile(".cache/cafe\u0301");
+    const std::string kept = snapshot(home.path("Documents"));
     CleaningSelection selection = home.scan();
-    selection.items.front().sizeBytes = CleanableHome::selectedBytes;
-    home.folder.makeFile(".cache/file", "has shrunk since");
+    std::erase_if(selection.items, [&](const ScannedItem& item) {
+        return item.path == home.path(".cache/caf\u00e9");
+    });
+    home.makeFile(".cache/file", "has shrunk since");
+    std::vector<Removed> expected;
+    for (const ScannedItem& item : selection.items) {
+        expected.push_back({item.path, item.sizeBytes});
+    }
     const CleaningReport report = home.clean(selection);
-    EXPECT_THAT(report.skipped, IsEmpty());
-    ASSERT_THAT(report.removed, SizeIs(6));
-    for (std::size_t i = 0; i < selection.items.size(); ++i) {
-        EXPECT_EQ(report.removed[i].path, selection.items[i].path);
-        EXPECT_EQ(report.removed[i].bytes, selection.items[i].sizeBytes);
-    }
-    EXPECT_EQ(snapshot(home.folder.path(".cache")), "");
-    EXPECT_EQ(snapshot(home.folder.path("Documents")), kept);
+    EXPECT_EQ(report.removed, expected);
+    EXPECT_EQ(report.skipped, std::vector<Skipped>());
+    EXPECT_EQ(home.tree(), ".cache/caf\u00e9 Documents/kept");
+    EXPECT_EQ(snapshot(home.path("Documents")), kept);
 }
 
-TEST(CleanEngine, BlocksWhatLiesUnderNoBase)
+TEST(CleanEngine, RemovesOnlyWhatTheGuardAllowsInOneOfTheBases)
 {
-    const CleanableHome home;
-    home.folder.makeFile(".cache/app/x");
-    home.folder.makeFile(".cache-old/x");
-    home.folder.makeFile("Documents/x");
-    home.folder.makeFile(".ssh/id");
-    const std::string before = snapshot(home.folder.path());
-    struct Case
-    {
-        std::string item;
-        std::vector<std::string> bases;
+    const CleanableHome home(".cache/app/x .cache/folder/x .cache/plain .cache-old/x Documents/x "
+                             ".ssh/id second/file plain/x place/.cache/app/x linked->place/.cache "
+                             ".cache/photos/in/x .config/user-dirs.dirs .cache/linked/desktop/x "
+                             "Desktop->.cache/linked/desktop");
+    home.makeFile(".config/user-dirs.dirs", "XDG_PICTURES_DIR=\"$HOME/.cache/photos/in\"\n");
+    const TemporaryFolder elsewhere;
+    const std::string root = home.path();
+    std::vector<OutcomeRow> rows = {
+        {".cache/", "~/.cache", "blocked"},
+        {".cache/", "~/.cache/app ~/.cache/", "blocked"},
+        {".cache-old/", "~/.cache", "blocked"},
+        {".cache-old/x", "~/.cache", "blocked"},
+        {".cache/app/", "~/.cache/app", "blocked"},
+        {".cache/app/", "~/.cache/../.cache/app", "blocked"},
+        {".cache/app/", "~/nowhere ~/nowhere/*", "blocked"},
+        {".cache/app/", "", "blocked"},
+        {"Documents/", "~", "blocked"},
+        {"Documents/x", "~/Documents ~", "blocked"},
+        {".ssh/", "~", "blocked"},
+        {".ssh/id", "~/.ssh", "blocked"},
+        // What holds a protected folder is one, whatever the guard can see of it.
+        {".cache/photos/", "~/.cache", "blocked"},
+        {".cache/photos/in/", "~/.cache/photos", "blocked"},
+        {".cache/linked/", "~/.cache", "blocked"},
+        {".cache/new/", "~/nowhere ~/Documents ~/.cache/", "removed all"},
+        {".cache/new/", "~/Documents/../.cache", "removed all"},
+        {".cache/new/", "~/*", "removed all"},
+        {"linked/new/", "~/linked", "removed all"},
     };
-    const std::vector<Case> cases = {
-        {".cache", {"~/.cache"}},
-        {".cache", {"~/.cache/app", "~/.cache/"}},
-        {".cache-old", {"~/.cache"}},
-        {".cache-old/x", {"~/.cache"}},
-        {".cache/app", {"~/.cache/app"}},
-        {".cache/app", {"~/.cache/../.cache/app"}},
-        {".cache/app", {"~/nowhere", "~/nowhere/*"}},
-        {".cache/app", {}},
-        {"Documents", {"~"}},
-        {"Documents/x", {"~/Documents", "~"}},
-        {".ssh", {"~"}},
-        {".ssh/id", {"~/.ssh"}},
-    };
-    for (const auto& [item, bases] : cases) {
-        EXPECT_EQ(home.outcomeOf(item, bases), "blocked") << item;
+    // Links go themselves, if what they lead to could go as well; most bases are another's.
+    for (const char* const target : {"plain", "folder", "folder/x", "~/.cache/folder", "folder/",
+                                     "../second/file", "nothing/here", "link", "folder/../link"}) {
+        rows.push_back({".cache/link->" + std::string(target), "~/.cache ~/second", "removed 0"});
     }
-    CleaningSelection homeItself = home.select(".cache", {"/", "/tmp", "~/.."});
-    homeItself.items.front().path = home.folder.path();
-    EXPECT_EQ(home.outcomeOf(homeItself), "blocked");
-    EXPECT_EQ(snapshot(home.folder.path()), before);
-}
+    for (const std::string target :
+         {"../nothing", ".", "../second", "..", "/", "/tmp", "../Documents", "../Documents/x",
+          "../.ssh", "../plain", elsewhere.path().c_str(), "/proc/self/cwd"}) {
+        rows.push_back({".cache/link->" + target, "~/.cache ~/second", "blocked"});
+    }
+    home.expectOutcomes(rows);
 
-TEST(CleanEngine, AsksForEveryBaseInTurn)
-{
-    const CleanableHome home;
-    home.folder.makeFolder("Documents");
-    for (const char* base : {"~/.cache/", "~/Documents/../.cache", "~/*"}) {
-        home.folder.makeFile(".cache/app/x");
-        EXPECT_EQ(home.outcomeOf(".cache/app", {"~/nowhere", "~/Documents", base}), "removed all")
-            << base;
+    home.make(".cache/out->../plain .cache/in->app .cache/protected->../Documents");
+    for (const auto& [path, outcome] :
+         {std::pair(".cache/out/x", "blocked"), std::pair(".cache/protected/x", "blocked"),
+          std::pair(".cache/in/x", "failed"), std::pair(".cache/../plain/x", "blocked"),
+          std::pair(".cache/app/../app/x", "failed"), std::pair("", "blocked")}) {
+        CleaningSelection selection = home.select("plain/x", {"~/.cache", "/", "/tmp", "~/.."});
+        selection.rule.basePaths.resize(*path == '\0' ? 4 : 1);
+        selection.items.front() = {home.path(path)};
+        EXPECT_EQ(home.outcomeOf(selection), outcome) << path;
     }
-    home.folder.makeFile("place/.cache/app/x");
-    home.folder.makeLink("link", "place/.cache");
-    EXPECT_EQ(home.outcomeOf("link/app", {"~/link"}), "removed all") << "a base that is a link";
-    EXPECT_TRUE(home.folder.has("place/.cache"));
+    EXPECT_TRUE(home.has("plain/x") && home.has("Documents/x") && home.has(".cache/app/x"));
 }
 
 TEST(CleanEngine, FindsOutWhatChangedSinceTheScan)
 {
-    using Change = std::function<void(const TemporaryFolder&)>;
-    const auto expect = [](const char* what, const std::string& outcome,
-                           const std::vector<std::string>& kept, const Change& change) {
-        SCOPED_TRACE(what);
-        const CleanableHome home;
-        home.folder.makeFile(".cache/item/in/file");
-        home.folder.makeFile(".cache/sibling/x");
-        home.folder.makeFile("Documents/x");
+    const std::string before = ".cache/item/in/file .cache/sibling/x Documents/x";
+    const struct
+    {
+        const char* moved;
+        const char* made;
+        const char* outcome;
+        const char* left;
+    } rows[] = {
+        {".cache/item", "", "failed", ".cache/sibling/x Documents/x moved/in/file"},
+        {".cache/item", ".cache/item", "failed",
+         ".cache/item .cache/sibling/x Documents/x moved/in/file"},
+        {".cache/item", ".cache/item/in/file", "failed",
+         ".cache/item/in/file .cache/sibling/x Documents/x moved/in/file"},
+        {".cache/item", ".cache/item->sibling", "failed",
+         ".cache/item->sibling .cache/sibling/x Documents/x moved/in/file"},
+        {".cache/item", ".cache/item->../Documents", "blocked",
+         ".cache/item->../Documents .cache/sibling/x Documents/x moved/in/file"},
+        {".cache", "Documents/item/in/file .cache->Documents", "blocked",
+         ".cache->Documents Documents/item/in/file Documents/x moved/item/in/file moved/sibling/x"},
+        {".cache", ".cache/item/in/file", "failed",
+         ".cache/item/in/file Documents/x moved/item/in/file moved/sibling/x"},
+        {"", ".cache/=0500", "failed",
+         ".cache/=0500 .cache/item/in/file .cache/sibling/x Documents/x"},
+        {"", ".cache/=0", "failed", ".cache/=00 Documents/x"},
+        // The owner may look into a folder of their own again, and so does the clean.
+        {"", ".cache/item/in/=0", "removed all", ".cache/sibling/x Documents/x"},
+        {"", ".cache/item/new/file", "removed all", ".cache/sibling/x Documents/x"},
+    };
+    for (const auto& [moved, made, outcome, left] : rows) {
+        const CleanableHome home(before);
         const CleaningSelection selection = home.select(".cache/item");
-        change(home.folder);
-        EXPECT_EQ(describe(home.clean(selection, true), selection.items.front()), outcome)
-            << "in a dry run";
-        EXPECT_EQ(home.outcomeOf(selection), outcome);
-        for (const std::string& relative : kept) {
-            EXPECT_TRUE(home.folder.has(relative)) << relative;
+        if (*moved != '\0') {
+            home.move(moved, "moved");
         }
-        EXPECT_TRUE(outcome != "removed all" || !home.folder.has(".cache/item"));
-    };
-    const auto move = [](const TemporaryFolder& folder, const char* from) {
-        ASSERT_EQ(::rename(folder.path(from).c_str(), folder.path("moved").c_str()), 0);
-    };
-    const Change away = [&](auto& folder) { move(folder, ".cache/item"); };
-    expect("moved away", "failed", {"moved/in/file"}, away);
-    expect("replaced by a file", "failed", {".cache/item", "moved/in/file"}, [&](auto& folder) {
-        away(folder);
-        folder.makeFile(".cache/item");
-    });
-    expect("replaced by a folder", "failed", {".cache/item/in/file", "moved/in/file"},
-           [&](auto& folder) {
-               away(folder);
-               folder.makeFile(".cache/item/in/file");
-           });
-    expect("a link inside the base", "failed", {".cache/item", ".cache/sibling/x"},
-           [&](auto& folder) {
-               away(folder);
-               folder.makeLink(".cache/item", "sibling");
-           });
-    expect("a link to a protected folder", "blocked", {".cache/item", "Documents/x"},
-           [&](auto& folder) {
-               away(folder);
-               folder.makeLink(".cache/item", "../Documents");
-           });
-    expect("the base is a link to a protected folder", "blocked",
-           {"Documents/item/in/file", "moved/item/in/file"}, [&](auto& folder) {
-               move(folder, ".cache");
-               folder.makeFile("Documents/item/in/file");
-               folder.makeLink(".cache", "Documents");
-           });
-    expect("the base is another folder", "failed", {".cache/item/in/file", "moved/item/in/file"},
-           [&](auto& folder) {
-               move(folder, ".cache");
-               folder.makeFile(".cache/item/in/file");
-           });
-    expect("the base is read-only", "failed", {".cache/item", ".cache/sibling/x"},
-           [](auto& folder) { folder.setMode(".cache", 0500); });
-    expect("the base is unreadable", "failed", {},
-           [](auto& folder) { folder.setMode(".cache", 0); });
-    // The owner may look into a folder of their own again, and so does the clean.
-    expect("unreadable inside", "removed all", {".cache/sibling/x"},
-           [](auto& folder) { folder.setMode(".cache/item/in", 0); });
-    expect("grown", "removed all", {".cache/sibling/x"},
-           [](auto& folder) { folder.makeFile(".cache/item/new/file"); });
+        home.make(made);
+        EXPECT_EQ(home.outcomeOf(selection), outcome) << moved << " then " << made;
+        EXPECT_EQ(home.tree(), left) << moved << " then " << made;
+    }
 }
 
-TEST(CleanEngine, ListsTheSameItemsInADryRunAndChangesNothing)
+TEST(CleanEngine, CreditsEachItemInOrderAndALinkOnlyInADryRun)
 {
-    const CleanableHome home;
-    home.folder.makeFile(".cache/app/x");
-    home.folder.makeFile("Documents/x");
-    home.folder.makeFile(".local/share/Trash/files/gone");
-    home.folder.makeFile(".local/share/Trash/info/gone.trashinfo");
-    home.folder.makeLink(".cache/link", "app");
-    home.folder.makeLink(".cache/to-documents", "../Documents");
-    home.folder.makeFile(".cache/read-only/x");
-    home.folder.setMode(".cache/read-only", 0500);
+    const CleanableHome home(".cache/a-before->m .cache/app/x .cache/m/x:5k .cache/z-after->m "
+                             ".cache/to-documents->../Documents Documents/x "
+                             ".local/share/Trash/files/gone .local/share/Trash/info/gone.trashinfo "
+                             ".cache/read-only/=0500 .cache/read-only/x");
     const CleaningSelection selection = home.scan({"~/.cache", "~/.local/share/Trash/files"});
-    const std::string before = snapshot(home.folder.path());
-
+    const std::string before = snapshot(home.path());
     const CleaningReport dry = home.clean(selection, true);
-    EXPECT_EQ(snapshot(home.folder.path()), before);
-    const CleaningReport wet = home.clean(selection);
-    EXPECT_EQ(removedPaths(dry), removedPaths(wet));
+    EXPECT_EQ(snapshot(home.path()), before);
+    CleaningReport wet = home.clean(selection);
+    EXPECT_EQ(home.tree(), ".cache/to-documents->../Documents .local/share/Trash/files/ "
+                           ".local/share/Trash/info/ Documents/x");
     EXPECT_EQ(dry.skipped, wet.skipped);
-    EXPECT_THAT(dry.removed, SizeIs(4));
-    // Only a dry run credits a link with what the scan measured.
-    std::int64_t linkBytes = 0;
+    std::vector<Removed> expected;
     for (const ScannedItem& item : selection.items) {
-        linkBytes += item.path == home.folder.path(".cache/link") ? item.sizeBytes : 0;
+        expected.push_back({item.path, item.sizeBytes});
     }
-    EXPECT_EQ(dry.totalBytesFreed(), wet.totalBytesFreed() + linkBytes);
+    std::erase_if(expected, [](const Removed& item) { return item.path.ends_with("documents"); });
+    EXPECT_EQ(dry.removed, expected);
+    expected.front().bytes = 0;
+    expected[expected.size() - 2].bytes = 0;
+    EXPECT_EQ(wet.removed, expected);
 }
 
-TEST(CleanEngine, HandlesSelectionsInOrderAndExpandsBasesWhenItReachesThem)
+TEST(CleanEngine, GoesThroughTheSelectionsInOrderAndStopsBetweenTwoItems)
 {
-    const CleanableHome home;
-    for (const char* file : {"one/b", "one/a", "two/d", "two/c"}) {
-        home.folder.makeFile(file);
-    }
-    CleaningSelection first = home.scan({"~/one"});
-    std::swap(first.items.front(), first.items.back());
-    const CleaningSelection second = home.scan({"~/two"});
-    const std::vector<CleaningSelection> selections = {first, second, first};
-    const CleaningReport report = home.engine().clean(selections, false);
-    std::vector<std::string> expected = pathsOf(first);
-    for (const std::string& path : pathsOf(second)) {
-        expected.push_back(path);
-    }
-    EXPECT_EQ(removedPaths(report), expected);
-    // What was removed a moment ago is not there to be removed again.
-    EXPECT_THAT(report.skipped, SizeIs(2));
+    const auto disk = std::make_shared<ScriptedDisk>();
+    const CleanEngine engine("/home/me", disk);
+    const std::int64_t large = 3'000'000'000;
+    std::vector<CleaningSelection> selections(2);
+    // Bases are looked for when their selection is reached.
+    selections[0].rule.basePaths = {"/first"};
+    selections[0].items = {{"/first/b/x", large}, {"/first/a/x", large}, {"/first/busy/x", 1}};
+    selections[1].rule.basePaths = {"/late/*"};
+    selections[1].items = {{"/late/base/d", 1}, {"/late/other/c", 2}};
+    disk->irremovable = {"/first/busy/x"};
+    disk->onRemove = [&](const std::string&) {
+        disk->folders["/late"] = {{"base"}, 0};
+        disk->folders["/late/base"] = {};
+    };
+    const CleaningReport report = engine.clean(selections, false);
+    EXPECT_THAT(report.removed,
+                ElementsAre(Removed{"/first/b/x", large}, Removed{"/first/a/x", large},
+                            Removed{"/late/base/d", 1}));
+    EXPECT_THAT(report.skipped, ElementsAre(Skipped{"/first/busy/x", removalFailed},
+                                            Skipped{"/late/other/c", blockedBySafetyGuard}));
+    EXPECT_EQ(report.totalBytesFreed(), 2 * large + 1);
+    const CleaningReport merged = report.merging({{{"/tool", INT64_MAX}}, {{"/y", removalFailed}}});
+    EXPECT_EQ(merged.removed.back(), (Removed{"/tool", INT64_MAX}));
+    EXPECT_EQ(merged.removed.front(), report.removed.front());
+    EXPECT_EQ(merged.skipped.back(), (Skipped{"/y", removalFailed}));
+    EXPECT_EQ(merged.totalBytesFreed(), INT64_MAX);
 
-    home.folder.makeFile("late/base/x");
-    CleaningSelection late = home.scan({"~/late/base"});
-    late.rule.basePaths = {"~/*/base"};
-    EXPECT_EQ(home.outcomeOf(late), "removed all");
-}
-
-TEST(CleanEngine, StopsBetweenTwoItemsAndReportsWhatItDid)
-{
-    const CleanableHome home;
-    for (const char* name : {"a", "b", "c", "d"}) {
-        home.folder.makeFile(std::string(".cache/") + name + "/file");
-    }
-    const CleaningSelection selection = home.scan();
     std::stop_source stop;
-    const auto files =
-        std::make_shared<StoppingFileManager>(home.folder.path(), home.pool, stop, 2);
-    const CleanEngine engine(home.folder.path(), files);
-    const CleaningReport report = engine.clean({&selection, 1}, false, stop.get_token());
-    EXPECT_THAT(removedPaths(report),
-                testing::ElementsAre(home.folder.path(".cache/a"), home.folder.path(".cache/b")));
-    EXPECT_THAT(report.skipped, IsEmpty());
-    EXPECT_FALSE(home.folder.has(".cache/b"));
-    EXPECT_TRUE(home.folder.has(".cache/c/file"));
-    const CleaningReport none = engine.clean({&selection, 1}, true, stop.get_token());
+    disk->onRemove = [&](const std::string& path) {
+        if (path == "/first/a/x") {
+            stop.request_stop();
+        }
+    };
+    const CleaningReport stopped = engine.clean(selections, false, stop.get_token());
+    EXPECT_THAT(stopped.removed,
+                ElementsAre(Removed{"/first/b/x", large}, Removed{"/first/a/x", large}));
+    EXPECT_THAT(stopped.skipped, ElementsAre());
+    const CleaningReport none = engine.clean(selections, true, stop.get_token());
     EXPECT_TRUE(none.removed.empty() && none.skipped.empty());
 }
 
-TEST(CleanEngine, RemovesNamesOfAnyBytes)
+TEST(Clean, ClearsFilesBeforeToolsAndTellsHowTheFreeSpaceGrew)
 {
-    const CleanableHome home;
-    for (int byte = 1; byte < 256; ++byte) {
-        if (byte != '/') {
-            const auto name = static_cast<char>(byte);
-            home.folder.makeFile(std::string(".cache/n") + name);
-            home.folder.makeFile(std::string(".cache/folder/") + std::string(2, name) + "/f");
-        }
+    for (const auto& [capacities, isDryRun, freed] :
+         {std::tuple(std::vector<std::optional<std::int64_t>>{100, 700}, false, 600),
+          {{100, 700}, true, 0},
+          {{700, 100}, false, 0},
+          {{std::nullopt, 500}, false, 500}}) {
+        const auto disk = std::make_shared<ScriptedDisk>();
+        disk->capacities = capacities;
+        const Clean clean("/home/me", disk, {"/base/kept"},
+                          [&](std::span<const CleaningSelection> tools, bool dryRun, auto&&) {
+                              EXPECT_EQ(dryRun, isDryRun);
+                              EXPECT_EQ(disk->removed().empty(), dryRun);
+                              return CleaningReport{{{tools[0].rule.id, 1}}, {}};
+                          });
+        std::vector<CleaningSelection> selections(2);
+        selections[0].rule.id = "tool";
+        selections[0].rule.kind = RuleKind::command;
+        selections[1].rule.basePaths = {"/base"};
+        selections[1].items = {{"/base/kept/x", 1}, {"/base/a/x", 5}};
+        const Clean::Outcome outcome = clean.run(selections, isDryRun, {});
+        EXPECT_EQ(outcome.visibleFreedBytes, freed);
+        EXPECT_THAT(outcome.report.removed,
+                    ElementsAre(Removed{"/base/a/x", 5}, Removed{"tool", 1}));
+        EXPECT_THAT(outcome.report.skipped,
+                    ElementsAre(Skipped{"/base/kept/x", blockedBySafetyGuard}));
     }
-    home.folder.makeFile(".cache/" + std::string(255, 'l'));
-    home.folder.makeFile(".cache/caf\u00e9", "kept");
-    home.folder.makeFile(".cache/cafe\u0301", "goes");
-    CleaningSelection selection = home.scan();
-    std::erase_if(selection.items, [&](const ScannedItem& item) {
-        return item.path == home.folder.path(".cache/caf\u00e9");
-    });
-    EXPECT_EQ(removedPaths(home.clean(selection)), pathsOf(selection));
-    EXPECT_THAT(pathsOf(home.scan()), testing::ElementsAre(home.folder.path(".cache/caf\u00e9")));
-}
-
-TEST(CleanEngine, KeepsAnItemThatHoldsAProtectedFolder)
-{
-    const CleanableHome home;
-    home.folder.makeFile(".cache/app/photos/x");
-    home.folder.makeFile(".cache/app/other");
-    home.folder.makeFile(".config/user-dirs.dirs",
-                         "XDG_PICTURES_DIR=\"$HOME/.cache/app/photos\"\n");
-    home.folder.makeFile(".cache/linked/desktop/x");
-    home.folder.makeLink("Desktop", ".cache/linked/desktop");
-    const std::string before = snapshot(home.folder.path());
-    for (const auto& [item, base] :
-         {std::pair(".cache/app", "~/.cache"), std::pair(".cache/linked", "~/.cache"),
-          std::pair(".cache/app/photos", "~/.cache/app")}) {
-        const CleaningSelection selection = home.select(item, {base});
-        EXPECT_EQ(describe(home.clean(selection, true), selection.items.front()), "blocked")
-            << item << ", in a dry run";
-        EXPECT_EQ(home.outcomeOf(selection), "blocked") << item;
-    }
-    EXPECT_EQ(snapshot(home.folder.path()), before);
 }
 
 TEST(CleanEngine, TouchesNothingOutsideTheFolderThatItIsConfinedTo)
 {
-    const CleanableHome home;
     const TemporaryFolder outside;
-    outside.makeFile("cache/app/x");
-    outside.makeFile("Trash/files/x");
-    outside.makeFile("Trash/info/x.trashinfo");
-    home.folder.makeLink(".cache", outside.path("cache"));
-    home.folder.makeLink("Trash", outside.path("Trash"));
+    outside.make("cache/app/x Trash/files/x Trash/info/x.trashinfo");
+    const CleanableHome home;
+    home.makeLink(".cache", outside.path("cache"));
+    home.makeLink("Trash", outside.path("Trash"));
     const std::string before = snapshot(outside.path());
     for (const auto& [base, name] :
-         {std::pair(home.folder.path(".cache"), "app"), std::pair(outside.path("cache"), "app"),
-          std::pair(home.folder.path("Trash/files"), "x"),
-          std::pair(home.folder.path() + "/../" + outside.path("cache").substr(5), "app")}) {
+         {std::pair(home.path(".cache"), "app"), std::pair(outside.path("cache"), "app"),
+          std::pair(home.path("Trash/files"), "x"),
+          std::pair(home.path() + "/../" + outside.path("cache").substr(5), "app")}) {
         CleaningSelection selection;
         selection.rule.basePaths = {base};
         selection.items = {{base + "/" + name, CleanableHome::selectedBytes}};

@@ -1,7 +1,7 @@
 #include "CleanCore/Rules/SafetyGuard.h"
 
 #include "tests/Support/CleanableHome.h"
-#include "tests/Support/LinkedPaths.h"
+#include "tests/Support/ScriptedDisk.h"
 #include "tests/Support/VerdictText.h"
 
 #include <gmock/gmock.h>
@@ -9,17 +9,15 @@
 namespace CleanCoreTests {
 
 using CleanCore::SafetyGuard;
-using CleanCore::UserFolders;
 
 namespace {
 
-/// A candidate and the base that it is said to lie in.
-using Question = std::pair<std::string, std::string>;
+/// A candidate, the base that it is said to lie in, and the verdict.
+using Rows = std::vector<std::tuple<std::string, std::string, const char*>>;
 
-void expectVerdict(const SafetyGuard& guard, const char* verdict,
-                   const std::vector<Question>& questions, const std::string& root = {})
+void expectVerdicts(const SafetyGuard& guard, const Rows& rows, const std::string& root = {})
 {
-    for (const auto& [candidate, base] : questions) {
+    for (const auto& [candidate, base, verdict] : rows) {
         EXPECT_EQ(textOf(guard.validate(root + candidate, root + base)), verdict)
             << candidate << " from " << base;
     }
@@ -29,93 +27,93 @@ void expectVerdict(const SafetyGuard& guard, const char* verdict,
 
 TEST(SafetyGuard, JudgesPathsOfAnyPlatform)
 {
-    const LinkedPaths files;
-    const SafetyGuard guard("/Users/alice", files);
-    expectVerdict(guard, "critical",
-                  {{"/", "/"},
-                   {"/", "/Users/alice/Library"},
-                   {"", "/"},
-                   {"/Users/", "/Users/alice"},
-                   {"/Users/alice/", "/Users"},
-                   {"/Users/alice/x/..", "/Users"},
-                   {"/System/Volumes/Data/Users/alice", "/Users"},
-                   {"/System/Volumes/Data/Users", "/"},
-                   {"/private/tmp", "/private"}});
-    expectVerdict(guard, "protected",
-                  {{"/Users/alice/Documents/a.txt", "/Users/alice"},
-                   {"/Users/alice/Documents", "/Users/alice"},
-                   {"/Users/alice/Documents/in/a.txt", "/Users/alice/Documents/in"},
-                   {"/System/Volumes/Data/Users/alice/Music/x", "/Users/alice/Music"},
-                   {"/Users/alice/Library/Mobile Documents/x", "/Users/alice/Library"}});
-    expectVerdict(guard, "outside",
-                  {{"/System/Volumes/Database/x/y", "/x"},
-                   {"/Users/alice/Library/Caches/", "/Users/alice/Library/Caches"},
-                   {"/Users/alice/Library", "/Users/alice/Library/Caches"},
-                   {"/Users/alice/Library/CachesOld/x", "/Users/alice/Library/Caches"},
-                   {"/Users/alice/Library/Caches/../Logs/x", "/Users/alice/Library/Caches"},
-                   {"/private/tmpfile/x", "/tmpfile"}});
-    expectVerdict(guard, "allowed",
-                  {{"/System/Volumes/Data/", "/System/Volumes"},
-                   {"/Users/alice/Library", "/Users/alice"},
-                   {"/Users/alice/Documents2/x", "/Users/alice"},
-                   {"/Users/alice/documents/x", "/Users/alice"},
-                   {"/Users/bob/Documents/x", "/Users/bob"},
-                   {"/Users/alice/Library/Caches/x", "/Users/alice/Library/Caches/"},
-                   {"/Users/alice/Library/Caches/x/y", "/Users/alice/Music/../Library//./Caches"},
-                   {"/Users/alice/x", "/"},
-                   {"/private/var/folders/ab/T/x", "/var/folders/ab/T"},
-                   {"/var/folders/ab/T/x", "/private/var/folders/ab/T"},
-                   {"/System/Volumes/Data/private/var/x/y", "/var/x"},
-                   {"/private/etc/x", "/etc"},
-                   {"/private/Users/alice/Documents", "/private"}});
+    const ScriptedDisk files;
+    const std::string home = "/Users/alice";
+    const std::string caches = "/Users/alice/Library/Caches";
+    expectVerdicts(SafetyGuard(home, files),
+                   {{"/", "/", "critical"},
+                    {"/", home, "critical"},
+                    {"", "/", "critical"},
+                    {"/Users/", home, "critical"},
+                    {"/Users/alice/", "/Users", "critical"},
+                    {"/Users/alice/x/..", "/Users", "critical"},
+                    {"/System/Volumes/Data/Users/alice", "/Users", "critical"},
+                    {"/System/Volumes/Data/Users", "/", "critical"},
+                    {"/private/tmp", "/private", "critical"},
+                    {"/Users/alice/Documents/a.txt", home, "protected"},
+                    {"/Users/alice/Documents", home, "protected"},
+                    {"/Users/alice/Documents/in/a.txt", home + "/Documents/in", "protected"},
+                    {"/System/Volumes/Data/Users/alice/Music/x", home + "/Music", "protected"},
+                    {"/Users/alice/Library/Mobile Documents/x", home + "/Library", "protected"},
+                    {"/System/Volumes/Database/x/y", "/x", "outside"},
+                    {caches + "/", caches, "outside"},
+                    {home + "/Library", caches, "outside"},
+                    {caches + "Old/x", caches, "outside"},
+                    {caches + "/../Logs/x", caches, "outside"},
+                    {"/private/tmpfile/x", "/tmpfile", "outside"},
+                    {"/System/Volumes/Data/", "/System/Volumes", "allowed"},
+                    {home + "/Library", home, "allowed"},
+                    {home + "/Documents2/x", home, "allowed"},
+                    {home + "/documents/x", home, "allowed"},
+                    {"/Users/bob/Documents/x", "/Users/bob", "allowed"},
+                    {caches + "/x", caches + "/", "allowed"},
+                    {caches + "/x/y", home + "/Music/../Library//./Caches", "allowed"},
+                    {home + "/x", "/", "allowed"},
+                    {"/private/var/folders/ab/T/x", "/var/folders/ab/T", "allowed"},
+                    {"/var/folders/ab/T/x", "/private/var/folders/ab/T", "allowed"},
+                    {"/System/Volumes/Data/private/var/x/y", "/var/x", "allowed"},
+                    {"/private/etc/x", "/etc", "allowed"},
+                    {"/private/Users/alice/Documents", "/private", "allowed"}});
 }
 
 TEST(SafetyGuard, TakesAHomeThatIsALinkOrAnAlias)
 {
-    const LinkedPaths files(LinkedPaths::Links{{"/home", "/System/Volumes/Data/Users"}});
+    ScriptedDisk files;
+    for (const char* const path : {"", "/", "/x", "/Movies/x"}) {
+        files.links["/home/alice" + std::string(path)] =
+            "/System/Volumes/Data/Users/alice" + std::string(path);
+    }
     const SafetyGuard guard("/home/alice/", files);
-    expectVerdict(guard, "critical", {{"/Users/alice", "/"}, {"/home/alice", "/"}});
-    expectVerdict(guard, "protected",
-                  {{"/home/alice/Movies/x", "/"}, {"/Users/alice/Movies/x", "/home/alice"}});
-    expectVerdict(guard, "allowed", {{"/home/alice/x", "/Users/alice"}});
+    expectVerdicts(guard, {{"/Users/alice", "/", "critical"},
+                           {"/home/alice", "/", "critical"},
+                           {"/home/alice/Movies/x", "/", "protected"},
+                           {"/Users/alice/Movies/x", "/home/alice", "protected"},
+                           {"/home/alice/x", "/Users/alice", "allowed"}});
     EXPECT_EQ(guard.protectedFolders().front(), "/Users/alice/Documents");
     EXPECT_EQ(guard.protectedFolders()[6], "/Users/alice/Library/Mobile Documents");
 }
 
-TEST(SafetyGuard, ProtectsWhatAProtectedFolderLeadsTo)
+TEST(SafetyGuard, FollowsLinksAsFarAsTheyLead)
 {
-    const CleanableHome home;
-    home.folder.makeFolder("disk/papers");
-    home.folder.makeLink("Documents", "disk/papers");
-    home.folder.makeLink("Desktop", home.folder.path(".cache/desktop"));
-    // These are the owner's way to have no such folder.
-    home.folder.makeLink("Music", ".");
-    home.folder.makeLink("Movies", "/");
-    home.folder.makeFile(".config/user-dirs.dirs", "XDG_PICTURES_DIR=\"$HOME/Bilder\"\n"
-                                                   "XDG_MUSIC_DIR=\"$HOME/M\u00fcsik/\"\n");
-    home.folder.makeLink("Bilder", "Photos");
-    const std::string root = home.folder.path() + '/';
-    const SafetyGuard guard(home.folder.path(), *home.files,
-                            UserFolders::confinedTo(home.folder.path()).protectedFolders);
-    expectVerdict(guard, "protected",
-                  {{"disk/papers", "disk"},
-                   {"disk/papers/x", "disk"},
-                   {".cache/desktop/x", ".cache"},
-                   {"Documents", ""},
-                   {"Bilder", ""},
-                   {"Photos/x", ""},
-                   {"Mu\u0308sik/x", ""},
-                   {"Pictures/x", ""},
-                   {".ssh/id", ".ssh"},
-                   {".local/share/keyrings/x", ".local"}},
-                  root);
-    expectVerdict(guard, "allowed",
-                  {{"disk/papers2", "disk"},
-                   {".cache/x", ".cache"},
-                   {"Music/.cache/x", ".cache"},
-                   {".local/share/Trash/x", ".local"},
-                   {".sshd/x", ""}},
-                  root);
+    // Music and Movies are their owner's way to have no such folder.
+    const CleanableHome home(
+        "disk/papers/ Documents->disk/papers Desktop->~/.cache/desktop Music->. Movies->/ "
+        "Bilder->Photos .cache/dangling->../Documents/missing/x .cache/out->../disk/missing/.. "
+        "circle->.cache/circle .cache/circle->../circle .cache/odd->'../\xff\n/../disk/papers'");
+    home.makeFile(".config/user-dirs.dirs", "XDG_PICTURES_DIR=\"$HOME/Bilder\"\n"
+                                            "XDG_MUSIC_DIR=\"$HOME/M\u00fcsik/\"\n");
+    const auto further = CleanCore::UserFolders::confinedTo(home.path()).protectedFolders;
+    expectVerdicts(SafetyGuard(home.path(), *home.files, further),
+                   {{"disk/papers", "disk", "protected"},
+                    {"disk/papers/x", "disk", "protected"},
+                    {".cache/desktop/x", ".cache", "protected"},
+                    {".cache/dangling", ".cache", "protected"},
+                    {".cache/odd/x", ".cache", "protected"},
+                    {"Documents", "", "protected"},
+                    {"Bilder", "", "protected"},
+                    {"Photos/x", "", "protected"},
+                    {"Mu\u0308sik/x", "", "protected"},
+                    {"Pictures/x", "", "protected"},
+                    {".ssh/id", ".ssh", "protected"},
+                    {".local/share/keyrings/x", ".local", "protected"},
+                    {".cache/out/x", ".cache", "outside"},
+                    {"disk/papers2", "disk", "allowed"},
+                    {".cache/x", ".cache", "allowed"},
+                    {"Music/.cache/x", ".cache", "allowed"},
+                    {"circle/x", "", "allowed"},
+                    {".local/share/Trash/x", ".local", "allowed"},
+                    {".sshd/x", "", "allowed"}},
+                   home.path() + '/');
 }
 
 } // namespace CleanCoreTests

@@ -1,12 +1,11 @@
 #include "CleanCore/Cleaning/SelectionState.h"
 
-#include <gmock/gmock.h>
+#include <functional>
+#include <gtest/gtest.h>
 
 namespace CleanCoreTests {
 
 using namespace CleanCore;
-using testing::ElementsAre;
-using testing::IsEmpty;
 
 namespace {
 
@@ -25,117 +24,93 @@ CategoryResult category(const std::string& id, RuleTier tier, RuleKind kind,
     return result;
 }
 
-std::vector<CategoryResult> sampleResults()
+SelectionState sample()
 {
-    return {
-        category("review", RuleTier::reviewRequired, RuleKind::fileSystem, {"/r1", "/shared"}),
-        category("caches", RuleTier::safe, RuleKind::fileSystem, {"/c1", "/c2", "/c3"}),
-        category("tool", RuleTier::safe, RuleKind::command, {"label 1", "label 2"}),
-        category("logs", RuleTier::safe, RuleKind::fileSystem, {"/l1", "/shared"}),
-        category("empty", RuleTier::safe, RuleKind::fileSystem, {}),
+    using enum RuleTier;
+    using enum RuleKind;
+    std::vector<CategoryResult> results = {
+        category("review", reviewRequired, fileSystem, {"r1", "same"}),
+        category("caches", safe, fileSystem, {"c1", "c2", "c3"}),
+        category("tool", safe, command, {"t1", "t2"}),
+        category("logs", safe, fileSystem, {"l1", "same"}),
+        category("forms", reviewRequired, fileSystem, {"\u00e9", "e\u0301", "\xff", ""}),
+        category("logs", reviewRequired, fileSystem, {"l3"}),
+        category("empty", safe, fileSystem, {}),
+        category("whole", safe, command, {"w1", "w2"}),
     };
+    results.back().isClearedAsWhole = true;
+    return SelectionState(std::move(results));
 }
 
-/// "rule: item item", one text per rule, as selections() gives them.
-std::vector<std::string> chosen(const SelectionState& state)
+/// "rule: item item |" for each selection, with how many others there are, and the bytes.
+std::string chosen(const SelectionState& state)
 {
-    std::vector<std::string> texts;
+    std::string text;
     for (const CleaningSelection& selection : state.selections()) {
-        std::string text = selection.rule.id + ":";
+        text += selection.rule.id + ":";
         for (const ScannedItem& item : selection.items) {
             text += " " + item.path;
         }
-        texts.push_back(text);
+        text += selection.itemsLeftOut == 0 ? " | "
+                                            : " +" + std::to_string(selection.itemsLeftOut) + " | ";
     }
-    return texts;
+    return text + std::to_string(state.selectedBytes());
 }
-
-const std::vector<std::string> defaultChoice = {"caches: /c1 /c2 /c3", "logs: /l1 /shared"};
 
 } // namespace
 
-TEST(SelectionState, StartsWithSafeFileSystemRulesAndSelectsThemAgain)
+TEST(SelectionState, HoldsWhatWasChosenLast)
 {
-    SelectionState state(sampleResults());
-    EXPECT_EQ(chosen(state), defaultChoice);
-    EXPECT_TRUE(state.isSelected("logs", "/shared"));
-    EXPECT_FALSE(state.isSelected("review", "/shared")) << "the same path under another rule";
-    const SelectionState copy = state;
-    state.toggle("caches", "/c2");
-    EXPECT_THAT(chosen(state), ElementsAre("caches: /c1 /c3", "logs: /l1 /shared"));
-    EXPECT_EQ(state.selectedBytes(), 101 + 11);
-    EXPECT_EQ(chosen(copy), defaultChoice) << "a copy has a choice of its own";
-    state.toggle("caches", "/c2");
-    EXPECT_EQ(chosen(state), defaultChoice);
-    state.deselectAll();
-    EXPECT_THAT(chosen(state), IsEmpty());
-    EXPECT_EQ(state.results().size(), 5U);
-    state.toggle("review", "/r1");
-    state.selectAll();
-    EXPECT_THAT(chosen(state), ElementsAre("review: /r1", defaultChoice[0], defaultChoice[1]));
-}
-
-TEST(SelectionState, SelectsAndDeselectsOneRuleOfAnyTierAndKind)
-{
-    for (const auto& [id, text] :
-         {std::pair("review", "review: /r1 /shared"), std::pair("tool", "tool: label 1 label 2")}) {
-        SelectionState state(sampleResults());
-        state.selectAll(id);
-        EXPECT_THAT(chosen(state), testing::Contains(text));
-        EXPECT_EQ(chosen(state).size(), 3U);
-        state.deselectAll(id);
-        EXPECT_EQ(chosen(state), defaultChoice);
+    using Choose = std::function<void(SelectionState&)>;
+    const std::pair<Choose, const char*> rows[] = {
+        {[](auto&) {}, "caches: c1 c2 c3 | logs: l1 same | 122"},
+        {[](auto& s) { s.toggle("caches", "c2"); }, "caches: c1 c3 +1 | logs: l1 same | 112"},
+        {[](auto& s) { s.toggle("caches", "c2"), s.toggle("caches", "c2"); },
+         "caches: c1 c2 c3 | logs: l1 same | 122"},
+        {[](auto& s) { s.deselectAll(); }, "0"},
+        {[](auto& s) { s.toggle("review", "same"), s.toggle("caches", "c1"), s.selectAll(); },
+         "review: same +1 | caches: c1 c2 c3 | logs: l1 same | 132"},
+        {[](auto& s) { s.deselectAll(), s.toggle("logs", "same"); }, "logs: same +1 | 10"},
+        {[](auto& s) { s.selectAll("review"); },
+         "review: r1 same | caches: c1 c2 c3 | logs: l1 same | 133"},
+        {[](auto& s) { s.deselectAll(), s.selectAll("tool"); }, "tool: t1 t2 | 11"},
+        {[](auto& s) { s.deselectAll("caches"); }, "logs: l1 same | 11"},
+        {[](auto& s) { s.selectAll("none"), s.deselectAll("none"), s.toggle("caches", "none"); },
+         "caches: c1 c2 c3 | logs: l1 same | 122"},
+        {[](auto& s) { s.deselectAll(), s.toggle("whole", "w2"); }, "whole: w1 w2 | 11"},
+        {[](auto& s) { s.selectAll("whole"), s.toggle("whole", "w1"); },
+         "caches: c1 c2 c3 | logs: l1 same | 122"},
+        // Of two areas of one rule the first is meant.
+        {[](auto& s) { s.deselectAll(), s.selectAll("logs"); }, "logs: l1 same | 11"},
+        {[](auto& s) { s.deselectAll(), s.toggle("forms", "e\u0301"), s.toggle("forms", ""); },
+         "forms: e\u0301  +2 | 1010"},
+        {[](auto& s) { s.deselectAll(), s.setWhollySelected(4, true), s.toggle("forms", "\xff"); },
+         "forms: \u00e9 e\u0301  +1 | 1011"},
+    };
+    for (const auto& [choose, expected] : rows) {
+        SelectionState state = sample();
+        const SelectionState copy = state;
+        choose(state);
+        EXPECT_EQ(chosen(state), expected);
+        EXPECT_EQ(chosen(copy), rows[0].second) << "a copy has a choice of its own";
     }
-    SelectionState state(sampleResults());
-    state.selectAll("no such rule");
-    state.deselectAll("no such rule");
-    EXPECT_EQ(chosen(state), defaultChoice);
 }
 
-TEST(SelectionState, TogglesAnAreaThatIsClearedAsAWholeTogether)
+TEST(SelectionState, AnswersByIdAndByPosition)
 {
-    std::vector<CategoryResult> results = sampleResults();
-    results[2].isClearedAsWhole = true;
-    SelectionState state(results);
-    state.toggle("tool", "label 2");
-    EXPECT_THAT(chosen(state),
-                ElementsAre(defaultChoice[0], "tool: label 1 label 2", defaultChoice[1]));
-    state.toggle("tool", "label 1");
-    EXPECT_EQ(chosen(state), defaultChoice);
-    state.toggle("caches", "/c2");
-    EXPECT_EQ(state.selections().front().itemsLeftOut, 1U);
-}
-
-TEST(SelectionState, KeepsAnUnknownItemWithoutCountingIt)
-{
-    SelectionState state(sampleResults());
-    state.toggle("caches", "/unknown");
-    EXPECT_TRUE(state.isSelected("caches", "/unknown"));
-    EXPECT_EQ(chosen(state), defaultChoice);
-    EXPECT_EQ(state.selectedBytes(), 122);
+    SelectionState state = sample();
+    EXPECT_TRUE(state.isSelected("logs", "same") && state.isSelected(3, 1));
+    EXPECT_FALSE(state.isSelected("review", "same") || state.isSelected(0, 1));
+    EXPECT_TRUE(state.isWhollySelected(1));
+    EXPECT_FALSE(state.isWhollySelected(6)) << "nothing is not all";
+    state.toggle("caches", "c3");
+    EXPECT_FALSE(state.isWhollySelected(1));
+    EXPECT_EQ(state.selectedCount(1), 2U);
+    EXPECT_EQ(state.selectedBytes(1), 11);
+    state.toggle("caches", "unknown");
+    EXPECT_TRUE(state.isSelected("caches", "unknown"));
     state.deselectAll("caches");
-    EXPECT_FALSE(state.isSelected("caches", "/unknown"));
-    EXPECT_THAT(chosen(state), ElementsAre(defaultChoice[1]));
-}
-
-TEST(SelectionState, TellsNamesApartThatDifferOnlyInTheirUnicodeForm)
-{
-    const std::string composed = "/caf\u00e9";
-    const std::string decomposed = "/cafe\u0301";
-    SelectionState state({category("area", RuleTier::safe, RuleKind::fileSystem,
-                                   {composed, decomposed, "/not \xff utf-8", ""})});
-    state.toggle("area", composed);
-    state.toggle("area", "");
-    EXPECT_THAT(chosen(state), ElementsAre("area: " + decomposed + " /not \xff utf-8"));
-}
-
-TEST(SelectionState, TakesTheFirstOfTwoCategoriesOfOneRule)
-{
-    SelectionState state(
-        {category("twin", RuleTier::reviewRequired, RuleKind::fileSystem, {"/1"}),
-         category("twin", RuleTier::reviewRequired, RuleKind::fileSystem, {"/2"})});
-    state.selectAll("twin");
-    EXPECT_THAT(chosen(state), ElementsAre("twin: /1"));
+    EXPECT_FALSE(state.isSelected("caches", "unknown"));
 }
 
 } // namespace CleanCoreTests

@@ -1,41 +1,29 @@
 #pragma once
 
-#include "tests/Zorvane/Support/MainWindow.h"
-
-#include <functional>
-#include <string>
-#include <vector>
+#include "tests/Zorvane/Support/TestWindow.h"
 
 namespace ZorvaneTests {
 
 /// A screen or sheet in one of its states.
 struct Scene
 {
-    std::string screen;
-    std::string state;
-    /// Writes the application down, opens the window and brings it into the state.
-    std::function<void(MainWindow&)> show;
+    /// "SCREEN STATE".
+    std::string name;
+    /// How to get there, for play().
+    std::string steps;
     /// Whether it stands for its screen where there is no time for all states.
     bool isRepresentative = false;
 };
 
-using Scenes = std::vector<Scene>;
-
-[[nodiscard]] Scenes firstRunScenes();
-[[nodiscard]] Scenes resultsScenes();
-[[nodiscard]] Scenes cleaningScenes();
-[[nodiscard]] Scenes icloudScenes();
-[[nodiscard]] Scenes shellScenes();
-
-/// The title of an area as the window shows it.
-[[nodiscard]] QString title(const MainWindow& window, const std::string& ruleId);
-
+[[nodiscard]] const std::vector<Scene>& allScenes();
 /// The smallest window that shows it.
 [[nodiscard]] QSize smallestWindow(const Scene& scene);
 
-/// All of them.
-[[nodiscard]] Scenes allScenes();
-/// Throws when there is none.
-[[nodiscard]] Scene sceneNamed(const std::string& screen, const std::string& state);
+/// Plays steps, each "VERB ARGUMENT, ARGUMENT…", separated by ";"; those before the window opens
+/// set up the application. A size may have a unit; "hostile" stands for names as nobody would
+/// choose them. Throws for an unknown verb.
+void play(MainWindow& window, const std::string& steps);
+/// The same, of the scene with that name.
+void show(MainWindow& window, const std::string& scene);
 
 } // namespace ZorvaneTests

@@ -1,97 +1,141 @@
-// What may not be removed stays, is reported, and keeps its permissions.
+// Entries that may not be removed stay, are reported, and keep their permissions.
 
+#include "CleanCore/FileSystem/Descriptors.h"
+#include "CleanCore/FileSystem/Removing/TemporaryPermissions.h"
+#include "CleanCore/FileSystem/Removing/TreeEmptier.h"
 #include "tests/Support/RemovalFixture.h"
 
+#include <atomic>
 #include <cerrno>
+#include <fcntl.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
+#include <thread>
+#include <unistd.h>
 
 namespace CleanCoreTests {
 namespace {
 
+using namespace CleanCore;
 class RemovalPermission : public RemovalFixture
 {
 protected:
-    [[nodiscard]] unsigned modeOf(const std::string& relative) const
+    /// Expects this mode of each folder, the outer ones first; makes way to the next ones.
+    void expectModes(const std::vector<std::string>& folders, unsigned mode) const
     {
-        struct stat status = {};
-        EXPECT_EQ(::stat(home.path(relative).c_str(), &status), 0) << relative;
-        return status.st_mode & 07777U;
+        for (const std::string& folder : folders) {
+            struct stat status = {};
+            EXPECT_EQ(::stat(home.path(folder).c_str(), &status), 0) << folder;
+            EXPECT_EQ(status.st_mode & 07777U, mode) << folder;
+            home.setMode(folder, 0700);
+        }
+    }
+
+    /// Makes the folders, each with a file, and takes permissions away from them.
+    void makeSealed(const std::vector<std::string>& folders, unsigned mode) const
+    {
+        for (const std::string& folder : folders) {
+            home.makeFile(folder + "/file");
+        }
+        for (auto folder = folders.rbegin(); folder != folders.rend(); ++folder) {
+            home.setMode(*folder, mode);
+        }
     }
 };
 
 TEST_F(RemovalPermission, TheOwnersReadOnlyFoldersGoLikeAnyOther)
 {
     for (const unsigned mode : {0500U, 0000U, 0400U, 0300U, 0100U, 0555U}) {
-        SCOPED_TRACE(mode);
-        home.makeFile(".cache/entry/file");
-        home.makeFile(".cache/entry/a/b/file");
-        home.makeFile(".cache/entry/a/c/file");
-        for (const char* folder :
-             {".cache/entry/a/b", ".cache/entry/a/c", ".cache/entry/a", ".cache/entry"}) {
-            home.setMode(folder, mode);
-        }
-        EXPECT_EQ(remove(".cache/entry"), 0);
-        EXPECT_FALSE(home.has(".cache/entry"));
+        // A folder without files, which would be what first asks for its permissions.
+        home.makeFolder(".cache/entry/bare/inner");
+        home.setMode(".cache/entry/bare", mode);
+        makeSealed({".cache/entry", ".cache/entry/a", ".cache/entry/a/b", ".cache/entry/a/c"},
+                   mode);
+        EXPECT_EQ(remove(".cache/entry"), 0) << mode;
+        EXPECT_EQ(home.tree(".cache"), "");
     }
-}
-
-TEST_F(RemovalPermission, SurvivorsKeepTheirPermissions)
-{
-    home.makeFile(".cache/entry/a/kept/canary");
-    home.makeFile(".cache/entry/a/gone/file");
-    home.makeFile(".cache/entry/b/file");
-    for (const char* folder :
-         {".cache/entry/a/gone", ".cache/entry/a/kept", ".cache/entry/a", ".cache/entry/b"}) {
-        home.setMode(folder, 0500);
-    }
-    home.setMode(".cache/entry", 0550);
-    CleanCore::LinuxRemoval removal(home.path(),
-                                    std::vector<std::string>{home.path(".cache/entry/a/kept")},
-                                    std::nullopt, pool());
-    // What is protected is named after the item was chosen: the item as a whole must stay.
-    const std::string moved = home.path(".cache/other");
-    ASSERT_EQ(::rename(home.path(".cache/entry").c_str(), moved.c_str()), 0);
-    EXPECT_EQ(removal.remove(base, moved, std::nullopt).error, CleanCore::protectedEntryError);
-    EXPECT_EQ(modeOf(".cache/other"), 0550U);
-    EXPECT_EQ(modeOf(".cache/other/a"), 0500U);
-    EXPECT_EQ(modeOf(".cache/other/a/kept"), 0500U);
-    EXPECT_TRUE(home.has(".cache/other/a/kept/canary"));
 }
 
 TEST_F(RemovalPermission, AMountDeepInsideKeepsThePermissionsOfEveryFolderAboveIt)
 {
-    // Deeper than folders are held open, and with some that may not even be searched.
-    constexpr int depth = 40;
-    for (const unsigned mode : {0500U, 0000U, 0400U}) {
-        SCOPED_TRACE(mode);
-        const std::string entry = ".cache/" + std::to_string(mode);
-        std::vector<std::string> folders = {entry};
-        for (int i = 1; i < depth; ++i) {
+    for (const unsigned mode : {0550U, 0000U, 0400U}) {
+        // Deeper than folders are held open, and with some that may not even be searched.
+        std::vector<std::string> folders = {".cache/" + std::to_string(mode)};
+        for (int i = 1; i < 40; ++i) {
             folders.push_back(folders.back() + "/d");
         }
-        home.makeFolder(folders.back() + "/mount");
-        home.makeFile(folders[depth / 2] + "/gone/file");
+        const std::string mount = home.makeFolder(folders.back() + "/mount");
         inMountNamespace([&] {
-            mountTemporaryFileSystem(home.path(folders.back() + "/mount"));
-            for (auto folder = folders.rbegin(); folder != folders.rend(); ++folder) {
-                home.setMode(*folder, mode);
-            }
+            mountTemporaryFileSystem(mount);
+            makeSealed(folders, mode);
             dropCapabilities();
-            EXPECT_EQ(remove(entry), EXDEV);
-            for (const std::string& folder : folders) {
-                EXPECT_EQ(modeOf(folder), mode) << folder;
-                home.setMode(folder, 0700);
-            }
-            EXPECT_FALSE(home.has(folders[depth / 2] + "/gone"));
+            EXPECT_EQ(remove(folders.front()), EXDEV);
+            expectModes(folders, mode);
+            EXPECT_EQ(home.tree(folders.back()), "mount/");
         });
     }
 }
 
+TEST_F(RemovalPermission, AreRestoredOnBothSidesOfAFolderThatWasMoved)
+{
+    for (const unsigned mode : {0500U, 0000U, 0300U}) {
+        makeSealed({".cache/a", ".cache/a/b", ".cache/a/b/c", ".cache/a/b/c/d"}, mode);
+        home.makeFolder("elsewhere");
+        const ProtectedIdentities none(home.path(), {});
+        const EmptyingLimits limits{::getuid(), &none, {}};
+        TemporaryPermissions permissions;
+        FolderStack stack(2);
+        EntryStatus status;
+        FileDescriptor folder = openFolder(AT_FDCWD, base.c_str());
+        ASSERT_EQ(readStatus(folder.get(), "", status), 0);
+        stack.push(std::move(folder), status);
+        for (const char* name : {"a", "b", "c", "d"}) {
+            ASSERT_EQ(permissions.openSubfolder(stack.top(), name, limits, folder, status), 0);
+            stack.push(std::move(folder), status, name);
+            ASSERT_EQ(permissions.unlink(stack.top(), "file", 0), 0);
+        }
+        home.move(".cache/a/b/c", "elsewhere/c");
+        permissions.restoreAll(stack);
+        EXPECT_TRUE(stack.isEmpty());
+        expectModes({".cache/a", ".cache/a/b", "elsewhere/c", "elsewhere/c/d"}, mode);
+        home.remove("elsewhere");
+    }
+}
+
+TEST_F(RemovalPermission, AFolderThatCannotBeOpenedAfterAllGetsItsOwnBack)
+{
+    makeSealed({".cache/entry"}, 0000);
+    inChildProcess([&] {
+        const FileDescriptor held = holdFolder(AT_FDCWD, home.path(".cache/entry").c_str());
+        EntryStatus status;
+        ASSERT_EQ(readStatus(held.get(), "", status), 0);
+        // One descriptor is left, and a rival takes it again and again, at any moment.
+        const auto limit = static_cast<rlim_t>(held.get()) + 2;
+        const rlimit few = {limit, limit};
+        ASSERT_EQ(::setrlimit(RLIMIT_NOFILE, &few), 0);
+        std::atomic<bool> isOver = false;
+        std::thread rival([&] {
+            while (!isOver) {
+                const FileDescriptor taken = duplicate(held.get());
+            }
+        });
+        for (int round = 0; round < 5'000; ++round) {
+            TemporaryPermissions permissions;
+            FileDescriptor folder;
+            if (permissions.openHeldFolder(held.get(), status, folder) == 0) {
+                permissions.restore(folder.get(), status);
+            }
+            expectModes({".cache/entry"}, 0000);
+            home.setMode(".cache/entry", 0000);
+        }
+        isOver = true;
+        rival.join();
+    });
+}
+
 TEST_F(RemovalPermission, AReadOnlyFileSystemIsReportedAndLosesNothing)
 {
-    home.makeFile(".cache/entry/a/file");
-    home.makeFile(".cache/file");
-    home.setMode(".cache/entry/a", 0500);
+    home.make(".cache/entry/a/=0500 .cache/entry/a/file .cache/file");
     inMountNamespace([&] {
         remountReadOnly(base);
         const std::string before = snapshot(base);
@@ -103,13 +147,11 @@ TEST_F(RemovalPermission, AReadOnlyFileSystemIsReportedAndLosesNothing)
 
 TEST_F(RemovalPermission, ABaseThatMayNotBeWrittenKeepsItsEntries)
 {
-    home.makeFile(".cache/entry/file");
-    home.makeFile(".cache/file");
-    home.setMode(".cache", 0500);
+    home.make(".cache/=0500 .cache/entry/file .cache/file");
     EXPECT_EQ(remove(".cache/file"), EACCES);
-    EXPECT_NE(remove(".cache/entry"), 0);
-    EXPECT_TRUE(home.has(".cache/entry/file") && home.has(".cache/file"));
-    EXPECT_EQ(modeOf(".cache"), 0500U);
+    EXPECT_EQ(remove(".cache/entry"), EACCES);
+    EXPECT_EQ(home.tree(".cache"), "entry/file file");
+    expectModes({".cache"}, 0500);
 }
 
 } // namespace

@@ -1,4 +1,4 @@
-#include "Zorvane/State/Mailbox.h"
+#include "Zorvane/State/MainThreadQueue.h"
 #include "tests/Zorvane/Support/ScriptedApplication.h"
 
 #include <QCoreApplication>
@@ -13,15 +13,15 @@
 namespace ZorvaneTests {
 namespace {
 
-using Zorvane::Mailbox;
-using Zorvane::MailboxReader;
+using Zorvane::MainThreadQueue;
+using Zorvane::MainThreadRunner;
 
-TEST(MailboxTest, RunsLettersOfManyThreadsOnTheReadersThreadInEachSendersOrder)
+TEST(MainThreadQueueTest, RunsTasksOfManyThreadsOnTheReadersThreadInEachSendersOrder)
 {
     constexpr int senders = 4;
-    constexpr int letters = 1000;
-    const auto mailbox = std::make_shared<Mailbox>();
-    const MailboxReader reader(mailbox);
+    constexpr int tasks = 1000;
+    const auto queue = std::make_shared<MainThreadQueue>();
+    const MainThreadRunner reader(queue);
     std::array<int, senders> next = {};
     int received = 0;
     int strangers = 0;
@@ -31,64 +31,64 @@ TEST(MailboxTest, RunsLettersOfManyThreadsOnTheReadersThreadInEachSendersOrder)
     threads.reserve(senders);
     for (int& expected : next) {
         threads.emplace_back([&] {
-            for (int letter = 0; letter < letters; ++letter) {
-                mailbox->post([&, letter] {
+            for (int task = 0; task < tasks; ++task) {
+                queue->post([&, task] {
                     ++received;
-                    outOfTurn += expected++ == letter ? 0 : 1;
+                    outOfTurn += expected++ == task ? 0 : 1;
                     strangers += std::this_thread::get_id() == mainThread ? 0 : 1;
                 });
             }
         });
     }
-    waitUntil([&] { return received == senders * letters; });
+    waitUntil([&] { return received == senders * tasks; });
     EXPECT_EQ(strangers, 0);
     EXPECT_EQ(outOfTurn, 0);
 }
 
-TEST(MailboxTest, LetsOtherEventsHaveTheirTurnBetweenLetters)
+TEST(MainThreadQueueTest, LetsOtherEventsHaveTheirTurnBetweenTasks)
 {
-    const auto mailbox = std::make_shared<Mailbox>();
-    const MailboxReader reader(mailbox);
+    const auto queue = std::make_shared<MainThreadQueue>();
+    const MainThreadRunner reader(queue);
     QObject receiver;
     std::string order;
     const auto takeLong = [] {
-        const auto end = std::chrono::steady_clock::now() + 2 * MailboxReader::patience;
+        const auto end = std::chrono::steady_clock::now() + 2 * MainThreadRunner::longestTurn;
         while (std::chrono::steady_clock::now() < end) {
         }
     };
-    mailbox->post([&] {
+    queue->post([&] {
         QMetaObject::invokeMethod(
             &receiver, [&] { order += "event "; }, Qt::QueuedConnection);
         takeLong();
         order += "first ";
     });
-    mailbox->post([&] { order += "second "; });
-    mailbox->post([&] { order += "last"; });
+    queue->post([&] { order += "second "; });
+    queue->post([&] { order += "last"; });
     waitUntil([&] { return order.ends_with("last"); });
     EXPECT_EQ(order, "first event second last");
 }
 
-TEST(MailboxTest, DropsWhatComesAfterItsReaderHasGone)
+TEST(MainThreadQueueTest, DropsWhatComesAfterItsReaderHasGone)
 {
-    const auto mailbox = std::make_shared<Mailbox>();
-    auto reader = std::make_unique<MailboxReader>(mailbox);
+    const auto queue = std::make_shared<MainThreadQueue>();
+    auto reader = std::make_unique<MainThreadRunner>(queue);
     const auto held = std::make_shared<int>(0);
     bool hasRun = false;
-    mailbox->post([&, held] { hasRun = true; });
+    queue->post([&, held] { hasRun = true; });
     reader.reset();
-    mailbox->post([&, held] { hasRun = true; });
+    queue->post([&, held] { hasRun = true; });
     QCoreApplication::processEvents();
     EXPECT_FALSE(hasRun);
     EXPECT_EQ(held.use_count(), 1);
 }
 
-TEST(MailboxTest, LetsALetterEndTheReader)
+TEST(MainThreadQueueTest, LetsATaskEndTheReader)
 {
-    const auto mailbox = std::make_shared<Mailbox>();
-    auto reader = std::make_unique<MailboxReader>(mailbox);
+    const auto queue = std::make_shared<MainThreadQueue>();
+    auto reader = std::make_unique<MainThreadRunner>(queue);
     bool hasRun = false;
-    mailbox->post([&] { reader.reset(); });
-    mailbox->post([&] { hasRun = true; });
+    queue->post([&] { reader.reset(); });
+    queue->post([&] { hasRun = true; });
     waitUntil([&] { return reader == nullptr; });
     EXPECT_FALSE(hasRun);
 }

@@ -1,0 +1,104 @@
+#pragma once
+
+#include "tests/Zorvane/Support/Gate.h"
+#include "tests/Zorvane/Support/ScriptedApplication.h"
+
+#include <QAccessible>
+#include <QImage>
+#include <QQmlApplicationEngine>
+#include <QQuickItem>
+#include <QQuickWindow>
+#include <QTranslator>
+
+#include <functional>
+#include <memory>
+#include <vector>
+
+namespace ZorvaneTests {
+
+/// Collects warnings from now on, on any thread, instead of having them printed.
+void collectWarnings();
+/// The warnings since the last call.
+[[nodiscard]] QStringList takeWarnings();
+
+[[nodiscard]] bool isOfType(const QQuickItem& item, const QString& qmlType);
+[[nodiscard]] QAccessibleInterface& accessible(const QQuickItem& item);
+void act(const QQuickItem& item, const QString& action = QAccessibleActionInterface::pressAction());
+
+/// A window without animations. Only visible items are found in it; a missing one is an exception.
+class TestWindow
+{
+public:
+    using Predicate = std::function<bool(const QQuickItem&)>;
+
+    TestWindow() = default;
+    TestWindow(const TestWindow&) = delete;
+    TestWindow& operator=(const TestWindow&) = delete;
+
+    [[nodiscard]] QQuickWindow& window() const { return *m_window; }
+    [[nodiscard]] std::vector<QQuickItem*> items(const Predicate& isWanted) const;
+    [[nodiscard]] QQuickItem& item(const QString& qmlType) const;
+    /// By the beginning of its accessible name; the topmost of several.
+    [[nodiscard]] QQuickItem& control(const QString& name) const;
+    [[nodiscard]] bool has(const QString& name) const;
+    [[nodiscard]] QStringList texts() const;
+    /// The accessible name of the item with the keyboard focus.
+    [[nodiscard]] QString focused() const;
+    [[nodiscard]] bool hasFocusIn(const QString& qmlType) const;
+
+    /// As an assistive tool does, also out of sight.
+    void press(const QString& name) const;
+    void click(const QString& name) const;
+    void key(Qt::Key key, Qt::KeyboardModifiers modifiers = {}) const;
+    /// Makes it the window that has the keyboard.
+    void activate() const;
+    /// Handles pending events and lays everything out.
+    void settle() const;
+
+    [[nodiscard]] QImage picture() const;
+    [[nodiscard]] QColor colorAt(QPointF place) const;
+
+protected:
+    ~TestWindow() = default;
+    void show(const std::function<void(QQmlApplicationEngine&)>& load);
+    void close() { m_engine.reset(); }
+
+private:
+    [[nodiscard]] std::vector<QQuickItem*> controls(const QString& name) const;
+
+    std::unique_ptr<QQmlApplicationEngine> m_engine;
+    QQuickWindow* m_window = nullptr;
+};
+
+/// Shows pieces of QML on black.
+class Stage : public TestWindow
+{
+public:
+    explicit Stage(const QString& content, QSize size = QSize(400, 300));
+};
+
+enum class Wording { english, lengthened };
+
+/// The window of the program over a scripted application, which is set up before it is opened.
+class MainWindow : public TestWindow
+{
+public:
+    explicit MainWindow(QSize size = QSize(1080, 760), Wording wording = Wording::english);
+    ~MainWindow();
+
+    ScriptedApplication application;
+    /// For work to be held at; opened in the end.
+    const std::shared_ptr<Gate> gate = std::make_shared<Gate>();
+
+    /// Areas of the bundled catalog get their bundled texts.
+    Zorvane::AppState& open();
+    [[nodiscard]] Zorvane::AppState& state() const { return *m_state; }
+
+private:
+    const QSize m_size;
+    const Wording m_wording;
+    std::unique_ptr<QTranslator> m_translator;
+    std::unique_ptr<Zorvane::AppState> m_state;
+};
+
+} // namespace ZorvaneTests
