@@ -4,6 +4,7 @@
 #include "Zorvane/Desktop/TerminationSignals.h"
 #include "Zorvane/Startup/ApplicationEnvironment.h"
 #include "Zorvane/State/AppState.h"
+#include "Zorvane/State/Models/Models.h"
 
 #include "Words/StartErrorText.h"
 
@@ -66,6 +67,7 @@ int show(int& argc, char** argv, const ApplicationOptions& options,
     QQuickWindow::setTextRenderType(QQuickWindow::NativeTextRendering);
 
     Zorvane::AppState state(std::move(environment));
+    Zorvane::Models models(state);
     const Zorvane::TerminationSignals termination;
     QObject::connect(&termination.notifier(), &QSocketNotifier::activated, &state,
                      [&state] { state.requestClose(); });
@@ -73,6 +75,7 @@ int show(int& argc, char** argv, const ApplicationOptions& options,
     engine.addImportPath(QStringLiteral("qrc:/"));
     const bool isAnimated = !options.noAnimations && !Zorvane::wantsReducedMotion();
     engine.setInitialProperties({{QStringLiteral("appState"), QVariant::fromValue(&state)},
+                                 {QStringLiteral("models"), QVariant::fromValue(&models)},
                                  {QStringLiteral("animated"), isAnimated}});
     engine.load(QUrl(QStringLiteral("qrc:/Zorvane/Shell/Main.qml")));
     return engine.rootObjects().isEmpty() ? EXIT_FAILURE : QGuiApplication::exec();

@@ -7,10 +7,7 @@
 #include "CleanCore/FileSystem/LinuxFileManager.h"
 #include "CleanCore/Support/TaskPool.h"
 #include "Zorvane/State/AppState.h"
-#include "Zorvane/State/Models/ConfirmationModel.h"
-#include "Zorvane/State/Models/Figures.h"
-#include "Zorvane/State/Models/ResultsModel.h"
-#include "Zorvane/State/Models/SummaryModel.h"
+#include "Zorvane/State/Models/Models.h"
 #include "benchmarks/LargeResults.h"
 
 #include <QCoreApplication>
@@ -69,40 +66,33 @@ double longestStall(Zorvane::AppState& state)
     return longest;
 }
 
-/// What the window has open in its results.
-struct Screen
-{
-    explicit Screen(Zorvane::AppState& state)
-    {
-        results.setAppState(&state);
-        summary.setAppState(&state);
-        figures.setAppState(&state);
-        confirmation.setAppState(&state);
-    }
-    Zorvane::ResultsModel results;
-    Zorvane::SummaryModel summary;
-    Zorvane::Figures figures;
-    Zorvane::ConfirmationModel confirmation;
-};
-
 void timeLargeAreas()
 {
     Zorvane::AppState state(LargeResults::environment());
-    Screen screen(state);
+    Zorvane::Models models(state);
+    // The bindings of the screens read these after each change.
+    QObject::connect(&state, &Zorvane::AppState::selectionChanged, [&] {
+        (void)models.confirmation()->rows();
+        (void)models.confirmation()->totalText();
+    });
+    QObject::connect(&state, &Zorvane::AppState::categoriesChanged, [&] {
+        (void)models.summary()->rows();
+        (void)models.summary()->totalText();
+    });
     std::cout << LargeResults::areas << " areas of " << LargeResults::itemsPerArea
               << " items each; milliseconds\n"
               << std::left << std::setw(56) << ""
               << "  median largest\n";
     std::cout << "longest stall while they are scanned and shown: " << longestStall(state) << '\n';
-    time("open or close an area", [&] { screen.results.toggleExpanded(0); });
+    time("open or close an area", [&] { models.results()->toggleExpanded(0); });
     bool isSelected = true;
     time("tick an area's box, with all that follows on the screen", [&] {
         isSelected = !isSelected;
-        screen.results.setSelected(0, isSelected);
+        models.results()->setSelected(0, isSelected);
     });
     time("tick an item's box, with all that follows on the screen", [&] {
         isSelected = !isSelected;
-        screen.results.setSelected(1000, isSelected);
+        models.results()->setSelected(1000, isSelected);
     });
     time("selectedBytes()", [&] { (void)state.selection().selectedBytes(); });
     time("selections()", [&] { (void)state.selection().selections(); });
@@ -116,7 +106,7 @@ void timeScan(const std::string& folder)
     Zorvane::AppState state(LargeResults::environment(
         std::make_shared<CleanCore::LinuxFileManager>(CleanCore::UserFolders(), std::nullopt, pool),
         std::move(catalog)));
-    const Screen screen(state);
+    const Zorvane::Models models(state);
     std::cout << "longest stall while " << folder << " is scanned: " << longestStall(state) << " ("
               << state.totalRecoverableBytes() << " bytes found)\n";
 }

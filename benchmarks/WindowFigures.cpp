@@ -4,6 +4,7 @@
 // usage: window-figures     (QT_QPA_PLATFORM and QT_QUICK_BACKEND choose how it draws)
 
 #include "Zorvane/State/AppState.h"
+#include "Zorvane/State/Models/Models.h"
 #include "benchmarks/LargeResults.h"
 
 #include <QEventLoop>
@@ -64,9 +65,11 @@ QQuickItem* list(const QQuickItem& root)
 void run()
 {
     Zorvane::AppState state(LargeResults::environment());
+    Zorvane::Models models(state);
     QQmlApplicationEngine engine;
     engine.addImportPath(QStringLiteral("qrc:/"));
     engine.setInitialProperties({{QStringLiteral("appState"), QVariant::fromValue(&state)},
+                                 {QStringLiteral("models"), QVariant::fromValue(&models)},
                                  {QStringLiteral("animated"), true}});
     engine.load(QUrl(QStringLiteral("qrc:/Zorvane/Shell/Main.qml")));
     if (engine.rootObjects().isEmpty()) {

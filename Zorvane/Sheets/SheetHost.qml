@@ -6,6 +6,7 @@ Item {
     id: host
 
     required property AppState appState
+    required property Models models
 
     /// The open one, or null.
     readonly property Sheet sheet: confirmation.isOpen ? confirmation : icloud.isOpen ? icloud : report.isOpen ? report : null
@@ -15,6 +16,7 @@ Item {
 
         anchors.fill: parent
         appState: host.appState
+        model: host.models.confirmation
         shown: appState.showConfirmation && !appState.hasCleaningReport
     }
 
@@ -22,8 +24,9 @@ Item {
         id: icloud
 
         anchors.fill: parent
-        appState: host.appState
-        shown: appState.showICloud && !appState.hasCleaningReport && !appState.showConfirmation
+        cloud: host.appState.cloud
+        model: host.models.icloud
+        shown: cloud.showICloud && !host.appState.hasCleaningReport && !host.appState.showConfirmation
     }
 
     ReportSheet {
@@ -31,6 +34,7 @@ Item {
 
         anchors.fill: parent
         appState: host.appState
+        model: host.models.report
         shown: appState.hasCleaningReport
     }
 }

@@ -8,6 +8,7 @@ Window {
     id: window
 
     required property AppState appState
+    required property Models models
     required property bool animated
 
     /// Whether something covers the screens and the title bar, which have to be disabled then, or
@@ -75,6 +76,7 @@ Window {
         anchors.fill: parent
         enabled: !window.isCovered
         appState: window.appState
+        models: window.models
         termsURL: LegalPages.termsURL
         privacyURL: LegalPages.privacyURL
     }

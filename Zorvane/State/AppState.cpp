@@ -21,10 +21,10 @@ const QString currentTermsVersion = QStringLiteral("0.1");
 
 AppState::AppState(Environment environment, QObject* parent)
     : QObject(parent), m_environment(std::move(environment)), m_formatter(m_environment.locale),
-      m_icloudEvictor(m_environment.home.cloudContainer(), m_environment.home.fileManager,
-                      m_environment.cloudDrive, m_environment.home.pool, m_environment.steadyNow),
-      m_queue(std::make_shared<MainThreadQueue>()), m_runner(m_queue)
+      m_queue(std::make_shared<MainThreadQueue>()), m_runner(m_queue),
+      m_cloud(m_environment, m_queue)
 {
+    connect(&m_cloud, &CloudState::isEvictingChanged, this, &AppState::closeWhenReady);
     if (m_environment.preferences.acceptedTermsVersion() != currentTermsVersion) {
         m_phase = Phase::termsAcceptance;
     }
@@ -113,7 +113,7 @@ void AppState::openPermissionSettings()
 void AppState::requestClose()
 {
     m_clean.request_stop();
-    m_evict.request_stop();
+    m_cloud.stopEvicting();
     m_isClosing = true;
     emit isClosingChanged();
     closeWhenReady();
@@ -121,7 +121,7 @@ void AppState::requestClose()
 
 void AppState::closeWhenReady()
 {
-    if (m_isClosing && !m_isCleaning && !m_isEvicting) {
+    if (m_isClosing && !m_isCleaning && !m_cloud.isEvicting()) {
         emit readyToClose();
     }
 }

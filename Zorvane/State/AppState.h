@@ -2,10 +2,10 @@
 
 #include "CleanCore/Cleaning/CleaningReport.h"
 #include "CleanCore/Cleaning/SelectionState.h"
-#include "CleanCore/CloudDrive/ICloudEvictor.h"
 #include "CleanCore/Scanning/CategoryResult.h"
 #include "Zorvane/Desktop/ByteCountFormatter.h"
 #include "Zorvane/State/Binding.h"
+#include "Zorvane/State/CloudState.h"
 #include "Zorvane/State/Environment.h"
 #include "Zorvane/State/MainThreadQueue.h"
 #include "Zorvane/State/Models/RingSegment.h"
@@ -13,12 +13,11 @@
 
 #include <QObject>
 #include <QtQml/qqmlregistration.h>
+#include <cstddef>
 #include <cstdint>
-#include <map>
+#include <functional>
 #include <memory>
 #include <optional>
-#include <set>
-#include <span>
 #include <stop_token>
 #include <string>
 #include <string_view>
@@ -47,8 +46,7 @@ class AppState : public QObject
                    showConfirmationChanged)
     Q_PROPERTY(bool isCleaning READ isCleaning NOTIFY isCleaningChanged)
     Q_PROPERTY(bool hasCleaningReport READ hasCleaningReport NOTIFY cleaningReportChanged)
-    Q_PROPERTY(bool showICloud READ showICloud WRITE setShowICloud NOTIFY showICloudChanged)
-    Q_PROPERTY(bool isEvicting READ isEvicting NOTIFY isEvictingChanged)
+    Q_PROPERTY(Zorvane::CloudState* cloud READ cloud CONSTANT)
     Q_PROPERTY(bool isClosing READ isClosing NOTIFY isClosingChanged)
 
 public:
@@ -60,19 +58,6 @@ public:
         std::int64_t bytes = 0;
         std::int64_t count = 0;
     };
-    struct MeasureProgress
-    {
-        std::int64_t files = 0;
-        std::int64_t bytes = 0;
-    };
-    /// `index` counts from 1; `name` is the last component of the item's path.
-    struct EvictProgress
-    {
-        std::int64_t index = 0;
-        std::int64_t total = 0;
-        std::string name;
-    };
-    using EvictReport = CleanCore::ICloudEvictor::EvictReport;
 
     explicit AppState(Environment environment, QObject* parent = nullptr);
     ~AppState() override;
@@ -134,38 +119,7 @@ public:
     Q_INVOKABLE void performClean();
     Q_INVOKABLE void closeReport();
 
-    // The cloud drive
-
-    [[nodiscard]] bool showICloud() const { return m_showICloud; }
-    /// Absent until the first measuring; then what is downloaded, largest first.
-    [[nodiscard]] const std::optional<std::vector<CleanCore::ICloudItem>>& icloudItems() const;
-    [[nodiscard]] const std::set<std::string>& icloudSelection() const;
-    [[nodiscard]] bool isEvicting() const { return m_isEvicting; }
-    /// Paths of entries whose measuring ran into the time limit.
-    [[nodiscard]] const std::vector<std::string>& icloudBusyFolders() const;
-    [[nodiscard]] const std::set<std::string>& icloudReleasedPaths() const;
-    /// Entries whose measuring has been started and not been handled.
-    [[nodiscard]] std::int64_t icloudPending() const { return m_icloudPending; }
-    [[nodiscard]] std::int64_t icloudMeasuredFiles() const { return m_icloudMeasuredFiles; }
-    [[nodiscard]] std::int64_t icloudMeasuredBytes() const { return m_icloudMeasuredBytes; }
-    [[nodiscard]] const std::optional<EvictProgress>& icloudEvictProgress() const;
-    [[nodiscard]] const std::optional<EvictReport>& icloudEvictReport() const;
-    [[nodiscard]] std::int64_t icloudDownloadedBytes() const;
-    [[nodiscard]] std::vector<CleanCore::ICloudItem> icloudSelectedItems() const;
-    [[nodiscard]] std::int64_t icloudSelectedBytes() const;
-    [[nodiscard]] std::int64_t icloudSelectedFileCount() const;
-    /// The bundles of the chosen items, largest first.
-    [[nodiscard]] std::vector<CleanCore::ICloudAppBundle> icloudSelectedApps() const;
-    [[nodiscard]] std::int64_t icloudSelectedAppBytes() const;
-
-    void setShowICloud(bool isShown);
-    void setICloudSelected(const std::string& path, bool isSelected);
-    Q_INVOKABLE void openICloud();
-    Q_INVOKABLE void reloadICloud();
-    Q_INVOKABLE void retryBusyICloudFolders();
-    /// Releases what is chosen; nothing happens when nothing is, or while a release runs.
-    Q_INVOKABLE void requestEvict();
-    void revealICloudApps(std::span<const CleanCore::ICloudAppBundle> apps) const;
+    [[nodiscard]] CloudState* cloud() { return &m_cloud; }
 
     // Closing
 
@@ -191,18 +145,6 @@ signals:
     void cleaningReportChanged();
     void lastVisibleFreedBytesChanged();
 
-    void showICloudChanged();
-    void icloudItemsChanged();
-    void icloudSelectionChanged();
-    void isEvictingChanged();
-    void icloudBusyFoldersChanged();
-    void icloudReleasedPathsChanged();
-    void icloudPendingChanged();
-    /// Of either figure.
-    void icloudMeasuredChanged();
-    void icloudEvictProgressChanged();
-    void icloudEvictReportChanged();
-
     void isClosingChanged();
     void readyToClose();
 
@@ -214,18 +156,11 @@ private:
     void changeSelection(const std::function<void(CleanCore::SelectionState&)>& change);
     void publishResults(const CleanCore::SelectionState& results);
     void finishClean(CleanCore::CleaningReport report, std::int64_t freed);
-    void measureICloudChildren(std::vector<std::string> children);
-    void handleMeasureProgress(const std::string& path, MeasureProgress progress);
-    void handleMeasureResult(const CleanCore::ICloudEvictor::MeasureResult& result);
-    void performEvict();
-    void setEvictProgress(std::optional<EvictProgress> progress);
-    void finishEvict(const EvictReport& report);
     /// Emits readyToClose() when closing was asked for and nothing is in hand any more.
     void closeWhenReady();
 
     const Environment m_environment;
     const ByteCountFormatter m_formatter;
-    const CleanCore::ICloudEvictor m_icloudEvictor;
 
     Phase m_phase = Phase::needsPermission;
     std::optional<std::string> m_currentRuleId;
@@ -239,19 +174,6 @@ private:
     std::optional<CleanCore::CleaningReport> m_cleaningReport;
     std::optional<std::int64_t> m_lastVisibleFreedBytes;
 
-    bool m_showICloud = false;
-    std::optional<std::vector<CleanCore::ICloudItem>> m_icloudItems;
-    std::set<std::string> m_icloudSelection;
-    bool m_isEvicting = false;
-    std::vector<std::string> m_icloudBusyFolders;
-    std::set<std::string> m_icloudReleasedPaths;
-    std::int64_t m_icloudPending = 0;
-    std::int64_t m_icloudMeasuredFiles = 0;
-    std::int64_t m_icloudMeasuredBytes = 0;
-    std::map<std::string, MeasureProgress> m_icloudMeasureByChild;
-    std::optional<EvictProgress> m_icloudEvictProgress;
-    std::optional<EvictReport> m_icloudEvictReport;
-
     bool m_isClosing = false;
     const std::shared_ptr<MainThreadQueue> m_queue;
     const MainThreadRunner m_runner;
@@ -259,9 +181,8 @@ private:
     std::stop_source m_end;
     /// Cancels the scan whose tasks count.
     std::shared_ptr<std::stop_source> m_scan;
-    /// Asks a clean or release to stop after the item in hand.
     std::jthread m_clean;
-    std::jthread m_evict;
+    CloudState m_cloud;
 };
 
 } // namespace Zorvane

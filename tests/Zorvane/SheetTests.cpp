@@ -115,6 +115,7 @@ TEST(Sheets, KeepTheKeyboardAndGiveItBack)
         EXPECT_EQ(window.focused(), entry.stops.back());
         window.key(Qt::Key_Escape);
         EXPECT_TRUE(window.focused().startsWith(QLatin1String(entry.from)));
+        EXPECT_TRUE(window.window().activeFocusItem()->property("visualFocus").toBool());
     }
 }
 
@@ -205,7 +206,7 @@ TEST(Sheets, ReleaseTheTickedDownloads)
     EXPECT_FALSE(button.isEnabled());
     EXPECT_EQ(button.opacity(), 1);
     window.gate->open();
-    waitUntil([&] { return !window.state().isEvicting(); });
+    waitUntil([&] { return !window.state().cloud()->isEvicting(); });
     window.settle();
     EXPECT_TRUE(window.texts().contains(QStringLiteral("released")));
     EXPECT_EQ(window.control(QStringLiteral("Free up Zero KB")).opacity(), 0.5);

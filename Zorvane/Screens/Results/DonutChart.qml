@@ -7,8 +7,7 @@ import Zorvane
 Item {
     id: chart
 
-    required property SummaryModel segments
-    required property string totalText
+    required property SummaryModel summary
 
     readonly property real frame: 170
     readonly property real padding: 10
@@ -29,14 +28,14 @@ Item {
     }
 
     Repeater {
-        model: chart.segments
+        model: chart.summary.rows
 
         Arc {
-            required property string colorName
-            required start
-            required end
+            required property summaryRow modelData
 
-            color: Theme[colorName]
+            start: modelData.start
+            end: modelData.end
+            color: Theme[modelData.colorName]
         }
     }
 
@@ -47,7 +46,7 @@ Item {
         Label {
             // Fits inside the ring.
             width: chart.frame - chart.lineWidth - 24
-            text: chart.totalText
+            text: chart.summary.totalText
             font: Theme.numberFont(26, Font.ExtraBold)
             wrapMode: Text.NoWrap
             fontSizeMode: Text.HorizontalFit

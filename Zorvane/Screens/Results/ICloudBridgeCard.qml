@@ -6,18 +6,12 @@ import Zorvane
 ResultsRow {
     id: card
 
-    required property AppState appState
+    required property ICloudModel icloud
 
     isFirst: true
     topGap: 10
     contentHeight: line.implicitHeight + 28
     focusTarget: area
-
-    ICloudModel {
-        id: icloud
-
-        appState: card.appState
-    }
 
     CardButton {
         id: area
@@ -25,7 +19,7 @@ ResultsRow {
         focusPolicy: card.controlFocusPolicy
         text: title.text
         description: explanation.text
-        onClicked: icloud.open()
+        onClicked: card.icloud.open()
     }
 
     RowLayout {
@@ -78,7 +72,7 @@ ResultsRow {
         }
 
         ColumnLayout {
-            visible: !icloud.isMeasured
+            visible: !card.icloud.isMeasured
             spacing: 3
 
             SecondaryButton {
@@ -89,7 +83,7 @@ ResultsRow {
                 onClicked: {
                     // This button disappears once something is measured; the card stays.
                     area.forceActiveFocus(visualFocus ? Qt.TabFocusReason : Qt.MouseFocusReason);
-                    icloud.open();
+                    card.icloud.open();
                 }
             }
 
@@ -102,21 +96,21 @@ ResultsRow {
         }
 
         Spinner {
-            visible: icloud.isMeasuring
+            visible: card.icloud.isMeasuring
             color: Theme.catOther
             Accessible.name: qsTr("Measuring…")
         }
 
         Label {
             Layout.minimumWidth: 78
-            visible: icloud.isMeasured && !icloud.isMeasuring
-            text: icloud.downloadedText
+            visible: card.icloud.isMeasured && !card.icloud.isMeasuring
+            text: card.icloud.downloadedText
             font: Theme.numberFont(14, Font.Bold)
             horizontalAlignment: Text.AlignRight
         }
 
         Symbol {
-            visible: icloud.isMeasured
+            visible: card.icloud.isMeasured
             name: "chevron.right"
             size: 10
             color: Theme.textTertiary

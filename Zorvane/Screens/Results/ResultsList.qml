@@ -9,7 +9,8 @@ import Zorvane
 KeyboardList {
     id: list
 
-    required property AppState appState
+    required property ResultsModel results
+    required property ICloudModel icloud
     /// The space for the scroll bar beside the rows.
     property real gutter: 14
 
@@ -29,11 +30,7 @@ KeyboardList {
         }
     }
 
-    model: ResultsModel {
-        id: results
-
-        appState: list.appState
-    }
+    model: results
 
     delegate: DelegateChooser {
         role: "kind"
@@ -42,8 +39,8 @@ KeyboardList {
             roleValue: "category"
 
             CategoryRow {
-                onExpansionToggled: results.toggleExpanded(index)
-                onSelectionToggled: isSelected => results.setSelected(index, isSelected)
+                onExpansionToggled: list.results.toggleExpanded(index)
+                onSelectionToggled: isSelected => list.results.setSelected(index, isSelected)
             }
         }
 
@@ -51,8 +48,8 @@ KeyboardList {
             roleValue: "details"
 
             DetailsRow {
-                onAllSelected: results.selectAll(index)
-                onSelectionCleared: results.clearSelection(index)
+                onAllSelected: list.results.selectAll(index)
+                onSelectionCleared: list.results.clearSelection(index)
             }
         }
 
@@ -60,7 +57,7 @@ KeyboardList {
             roleValue: "item"
 
             ItemRow {
-                onSelectionToggled: isSelected => results.setSelected(index, isSelected)
+                onSelectionToggled: isSelected => list.results.setSelected(index, isSelected)
             }
         }
 
@@ -68,7 +65,7 @@ KeyboardList {
             roleValue: "card"
 
             ICloudBridgeCard {
-                appState: list.appState
+                icloud: list.icloud
             }
         }
     }

@@ -7,6 +7,7 @@ FocusScope {
     id: view
 
     required property AppState appState
+    required property Models models
 
     readonly property real margin: 20
     readonly property real contentWidth: aligned(Math.min(width - 2 * margin, 1180))
@@ -36,12 +37,6 @@ FocusScope {
     implicitWidth: 900
     implicitHeight: 640
 
-    Figures {
-        id: figures
-
-        appState: view.appState
-    }
-
     FocusScope {
         id: content
 
@@ -54,7 +49,7 @@ FocusScope {
             id: topBar
 
             width: parent.width
-            userName: figures.userName
+            userName: view.models.figures.userName
         }
 
         SummaryPanel {
@@ -63,7 +58,7 @@ FocusScope {
             anchors.top: topBar.bottom
             anchors.topMargin: 10
             x: view.contentX
-            appState: view.appState
+            summary: view.models.summary
         }
 
         ResultsList {
@@ -75,7 +70,8 @@ FocusScope {
             anchors.leftMargin: Theme.spacingLarge
             width: view.contentWidth - summary.width - Theme.spacingLarge + gutter
             focus: true
-            appState: view.appState
+            results: view.models.results
+            icloud: view.models.icloud
         }
 
         ActionBar {
@@ -85,7 +81,7 @@ FocusScope {
             width: parent.width
             contentWidth: view.contentWidth
             appState: view.appState
-            figures: figures
+            figures: view.models.figures
         }
     }
 
@@ -94,6 +90,7 @@ FocusScope {
 
         anchors.fill: parent
         appState: view.appState
+        models: view.models
     }
 
     BusyOverlay {

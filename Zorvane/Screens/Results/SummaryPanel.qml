@@ -8,7 +8,7 @@ import Zorvane
 Item {
     id: panel
 
-    required property AppState appState
+    required property SummaryModel summary
 
     readonly property real padding: 20
 
@@ -17,12 +17,6 @@ Item {
 
     GlassSurface {
         anchors.fill: parent
-    }
-
-    SummaryModel {
-        id: summary
-
-        appState: panel.appState
     }
 
     ColumnLayout {
@@ -34,8 +28,7 @@ Item {
 
         DonutChart {
             Layout.alignment: Qt.AlignHCenter
-            segments: summary
-            totalText: summary.totalText
+            summary: panel.summary
         }
 
         ColumnLayout {
@@ -46,14 +39,12 @@ Item {
             Repeater {
                 id: legend
 
-                model: summary
+                model: panel.summary.rows
 
                 RowLayout {
                     id: line
 
-                    required property string label
-                    required property string colorName
-                    required property string sizeText
+                    required property summaryRow modelData
 
                     spacing: Theme.spacingSmall
 
@@ -61,19 +52,19 @@ Item {
                         implicitWidth: 8
                         implicitHeight: 8
                         cornerRadius: 2.5
-                        color: Theme[line.colorName]
+                        color: Theme[line.modelData.colorName]
                     }
 
                     Label {
                         Layout.fillWidth: true
-                        text: line.label
+                        text: line.modelData.label
                         font: Theme.callout
                         color: Theme.textSecondary
                         elide: Text.ElideRight
                     }
 
                     Label {
-                        text: line.sizeText
+                        text: line.modelData.sizeText
                         font: Theme.numberFont(12, Font.Medium)
                     }
                 }
@@ -82,7 +73,7 @@ Item {
 
         SymbolText {
             Layout.fillWidth: true
-            visible: summary.anyAccessErrors
+            visible: panel.summary.anyAccessErrors
             symbol: "exclamationmark.triangle"
             symbolSize: 12
             text: qsTr("Some areas could not be read — grant Full Disk Access for the full amount")

@@ -6,6 +6,7 @@ FocusScope {
     id: view
 
     required property AppState appState
+    required property Models models
     property url termsURL
     property url privacyURL
 
@@ -72,6 +73,7 @@ FocusScope {
         ScanningScreen {
             focus: true
             appState: view.appState
+            figures: view.models.figures
         }
     }
 
@@ -81,6 +83,7 @@ FocusScope {
         ResultsView {
             focus: true
             appState: view.appState
+            models: view.models
         }
     }
 }

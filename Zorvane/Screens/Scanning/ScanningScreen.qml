@@ -6,15 +6,10 @@ ScreenStack {
     id: screen
 
     required property AppState appState
+    required property Figures figures
 
     padding: 48
     Keys.onEscapePressed: screen.appState.cancelScan()
-
-    Figures {
-        id: figures
-
-        appState: screen.appState
-    }
 
     Spinner {
         anchors.horizontalCenter: parent.horizontalCenter
@@ -25,7 +20,7 @@ ScreenStack {
 
     RollingFigure {
         anchors.horizontalCenter: parent.horizontalCenter
-        text: figures.bytesFoundText
+        text: screen.figures.bytesFoundText
         font: Theme.numberFont(44, Font.Bold)
         color: Theme.textPrimary
     }
@@ -33,7 +28,7 @@ ScreenStack {
     Label {
         anchors.horizontalCenter: parent.horizontalCenter
         width: Math.min(implicitWidth, screen.availableWidth)
-        text: figures.statusText
+        text: screen.figures.statusText
         font: Theme.body
         color: Theme.textSecondary
         elide: Text.ElideRight

@@ -8,6 +8,7 @@ Sheet {
     id: sheet
 
     required property AppState appState
+    required property ConfirmationModel model
 
     onDismissed: appState.showConfirmation = false
 
@@ -22,19 +23,13 @@ Sheet {
                 onClicked: sheet.dismissed()
             },
             PrimaryButton {
-                text: qsTr("Delete %1 permanently").arg(confirmation.totalText)
+                text: qsTr("Delete %1 permanently").arg(sheet.model.totalText)
                 isDestructive: true
                 minimumWidth: 220
-                available: !confirmation.needsAcknowledgement || acknowledgement.checked
+                available: !sheet.model.needsAcknowledgement || acknowledgement.checked
                 onClicked: sheet.appState.performClean()
             }
         ]
-
-        ConfirmationModel {
-            id: confirmation
-
-            appState: sheet.appState
-        }
 
         Symbol {
             anchors.horizontalCenter: parent.horizontalCenter
@@ -58,7 +53,7 @@ Sheet {
 
         ConfirmationSummary {
             width: parent.width
-            model: confirmation
+            model: sheet.model
         }
 
         NoticeBox {
@@ -72,7 +67,7 @@ Sheet {
                 Repeater {
                     id: warnings
 
-                    model: confirmation.warnings
+                    model: sheet.model.warnings
 
                     SymbolText {
                         required property string modelData
@@ -88,10 +83,10 @@ Sheet {
         Acknowledgement {
             id: acknowledgement
 
-            visible: confirmation.needsAcknowledgement
+            visible: sheet.model.needsAcknowledgement
             width: parent.width
-            text: confirmation.acknowledgementText
-            plainText: confirmation.plainAcknowledgementText
+            text: sheet.model.acknowledgementText
+            plainText: sheet.model.plainAcknowledgementText
         }
     }
 }

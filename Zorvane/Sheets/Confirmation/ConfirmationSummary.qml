@@ -15,14 +15,12 @@ GlassCard {
         spacing: 9
 
         Repeater {
-            model: summary.model
+            model: summary.model.rows
 
             RowLayout {
                 id: area
 
-                required property string title
-                required property bool isReviewRequired
-                required property string sizeText
+                required property confirmationRow modelData
 
                 width: parent?.width ?? 0
                 spacing: Theme.spacingSmall
@@ -31,12 +29,12 @@ GlassCard {
                     Layout.alignment: Qt.AlignBaseline
                     Layout.fillWidth: true
                     Layout.maximumWidth: Math.ceil(implicitWidth)
-                    text: area.title
+                    text: area.modelData.title
                 }
 
                 Label {
                     Layout.alignment: Qt.AlignBaseline
-                    visible: area.isReviewRequired
+                    visible: area.modelData.isReviewRequired
                     text: qsTr("review required")
                     font: Theme.textFont(10, Font.Bold)
                     color: Theme.warning
@@ -48,7 +46,7 @@ GlassCard {
 
                 Label {
                     Layout.alignment: Qt.AlignBaseline
-                    text: area.sizeText
+                    text: area.modelData.sizeText
                     font: Theme.numberFont(12, Font.Normal)
                     color: Theme.textSecondary
                 }

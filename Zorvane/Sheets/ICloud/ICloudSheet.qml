@@ -7,9 +7,10 @@ import Zorvane
 Sheet {
     id: sheet
 
-    required property AppState appState
+    required property CloudState cloud
+    required property ICloudModel model
 
-    onDismissed: appState.showICloud = false
+    onDismissed: cloud.showICloud = false
 
     panel: SheetPanel {
         name: header.title
@@ -22,25 +23,19 @@ Sheet {
                 onClicked: sheet.dismissed()
             },
             SecondaryButton {
-                visible: icloud.busyText !== ""
+                visible: sheet.model.busyText !== ""
                 text: qsTr("Try again")
-                onClicked: sheet.appState.retryBusyICloudFolders()
+                onClicked: sheet.cloud.retryBusyICloudFolders()
             },
             PrimaryButton {
-                text: qsTr("Free up %1").arg(icloud.selectedText)
+                text: qsTr("Free up %1").arg(sheet.model.selectedText)
                 minimumTextWidth: 170
-                busy: sheet.appState.isEvicting
-                available: icloud.canRelease
-                opacity: icloud.hasSelectedBytes ? 1 : 0.5
-                onClicked: sheet.appState.requestEvict()
+                busy: sheet.cloud.isEvicting
+                available: sheet.model.canRelease
+                opacity: sheet.model.hasSelectedBytes ? 1 : 0.5
+                onClicked: sheet.cloud.requestEvict()
             }
         ]
-
-        ICloudModel {
-            id: icloud
-
-            appState: sheet.appState
-        }
 
         ICloudHeader {
             id: header
@@ -49,24 +44,24 @@ Sheet {
         }
 
         Expectations {
-            visible: icloud.isMeasuring
+            visible: sheet.model.isMeasuring
             width: parent.width
         }
 
         SecondaryButton {
-            visible: !icloud.isMeasuring
+            visible: !sheet.model.isMeasuring
             anchors.horizontalCenter: parent.horizontalCenter
             text: qsTr("Rescan")
             symbol: "arrow.clockwise"
             cornerRadius: Theme.radiusCapsule
-            onClicked: sheet.appState.reloadICloud()
+            onClicked: sheet.cloud.reloadICloud()
         }
 
         ProgressLine {
-            visible: icloud.isMeasuring
+            visible: sheet.model.isMeasuring
             anchors.horizontalCenter: parent.horizontalCenter
             width: Math.min(implicitWidth, parent.width)
-            text: icloud.measuringText
+            text: sheet.model.measuringText
             font: Theme.numberFont(11, Font.Normal)
         }
 
@@ -74,11 +69,11 @@ Sheet {
             visible: text !== ""
             anchors.horizontalCenter: parent.horizontalCenter
             width: Math.min(implicitWidth, 460)
-            text: icloud.freeingText
+            text: sheet.model.freeingText
         }
 
         CentredText {
-            visible: icloud.isEmpty
+            visible: sheet.model.isEmpty
             topPadding: 30
             bottomPadding: 30
             text: qsTr("Nothing downloaded — your iCloud Drive is already optimized.")
@@ -88,31 +83,31 @@ Sheet {
 
         ICloudList {
             width: parent.width
-            model: icloud
+            model: sheet.model
         }
 
         NoticeBox {
-            visible: icloud.busyText !== ""
+            visible: sheet.model.busyText !== ""
             width: parent.width
 
             SymbolText {
                 width: parent.width
                 symbol: "clock.badge.exclamationmark"
                 symbolSize: 13
-                text: icloud.busyText
+                text: sheet.model.busyText
                 font: Theme.caption
                 color: Theme.textSecondary
             }
         }
 
         ReleaseResult {
-            visible: icloud.hasReport
+            visible: sheet.model.hasReport
             width: parent.width
-            model: icloud
+            model: sheet.model
         }
 
         NoticeBox {
-            visible: icloud.beforeFreeingText !== ""
+            visible: sheet.model.beforeFreeingText !== ""
             width: parent.width
             color: Theme.catOther
             topPadding: 9
@@ -123,16 +118,16 @@ Sheet {
                 symbol: "icloud"
                 symbolColor: Theme.catOther
                 symbolSize: 13
-                text: icloud.beforeFreeingText
+                text: sheet.model.beforeFreeingText
                 font: Theme.caption
                 color: Theme.textSecondary
             }
         }
 
         AppsNotice {
-            visible: icloud.appsTitle !== ""
+            visible: sheet.model.appsTitle !== ""
             width: parent.width
-            model: icloud
+            model: sheet.model
         }
     }
 }

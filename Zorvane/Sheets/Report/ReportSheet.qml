@@ -8,11 +8,12 @@ Sheet {
     id: sheet
 
     required property AppState appState
+    required property ReportModel model
 
     onDismissed: appState.closeReport()
 
     panel: SheetPanel {
-        name: report.freedText + " " + report.removedText
+        name: sheet.model.freedText + " " + sheet.model.removedText
         columnWidth: 470
         inSight: skipped.showDetails ? skipped : null
         buttons: Column {
@@ -37,12 +38,6 @@ Sheet {
             }
         }
 
-        ReportModel {
-            id: report
-
-            appState: sheet.appState
-        }
-
         Symbol {
             anchors.horizontalCenter: parent.horizontalCenter
             name: "checkmark.circle.fill"
@@ -51,12 +46,12 @@ Sheet {
         }
 
         CentredText {
-            text: report.freedText
+            text: sheet.model.freedText
             font: Theme.numberFont(42, Font.Bold)
         }
 
         CentredText {
-            text: report.removedText
+            text: sheet.model.removedText
             font: Theme.body
             color: Theme.textSecondary
         }
@@ -68,7 +63,7 @@ Sheet {
 
             CentredText {
                 visible: text !== ""
-                text: report.visibleFreedText
+                text: sheet.model.visibleFreedText
                 font: Theme.calloutSemibold
                 color: Theme.success
             }
@@ -83,9 +78,9 @@ Sheet {
         SkippedSummary {
             id: skipped
 
-            visible: report.hasSkipped
+            visible: sheet.model.hasSkipped
             width: parent.width
-            model: report
+            model: sheet.model
         }
     }
 }

@@ -6,11 +6,41 @@
 
 namespace Zorvane {
 
-void ConfirmationModel::follow(AppState& appState)
+ConfirmationModel::ConfirmationModel(const AppState& state) : m_state(state)
 {
-    connect(&appState, &AppState::categoriesChanged, this, &ConfirmationModel::rebuild);
-    connect(&appState, &AppState::selectionChanged, this, &ConfirmationModel::rebuild);
-    rebuild();
+    connect(&state, &AppState::categoriesChanged, this, &ConfirmationModel::changed);
+    connect(&state, &AppState::selectionChanged, this, &ConfirmationModel::changed);
+}
+
+QList<ConfirmationRow> ConfirmationModel::rows() const
+{
+    QList<ConfirmationRow> rows;
+    for (std::size_t category = 0; category < m_state.categories().size(); ++category) {
+        const std::int64_t bytes = m_state.selectedBytes(category);
+        if (bytes >= 1) {
+            const CleanCore::CleaningRule& rule = m_state.categories()[category].rule;
+            rows.push_back({RuleDisplay::title(rule.id, m_state.texts()),
+                            rule.tier == CleanCore::RuleTier::reviewRequired,
+                            m_state.byteCountFormatter().string(bytes)});
+        }
+    }
+    return rows;
+}
+
+QString ConfirmationModel::totalText() const
+{
+    return m_state.byteCountFormatter().string(m_state.selection().selectedBytes());
+}
+
+QStringList ConfirmationModel::warnings() const
+{
+    const std::vector<QString> warnings = m_state.selectedTierBWarnings();
+    return {warnings.begin(), warnings.end()};
+}
+
+bool ConfirmationModel::needsAcknowledgement() const
+{
+    return !m_state.selectedTierBCategories().empty();
 }
 
 QString ConfirmationModel::acknowledgement()
@@ -19,73 +49,23 @@ QString ConfirmationModel::acknowledgement()
               "**not be recoverable**.");
 }
 
+QString ConfirmationModel::reviewTitles() const
+{
+    QStringList titles;
+    for (const AppState::TierBCategory& category : m_state.selectedTierBCategories()) {
+        titles.push_back(category.title);
+    }
+    return titles.join(QStringLiteral(", "));
+}
+
 QString ConfirmationModel::acknowledgementText() const
 {
-    return styledText(acknowledgement()).arg(m_reviewTitles.toHtmlEscaped());
+    return styledText(acknowledgement()).arg(reviewTitles().toHtmlEscaped());
 }
 
 QString ConfirmationModel::plainAcknowledgementText() const
 {
-    return plainText(acknowledgement()).arg(m_reviewTitles);
-}
-
-int ConfirmationModel::rowCount(const QModelIndex& parent) const
-{
-    return parent.isValid() ? 0 : static_cast<int>(m_rows.size());
-}
-
-QVariant ConfirmationModel::data(const QModelIndex& index, int role) const
-{
-    if (!checkIndex(index, CheckIndexOption::IndexIsValid)) {
-        return {};
-    }
-    const Row& row = m_rows[static_cast<std::size_t>(index.row())];
-    switch (role) {
-    case TitleRole:
-        return row.title;
-    case IsReviewRequiredRole:
-        return row.isReviewRequired;
-    case SizeTextRole:
-        return row.sizeText;
-    default:
-        return {};
-    }
-}
-
-QHash<int, QByteArray> ConfirmationModel::roleNames() const
-{
-    return {{TitleRole, "title"},
-            {IsReviewRequiredRole, "isReviewRequired"},
-            {SizeTextRole, "sizeText"}};
-}
-
-void ConfirmationModel::rebuild()
-{
-    beginResetModel();
-    const ByteCountFormatter& formatter = appState()->byteCountFormatter();
-    m_rows.clear();
-    for (std::size_t category = 0; category < appState()->categories().size(); ++category) {
-        const CleanCore::CleaningRule& rule = appState()->categories()[category].rule;
-        const std::int64_t bytes = appState()->selectedBytes(category);
-        if (bytes >= 1) {
-            m_rows.push_back({RuleDisplay::title(rule.id, appState()->texts()),
-                              rule.tier == CleanCore::RuleTier::reviewRequired,
-                              formatter.string(bytes)});
-        }
-    }
-    m_totalText = formatter.string(appState()->selection().selectedBytes());
-    m_warnings.clear();
-    for (const QString& warning : appState()->selectedTierBWarnings()) {
-        m_warnings.push_back(warning);
-    }
-    QStringList titles;
-    for (const AppState::TierBCategory& category : appState()->selectedTierBCategories()) {
-        titles.push_back(category.title);
-    }
-    m_needsAcknowledgement = !titles.empty();
-    m_reviewTitles = titles.join(QStringLiteral(", "));
-    endResetModel();
-    emit changed();
+    return plainText(acknowledgement()).arg(reviewTitles());
 }
 
 } // namespace Zorvane

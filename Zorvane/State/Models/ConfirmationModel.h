@@ -1,61 +1,63 @@
 #pragma once
 
-#include "Zorvane/State/Models/StateListModel.h"
-
+#include <QList>
+#include <QObject>
+#include <QString>
 #include <QStringList>
 #include <QtQml/qqmlregistration.h>
-#include <vector>
 
 namespace Zorvane {
 
-/// What a clean is about to remove: one row for each area of which at least one byte is chosen, in
-/// the order of the results. It follows the selection. Main thread only.
-class ConfirmationModel : public Zorvane::StateListModel
+class AppState;
+
+/// An area in the confirmation of a clean.
+struct ConfirmationRow
+{
+    Q_GADGET
+    QML_VALUE_TYPE(confirmationRow)
+    Q_PROPERTY(QString title MEMBER title)
+    Q_PROPERTY(bool isReviewRequired MEMBER isReviewRequired)
+    Q_PROPERTY(QString sizeText MEMBER sizeText)
+public:
+    QString title;
+    bool isReviewRequired = false;
+    QString sizeText;
+};
+
+/// The items that a clean is about to remove. It follows the selection. Main thread only.
+class ConfirmationModel : public QObject
 {
     Q_OBJECT
     QML_ELEMENT
+    QML_UNCREATABLE("Models has one.")
+    /// Each area with at least one selected byte, in the order of the results.
+    Q_PROPERTY(QList<Zorvane::ConfirmationRow> rows READ rows NOTIFY changed)
     Q_PROPERTY(QString totalText READ totalText NOTIFY changed)
     Q_PROPERTY(QStringList warnings READ warnings NOTIFY changed)
-    /// Whether something is chosen that wants to be reviewed.
+    /// Whether any selected item requires a review.
     Q_PROPERTY(bool needsAcknowledgement READ needsAcknowledgement NOTIFY changed)
     /// Styled text; the titles in it are escaped.
     Q_PROPERTY(QString acknowledgementText READ acknowledgementText NOTIFY changed)
     Q_PROPERTY(QString plainAcknowledgementText READ plainAcknowledgementText NOTIFY changed)
 public:
-    enum Role { TitleRole = Qt::UserRole + 1, IsReviewRequiredRole, SizeTextRole };
+    explicit ConfirmationModel(const AppState& state);
 
-    using StateListModel::StateListModel;
-
-    [[nodiscard]] QString totalText() const { return m_totalText; }
-    [[nodiscard]] QStringList warnings() const { return m_warnings; }
-    [[nodiscard]] bool needsAcknowledgement() const { return m_needsAcknowledgement; }
+    [[nodiscard]] QList<ConfirmationRow> rows() const;
+    [[nodiscard]] QString totalText() const;
+    [[nodiscard]] QStringList warnings() const;
+    [[nodiscard]] bool needsAcknowledgement() const;
     [[nodiscard]] QString acknowledgementText() const;
     [[nodiscard]] QString plainAcknowledgementText() const;
 
-    [[nodiscard]] int rowCount(const QModelIndex& parent = {}) const override;
-    [[nodiscard]] QVariant data(const QModelIndex& index, int role) const override;
-    [[nodiscard]] QHash<int, QByteArray> roleNames() const override;
-
-protected:
-    void follow(AppState& appState) override;
+signals:
+    void changed();
 
 private:
-    struct Row
-    {
-        QString title;
-        bool isReviewRequired = false;
-        QString sizeText;
-    };
-
-    /// With the place of the titles, which may hold anything and are put in last.
+    /// Markdown with a place for the titles. They may hold any text, so they are put in last.
     [[nodiscard]] static QString acknowledgement();
-    void rebuild();
+    [[nodiscard]] QString reviewTitles() const;
 
-    std::vector<Row> m_rows;
-    QString m_totalText;
-    QStringList m_warnings;
-    bool m_needsAcknowledgement = false;
-    QString m_reviewTitles;
+    const AppState& m_state;
 };
 
 } // namespace Zorvane

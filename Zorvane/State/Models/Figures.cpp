@@ -6,66 +6,46 @@
 
 namespace Zorvane {
 
-Figures::Figures(QObject* parent) : QObject(parent) {}
-
-void Figures::setAppState(AppState* appState)
+Figures::Figures(const AppState& state) : m_state(state)
 {
-    if (m_appState != nullptr) {
-        m_appState->disconnect(this);
-    }
-    m_appState = appState;
-    connect(appState, &AppState::bytesFoundSoFarChanged, this, &Figures::bytesFoundChanged);
-    connect(appState, &AppState::currentRuleIdChanged, this, &Figures::statusChanged);
-    connect(appState, &AppState::selectionChanged, this, &Figures::refreshSelection);
-    connect(appState, &AppState::isCleaningChanged, this, &Figures::canCleanChanged);
-    emit appStateChanged();
-    emit bytesFoundChanged();
-    emit statusChanged();
-    refreshSelection();
+    connect(&state, &AppState::bytesFoundSoFarChanged, this, &Figures::bytesFoundChanged);
+    connect(&state, &AppState::currentRuleIdChanged, this, &Figures::statusChanged);
+    connect(&state, &AppState::selectionChanged, this, &Figures::updateSelection);
+    connect(&state, &AppState::isCleaningChanged, this, &Figures::selectionChanged);
+    updateSelection();
 }
 
 QString Figures::userName() const
 {
-    return m_appState == nullptr ? QString() : displayText(m_appState->userName().toStdString());
+    return displayText(m_state.userName().toStdString());
 }
 
 QString Figures::bytesFoundText() const
 {
-    return m_appState == nullptr
-               ? QString()
-               : m_appState->byteCountFormatter().string(m_appState->bytesFoundSoFar());
+    return m_state.byteCountFormatter().string(m_state.bytesFoundSoFar());
 }
 
 QString Figures::statusText() const
 {
-    if (m_appState == nullptr || !m_appState->currentRuleId()) {
-        return tr("Preparing…");
-    }
-    return tr("Scanning: %1")
-        .arg(RuleDisplay::title(*m_appState->currentRuleId(), m_appState->texts()));
+    const auto& ruleId = m_state.currentRuleId();
+    return ruleId ? tr("Scanning: %1").arg(RuleDisplay::title(*ruleId, m_state.texts()))
+                  : tr("Preparing…");
 }
 
 QString Figures::selectedText() const
 {
-    return m_appState == nullptr ? QString()
-                                 : m_appState->byteCountFormatter().string(m_selectedBytes);
-}
-
-bool Figures::hasSelectedBytes() const
-{
-    return m_selectedBytes != 0;
+    return m_state.byteCountFormatter().string(m_selectedBytes);
 }
 
 bool Figures::canClean() const
 {
-    return hasSelectedBytes() && !m_appState->isCleaning();
+    return hasSelectedBytes() && !m_state.isCleaning();
 }
 
-void Figures::refreshSelection()
+void Figures::updateSelection()
 {
-    m_selectedBytes = m_appState->selection().selectedBytes();
+    m_selectedBytes = m_state.selection().selectedBytes();
     emit selectionChanged();
-    emit canCleanChanged();
 }
 
 } // namespace Zorvane

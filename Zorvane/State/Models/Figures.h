@@ -2,51 +2,46 @@
 
 #include <QObject>
 #include <QtQml/qqmlregistration.h>
+#include <cstdint>
 
 namespace Zorvane {
 
 class AppState;
 
-/// The single texts and switches that the main screens show, formatted in the locale. Main thread
-/// only.
+/// The single texts and switches of the main screens, formatted in the locale. Main thread only.
 class Figures : public QObject
 {
     Q_OBJECT
     QML_ELEMENT
-    Q_PROPERTY(
-        Zorvane::AppState* appState READ appState WRITE setAppState NOTIFY appStateChanged REQUIRED)
-    Q_PROPERTY(QString userName READ userName NOTIFY appStateChanged)
+    QML_UNCREATABLE("Models has one.")
+    Q_PROPERTY(QString userName READ userName CONSTANT)
     Q_PROPERTY(QString bytesFoundText READ bytesFoundText NOTIFY bytesFoundChanged)
-    /// What the running scan is at.
+    /// The area that the running scan has reached.
     Q_PROPERTY(QString statusText READ statusText NOTIFY statusChanged)
     Q_PROPERTY(QString selectedText READ selectedText NOTIFY selectionChanged)
     Q_PROPERTY(bool hasSelectedBytes READ hasSelectedBytes NOTIFY selectionChanged)
-    Q_PROPERTY(bool canClean READ canClean NOTIFY canCleanChanged)
+    Q_PROPERTY(bool canClean READ canClean NOTIFY selectionChanged)
 public:
-    explicit Figures(QObject* parent = nullptr);
-
-    [[nodiscard]] AppState* appState() const { return m_appState; }
-    void setAppState(AppState* appState);
+    explicit Figures(const AppState& state);
 
     [[nodiscard]] QString userName() const;
     [[nodiscard]] QString bytesFoundText() const;
     [[nodiscard]] QString statusText() const;
     [[nodiscard]] QString selectedText() const;
-    [[nodiscard]] bool hasSelectedBytes() const;
+    [[nodiscard]] bool hasSelectedBytes() const { return m_selectedBytes != 0; }
     [[nodiscard]] bool canClean() const;
 
 signals:
-    void appStateChanged();
     void bytesFoundChanged();
     void statusChanged();
+    /// The selection, or whether it can be cleaned now.
     void selectionChanged();
-    void canCleanChanged();
 
 private:
-    void refreshSelection();
+    void updateSelection();
 
-    AppState* m_appState = nullptr;
-    /// Summed up once for each change of the selection.
+    const AppState& m_state;
+    /// Added up once for each change of the selection.
     std::int64_t m_selectedBytes = 0;
 };
 

@@ -1,7 +1,8 @@
 #include "Zorvane/State/Models/ICloudModel.h"
 
+#include "Zorvane/Desktop/ByteCountFormatter.h"
 #include "Zorvane/Desktop/DisplayText.h"
-#include "Zorvane/State/AppState.h"
+#include "Zorvane/State/CloudState.h"
 
 #include <algorithm>
 #include <cmath>
@@ -26,44 +27,46 @@ std::vector<ICloudAppBundle> firstOf(std::vector<ICloudAppBundle> apps)
 
 } // namespace
 
-void ICloudModel::follow(AppState& appState)
+ICloudModel::ICloudModel(CloudState& cloud, const ByteCountFormatter& formatter)
+    : m_cloud(cloud), m_formatter(formatter)
 {
-    connect(&appState, &AppState::icloudItemsChanged, this, &ICloudModel::updateRows);
-    connect(&appState, &AppState::icloudBusyFoldersChanged, this, &ICloudModel::updateRows);
-    connect(&appState, &AppState::icloudSelectionChanged, this, &ICloudModel::refreshRows);
-    connect(&appState, &AppState::icloudReleasedPathsChanged, this, &ICloudModel::refreshRows);
-    connect(&appState, &AppState::icloudPendingChanged, this, &ICloudModel::changed);
-    connect(&appState, &AppState::icloudMeasuredChanged, this, &ICloudModel::changed);
-    connect(&appState, &AppState::icloudEvictProgressChanged, this, &ICloudModel::changed);
-    connect(&appState, &AppState::icloudEvictReportChanged, this, &ICloudModel::changed);
-    connect(&appState, &AppState::isEvictingChanged, this, &ICloudModel::changed);
+    connect(&cloud, &CloudState::icloudItemsChanged, this, &ICloudModel::updateRows);
+    connect(&cloud, &CloudState::icloudBusyFoldersChanged, this, &ICloudModel::updateRows);
+    connect(&cloud, &CloudState::icloudSelectionChanged, this, &ICloudModel::refreshRows);
+    connect(&cloud, &CloudState::icloudReleasedPathsChanged, this, &ICloudModel::refreshRows);
+    for (const auto signal :
+         {&CloudState::icloudPendingChanged, &CloudState::icloudMeasuredChanged,
+          &CloudState::icloudEvictProgressChanged, &CloudState::icloudEvictReportChanged,
+          &CloudState::isEvictingChanged}) {
+        connect(&cloud, signal, this, &ICloudModel::changed);
+    }
     updateRows();
 }
 
 const std::vector<ICloudItem>& ICloudModel::items() const
 {
     static const std::vector<ICloudItem> none;
-    return isMeasured() ? *appState()->icloudItems() : none;
+    return isMeasured() ? *m_cloud.icloudItems() : none;
 }
 
 QString ICloudModel::bytes(std::int64_t count) const
 {
-    return appState()->byteCountFormatter().string(count);
+    return m_formatter.string(count);
 }
 
 QString ICloudModel::count(std::int64_t number) const
 {
-    return appState()->byteCountFormatter().count(number);
+    return m_formatter.count(number);
 }
 
 bool ICloudModel::isMeasured() const
 {
-    return appState() != nullptr && appState()->icloudItems().has_value();
+    return m_cloud.icloudItems().has_value();
 }
 
 bool ICloudModel::isMeasuring() const
 {
-    return appState() != nullptr && appState()->icloudPending() >= 1;
+    return m_cloud.icloudPending() >= 1;
 }
 
 QString ICloudModel::measuringText() const
@@ -71,24 +74,24 @@ QString ICloudModel::measuringText() const
     if (!isMeasuring()) {
         return {};
     }
-    if (appState()->icloudMeasuredFiles() < 1) {
-        return tr("Measuring… %1 folders left").arg(count(appState()->icloudPending()));
+    if (m_cloud.icloudMeasuredFiles() < 1) {
+        return tr("Measuring… %1 folders left").arg(count(m_cloud.icloudPending()));
     }
     return tr("Measuring… %1 files seen · %2 on this Mac so far")
-        .arg(count(appState()->icloudMeasuredFiles()), bytes(appState()->icloudMeasuredBytes()));
+        .arg(count(m_cloud.icloudMeasuredFiles()), bytes(m_cloud.icloudMeasuredBytes()));
 }
 
 QString ICloudModel::downloadedText() const
 {
-    return appState() == nullptr ? QString() : bytes(appState()->icloudDownloadedBytes());
+    return bytes(m_cloud.icloudDownloadedBytes());
 }
 
 QString ICloudModel::freeingText() const
 {
-    if (appState() == nullptr || !appState()->icloudEvictProgress()) {
+    if (!m_cloud.icloudEvictProgress()) {
         return {};
     }
-    const AppState::EvictProgress& progress = *appState()->icloudEvictProgress();
+    const CloudState::EvictProgress& progress = *m_cloud.icloudEvictProgress();
     return tr("Freeing %1 of %2 — %3… iCloud is removing the downloads; large folders take a "
               "while.")
         .arg(count(progress.index), count(progress.total), displayText(progress.name));
@@ -96,17 +99,16 @@ QString ICloudModel::freeingText() const
 
 bool ICloudModel::isEmpty() const
 {
-    return appState() != nullptr && items().empty() && appState()->icloudBusyFolders().empty() &&
-           !isMeasuring();
+    return items().empty() && m_cloud.icloudBusyFolders().empty() && !isMeasuring();
 }
 
 QString ICloudModel::busyText() const
 {
-    if (appState() == nullptr || isMeasuring() || appState()->icloudBusyFolders().empty()) {
+    if (isMeasuring() || m_cloud.icloudBusyFolders().empty()) {
         return {};
     }
     QStringList names;
-    for (const std::string& folder : appState()->icloudBusyFolders()) {
+    for (const std::string& folder : m_cloud.icloudBusyFolders()) {
         names.push_back(displayName(folder));
     }
     return tr("“%1” went past 90 seconds and measuring was stopped. This usually happens for a few "
@@ -116,42 +118,42 @@ QString ICloudModel::busyText() const
 
 QString ICloudModel::selectedText() const
 {
-    return appState() == nullptr ? QString() : bytes(appState()->icloudSelectedBytes());
+    return bytes(m_cloud.icloudSelectedBytes());
 }
 
 bool ICloudModel::hasSelectedBytes() const
 {
-    return appState() != nullptr && appState()->icloudSelectedBytes() != 0;
+    return m_cloud.icloudSelectedBytes() != 0;
 }
 
 bool ICloudModel::canRelease() const
 {
-    return hasSelectedBytes() && !appState()->isEvicting() && !isMeasuring();
+    return hasSelectedBytes() && !m_cloud.isEvicting() && !isMeasuring();
 }
 
 bool ICloudModel::showsSelection() const
 {
-    return appState() != nullptr && !hasReport() && !isMeasuring() && !appState()->isEvicting();
+    return !hasReport() && !isMeasuring() && !m_cloud.isEvicting();
 }
 
 QString ICloudModel::beforeFreeingText() const
 {
-    if (!showsSelection() || appState()->icloudSelectedBytes() < 1) {
+    if (!showsSelection() || m_cloud.icloudSelectedBytes() < 1) {
         return {};
     }
-    const std::int64_t files = appState()->icloudSelectedFileCount();
+    const std::int64_t files = m_cloud.icloudSelectedFileCount();
     return tr("iCloud will release %1 in %2 files — this usually takes %3.")
         .arg(selectedText(), count(files), estimate(files));
 }
 
 bool ICloudModel::hasReport() const
 {
-    return appState() != nullptr && appState()->icloudEvictReport().has_value();
+    return m_cloud.icloudEvictReport().has_value();
 }
 
 bool ICloudModel::hasFreed() const
 {
-    return hasReport() && appState()->icloudEvictReport()->freedBytes >= 1;
+    return hasReport() && m_cloud.icloudEvictReport()->freedBytes >= 1;
 }
 
 QString ICloudModel::reportText() const
@@ -160,15 +162,15 @@ QString ICloudModel::reportText() const
         return tr("Nothing was released this time.");
     }
     return tr("Freed %1 — your files stay in iCloud.")
-        .arg(bytes(appState()->icloudEvictReport()->freedBytes));
+        .arg(bytes(m_cloud.icloudEvictReport()->freedBytes));
 }
 
 std::vector<ICloudAppBundle> ICloudModel::noticeApps() const
 {
     if (hasReport()) {
-        return appState()->icloudEvictReport()->appsStillDownloaded;
+        return m_cloud.icloudEvictReport()->appsStillDownloaded;
     }
-    return showsSelection() ? appState()->icloudSelectedApps() : std::vector<ICloudAppBundle>();
+    return showsSelection() ? m_cloud.icloudSelectedApps() : std::vector<ICloudAppBundle>();
 }
 
 QString ICloudModel::appsTitle() const
@@ -178,10 +180,9 @@ QString ICloudModel::appsTitle() const
     }
     if (hasReport()) {
         return tr("Still on this Mac: %1 in apps.")
-            .arg(bytes(appState()->icloudEvictReport()->appsStillBytes()));
+            .arg(bytes(m_cloud.icloudEvictReport()->appsStillBytes()));
     }
-    return tr("%1 are apps stored in iCloud Drive.")
-        .arg(bytes(appState()->icloudSelectedAppBytes()));
+    return tr("%1 are apps stored in iCloud Drive.").arg(bytes(m_cloud.icloudSelectedAppBytes()));
 }
 
 QStringList ICloudModel::appNames() const
@@ -221,17 +222,8 @@ QString ICloudModel::estimate(std::int64_t files)
                        : tr("about a minute");
 }
 
-int ICloudModel::rowCount(const QModelIndex& parent) const
+QVariant ICloudModel::value(std::size_t row, int role) const
 {
-    return parent.isValid() ? 0 : static_cast<int>(m_paths.size());
-}
-
-QVariant ICloudModel::data(const QModelIndex& index, int role) const
-{
-    if (!checkIndex(index, CheckIndexOption::IndexIsValid)) {
-        return {};
-    }
-    const auto row = static_cast<std::size_t>(index.row());
     const bool isBusy = row >= m_itemCount;
     switch (role) {
     case NameRole:
@@ -239,9 +231,9 @@ QVariant ICloudModel::data(const QModelIndex& index, int role) const
     case IsBusyRole:
         return isBusy;
     case IsReleasedRole:
-        return !isBusy && appState()->icloudReleasedPaths().contains(m_paths[row]);
+        return !isBusy && m_cloud.icloudReleasedPaths().contains(m_paths[row]);
     case IsSelectedRole:
-        return !isBusy && appState()->icloudSelection().contains(m_paths[row]);
+        return !isBusy && m_cloud.icloudSelection().contains(m_paths[row]);
     default:
         return isBusy ? QVariant() : dataOfItem(items()[row], role);
     }
@@ -264,47 +256,36 @@ QVariant ICloudModel::dataOfItem(const ICloudItem& item, int role) const
     }
 }
 
-QHash<int, QByteArray> ICloudModel::roleNames() const
-{
-    return {{NameRole, "name"},
-            {IsBusyRole, "isBusy"},
-            {IsReleasedRole, "isReleased"},
-            {IsSelectedRole, "isSelected"},
-            {AppsTextRole, "appsText"},
-            {FilesTextRole, "filesText"},
-            {SizeTextRole, "sizeText"}};
-}
-
 void ICloudModel::open()
 {
     const bool isFirstTime = !isMeasured();
-    appState()->openICloud();
+    m_cloud.openICloud();
     if (isFirstTime) {
-        appState()->reloadICloud();
+        m_cloud.reloadICloud();
     }
 }
 
 void ICloudModel::setSelected(int row, bool isSelected)
 {
     if (row >= 0 && static_cast<std::size_t>(row) < m_itemCount) {
-        appState()->setICloudSelected(m_paths[static_cast<std::size_t>(row)], isSelected);
+        m_cloud.setICloudSelected(m_paths[static_cast<std::size_t>(row)], isSelected);
     }
 }
 
 void ICloudModel::revealApps()
 {
-    appState()->revealICloudApps(noticeApps());
+    m_cloud.revealICloudApps(noticeApps());
 }
 
 const std::string& ICloudModel::pathAt(std::size_t row) const
 {
     return row < items().size() ? items()[row].path
-                                : appState()->icloudBusyFolders()[row - items().size()];
+                                : m_cloud.icloudBusyFolders()[row - items().size()];
 }
 
 void ICloudModel::updateRows()
 {
-    const std::size_t count = items().size() + appState()->icloudBusyFolders().size();
+    const std::size_t count = items().size() + m_cloud.icloudBusyFolders().size();
     const auto isSame = [this](std::size_t row, std::size_t now) {
         return m_paths[row] == pathAt(now);
     };

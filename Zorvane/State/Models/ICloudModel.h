@@ -1,7 +1,7 @@
 #pragma once
 
 #include "CleanCore/CloudDrive/ICloudItem.h"
-#include "Zorvane/State/Models/StateListModel.h"
+#include "Zorvane/State/Models/RowModel.h"
 
 #include <QStringList>
 #include <QtQml/qqmlregistration.h>
@@ -10,12 +10,16 @@
 
 namespace Zorvane {
 
+class ByteCountFormatter;
+class CloudState;
+
 /// What the cloud drive's sheet and card show. The rows are the measured entries, largest first,
 /// then those whose measuring ran out of time. Main thread only.
-class ICloudModel : public Zorvane::StateListModel
+class ICloudModel : public Zorvane::RowModel
 {
     Q_OBJECT
     QML_ELEMENT
+    QML_UNCREATABLE("Models has one.")
     /// Whether a measuring has ever been started.
     Q_PROPERTY(bool isMeasured READ isMeasured NOTIFY changed)
     Q_PROPERTY(bool isMeasuring READ isMeasuring NOTIFY changed)
@@ -44,7 +48,7 @@ class ICloudModel : public Zorvane::StateListModel
     Q_PROPERTY(QString moreAppsText READ moreAppsText NOTIFY changed)
 public:
     enum Role {
-        NameRole = Qt::UserRole + 1,
+        NameRole = firstRole,
         /// Whether its measuring ran out of time; such a row has no figures and cannot be chosen.
         IsBusyRole,
         IsReleasedRole,
@@ -55,8 +59,9 @@ public:
         FilesTextRole,
         SizeTextRole,
     };
+    Q_ENUM(Role)
 
-    using StateListModel::StateListModel;
+    ICloudModel(CloudState& cloud, const ByteCountFormatter& formatter);
 
     [[nodiscard]] bool isMeasured() const;
     [[nodiscard]] bool isMeasuring() const;
@@ -77,10 +82,6 @@ public:
     [[nodiscard]] QStringList appSizes() const;
     [[nodiscard]] QString moreAppsText() const;
 
-    [[nodiscard]] int rowCount(const QModelIndex& parent = {}) const override;
-    [[nodiscard]] QVariant data(const QModelIndex& index, int role) const override;
-    [[nodiscard]] QHash<int, QByteArray> roleNames() const override;
-
     /// Opens the sheet; the first time it starts the measuring too.
     Q_INVOKABLE void open();
     /// Ticks the check box of a measured entry.
@@ -92,7 +93,8 @@ public:
     [[nodiscard]] static QString estimate(std::int64_t files);
 
 protected:
-    void follow(AppState& appState) override;
+    [[nodiscard]] std::size_t rows() const override { return m_paths.size(); }
+    [[nodiscard]] QVariant value(std::size_t row, int role) const override;
 
 private:
     [[nodiscard]] const std::vector<CleanCore::ICloudItem>& items() const;
@@ -106,6 +108,8 @@ private:
     void updateRows();
     void refreshRows();
 
+    CloudState& m_cloud;
+    const ByteCountFormatter& m_formatter;
     /// The paths of the rows as they were last told to the views.
     std::vector<std::string> m_paths;
     std::size_t m_itemCount = 0;

@@ -9,70 +9,59 @@ namespace Zorvane {
 
 using CleanCore::CleaningReport;
 
-void ReportModel::follow(AppState& appState)
+ReportModel::ReportModel(const AppState& state) : m_state(state)
 {
-    connect(&appState, &AppState::cleaningReportChanged, this, &ReportModel::rebuild);
-    connect(&appState, &AppState::lastVisibleFreedBytesChanged, this, &ReportModel::changed);
+    connect(&state, &AppState::cleaningReportChanged, this, &ReportModel::rebuild);
+    connect(&state, &AppState::lastVisibleFreedBytesChanged, this, &ReportModel::changed);
     rebuild();
 }
 
 QString ReportModel::freedText() const
 {
-    const bool hasReport = appState() != nullptr && appState()->hasCleaningReport();
-    return hasReport ? appState()->byteCountFormatter().string(
-                           appState()->cleaningReport()->totalBytesFreed())
-                     : QString();
+    const auto& report = m_state.cleaningReport();
+    return report ? m_state.byteCountFormatter().string(report->totalBytesFreed()) : QString();
 }
 
 QString ReportModel::removedText() const
 {
-    if (appState() == nullptr || !appState()->hasCleaningReport()) {
+    const auto& report = m_state.cleaningReport();
+    if (!report) {
         return {};
     }
-    const auto count = static_cast<std::int64_t>(appState()->cleaningReport()->removed.size());
-    return tr("freed — %1 items removed").arg(appState()->byteCountFormatter().count(count));
+    const auto count = static_cast<std::int64_t>(report->removed.size());
+    return tr("freed — %1 items removed").arg(m_state.byteCountFormatter().count(count));
 }
 
 QString ReportModel::visibleFreedText() const
 {
-    if (appState() == nullptr || !appState()->lastVisibleFreedBytes()) {
-        return {};
-    }
-    return tr("Visible in Finder right now: %1")
-        .arg(appState()->byteCountFormatter().string(*appState()->lastVisibleFreedBytes()));
+    const auto freed = m_state.lastVisibleFreedBytes();
+    return freed ? tr("Visible in Finder right now: %1")
+                       .arg(m_state.byteCountFormatter().string(*freed))
+                 : QString();
 }
 
 QString ReportModel::inUseTitle() const
 {
-    return m_inUse == 0 ? QString()
-                        : tr("%1 in use by an open app")
-                              .arg(appState()->byteCountFormatter().count(m_inUse));
+    return m_inUse == 0
+               ? QString()
+               : tr("%1 in use by an open app").arg(m_state.byteCountFormatter().count(m_inUse));
 }
 
 QString ReportModel::protectedTitle() const
 {
-    return m_protected == 0 ? QString()
-                            : tr("%1 protected by Zorvane")
-                                  .arg(appState()->byteCountFormatter().count(m_protected));
+    return m_protected == 0
+               ? QString()
+               : tr("%1 protected by Zorvane").arg(m_state.byteCountFormatter().count(m_protected));
 }
 
-int ReportModel::rowCount(const QModelIndex& parent) const
+std::size_t ReportModel::rows() const
 {
-    return parent.isValid() ? 0 : static_cast<int>(m_inUse + m_protected);
+    return static_cast<std::size_t>(m_inUse + m_protected);
 }
 
-QVariant ReportModel::data(const QModelIndex& index, int role) const
+QVariant ReportModel::value(std::size_t row, int role) const
 {
-    if (role != PathRole || !checkIndex(index, CheckIndexOption::IndexIsValid)) {
-        return {};
-    }
-    const auto row = static_cast<std::size_t>(index.row());
-    return displayText(appState()->cleaningReport()->skipped[row].path);
-}
-
-QHash<int, QByteArray> ReportModel::roleNames() const
-{
-    return {{PathRole, "path"}};
+    return role == PathRole ? displayText(m_state.cleaningReport()->skipped[row].path) : QVariant();
 }
 
 void ReportModel::rebuild()
@@ -80,7 +69,7 @@ void ReportModel::rebuild()
     beginResetModel();
     m_inUse = 0;
     m_protected = 0;
-    if (const auto& report = appState()->cleaningReport()) {
+    if (const auto& report = m_state.cleaningReport()) {
         m_inUse = std::ranges::count(report->skipped, CleaningReport::SkipReason::removalFailed,
                                      &CleaningReport::SkippedItem::reason);
         m_protected = static_cast<std::int64_t>(report->skipped.size()) - m_inUse;

@@ -4,8 +4,6 @@
 #include "Zorvane/State/AppState.h"
 #include "Zorvane/State/Models/RuleDisplay.h"
 
-#include <limits>
-
 namespace Zorvane {
 
 namespace {
@@ -39,37 +37,30 @@ bool offersSelectAll(const CategoryResult& category)
 
 } // namespace
 
-void ResultsModel::follow(AppState& appState)
+ResultsModel::ResultsModel(AppState& state) : m_state(state)
 {
-    connect(&appState, &AppState::categoriesChanged, this, &ResultsModel::rebuild);
-    connect(&appState, &AppState::selectionChanged, this, &ResultsModel::refreshSelection);
+    connect(&state, &AppState::categoriesChanged, this, &ResultsModel::rebuild);
+    connect(&state, &AppState::selectionChanged, this, &ResultsModel::refreshSelection);
     rebuild();
 }
 
-int ResultsModel::rowCount(const QModelIndex& parent) const
+std::size_t ResultsModel::rows() const
 {
-    if (parent.isValid() || appState() == nullptr) {
-        return 0;
-    }
     std::size_t rows = 1;
     for (std::size_t category = 0; category < m_isExpanded.size(); ++category) {
         rows += 1 + rowsBelowHeader(category);
     }
-    constexpr std::size_t most = std::numeric_limits<int>::max();
-    return static_cast<int>(std::min(rows, most));
+    return rows;
 }
 
 std::size_t ResultsModel::rowsBelowHeader(std::size_t category) const
 {
-    return m_isExpanded[category] ? 1 + appState()->categories()[category].items.size() : 0;
+    return m_isExpanded[category] ? 1 + m_state.categories()[category].items.size() : 0;
 }
 
-std::optional<ResultsModel::Place> ResultsModel::placeOf(int row) const
+std::optional<ResultsModel::Place> ResultsModel::placeOf(std::size_t row) const
 {
-    if (row < 0 || row >= rowCount()) {
-        return std::nullopt;
-    }
-    auto rest = static_cast<std::size_t>(row);
+    std::size_t rest = row;
     for (std::size_t category = 0; category < m_isExpanded.size(); ++category) {
         const std::size_t below = rowsBelowHeader(category);
         if (rest == 0) {
@@ -81,12 +72,17 @@ std::optional<ResultsModel::Place> ResultsModel::placeOf(int row) const
         }
         rest -= 1 + below;
     }
-    return Place{RowKind::card};
+    return rest == 0 ? std::optional(Place{RowKind::card}) : std::nullopt;
 }
 
-QVariant ResultsModel::data(const QModelIndex& index, int role) const
+std::optional<ResultsModel::Place> ResultsModel::placeOfRow(int row) const
 {
-    const std::optional<Place> place = index.isValid() ? placeOf(index.row()) : std::nullopt;
+    return row < 0 ? std::nullopt : placeOf(static_cast<std::size_t>(row));
+}
+
+QVariant ResultsModel::value(std::size_t row, int role) const
+{
+    const std::optional<Place> place = placeOf(row);
     if (!place) {
         return {};
     }
@@ -96,7 +92,7 @@ QVariant ResultsModel::data(const QModelIndex& index, int role) const
     case HasSelectedLookRole:
         return place->kind != RowKind::card && m_hasSelectedLook[place->category];
     case IsLastRole: {
-        const std::optional<Place> next = placeOf(index.row() + 1);
+        const std::optional<Place> next = placeOf(row + 1);
         return !next || next->kind == RowKind::category || next->kind == RowKind::card;
     }
     default:
@@ -117,18 +113,18 @@ QVariant ResultsModel::data(const QModelIndex& index, int role) const
 
 QVariant ResultsModel::dataOfCategory(std::size_t category, int role) const
 {
-    const CategoryResult& result = appState()->categories()[category];
+    const CategoryResult& result = m_state.categories()[category];
     const bool isReviewRequired = result.rule.tier == RuleTier::reviewRequired;
-    const ByteCountFormatter& formatter = appState()->byteCountFormatter();
+    const ByteCountFormatter& formatter = m_state.byteCountFormatter();
     switch (role) {
     case TitleRole:
-        return RuleDisplay::title(result.rule.id, appState()->texts());
+        return RuleDisplay::title(result.rule.id, m_state.texts());
     case CountTextRole:
         return tr("%1 items").arg(formatter.count(static_cast<std::int64_t>(result.items.size())));
     case SizeTextRole:
         return formatter.string(result.totalBytes());
     case IsSelectedRole:
-        return appState()->selection().isWhollySelected(category);
+        return m_state.selection().isWhollySelected(category);
     case IsSelectableRole:
         return !isReviewRequired;
     case IsDiagnosticRole:
@@ -146,15 +142,15 @@ QVariant ResultsModel::dataOfCategory(std::size_t category, int role) const
 
 QVariant ResultsModel::dataOfDetails(std::size_t category, int role) const
 {
-    const CategoryResult& result = appState()->categories()[category];
+    const CategoryResult& result = m_state.categories()[category];
     switch (role) {
     case ExplanationRole:
         return QString::fromStdString(
-            appState()->texts().text("category.explanation." + result.rule.id));
+            m_state.texts().text("category.explanation." + result.rule.id));
     case OffersSelectAllRole:
         return offersSelectAll(result);
     case TitleRole:
-        return RuleDisplay::title(result.rule.id, appState()->texts());
+        return RuleDisplay::title(result.rule.id, m_state.texts());
     default:
         return {};
     }
@@ -162,14 +158,14 @@ QVariant ResultsModel::dataOfDetails(std::size_t category, int role) const
 
 QVariant ResultsModel::dataOfItem(const Place& place, int role) const
 {
-    const auto& item = appState()->categories()[place.category].items[place.item];
+    const auto& item = m_state.categories()[place.category].items[place.item];
     switch (role) {
     case PathRole:
         return displayText(item.path);
     case SizeTextRole:
-        return appState()->byteCountFormatter().string(item.sizeBytes);
+        return m_state.byteCountFormatter().string(item.sizeBytes);
     case IsSelectedRole:
-        return appState()->selection().isSelected(place.category, place.item);
+        return m_state.selection().isSelected(place.category, place.item);
     default:
         return {};
     }
@@ -177,42 +173,21 @@ QVariant ResultsModel::dataOfItem(const Place& place, int role) const
 
 void ResultsModel::updateSelectedLooks()
 {
-    const auto& categories = appState()->categories();
+    const auto& categories = m_state.categories();
     m_hasSelectedLook.resize(categories.size());
     for (std::size_t category = 0; category < categories.size(); ++category) {
-        m_hasSelectedLook[category] = categories[category].rule.tier == RuleTier::safe &&
-                                      appState()->selectedBytes(category) > 0;
+        m_hasSelectedLook[category] =
+            categories[category].rule.tier == RuleTier::safe && m_state.selectedBytes(category) > 0;
     }
-}
-
-QHash<int, QByteArray> ResultsModel::roleNames() const
-{
-    return {
-        {KindRole, "kind"},
-        {IsLastRole, "isLast"},
-        {HasSelectedLookRole, "hasSelectedLook"},
-        {TitleRole, "title"},
-        {CountTextRole, "countText"},
-        {SizeTextRole, "sizeText"},
-        {IsSelectedRole, "isSelected"},
-        {IsSelectableRole, "isSelectable"},
-        {IsDiagnosticRole, "isDiagnostic"},
-        {IsReviewRequiredRole, "isReviewRequired"},
-        {HadAccessErrorsRole, "hadAccessErrors"},
-        {IsExpandedRole, "isExpanded"},
-        {ExplanationRole, "explanation"},
-        {OffersSelectAllRole, "offersSelectAll"},
-        {PathRole, "path"},
-    };
 }
 
 void ResultsModel::toggleExpanded(int row)
 {
-    const std::optional<Place> place = placeOf(row);
+    const std::optional<Place> place = placeOfRow(row);
     if (!place || place->kind != RowKind::category) {
         return;
     }
-    const auto below = static_cast<int>(1 + appState()->categories()[place->category].items.size());
+    const auto below = static_cast<int>(1 + m_state.categories()[place->category].items.size());
     if (m_isExpanded[place->category]) {
         beginRemoveRows({}, row + 1, row + below);
         m_isExpanded[place->category] = false;
@@ -227,33 +202,33 @@ void ResultsModel::toggleExpanded(int row)
 
 void ResultsModel::setSelected(int row, bool isSelected)
 {
-    const std::optional<Place> place = placeOf(row);
+    const std::optional<Place> place = placeOfRow(row);
     if (place && place->kind == RowKind::category) {
-        appState()->categoryBinding(place->category).set(isSelected);
+        m_state.categoryBinding(place->category).set(isSelected);
     } else if (place && place->kind == RowKind::item) {
-        const CategoryResult& result = appState()->categories()[place->category];
-        appState()->itemBinding(result.rule.id, result.items[place->item].path).set(isSelected);
+        const CategoryResult& result = m_state.categories()[place->category];
+        m_state.itemBinding(result.rule.id, result.items[place->item].path).set(isSelected);
     }
 }
 
 void ResultsModel::selectAll(int row)
 {
-    if (const std::optional<Place> place = placeOf(row)) {
-        appState()->selectAll(appState()->categories()[place->category].rule.id);
+    if (const std::optional<Place> place = placeOfRow(row)) {
+        m_state.selectAll(m_state.categories()[place->category].rule.id);
     }
 }
 
 void ResultsModel::clearSelection(int row)
 {
-    if (const std::optional<Place> place = placeOf(row)) {
-        appState()->deselectAll(appState()->categories()[place->category].rule.id);
+    if (const std::optional<Place> place = placeOfRow(row)) {
+        m_state.deselectAll(m_state.categories()[place->category].rule.id);
     }
 }
 
 void ResultsModel::rebuild()
 {
     beginResetModel();
-    m_isExpanded.assign(appState()->categories().size(), false);
+    m_isExpanded.assign(m_state.categories().size(), false);
     updateSelectedLooks();
     endResetModel();
 }

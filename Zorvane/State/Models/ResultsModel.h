@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Zorvane/State/Models/StateListModel.h"
+#include "Zorvane/State/Models/RowModel.h"
 
 #include <QtQml/qqmlregistration.h>
 #include <cstddef>
@@ -9,22 +9,25 @@
 
 namespace Zorvane {
 
+class AppState;
+
 /// The results as one flat list: for each category its header and, while it is expanded, its
 /// details and its items; after them the card of the cloud drive. Main thread only.
 ///
 /// Rows are identified by their position, never by what they show. Expansion belongs to the model
 /// and ends with the results that it was about. A change of the selection costs one notification.
-class ResultsModel : public Zorvane::StateListModel
+class ResultsModel : public Zorvane::RowModel
 {
     Q_OBJECT
     QML_ELEMENT
+    QML_UNCREATABLE("Models has one.")
 public:
     enum class RowKind { category, details, item, card };
 
-    /// What a row shows. Roles that are no part of a row's kind have no value.
+    /// Roles that do not belong to the kind of a row have no value.
     enum Role {
         /// "category", "details", "item" or "card".
-        KindRole = Qt::UserRole + 1,
+        KindRole = firstRole,
         /// Whether the row is the last of its category's card.
         IsLastRole,
         /// Whether the category's card has the selected look.
@@ -50,12 +53,9 @@ public:
         /// An item's path, for people's eyes.
         PathRole,
     };
+    Q_ENUM(Role)
 
-    using StateListModel::StateListModel;
-
-    [[nodiscard]] int rowCount(const QModelIndex& parent = {}) const override;
-    [[nodiscard]] QVariant data(const QModelIndex& index, int role) const override;
-    [[nodiscard]] QHash<int, QByteArray> roleNames() const override;
+    explicit ResultsModel(AppState& state);
 
     /// Opens or closes the category of a header row.
     Q_INVOKABLE void toggleExpanded(int row);
@@ -67,7 +67,8 @@ public:
     Q_INVOKABLE void clearSelection(int row);
 
 protected:
-    void follow(AppState& appState) override;
+    [[nodiscard]] std::size_t rows() const override;
+    [[nodiscard]] QVariant value(std::size_t row, int role) const override;
 
 private:
     struct Place
@@ -77,7 +78,10 @@ private:
         std::size_t item = 0;
     };
 
-    [[nodiscard]] std::optional<Place> placeOf(int row) const;
+    /// Nothing beyond the last row.
+    [[nodiscard]] std::optional<Place> placeOf(std::size_t row) const;
+    /// The place of a row that QML names.
+    [[nodiscard]] std::optional<Place> placeOfRow(int row) const;
     [[nodiscard]] std::size_t rowsBelowHeader(std::size_t category) const;
     [[nodiscard]] QVariant dataOfCategory(std::size_t category, int role) const;
     [[nodiscard]] QVariant dataOfDetails(std::size_t category, int role) const;
@@ -86,6 +90,7 @@ private:
     void refreshSelection();
     void updateSelectedLooks();
 
+    AppState& m_state;
     /// One for each category.
     std::vector<bool> m_isExpanded;
     /// One for each category. Every row of a category asks for it, and it takes all its items.

@@ -6,77 +6,36 @@
 
 namespace Zorvane {
 
-void SummaryModel::follow(AppState& appState)
+SummaryModel::SummaryModel(const AppState& state) : m_state(state)
 {
-    connect(&appState, &AppState::categoriesChanged, this, &SummaryModel::rebuild);
-    rebuild();
+    connect(&state, &AppState::categoriesChanged, this, &SummaryModel::changed);
+}
+
+QList<SummaryRow> SummaryModel::rows() const
+{
+    // A group that is shown holds bytes, so there is a total to divide by.
+    const auto total = static_cast<double>(m_state.totalRecoverableBytes());
+    QList<SummaryRow> rows;
+    double start = 0;
+    for (const RingSegment& segment : m_state.ringSegments()) {
+        const double end = start + static_cast<double>(segment.bytes) / total;
+        rows.push_back(
+            {QCoreApplication::translate("RingSegment", segment.label),
+             QString::fromUtf8(segment.color.data(), static_cast<qsizetype>(segment.color.size())),
+             m_state.byteCountFormatter().string(segment.bytes), start, end});
+        start = end;
+    }
+    return rows;
 }
 
 QString SummaryModel::totalText() const
 {
-    return appState() == nullptr
-               ? QString()
-               : appState()->byteCountFormatter().string(appState()->totalRecoverableBytes());
+    return m_state.byteCountFormatter().string(m_state.totalRecoverableBytes());
 }
 
 bool SummaryModel::anyAccessErrors() const
 {
-    return appState() != nullptr && appState()->anyAccessErrors();
-}
-
-int SummaryModel::rowCount(const QModelIndex& parent) const
-{
-    return parent.isValid() ? 0 : static_cast<int>(m_segments.size());
-}
-
-QVariant SummaryModel::data(const QModelIndex& index, int role) const
-{
-    if (!checkIndex(index, CheckIndexOption::IndexIsValid)) {
-        return {};
-    }
-    const auto row = static_cast<std::size_t>(index.row());
-    const RingSegment& segment = m_segments[row];
-    switch (role) {
-    case LabelRole:
-        return QCoreApplication::translate("RingSegment", segment.label);
-    case ColorNameRole:
-        return QString::fromUtf8(segment.color.data(),
-                                 static_cast<qsizetype>(segment.color.size()));
-    case SizeTextRole:
-        return appState()->byteCountFormatter().string(segment.bytes);
-    case StartRole:
-        return m_arcs[row].start;
-    case EndRole:
-        return m_arcs[row].end;
-    default:
-        return {};
-    }
-}
-
-QHash<int, QByteArray> SummaryModel::roleNames() const
-{
-    return {{LabelRole, "label"},
-            {ColorNameRole, "colorName"},
-            {SizeTextRole, "sizeText"},
-            {StartRole, "start"},
-            {EndRole, "end"}};
-}
-
-void SummaryModel::rebuild()
-{
-    beginResetModel();
-    m_segments = appState()->ringSegments();
-    m_arcs.assign(m_segments.size(), {});
-    const std::int64_t total = appState()->totalRecoverableBytes();
-    double start = 0;
-    for (std::size_t row = 0; row < m_segments.size() && total >= 1; ++row) {
-        const double end =
-            start + static_cast<double>(m_segments[row].bytes) / static_cast<double>(total);
-        m_arcs[row] = {start, end};
-        start = end;
-    }
-    endResetModel();
-    emit changed();
+    return m_state.anyAccessErrors();
 }
 
 } // namespace Zorvane

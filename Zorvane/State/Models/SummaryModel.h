@@ -1,55 +1,55 @@
 #pragma once
 
-#include "Zorvane/State/Models/RingSegment.h"
-#include "Zorvane/State/Models/StateListModel.h"
-
+#include <QList>
+#include <QObject>
+#include <QString>
 #include <QtQml/qqmlregistration.h>
-#include <vector>
 
 namespace Zorvane {
 
-/// The groups of the summary's ring and its legend, one row each. Main thread only.
-class SummaryModel : public Zorvane::StateListModel
+class AppState;
+
+/// A group of areas in the summary's ring and legend.
+struct SummaryRow
+{
+    Q_GADGET
+    QML_VALUE_TYPE(summaryRow)
+    Q_PROPERTY(QString label MEMBER label)
+    Q_PROPERTY(QString colorName MEMBER colorName)
+    Q_PROPERTY(QString sizeText MEMBER sizeText)
+    Q_PROPERTY(double start MEMBER start)
+    Q_PROPERTY(double end MEMBER end)
+public:
+    QString label;
+    /// The name of a colour of the theme.
+    QString colorName;
+    QString sizeText;
+    /// Where the group's arc starts and ends, as fractions of the circle from its top, clockwise.
+    double start = 0;
+    double end = 0;
+};
+
+/// The total size of the results and its share of each group. Main thread only.
+class SummaryModel : public QObject
 {
     Q_OBJECT
     QML_ELEMENT
+    QML_UNCREATABLE("Models has one.")
+    Q_PROPERTY(QList<Zorvane::SummaryRow> rows READ rows NOTIFY changed)
     Q_PROPERTY(QString totalText READ totalText NOTIFY changed)
     Q_PROPERTY(bool anyAccessErrors READ anyAccessErrors NOTIFY changed)
 public:
-    enum Role {
-        LabelRole = Qt::UserRole + 1,
-        /// The name of a colour of the theme.
-        ColorNameRole,
-        SizeTextRole,
-        /// Where the group's arc starts and ends, as fractions of the circle from its top,
-        /// clockwise. Both are 0 when there is no total.
-        StartRole,
-        EndRole,
-    };
+    explicit SummaryModel(const AppState& state);
 
-    using StateListModel::StateListModel;
-
+    [[nodiscard]] QList<SummaryRow> rows() const;
     [[nodiscard]] QString totalText() const;
     [[nodiscard]] bool anyAccessErrors() const;
 
-    [[nodiscard]] int rowCount(const QModelIndex& parent = {}) const override;
-    [[nodiscard]] QVariant data(const QModelIndex& index, int role) const override;
-    [[nodiscard]] QHash<int, QByteArray> roleNames() const override;
-
-protected:
-    void follow(AppState& appState) override;
+signals:
+    void changed();
 
 private:
-    struct Arc
-    {
-        double start = 0;
-        double end = 0;
-    };
-
-    void rebuild();
-
-    std::vector<RingSegment> m_segments;
-    std::vector<Arc> m_arcs;
+    const AppState& m_state;
 };
 
 } // namespace Zorvane

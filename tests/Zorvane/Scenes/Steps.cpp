@@ -242,24 +242,29 @@ const std::map<std::string, Step>& actions()
          [](auto& w, auto&) {
              w.item(QStringLiteral("SkippedSummary")).setProperty("showDetails", true);
          }},
-        {"sheet", [](auto& w, auto&) { w.state().openICloud(), w.state().reloadICloud(); }},
+        {"sheet",
+         [](auto& w, auto&) {
+             w.state().cloud()->openICloud(), w.state().cloud()->reloadICloud();
+         }},
         {"measured",
          [](auto& w, auto& a) {
              const int left = a.empty() ? 0 : std::stoi(a[0]);
-             waitUntil([&] { return w.state().icloudPending() == left; });
+             waitUntil([&] { return w.state().cloud()->icloudPending() == left; });
          }},
         {"tick",
          [](auto& w, auto& a) {
              for (const std::string& name : a) {
-                 w.state().setICloudSelected(ScriptedApplication::cloudPath(name), true);
+                 w.state().cloud()->setICloudSelected(ScriptedApplication::cloudPath(name), true);
              }
          }},
         {"release",
          [](auto& w, auto&) {
-             w.state().requestEvict(), waitUntil([&] { return !w.state().isEvicting(); });
+             w.state().cloud()->requestEvict(),
+                 waitUntil([&] { return !w.state().cloud()->isEvicting(); });
          }},
-        {"releasing", [](auto& w, auto&) { w.state().requestEvict(), w.gate->waitUntilReached(); }},
-        {"back", [](auto& w, auto&) { w.state().setShowICloud(false); }},
+        {"releasing",
+         [](auto& w, auto&) { w.state().cloud()->requestEvict(), w.gate->waitUntilReached(); }},
+        {"back", [](auto& w, auto&) { w.state().cloud()->setShowICloud(false); }},
         {"menu", [](auto& w, auto&) { w.press(QCoreApplication::translate("TitleBar", "Menu")); }},
         {"about",
          [](auto& w, auto&) {

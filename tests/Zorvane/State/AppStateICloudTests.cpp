@@ -14,10 +14,10 @@ std::string entry(const std::string& name)
     return ScriptedApplication::cloudPath(name);
 }
 
-Strings itemTexts(const AppState& state)
+Strings itemTexts(AppState& state)
 {
     Strings texts;
-    for (const auto& item : state.icloudItems().value()) {
+    for (const auto& item : state.cloud()->icloudItems().value()) {
         texts.push_back(item.path.substr(entry("").size() + 1) + ':' +
                         std::to_string(item.localBytes));
     }
@@ -31,16 +31,16 @@ TEST(AppStateICloudTest, CountsOfTheSelectionLeaveBundlesOut)
     application.addCloudFolder("b", 1, 1, {{"Big.app", 40}});
     AppState state(application.environment());
     measureCloud(state);
-    EXPECT_EQ(state.icloudSelectedBytes(), 0);
+    EXPECT_EQ(state.cloud()->icloudSelectedBytes(), 0);
     for (const char* path : {"a", "b", "not-listed"}) {
-        state.setICloudSelected(entry(path), true);
+        state.cloud()->setICloudSelected(entry(path), true);
     }
-    EXPECT_EQ(state.icloudSelectedBytes(), 8);
-    EXPECT_EQ(state.icloudSelectedFileCount(), 2);
-    EXPECT_EQ(state.icloudSelectedAppBytes(), 43);
-    EXPECT_EQ(state.icloudSelectedApps().at(0).path, entry("b/Big.app"));
-    state.setICloudSelected(entry("b"), false);
-    EXPECT_EQ(state.icloudSelectedBytes(), 7);
+    EXPECT_EQ(state.cloud()->icloudSelectedBytes(), 8);
+    EXPECT_EQ(state.cloud()->icloudSelectedFileCount(), 2);
+    EXPECT_EQ(state.cloud()->icloudSelectedAppBytes(), 43);
+    EXPECT_EQ(state.cloud()->icloudSelectedApps().at(0).path, entry("b/Big.app"));
+    state.cloud()->setICloudSelected(entry("b"), false);
+    EXPECT_EQ(state.cloud()->icloudSelectedBytes(), 7);
 }
 
 TEST(AppStateICloudTest, EntriesOutOfTimeAreBusyAndCanBeTriedAgain)
@@ -60,27 +60,27 @@ TEST(AppStateICloudTest, EntriesOutOfTimeAreBusyAndCanBeTriedAgain)
                std::chrono::seconds(readings++ == 0 ? 0 : later.load());
     };
     AppState state(application.environment());
-    EXPECT_FALSE(state.icloudItems());
+    EXPECT_FALSE(state.cloud()->icloudItems());
     measureCloud(state);
     EXPECT_EQ(itemTexts(state), (Strings{"file:7"}));
-    Strings busy = state.icloudBusyFolders();
+    Strings busy = state.cloud()->icloudBusyFolders();
     std::ranges::sort(busy);
     EXPECT_EQ(busy, (Strings{entry("Photos"), entry("Videos"), entry("none")}));
 
     readings = 0;
     later = 90;
-    const QSignalSpy pending(&state, &AppState::icloudPendingChanged);
-    state.retryBusyICloudFolders();
-    EXPECT_EQ(state.icloudPending(), 3);
-    EXPECT_TRUE(state.icloudBusyFolders().empty());
-    waitUntil([&] { return state.icloudPending() == 0; });
+    const QSignalSpy pending(state.cloud(), &CloudState::icloudPendingChanged);
+    state.cloud()->retryBusyICloudFolders();
+    EXPECT_EQ(state.cloud()->icloudPending(), 3);
+    EXPECT_TRUE(state.cloud()->icloudBusyFolders().empty());
+    waitUntil([&] { return state.cloud()->icloudPending() == 0; });
     EXPECT_EQ(pending.size(), 4);
     EXPECT_EQ(itemTexts(state), (Strings{"Videos:25", "Photos:10", "file:7"}));
-    EXPECT_EQ(state.icloudDownloadedBytes(), 42);
+    EXPECT_EQ(state.cloud()->icloudDownloadedBytes(), 42);
     // Every folder's last progress counts, also one's that holds nothing.
-    EXPECT_EQ(state.icloudMeasuredFiles(), 4);
-    EXPECT_EQ(state.icloudMeasuredBytes(), 35);
-    EXPECT_TRUE(state.icloudBusyFolders().empty());
+    EXPECT_EQ(state.cloud()->icloudMeasuredFiles(), 4);
+    EXPECT_EQ(state.cloud()->icloudMeasuredBytes(), 35);
+    EXPECT_TRUE(state.cloud()->icloudBusyFolders().empty());
 }
 
 TEST(AppStateICloudTest, ReleasesInOrderAndReports)
@@ -92,40 +92,41 @@ TEST(AppStateICloudTest, ReleasesInOrderAndReports)
     application.disk->capacities = {100, 130};
     AppState state(application.environment());
     measureCloud(state);
-    const QSignalSpy evicting(&state, &AppState::isEvictingChanged);
-    state.requestEvict();
+    const QSignalSpy evicting(state.cloud(), &CloudState::isEvictingChanged);
+    state.cloud()->requestEvict();
     EXPECT_EQ(evicting.size(), 0);
-    EXPECT_FALSE(state.isEvicting());
+    EXPECT_FALSE(state.cloud()->isEvicting());
 
-    state.setICloudSelected(entry("a"), true);
-    state.setICloudSelected(entry("b"), true);
+    state.cloud()->setICloudSelected(entry("a"), true);
+    state.cloud()->setICloudSelected(entry("b"), true);
     Strings progress;
-    QObject::connect(&state, &AppState::icloudEvictProgressChanged, [&] {
-        const auto& step = state.icloudEvictProgress();
+    QObject::connect(state.cloud(), &CloudState::icloudEvictProgressChanged, [&] {
+        const auto& step = state.cloud()->icloudEvictProgress();
         progress.push_back(step ? std::to_string(step->index) + '/' + std::to_string(step->total) +
                                       ' ' + step->name
                                 : "none");
     });
-    state.requestEvict();
-    EXPECT_TRUE(state.isEvicting());
-    state.requestEvict();
-    waitUntil([&] { return !state.isEvicting(); });
+    state.cloud()->requestEvict();
+    EXPECT_TRUE(state.cloud()->isEvicting());
+    state.cloud()->requestEvict();
+    waitUntil([&] { return !state.cloud()->isEvicting(); });
     EXPECT_EQ(evicting.size(), 2);
     EXPECT_EQ(progress, (Strings{"1/2 b", "2/2 a", "none"}));
     EXPECT_EQ(application.drive->released(), (Strings{entry("b"), entry("a")}));
-    EXPECT_EQ(state.icloudEvictReport()->freedBytes, 30);
-    EXPECT_TRUE(state.icloudSelection().empty());
-    EXPECT_EQ(state.icloudReleasedPaths(), (std::set<std::string>{entry("a"), entry("b")}));
+    EXPECT_EQ(state.cloud()->icloudEvictReport()->freedBytes, 30);
+    EXPECT_TRUE(state.cloud()->icloudSelection().empty());
+    EXPECT_EQ(state.cloud()->icloudReleasedPaths(),
+              (std::set<std::string>{entry("a"), entry("b")}));
     EXPECT_EQ(itemTexts(state), (Strings{"b:20", "a:10", "c:5"}));
 
     // Opening the sheet again clears the report and keeps the marks.
-    state.openICloud();
-    EXPECT_TRUE(state.showICloud());
-    EXPECT_FALSE(state.icloudEvictReport());
-    EXPECT_EQ(state.icloudReleasedPaths().size(), 2U);
+    state.cloud()->openICloud();
+    EXPECT_TRUE(state.cloud()->showICloud());
+    EXPECT_FALSE(state.cloud()->icloudEvictReport());
+    EXPECT_EQ(state.cloud()->icloudReleasedPaths().size(), 2U);
 
     measureCloud(state);
-    EXPECT_TRUE(state.icloudReleasedPaths().empty());
+    EXPECT_TRUE(state.cloud()->icloudReleasedPaths().empty());
 }
 
 TEST(AppStateICloudTest, ClosingFinishesTheReleaseInHandAndNoMore)
@@ -137,10 +138,10 @@ TEST(AppStateICloudTest, ClosingFinishesTheReleaseInHandAndNoMore)
     application.drive->onRelease = [&](const auto&) { gate.pass(); };
     AppState state(application.environment());
     measureCloud(state);
-    state.setICloudSelected(entry("a"), true);
-    state.setICloudSelected(entry("b"), true);
+    state.cloud()->setICloudSelected(entry("a"), true);
+    state.cloud()->setICloudSelected(entry("b"), true);
     const QSignalSpy ready(&state, &AppState::readyToClose);
-    state.requestEvict();
+    state.cloud()->requestEvict();
     gate.waitUntilReached();
     state.requestClose();
     EXPECT_EQ(ready.size(), 0);

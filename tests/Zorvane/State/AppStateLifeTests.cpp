@@ -45,21 +45,21 @@ TEST(AppStateLifeTest, ScansCancelsCleansMeasuresReleasesAndGoes)
         EXPECT_EQ(state->totalRecoverableBytes(), 240);
 
         state->performClean();
-        state->reloadICloud();
+        state->cloud()->reloadICloud();
         state->categoryBinding(0).set(false);
         if (last == 1) {
             continue;
         }
-        waitUntil([&] { return !state->isCleaning() && state->icloudPending() == 0; });
+        waitUntil([&] { return !state->isCleaning() && state->cloud()->icloudPending() == 0; });
         EXPECT_EQ(application.disk->removed().size(), 12U);
 
-        state->setICloudSelected(ScriptedApplication::cloudPath("a"), true);
-        state->setICloudSelected(ScriptedApplication::cloudPath("b"), true);
-        state->requestEvict();
+        state->cloud()->setICloudSelected(ScriptedApplication::cloudPath("a"), true);
+        state->cloud()->setICloudSelected(ScriptedApplication::cloudPath("b"), true);
+        state->cloud()->requestEvict();
         if (last == 2) {
             continue;
         }
-        waitUntil([&] { return !state->isEvicting(); });
+        waitUntil([&] { return !state->cloud()->isEvicting(); });
         state->startScan();
         if (last == 3) {
             state->requestClose();

@@ -63,15 +63,15 @@ TEST(ICloudModelTest, MeasuresWhenItIsOpenedForTheFirstTimeOnly)
 {
     Drive drive;
     drive.model.open();
-    EXPECT_TRUE(drive.state->showICloud());
+    EXPECT_TRUE(drive.state->cloud()->showICloud());
     EXPECT_TRUE(drive.model.isMeasured());
-    waitUntil([&] { return drive.state->icloudPending() == 0; });
+    waitUntil([&] { return drive.state->cloud()->icloudPending() == 0; });
 
-    drive.state->setShowICloud(false);
+    drive.state->cloud()->setShowICloud(false);
     drive.application.disk->folders[ScriptedApplication::cloud].names = {"note.txt"};
     drive.model.open();
-    EXPECT_TRUE(drive.state->showICloud());
-    EXPECT_EQ(drive.state->icloudPending(), 0);
+    EXPECT_TRUE(drive.state->cloud()->showICloud());
+    EXPECT_EQ(drive.state->cloud()->icloudPending(), 0);
     EXPECT_EQ(drive.model.rowCount(), 2);
 }
 
@@ -117,9 +117,9 @@ TEST(ICloudModelTest, TellsOfTheAppsBeforeAReleaseAndWhatCameOfItAfterwards)
     Strings freeing;
     QObject::connect(&model, &ICloudModel::changed,
                      [&] { freeing.push_back(model.freeingText().toStdString()); });
-    drive.state->requestEvict();
+    drive.state->cloud()->requestEvict();
     EXPECT_EQ(model.beforeFreeingText(), QString());
-    waitUntil([&] { return !drive.state->isEvicting(); });
+    waitUntil([&] { return !drive.state->cloud()->isEvicting(); });
     EXPECT_NE(std::ranges::find(freeing, "Freeing 1 of 1 — Work… iCloud is removing the downloads; "
                                          "large folders take a while."),
               freeing.end());
@@ -142,7 +142,7 @@ TEST(ICloudModelTest, NamesBusyFolders)
                              "happens for a few minutes after a release — iCloud is still tidying "
                              "the folder. Try again in a bit."));
     model.setSelected(1, true);
-    EXPECT_TRUE(drive.state->icloudSelection().empty());
+    EXPECT_TRUE(drive.state->cloud()->icloudSelection().empty());
 }
 
 } // namespace

@@ -261,8 +261,8 @@ void runClean(Zorvane::AppState& state)
 
 void measureCloud(Zorvane::AppState& state)
 {
-    state.reloadICloud();
-    waitUntil([&] { return state.icloudPending() == 0; });
+    state.cloud()->reloadICloud();
+    waitUntil([&] { return state.cloud()->icloudPending() == 0; });
 }
 
 Strings categoryTexts(const Zorvane::AppState& state)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Zorvane/State/Models/Models.h"
 #include "tests/Zorvane/Support/Gate.h"
 #include "tests/Zorvane/Support/ScriptedApplication.h"
 
@@ -99,6 +100,7 @@ private:
     const Wording m_wording;
     std::unique_ptr<QTranslator> m_translator;
     std::unique_ptr<Zorvane::AppState> m_state;
+    std::unique_ptr<Zorvane::Models> m_models;
 };
 
 } // namespace ZorvaneTests

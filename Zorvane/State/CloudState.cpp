@@ -1,9 +1,13 @@
+#include "Zorvane/State/CloudState.h"
+
 #include "CleanCore/Support/PathText.h"
 #include "CleanCore/Support/SaturatingSum.h"
 #include "CleanCore/Support/TaskPool.h"
-#include "Zorvane/State/AppState.h"
+#include "Zorvane/State/MainThreadQueue.h"
 
 #include <algorithm>
+#include <functional>
+#include <ranges>
 #include <utility>
 
 namespace Zorvane {
@@ -20,50 +24,62 @@ constexpr auto byLocalBytes = [](const auto& a, const auto& b) {
     return a.localBytes > b.localBytes;
 };
 
+template <typename Elements, typename Figure>
+std::int64_t sum(const Elements& elements, Figure figure)
+{
+    std::int64_t total = 0;
+    for (const auto& element : elements) {
+        total = saturatingSum(total, std::invoke(figure, element));
+    }
+    return total;
+}
+
 } // namespace
 
-const std::optional<std::vector<ICloudItem>>& AppState::icloudItems() const
+CloudState::CloudState(const Environment& environment, std::shared_ptr<MainThreadQueue> queue)
+    : m_environment(environment),
+      m_icloudEvictor(environment.home.cloudContainer(), environment.home.fileManager,
+                      environment.cloudDrive, environment.home.pool, environment.steadyNow),
+      m_queue(std::move(queue))
+{
+}
+
+const std::optional<std::vector<ICloudItem>>& CloudState::icloudItems() const
 {
     return m_icloudItems;
 }
 
-const std::set<std::string>& AppState::icloudSelection() const
+const std::set<std::string>& CloudState::icloudSelection() const
 {
     return m_icloudSelection;
 }
 
-const std::vector<std::string>& AppState::icloudBusyFolders() const
+const std::vector<std::string>& CloudState::icloudBusyFolders() const
 {
     return m_icloudBusyFolders;
 }
 
-const std::set<std::string>& AppState::icloudReleasedPaths() const
+const std::set<std::string>& CloudState::icloudReleasedPaths() const
 {
     return m_icloudReleasedPaths;
 }
 
-const std::optional<AppState::EvictProgress>& AppState::icloudEvictProgress() const
+const std::optional<CloudState::EvictProgress>& CloudState::icloudEvictProgress() const
 {
     return m_icloudEvictProgress;
 }
 
-const std::optional<AppState::EvictReport>& AppState::icloudEvictReport() const
+const std::optional<CloudState::EvictReport>& CloudState::icloudEvictReport() const
 {
     return m_icloudEvictReport;
 }
 
-std::int64_t AppState::icloudDownloadedBytes() const
+std::int64_t CloudState::icloudDownloadedBytes() const
 {
-    std::int64_t bytes = 0;
-    if (m_icloudItems) {
-        for (const ICloudItem& item : *m_icloudItems) {
-            bytes = saturatingSum(bytes, item.localBytes);
-        }
-    }
-    return bytes;
+    return m_icloudItems ? sum(*m_icloudItems, &ICloudItem::localBytes) : 0;
 }
 
-std::vector<ICloudItem> AppState::icloudSelectedItems() const
+std::vector<ICloudItem> CloudState::icloudSelectedItems() const
 {
     std::vector<ICloudItem> items;
     if (m_icloudItems) {
@@ -74,25 +90,17 @@ std::vector<ICloudItem> AppState::icloudSelectedItems() const
     return items;
 }
 
-std::int64_t AppState::icloudSelectedBytes() const
+std::int64_t CloudState::icloudSelectedBytes() const
 {
-    std::int64_t bytes = 0;
-    for (const ICloudItem& item : icloudSelectedItems()) {
-        bytes = saturatingSum(bytes, item.releasableBytes());
-    }
-    return bytes;
+    return sum(icloudSelectedItems(), &ICloudItem::releasableBytes);
 }
 
-std::int64_t AppState::icloudSelectedFileCount() const
+std::int64_t CloudState::icloudSelectedFileCount() const
 {
-    std::int64_t count = 0;
-    for (const ICloudItem& item : icloudSelectedItems()) {
-        count = saturatingSum(count, item.releasableFileCount());
-    }
-    return count;
+    return sum(icloudSelectedItems(), &ICloudItem::releasableFileCount);
 }
 
-std::vector<ICloudAppBundle> AppState::icloudSelectedApps() const
+std::vector<ICloudAppBundle> CloudState::icloudSelectedApps() const
 {
     std::vector<ICloudAppBundle> apps;
     for (const ICloudItem& item : icloudSelectedItems()) {
@@ -102,22 +110,18 @@ std::vector<ICloudAppBundle> AppState::icloudSelectedApps() const
     return apps;
 }
 
-std::int64_t AppState::icloudSelectedAppBytes() const
+std::int64_t CloudState::icloudSelectedAppBytes() const
 {
-    std::int64_t bytes = 0;
-    for (const ICloudAppBundle& app : icloudSelectedApps()) {
-        bytes = saturatingSum(bytes, app.localBytes);
-    }
-    return bytes;
+    return sum(icloudSelectedApps(), &ICloudAppBundle::localBytes);
 }
 
-void AppState::setShowICloud(bool isShown)
+void CloudState::setShowICloud(bool isShown)
 {
     m_showICloud = isShown;
     emit showICloudChanged();
 }
 
-void AppState::setICloudSelected(const std::string& path, bool isSelected)
+void CloudState::setICloudSelected(const std::string& path, bool isSelected)
 {
     if (isSelected) {
         m_icloudSelection.insert(path);
@@ -127,33 +131,30 @@ void AppState::setICloudSelected(const std::string& path, bool isSelected)
     emit icloudSelectionChanged();
 }
 
-void AppState::openICloud()
+void CloudState::openICloud()
 {
     setShowICloud(true);
-    m_icloudEvictReport.reset();
-    emit icloudEvictReportChanged();
+    setEvictReport(std::nullopt);
 }
 
-void AppState::reloadICloud()
+void CloudState::reloadICloud()
 {
     m_icloudItems.emplace();
     emit icloudItemsChanged();
     m_icloudSelection.clear();
     emit icloudSelectionChanged();
-    m_icloudEvictReport.reset();
-    emit icloudEvictReportChanged();
+    setEvictReport(std::nullopt);
     m_icloudReleasedPaths.clear();
     emit icloudReleasedPathsChanged();
     m_icloudBusyFolders.clear();
     emit icloudBusyFoldersChanged();
-    m_icloudMeasuredFiles = 0;
-    m_icloudMeasuredBytes = 0;
+    m_icloudMeasured = {};
     emit icloudMeasuredChanged();
     m_icloudMeasureByChild.clear();
     measureICloudChildren(m_icloudEvictor.topLevelChildren());
 }
 
-void AppState::retryBusyICloudFolders()
+void CloudState::retryBusyICloudFolders()
 {
     std::vector<std::string> folders = std::exchange(m_icloudBusyFolders, {});
     emit icloudBusyFoldersChanged();
@@ -163,7 +164,7 @@ void AppState::retryBusyICloudFolders()
     measureICloudChildren(std::move(folders));
 }
 
-void AppState::measureICloudChildren(std::vector<std::string> children)
+void CloudState::measureICloudChildren(std::vector<std::string> children)
 {
     m_icloudPending += static_cast<std::int64_t>(children.size());
     emit icloudPendingChanged();
@@ -182,20 +183,16 @@ void AppState::measureICloudChildren(std::vector<std::string> children)
     }
 }
 
-void AppState::handleMeasureProgress(const std::string& path, MeasureProgress progress)
+void CloudState::handleMeasureProgress(const std::string& path, MeasureProgress progress)
 {
     m_icloudMeasureByChild[path] = progress;
-    MeasureProgress sum;
-    for (const auto& [child, measured] : m_icloudMeasureByChild) {
-        sum.files = saturatingSum(sum.files, measured.files);
-        sum.bytes = saturatingSum(sum.bytes, measured.bytes);
-    }
-    m_icloudMeasuredFiles = sum.files;
-    m_icloudMeasuredBytes = sum.bytes;
+    const auto measured = std::views::values(m_icloudMeasureByChild);
+    m_icloudMeasured = {sum(measured, &MeasureProgress::files),
+                        sum(measured, &MeasureProgress::bytes)};
     emit icloudMeasuredChanged();
 }
 
-void AppState::handleMeasureResult(const CleanCore::ICloudEvictor::MeasureResult& result)
+void CloudState::handleMeasureResult(const CleanCore::ICloudEvictor::MeasureResult& result)
 {
     --m_icloudPending;
     emit icloudPendingChanged();
@@ -209,7 +206,7 @@ void AppState::handleMeasureResult(const CleanCore::ICloudEvictor::MeasureResult
     }
 }
 
-void AppState::requestEvict()
+void CloudState::requestEvict()
 {
     if (m_icloudSelection.empty() || m_isEvicting) {
         return;
@@ -217,7 +214,7 @@ void AppState::requestEvict()
     performEvict();
 }
 
-void AppState::performEvict()
+void CloudState::performEvict()
 {
     m_isEvicting = true;
     emit isEvictingChanged();
@@ -233,27 +230,31 @@ void AppState::performEvict()
     });
 }
 
-void AppState::setEvictProgress(std::optional<EvictProgress> progress)
+void CloudState::setEvictReport(std::optional<EvictReport> report)
+{
+    m_icloudEvictReport = std::move(report);
+    emit icloudEvictReportChanged();
+}
+
+void CloudState::setEvictProgress(std::optional<EvictProgress> progress)
 {
     m_icloudEvictProgress = std::move(progress);
     emit icloudEvictProgressChanged();
 }
 
-void AppState::finishEvict(const EvictReport& report)
+void CloudState::finishEvict(const EvictReport& report)
 {
     setEvictProgress(std::nullopt);
-    m_icloudEvictReport = report;
-    emit icloudEvictReportChanged();
+    setEvictReport(report);
     m_icloudReleasedPaths.insert(report.released.begin(), report.released.end());
     emit icloudReleasedPathsChanged();
     m_icloudSelection.clear();
     emit icloudSelectionChanged();
     m_isEvicting = false;
     emit isEvictingChanged();
-    closeWhenReady();
 }
 
-void AppState::revealICloudApps(std::span<const ICloudAppBundle> apps) const
+void CloudState::revealICloudApps(std::span<const ICloudAppBundle> apps) const
 {
     std::vector<std::string> paths;
     for (const ICloudAppBundle& app : apps) {

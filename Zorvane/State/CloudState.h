@@ -1,0 +1,131 @@
+#pragma once
+
+#include "CleanCore/CloudDrive/ICloudEvictor.h"
+#include "Zorvane/State/Environment.h"
+
+#include <QObject>
+#include <QtQml/qqmlregistration.h>
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <optional>
+#include <set>
+#include <span>
+#include <string>
+#include <thread>
+#include <vector>
+
+namespace Zorvane {
+
+class MainThreadQueue;
+
+/// The part of the application's state about the cloud drive: the downloaded entries, the selected
+/// ones, and how far measuring and a release are.
+///
+/// Main thread only. Work is done by threads that share nothing with it and post what they find.
+/// Every write of a published field emits its signal, also when the value stays the same. Byte
+/// counts are allocated sizes.
+///
+/// Its destructor waits for the item that a release is working on, and not for measuring.
+class CloudState : public QObject
+{
+    Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("AppState makes the only one.")
+    Q_PROPERTY(bool showICloud READ showICloud WRITE setShowICloud NOTIFY showICloudChanged)
+    Q_PROPERTY(bool isEvicting READ isEvicting NOTIFY isEvictingChanged)
+
+public:
+    struct MeasureProgress
+    {
+        std::int64_t files = 0;
+        std::int64_t bytes = 0;
+    };
+    /// `index` counts from 1; `name` is the last component of the item's path.
+    struct EvictProgress
+    {
+        std::int64_t index = 0;
+        std::int64_t total = 0;
+        std::string name;
+    };
+    using EvictReport = CleanCore::ICloudEvictor::EvictReport;
+
+    /// `environment` outlives the state. The runner of `queue` does not run tasks after it.
+    CloudState(const Environment& environment, std::shared_ptr<MainThreadQueue> queue);
+
+    [[nodiscard]] bool showICloud() const { return m_showICloud; }
+    /// Absent until measuring starts for the first time; then the downloaded entries, largest
+    /// first.
+    [[nodiscard]] const std::optional<std::vector<CleanCore::ICloudItem>>& icloudItems() const;
+    [[nodiscard]] const std::set<std::string>& icloudSelection() const;
+    [[nodiscard]] bool isEvicting() const { return m_isEvicting; }
+    /// Paths of entries whose measuring ran into the time limit.
+    [[nodiscard]] const std::vector<std::string>& icloudBusyFolders() const;
+    /// Paths of entries that were released since the last full measuring.
+    [[nodiscard]] const std::set<std::string>& icloudReleasedPaths() const;
+    /// The number of entries that are being measured.
+    [[nodiscard]] std::int64_t icloudPending() const { return m_icloudPending; }
+    [[nodiscard]] std::int64_t icloudMeasuredFiles() const { return m_icloudMeasured.files; }
+    [[nodiscard]] std::int64_t icloudMeasuredBytes() const { return m_icloudMeasured.bytes; }
+    [[nodiscard]] const std::optional<EvictProgress>& icloudEvictProgress() const;
+    [[nodiscard]] const std::optional<EvictReport>& icloudEvictReport() const;
+    [[nodiscard]] std::int64_t icloudDownloadedBytes() const;
+    [[nodiscard]] std::vector<CleanCore::ICloudItem> icloudSelectedItems() const;
+    [[nodiscard]] std::int64_t icloudSelectedBytes() const;
+    [[nodiscard]] std::int64_t icloudSelectedFileCount() const;
+    /// The bundles of the selected items, largest first.
+    [[nodiscard]] std::vector<CleanCore::ICloudAppBundle> icloudSelectedApps() const;
+    [[nodiscard]] std::int64_t icloudSelectedAppBytes() const;
+
+    void setShowICloud(bool isShown);
+    void setICloudSelected(const std::string& path, bool isSelected);
+    Q_INVOKABLE void openICloud();
+    Q_INVOKABLE void reloadICloud();
+    Q_INVOKABLE void retryBusyICloudFolders();
+    /// Releases the selected entries. Does nothing if none is selected, or during a release.
+    Q_INVOKABLE void requestEvict();
+    void revealICloudApps(std::span<const CleanCore::ICloudAppBundle> apps) const;
+    /// Ends a release after the item that it is working on.
+    void stopEvicting() { m_evict.request_stop(); }
+
+signals:
+    void showICloudChanged();
+    void icloudItemsChanged();
+    void icloudSelectionChanged();
+    void isEvictingChanged();
+    void icloudBusyFoldersChanged();
+    void icloudReleasedPathsChanged();
+    void icloudPendingChanged();
+    /// The number of files or of bytes changed.
+    void icloudMeasuredChanged();
+    void icloudEvictProgressChanged();
+    void icloudEvictReportChanged();
+
+private:
+    void setEvictReport(std::optional<EvictReport> report);
+    void measureICloudChildren(std::vector<std::string> children);
+    void handleMeasureProgress(const std::string& path, MeasureProgress progress);
+    void handleMeasureResult(const CleanCore::ICloudEvictor::MeasureResult& result);
+    void performEvict();
+    void setEvictProgress(std::optional<EvictProgress> progress);
+    void finishEvict(const EvictReport& report);
+
+    const Environment& m_environment;
+    const CleanCore::ICloudEvictor m_icloudEvictor;
+    const std::shared_ptr<MainThreadQueue> m_queue;
+
+    bool m_showICloud = false;
+    std::optional<std::vector<CleanCore::ICloudItem>> m_icloudItems;
+    std::set<std::string> m_icloudSelection;
+    bool m_isEvicting = false;
+    std::vector<std::string> m_icloudBusyFolders;
+    std::set<std::string> m_icloudReleasedPaths;
+    std::int64_t m_icloudPending = 0;
+    MeasureProgress m_icloudMeasured;
+    std::map<std::string, MeasureProgress> m_icloudMeasureByChild;
+    std::optional<EvictProgress> m_icloudEvictProgress;
+    std::optional<EvictReport> m_icloudEvictReport;
+    std::jthread m_evict;
+};
+
+} // namespace Zorvane
