@@ -1,20 +1,16 @@
 #include "tests/Support/RemovalFixture.h"
 
 #include <fcntl.h>
-#include <filesystem>
 #include <fstream>
 #include <linux/capability.h>
 #include <sched.h>
 #include <sstream>
 #include <sys/mount.h>
-#include <sys/stat.h>
 #include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 namespace CleanCoreTests {
-
-namespace fs = std::filesystem;
 
 RemovalFixture::RemovalFixture(const std::string& below)
     : home(below), base(home.makeFolder(".cache")), documents(home.makeFolder("Documents"))
@@ -98,13 +94,6 @@ void mountTemporaryFileSystem(const std::string& where)
     ASSERT_EQ(::mount("none", where.c_str(), "tmpfs", 0, nullptr), 0) << where;
 }
 
-void remountReadOnly(const std::string& where)
-{
-    bindMount(where, where);
-    ASSERT_EQ(::mount(nullptr, where.c_str(), nullptr, MS_REMOUNT | MS_BIND | MS_RDONLY, nullptr),
-              0);
-}
-
 void makeFiles(const TemporaryFolder& folder, const std::string& relative, std::size_t count)
 {
     const std::string path = folder.makeFolder(relative);
@@ -112,20 +101,6 @@ void makeFiles(const TemporaryFolder& folder, const std::string& relative, std::
         const std::string file = path + '/' + std::to_string(i);
         ::close(::open(file.c_str(), O_CREAT | O_WRONLY | O_CLOEXEC, 0644));
     }
-}
-
-std::size_t countEntries(const std::string& folder)
-{
-    std::size_t count = 0;
-    // Others may be changing it meanwhile; what has vanished does not count.
-    std::error_code error;
-    for (fs::directory_iterator entry(folder, error), end; !error && entry != end;
-         entry.increment(error)) {
-        std::error_code gone;
-        count +=
-            1 + (fs::is_directory(entry->symlink_status(gone)) ? countEntries(entry->path()) : 0);
-    }
-    return count;
 }
 
 } // namespace CleanCoreTests

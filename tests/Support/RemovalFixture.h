@@ -60,11 +60,8 @@ void dropCapabilities();
 
 void bindMount(const std::string& what, const std::string& where);
 void mountTemporaryFileSystem(const std::string& where);
-void remountReadOnly(const std::string& where);
 
 /// Makes `count` empty files "0", "1", … in a new folder.
 void makeFiles(const TemporaryFolder& folder, const std::string& relative, std::size_t count);
-
-[[nodiscard]] std::size_t countEntries(const std::string& folder);
 
 } // namespace CleanCoreTests

@@ -3,7 +3,6 @@
 #include "tests/Support/RemovalFixture.h"
 
 #include <cerrno>
-#include <thread>
 
 namespace CleanCoreTests {
 namespace {
@@ -25,44 +24,29 @@ TEST_P(RemovalBoundary, AMountIsKeptAndWhatLiesBehindItIsNotTouched)
 {
     struct
     {
-        const char* source; // bound there; none for a new file system
+        const char* source;
         const char* at;
         const char* removed;
     } const mounts[] = {
         {"Documents", ".cache/entry/deep/mount", ".cache/entry"},
-        {"Documents", ".cache/entry", ".cache/entry"},
-        {"elsewhere", ".cache/entry/deep/mount", ".cache/entry"},
+        {"elsewhere", ".cache/entry", ".cache/entry"},
         {"elsewhere", ".cache/entry", ".cache/entry/deep"},
         {".cache", ".cache/entry/deep/mount", ".cache/entry"},
-        {nullptr, ".cache/entry/deep/mount", ".cache/entry"},
         {"Documents/canary", ".cache/entry/deep/file", ".cache/entry"},
         {"Documents/canary", ".cache/file", ".cache/file"},
     };
     for (const auto& [source, at, removed] : mounts) {
-        SCOPED_TRACE(testing::Message() << (source == nullptr ? "tmpfs" : source) << " on " << at);
+        SCOPED_TRACE(testing::Message() << source << " on " << at);
         home.make(
             "elsewhere/deep/kept .cache/file .cache/entry/deep/file .cache/entry/deep/mount/");
         inMountNamespace([&] {
-            source != nullptr ? bindMount(home.path(source), home.path(at))
-                              : mountTemporaryFileSystem(home.path(at));
+            bindMount(home.path(source), home.path(at));
             EXPECT_EQ(removeFrom(base, home.path(removed)), EXDEV);
             EXPECT_TRUE(home.has(removed));
             EXPECT_EQ(home.tree("elsewhere"), "deep/kept");
-            expectCanaries();
         });
         expectCanaries();
     }
-}
-
-TEST_P(RemovalBoundary, ABaseThatShowsAProtectedFolderLosesNothing)
-{
-    inMountNamespace([&] {
-        const auto removal = beginRemoval();
-        bindMount(documents, base);
-        EXPECT_EQ(removal->remove(base, home.path(".cache/entry"), std::nullopt).error,
-                  protectedEntryError);
-        expectCanaries();
-    });
 }
 
 TEST_P(RemovalBoundary, WhatIsNotInsideTheBaseIsRefused)
@@ -76,11 +60,9 @@ TEST_P(RemovalBoundary, WhatIsNotInsideTheBaseIsRefused)
         int error;
     } const cases[] = {
         {".cache", ".cache", EINVAL},
-        {".cache", ".cache/", EINVAL},
         {".cache", "", EINVAL},
         {".cache", "elsewhere/file", EINVAL},
         {".cache", ".cache2/file", EINVAL},
-        {".cache", ".cache/.", EINVAL},
         {".cache", ".cache/../elsewhere/file", EINVAL},
         {".cache", ".cache/entry/..", EINVAL},
         {".cache", std::string(".cache/entry\0x", 14), EINVAL},
@@ -92,7 +74,6 @@ TEST_P(RemovalBoundary, WhatIsNotInsideTheBaseIsRefused)
         {"..", "", protectedEntryError},
         {".cache", ".cache/missing", ENOENT},
         {".cache/entry/file", ".cache/entry/file/x", ENOTDIR},
-        {".cache/none", ".cache/none/x", ENOENT},
     };
     const std::string before = home.tree();
     for (const auto& [inBase, path, error] : cases) {
@@ -105,25 +86,14 @@ TEST_P(RemovalBoundary, WhatIsNotInsideTheBaseIsRefused)
     expectCanaries();
 }
 
-TEST_P(RemovalBoundary, ABaseOrAPathThroughAnAliasIsTheSame)
+TEST_P(RemovalBoundary, LinksLeadToABaseAndAreRemovedThemselves)
 {
-    home.make("alias->.cache .cache/one .cache/two .cache/three/file");
+    home.make("alias->.cache elsewhere/file .cache/one->~/Documents .cache/two/link->~/elsewhere "
+              ".cache/three/");
     EXPECT_EQ(removeFrom(home.path("alias"), home.path("alias/one")), 0);
     EXPECT_EQ(removeFrom(home.path("alias"), home.path(".cache/two")), 0);
     EXPECT_EQ(removeFrom(base + "/", home.path("alias/three/")), 0);
     EXPECT_EQ(home.tree(".cache"), "");
-}
-
-TEST_P(RemovalBoundary, LinksAreRemovedThemselves)
-{
-    home.make("elsewhere/file");
-    for (const std::string target :
-         {"/", "~/elsewhere", "~/elsewhere/file", "~/Documents", "nowhere", "link", ".."}) {
-        home.make(".cache/link->" + target + " .cache/entry/link->" + target);
-        EXPECT_EQ(removeFrom(base, home.path(".cache/link")), 0) << target;
-        EXPECT_EQ(removeFrom(base, home.path(".cache/entry")), 0) << target;
-        EXPECT_EQ(home.tree(".cache"), "");
-    }
     EXPECT_EQ(home.tree("elsewhere"), "file");
     expectCanaries();
 }
@@ -153,23 +123,6 @@ TEST_F(RemovalIdentity, AFolderThatLeadsToAProtectedOneIsNotEmptied)
     EXPECT_EQ(removal.remove(base, home.path(".cache/entry"), std::nullopt).error,
               protectedEntryError);
     EXPECT_EQ(home.tree(".cache"), "entry/inner/precious");
-}
-
-TEST_F(RemovalIdentity, AMountThatAppearsMidwayKeepsWhatItShows)
-{
-    for (int folder = 0; folder < 200; ++folder) {
-        makeFiles(home, ".cache/entry/" + std::to_string(folder), 20);
-    }
-    home.make(".cache/entry/mount/");
-    inMountNamespace([&] {
-        // Mounted from another thread while the work goes on, at a moment of its own choosing.
-        std::thread mounter([&] { bindMount(documents, home.path(".cache/entry/mount")); });
-        const int error = remove(".cache/entry");
-        mounter.join();
-        EXPECT_TRUE(error != 0 || !home.has(".cache/entry"));
-        expectCanaries();
-    });
-    expectCanaries();
 }
 
 } // namespace
