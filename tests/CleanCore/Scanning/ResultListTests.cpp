@@ -65,25 +65,6 @@ TEST(ResultList, OffersEveryEntryOnce)
     }
 }
 
-TEST(ResultList, OfAPartOfTheAreasNeedsThoseThatReachIntoIt)
-{
-    ScriptedDisk files;
-    files.links = {{"/home/me/link", "/base/in"}};
-    std::vector<CleaningRule> all;
-    for (const char* const base :
-         {"/base", "/base/", "/base/x/y", "~/link", "/base2", "/", "/base/tool"}) {
-        all.emplace_back().id = base;
-        all.back().basePaths = {base};
-    }
-    all.back().kind = RuleKind::command;
-    std::string ids;
-    for (const CleaningRule& rule :
-         rulesReachingInto({all.data(), 1}, all, "/home/me", files, {})) {
-        ids += rule.id + ' ';
-    }
-    EXPECT_EQ(ids, "/base/ /base/x/y ~/link ");
-}
-
 TEST(ResultList, LeavesOutWhatIsEmptyAndSortsTheRestByTotal)
 {
     std::vector<CategoryResult> found =

@@ -1,10 +1,11 @@
 #include "CleanCore/Scanning/ScanEngine.h"
 
+#include "CleanCore/Scanning/Scan.h"
 #include "CleanCore/Support/TaskPool.h"
 #include "tests/Support/ScriptedDisk.h"
 
 #include <algorithm>
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 #include <latch>
 
 namespace CleanCoreTests {
@@ -108,6 +109,52 @@ TEST_F(ScanEngineTest, FindsTheItemsOfEachBaseInTurnAndFlagsWhatItCannotList)
             found += ' ' + item.path;
         }
         EXPECT_EQ(found, items);
+    }
+}
+
+TEST_F(ScanEngineTest, OfAPartFindsTheSameAsOfAllAsksToolsLastAndHasNoResultsOnceStopped)
+{
+    disk->add("/home/me/outer", "cut", 100);
+    disk->add("/home/me/outer", "kept", 5);
+    disk->add("/home/me/outer/cut", "inner", 99);
+    disk->links = {{"/home/me/link", "/home/me/outer/in"}};
+    pool = std::make_shared<TaskPool>(1);
+    const std::vector catalog = {
+        ruleFor("outer", {"~/outer"}),     ruleFor("tool", {"~/outer"}, RuleKind::command),
+        ruleFor("inner", {"~/outer/cut"}), ruleFor("same", {"~/outer/"}),
+        ruleFor("linked", {"~/link"}),     ruleFor("beside", {"~/outer2"}),
+        ruleFor("above", {"~"}),           ruleFor("other-tool", {"~/outer"}, RuleKind::command)};
+    const std::string files = "inner same linked outer 105 ";
+    const std::pair<std::string, std::string> rows[] = {{"never", files + "files tools-2 "},
+                                                        {"inner", "inner "},
+                                                        {"105", files},
+                                                        {"files", files + "files tools-2 "},
+                                                        {"tools-2", files + "files tools-2 "}};
+    for (const auto& [stopAt, expected] : rows) {
+        std::stop_source stop;
+        std::string log;
+        const auto step = [&](const std::string& name) {
+            log += name + ' ';
+            if (name == stopAt) {
+                stop.request_stop();
+            }
+        };
+        const Scan scan("/home/me", disk, pool, [&](auto rules, const std::stop_token&) {
+            step("tools-" + std::to_string(rules.size()));
+            return std::vector{CategoryResult{rules[1], {{"label", 7}}}};
+        });
+        const auto found = scan.run({catalog.data(), 2}, catalog, Timestamp(),
+                                    {[&](const std::string& ruleId) { step(ruleId); },
+                                     [&](std::int64_t bytes) { step(std::to_string(bytes)); },
+                                     [&] { step("files"); }},
+                                    stop.get_token());
+        EXPECT_THAT(log, testing::StartsWith(expected)) << stopAt;
+        ASSERT_EQ(found.has_value(), stopAt == "never") << stopAt;
+        std::string items;
+        for (const CategoryResult& result : found.value_or(std::vector<CategoryResult>())) {
+            items += result.rule.id + ':' + result.items.at(0).path + ' ';
+        }
+        EXPECT_EQ(items, found ? "tool:label outer:/home/me/outer/kept " : "");
     }
 }
 

@@ -2,71 +2,49 @@
 
 #include "CleanCore/FileSystem/FileManager.h"
 #include "CleanCore/Startup/StartError.h"
-#include "tests/Support/TemporaryFolder.h"
+#include "tests/Support/RemovalFixture.h"
 
 #include <cstdlib>
 #include <filesystem>
 #include <gtest/gtest.h>
-#include <map>
 
 namespace CleanCoreTests {
 namespace {
 
 using namespace CleanCore;
 
-constexpr const char* names[] = {
-    "HOME", "TMPDIR", "XDG_CACHE_HOME", "XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_STATE_HOME"};
-
-/// Keeps the process's variables and its current folder as they were.
-struct HomeEnvironmentTest : testing::Test
+TEST(HomeEnvironment, PointsEverythingIntoAnotherHome)
 {
-    HomeEnvironmentTest()
-    {
-        for (const char* const name : names) {
-            const char* const value = std::getenv(name);
-            m_before[name] = value != nullptr ? std::optional<std::string>(value) : std::nullopt;
-        }
-    }
-    ~HomeEnvironmentTest() override
-    {
-        std::filesystem::current_path(m_folder);
-        for (const auto& [name, value] : m_before) {
-            value ? ::setenv(name, value->c_str(), 1) : ::unsetenv(name);
-        }
-    }
-
     const TemporaryFolder world;
-
-private:
-    std::map<const char*, std::optional<std::string>> m_before;
-    std::string m_folder = std::filesystem::current_path();
-};
-
-TEST_F(HomeEnvironmentTest, PointsEverythingIntoAnotherHome)
-{
     world.make("home/ elsewhere/");
     const std::string home = world.path("home");
-    for (const bool isNamedByVariable : {false, true}) {
-        for (const char* const name : names) {
-            ::setenv(name, world.path("elsewhere").c_str(), 1);
+    constexpr const char* names[] = {
+        "HOME", "TMPDIR", "XDG_CACHE_HOME", "XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_STATE_HOME"};
+    inChildProcess([&] {
+        for (const bool isNamedByVariable : {false, true}) {
+            for (const char* const name : names) {
+                ::setenv(name, world.path("elsewhere").c_str(), 1);
+            }
+            ::setenv("HOME", home.c_str(), 1);
+            const HomeEnvironment environment =
+                HomeEnvironment::make(isNamedByVariable ? std::nullopt : std::optional(home));
+            EXPECT_TRUE(environment.isConfined);
+            for (const char* const name : names) {
+                EXPECT_EQ(std::string(std::getenv(name)).find(home), 0U) << name;
+            }
+            EXPECT_EQ(environment.fileManager->perUserFolder(PerUserFolder::cache),
+                      home + "/.cache");
+            EXPECT_EQ(environment.fileManager->perUserFolder(PerUserFolder::temporary),
+                      home + "/.tmp");
+            EXPECT_FALSE(environment.fileManager->exists(world.path("elsewhere")));
         }
-        ::setenv("HOME", home.c_str(), 1);
-        const HomeEnvironment environment =
-            HomeEnvironment::make(isNamedByVariable ? std::nullopt : std::optional(home));
-        EXPECT_TRUE(environment.isConfined);
-        for (const char* const name : names) {
-            EXPECT_EQ(std::string(std::getenv(name)).find(home), 0U) << name;
-        }
-        EXPECT_EQ(environment.fileManager->perUserFolder(PerUserFolder::cache), home + "/.cache");
-        EXPECT_EQ(environment.fileManager->perUserFolder(PerUserFolder::temporary), home + "/.tmp");
-        EXPECT_FALSE(environment.fileManager->exists(world.path("elsewhere")));
-    }
+    });
 }
 
-TEST_F(HomeEnvironmentTest, FindsTheFolderThatAPathMeansAndRefusesWhatCannotBeWorkedIn)
+TEST(HomeEnvironment, FindsTheFolderThatAPathMeansAndRefusesWhatCannotBeWorkedIn)
 {
+    const TemporaryFolder world;
     world.make("real/home/ home/ link->real file root->/ sealed/=0 unlistable/=0300 gone/");
-    std::filesystem::current_path(world.path());
     using enum StartFault;
     // The folder that is found, or the fault.
     const std::tuple<std::string, std::string, std::optional<StartFault>> rows[] = {
@@ -84,18 +62,21 @@ TEST_F(HomeEnvironmentTest, FindsTheFolderThatAPathMeansAndRefusesWhatCannotBeWo
         {"unlistable", "", homeUnreadable},
         {"gone", "", homeMissing},
     };
-    for (const auto& [given, found, fault] : rows) {
-        if (given == "gone") {
-            std::filesystem::current_path(world.path("gone"));
-            world.remove("gone");
+    inChildProcess([&] {
+        std::filesystem::current_path(world.path());
+        for (const auto& [given, found, fault] : rows) {
+            if (given == "gone") {
+                std::filesystem::current_path(world.path("gone"));
+                world.remove("gone");
+            }
+            try {
+                EXPECT_EQ(HomeEnvironment::make(given).home, found) << given;
+                EXPECT_FALSE(fault) << given;
+            } catch (const StartError& error) {
+                EXPECT_EQ(error.fault, fault) << given;
+            }
         }
-        try {
-            EXPECT_EQ(HomeEnvironment::make(given).home, found) << given;
-            EXPECT_FALSE(fault) << given;
-        } catch (const StartError& error) {
-            EXPECT_EQ(error.fault, fault) << given;
-        }
-    }
+    });
 }
 
 } // namespace

@@ -1,5 +1,6 @@
 // Where a removal has to stop: at mounts, at links, and at everything that is not inside the base.
 
+#include "CleanCore/Support/TaskPool.h"
 #include "tests/Support/RemovalFixture.h"
 
 #include <cerrno>
@@ -14,9 +15,7 @@ class RemovalBoundary : public RemovalFixture, public testing::WithParamInterfac
 protected:
     [[nodiscard]] int removeFrom(const std::string& inBase, const std::string& path) const
     {
-        LinuxRemoval removal(home.path(), std::vector<std::string>{documents}, std::nullopt, pool(),
-                             GetParam());
-        return removal.remove(inBase, path, std::nullopt).error;
+        return beginRemoval(GetParam())->remove(inBase, path, std::nullopt).error;
     }
 };
 
@@ -119,7 +118,7 @@ TEST_F(RemovalIdentity, AFolderThatLeadsToAProtectedOneIsNotEmptied)
 {
     home.make(".cache/entry/inner/precious");
     LinuxRemoval removal(home.path(), std::vector<std::string>{home.path(".cache/entry/inner")},
-                         std::nullopt, pool());
+                         std::nullopt, std::make_shared<TaskPool>(1));
     EXPECT_EQ(removal.remove(base, home.path(".cache/entry"), std::nullopt).error,
               protectedEntryError);
     EXPECT_EQ(home.tree(".cache"), "entry/inner/precious");
