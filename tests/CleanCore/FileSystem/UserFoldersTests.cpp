@@ -30,44 +30,37 @@ TEST(UserFolders, TakesAVariableOnlyForAFolderThatHoldsNothingElse)
                "target/scratch/ me/to-scratch->~/scratch to-home->~/me "
                "to-documents->~/me/Documents/x target-link->~/target/scratch "
                "linked/.config->~/dotfiles dotfiles/app/ linked/.local->~/local "
-               "local/state/app/ local/app->~/held held/ free/ "
-               "part/.local/share->~/data data/app/ part/.cache/");
+               "local/state/app/ local/app->~/held held/ free/");
     world.makeFile("me/.config/user-dirs.dirs", "XDG_PICTURES_DIR=\"$HOME/Bilder\"\n");
     enum Taken { never, asTemporary, always };
     const struct
     {
         const char* home;
         Taken taken;
-        /// Separated by blanks; relative to the world without a slash before them.
+        /// Separated by blanks; relative to the world unless they begin with a slash or "$".
         std::string values;
     } rows[] = {
         {"me", always, "scratch me/caches me/to-scratch me/.config-2"},
         // Somebody else's: usable for temporary files if sticky, never for caches.
         {"me", asTemporary, "/tmp"},
         {"me", never,
-         "/usr / /run /run/lock . to-home to-documents missing me/file me "
+         "/usr / /run $relative . to-home to-documents missing me/file me "
          "me/Documents me/Documents/x me/Bilder me/Library me/.ssh me/.config/x me/.local/state"},
         {"linked", never,
          "linked/.config dotfiles dotfiles/app linked/.local/state local local/state/app "
          "linked/.local/app"},
         {"linked", always, "free"},
-        {"part", never, "data data/app"},
-        {"part", always, "local dotfiles"},
     };
-    const auto expectTaken = [&](const std::string& home, const std::string& value, Taken taken) {
-        const UserFolders folders = foldersOf(home, {{"XDG_CACHE_HOME", value}, {"TMPDIR", value}});
-        EXPECT_EQ(folders.cacheFolder != home + "/.cache", taken == always) << value;
-        EXPECT_EQ(folders.temporaryFolder == value || folders.temporaryFolder != "/tmp",
-                  taken != never)
-            << value;
-    };
-    for (const auto& [home, taken, values] : rows) {
-        for (const std::string& value : words(values)) {
-            expectTaken(world.path(home), value.front() == '/' ? value : world.path(value), taken);
+    for (const auto& [name, taken, values] : rows) {
+        const std::string home = world.path(name);
+        for (const std::string& word : words(values)) {
+            const std::string value = word.find_first_of("/$") == 0 ? word : world.path(word);
+            const auto folders = foldersOf(home, {{"XDG_CACHE_HOME", value}, {"TMPDIR", value}});
+            EXPECT_EQ(folders.cacheFolder != home + "/.cache", taken == always) << value;
+            EXPECT_EQ(folders.temporaryFolder == value || folders.temporaryFolder != "/tmp",
+                      taken != never)
+                << value;
         }
-    }
-    for (const char* const value : {"", "scratch"}) {
-        expectTaken(world.path("me"), value, never);
     }
     // Behind a link ".." is another folder than the text says; what was judged is what is used.
     const std::map<std::string, std::string> behindLink = {

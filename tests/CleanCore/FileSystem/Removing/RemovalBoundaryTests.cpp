@@ -97,14 +97,9 @@ TEST_P(RemovalBoundary, LinksLeadToABaseAndAreRemovedThemselves)
     expectCanaries();
 }
 
-INSTANTIATE_TEST_SUITE_P(Removal, RemovalBoundary,
-                         testing::Values(PinMethod::kernelResolution, PinMethod::stepByStep));
-
-using RemovalIdentity = RemovalFixture;
-
-TEST_F(RemovalIdentity, AProtectedFolderIsKnownUnderAnyName)
+TEST_P(RemovalBoundary, AProtectedFolderIsKnownUnderAnyName)
 {
-    const auto removal = beginRemoval();
+    const auto removal = beginRemoval(GetParam());
     // Renamed into the item after the clean began, and something else put in its place.
     home.make(".cache/entry/");
     home.move("Documents", ".cache/entry/moved");
@@ -114,15 +109,18 @@ TEST_F(RemovalIdentity, AProtectedFolderIsKnownUnderAnyName)
     expectCanaries();
 }
 
-TEST_F(RemovalIdentity, AFolderThatLeadsToAProtectedOneIsNotEmptied)
+TEST_P(RemovalBoundary, AFolderThatLeadsToAProtectedOneIsNotEmptied)
 {
     home.make(".cache/entry/inner/precious");
     LinuxRemoval removal(home.path(), std::vector<std::string>{home.path(".cache/entry/inner")},
-                         std::nullopt, std::make_shared<TaskPool>(1));
+                         std::nullopt, std::make_shared<TaskPool>(1), GetParam());
     EXPECT_EQ(removal.remove(base, home.path(".cache/entry"), std::nullopt).error,
               protectedEntryError);
     EXPECT_EQ(home.tree(".cache"), "entry/inner/precious");
 }
+
+INSTANTIATE_TEST_SUITE_P(Removal, RemovalBoundary,
+                         testing::Values(PinMethod::kernelResolution, PinMethod::stepByStep));
 
 } // namespace
 } // namespace CleanCoreTests

@@ -8,7 +8,7 @@
 
 #include <cerrno>
 #include <fcntl.h>
-#include <sys/stat.h>
+#include <filesystem>
 #include <sys/syscall.h>
 #include <unistd.h>
 
@@ -24,9 +24,9 @@ protected:
     void expectModes(const std::vector<std::string>& folders, unsigned mode) const
     {
         for (const std::string& folder : folders) {
-            struct stat status = {};
-            EXPECT_EQ(::stat(home.path(folder).c_str(), &status), 0) << folder;
-            EXPECT_EQ(status.st_mode & 07777U, mode) << folder;
+            EXPECT_EQ(std::filesystem::status(home.path(folder)).permissions(),
+                      std::filesystem::perms(mode))
+                << folder;
             home.setMode(folder, 0700);
         }
     }

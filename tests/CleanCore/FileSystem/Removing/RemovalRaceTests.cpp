@@ -3,7 +3,6 @@
 #include "tests/Support/RemovalFixture.h"
 
 #include <atomic>
-#include <cerrno>
 #include <cstdio>
 #include <fcntl.h>
 #include <filesystem>
@@ -126,23 +125,6 @@ TEST_F(RemovalRace, WhatIsMovedAwayIsLeftAloneAndReportedIfItIsTheItem)
         }
         EXPECT_GT(roundsWithSurvivors, 0U) << folder;
     }
-}
-
-TEST_F(RemovalRace, AFolderThatIsRefilledEndsTheWorkSomehow)
-{
-    std::atomic<bool> isOver = false;
-    std::thread writer([&] {
-        while (!isOver) {
-            refill();
-        }
-    });
-    for (std::size_t round = 0; round < scaled(200, 5'000); ++round) {
-        const int error = remove(".cache/entry");
-        EXPECT_TRUE(error == 0 || error == ENOENT || error == ENOTEMPTY || error == EBUSY) << error;
-    }
-    isOver = true;
-    writer.join();
-    expectCanaries();
 }
 
 } // namespace
