@@ -1,5 +1,6 @@
 #include "CleanCore/Scanning/Scan.h"
 
+#include "CleanCore/Scanning/ItemEnumerator.h"
 #include "CleanCore/Support/TaskPool.h"
 #include "tests/Support/ScriptedDisk.h"
 
@@ -54,6 +55,30 @@ TEST_F(ScanTest, FindsTheItemsOfEachBaseInTurnAndFlagsWhatItCannotList)
             found += ' ' + item.path;
         }
         EXPECT_EQ(found, items);
+    }
+}
+
+TEST_F(ScanTest, KeepsEntriesWhoseNewestChangeIsOldEnough)
+{
+    using namespace std::chrono_literals;
+    constexpr std::chrono::hours day(24);
+    const Timestamp now = Timestamp(1'772'366'400s + 123'456'789ns);
+    const std::tuple<std::int64_t, Timestamp, bool> rows[] = {
+        {0, Timestamp::max(), true},
+        {7, now - 7 * day, true},
+        {7, now - 7 * day + 1ns, false},
+        {-7, now + 7 * day + 1ns, false},
+        // The cutoff still fits, though its distance from now does not.
+        {115'740, now - 57'870 * day - 57'870 * day, true},
+        {115'740, now - 57'870 * day - 57'870 * day + 1ns, false},
+        {INT64_MAX, distantPast + 1ns, false},
+        {INT64_MIN, Timestamp::max(), true},
+    };
+    for (const auto& [minAgeDays, newestChange, isItem] : rows) {
+        disk->folders.clear();
+        disk->add("/base", "entry", 10, newestChange);
+        EXPECT_EQ(ItemEnumerator(disk).items("/base", minAgeDays, {}, now).size(), isItem ? 1 : 0)
+            << minAgeDays << " days, changed " << (newestChange - now).count() << " ns from now";
     }
 }
 
