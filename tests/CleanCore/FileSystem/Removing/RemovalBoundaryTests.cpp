@@ -1,6 +1,5 @@
 // Where a removal has to stop: at mounts, at links, and at everything that is not inside the base.
 
-#include "CleanCore/Support/TaskPool.h"
 #include "tests/Support/RemovalFixture.h"
 
 #include <cerrno>
@@ -107,16 +106,6 @@ TEST_P(RemovalBoundary, AProtectedFolderIsKnownUnderAnyName)
     EXPECT_EQ(removal->remove(base, home.path(".cache/entry"), std::nullopt).error, EPERM);
     home.move(".cache/entry/moved", "Documents");
     expectCanaries();
-}
-
-TEST_P(RemovalBoundary, AFolderThatLeadsToAProtectedOneIsNotEmptied)
-{
-    home.make(".cache/entry/inner/precious");
-    LinuxRemoval removal(home.path(), std::vector<std::string>{home.path(".cache/entry/inner")},
-                         std::nullopt, std::make_shared<TaskPool>(1), GetParam());
-    EXPECT_EQ(removal.remove(base, home.path(".cache/entry"), std::nullopt).error,
-              protectedEntryError);
-    EXPECT_EQ(home.tree(".cache"), "entry/inner/precious");
 }
 
 INSTANTIATE_TEST_SUITE_P(Removal, RemovalBoundary,
