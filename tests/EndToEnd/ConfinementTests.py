@@ -1,9 +1,7 @@
-#!/usr/bin/env python3
 """In another home nothing outside of it is listed, measured or removed, whatever it is told."""
 
 import ctypes
 import os
-import unittest
 
 from support import NOW, ProgramTest, in_own_mounts, paths, rule, snapshot
 
@@ -110,7 +108,3 @@ class Confinement(ProgramTest):
         self.file("home/area/entry")
         report = self.scan("--catalog", self.catalog(rule(bases=["~"])))
         self.assertIn(str(self.home / "area"), paths(report))
-
-
-if __name__ == "__main__":
-    unittest.main()

@@ -1,4 +1,3 @@
-#!/usr/bin/env python3
 """What a scan reports is what find(1) counts on the same home."""
 
 import base64
@@ -6,7 +5,6 @@ import datetime
 import json
 import os
 import subprocess
-import unittest
 
 from support import (DAY, NOW, NOW_SECONDS, REPOSITORY, ProgramTest, exact_path, in_own_mounts,
                      paths, rule)
@@ -146,7 +144,3 @@ class ScanTotals(ProgramTest):
             "head -c 300000 /dev/zero > area/item/foreign/file", self.home))
         self.assertEqual(mounted["totalBytes"], own.stat().st_blocks * 512)
         self.assertEqual(len(paths(mounted)), 2)
-
-
-if __name__ == "__main__":
-    unittest.main()

@@ -1,9 +1,7 @@
-#!/usr/bin/python3
 """Scanning, looking at the results and choosing among them; the window as a window."""
 
 import os
 import subprocess
-import unittest
 
 from driving import DESKTOP
 from window_test import WINDOW, WindowTest, byte_count
@@ -133,7 +131,3 @@ class ScanTests(WindowTest):
             self.assertEqual(process.returncode, status, arguments)
             self.assertRegex(process.stderr, r"\Azorvane: [^\n\x1b]+\n\Z")
             self.assertIn(word, process.stderr)
-
-
-if __name__ == "__main__":
-    unittest.main()
