@@ -110,8 +110,9 @@ class ScanTotals(ProgramTest):
         os.symlink("/", home / "area/link")
         os.utime(home / "area/link", ns=(0, 1_500_000_000_120_000_000), follow_symlinks=False)
         (home / "nothing").mkdir()
-        report = self.scan("--now", NOW, "--catalog", self.catalog(
-            rule("zz-nothing", ["~/nothing"]), rule("cache-area", ["~/area"]),
+        # The same moment as NOW; the files are then exactly as old as they have to be.
+        report = self.scan("--now", "2026-03-01T11:00:00-01:00", "--catalog", self.catalog(
+            rule("zz-nothing", ["~/nothing"]), rule("cache-area", ["~/area"], days=400),
             rule("dev-other", ["~/other"], tier="B")))
         shown, exact = f"{self.world}/home \ufffd", os.fsencode(home)
 
