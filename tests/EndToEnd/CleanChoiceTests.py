@@ -1,9 +1,7 @@
-#!/usr/bin/env python3
 """What may be chosen, how, and that a wrong choice removes nothing; the guard's verdicts."""
 
 import os
 import sys
-import unittest
 
 from support import NOW, REPOSITORY, ProgramTest, exact_path, paths, rule, snapshot
 
@@ -129,7 +127,3 @@ That's why the freed total is smaller than the estimate\.\n\Z""".replace("\n1 in
         for arguments in ((cache,), ("", "--base", cache), (cache, "--base", ""),
                           (cache, "x", "--base", cache), (cache, "--base", cache, "--yes")):
             self.assert_refused(self.run_program("guard", *arguments), 2)
-
-
-if __name__ == "__main__":
-    unittest.main()
