@@ -110,7 +110,7 @@ class ScanTotals(ProgramTest):
         self.file(home / "area/large", b"x" * 90_000)
         self.file(home / "other/entry", b"x" * 500_000)
         os.symlink("/", home / "area/link")
-        os.utime(home / "area/link", ns=(0, 1_500_000_000_110_000_000), follow_symlinks=False)
+        os.utime(home / "area/link", ns=(0, 1_500_000_000_120_000_000), follow_symlinks=False)
         (home / "nothing").mkdir()
         report = self.scan("--now", NOW, "--catalog", self.catalog(
             rule("zz-nothing", ["~/nothing"]), rule("cache-area", ["~/area"]),

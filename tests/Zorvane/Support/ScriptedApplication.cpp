@@ -15,85 +15,10 @@ using CleanCore::EntryKind;
 using CleanCore::RuleKind;
 using CleanCore::RuleTier;
 
-class ScriptedDisk::Remover : public CleanCore::Removal
-{
-public:
-    explicit Remover(const ScriptedDisk& disk) : m_disk(disk) {}
-
-    [[nodiscard]] CleanCore::RemovalOutcome
-    remove(const std::string& /*base*/, const std::string& path,
-           const std::optional<CleanCore::EntryIdentity>& /*seen*/) override
-    {
-        if (m_disk.onRemove) {
-            m_disk.onRemove(path);
-        }
-        if (m_disk.irremovable.contains(path)) {
-            return {.error = EBUSY};
-        }
-        const std::lock_guard lock(m_disk.m_mutex);
-        m_disk.m_removed.push_back(path);
-        return {};
-    }
-
-private:
-    const ScriptedDisk& m_disk;
-};
-
-Strings ScriptedDisk::removed() const
-{
-    const std::lock_guard lock(m_mutex);
-    return m_removed;
-}
-
 Strings ScriptedDrive::released() const
 {
     const std::lock_guard lock(m_mutex);
     return m_released;
-}
-
-std::optional<std::int64_t> ScriptedDisk::availableCapacity(const std::string& /*path*/) const
-{
-    const std::lock_guard lock(m_mutex);
-    return capacities.at(std::min(m_capacityCalls++, capacities.size() - 1));
-}
-
-std::unique_ptr<CleanCore::Removal>
-ScriptedDisk::beginRemoval(const std::string& /*home*/,
-                           std::span<const std::string> /*protectedFolders*/) const
-{
-    return std::make_unique<Remover>(*this);
-}
-
-std::optional<CleanCore::EntryAttributes> ScriptedDisk::attributes(const std::string& path) const
-{
-    for (const auto& [folder, entries] : trees) {
-        for (const auto& [name, attributes] : entries) {
-            if (CleanCore::PathText::join(folder, name) == path) {
-                return attributes;
-            }
-        }
-    }
-    return trees.contains(path)
-               ? std::optional(CleanCore::EntryAttributes{CleanCore::EntryKind::folder, 0})
-               : std::nullopt;
-}
-
-bool ScriptedDisk::visitTree(const std::string& path, const CleanCore::TreeVisitor& visit) const
-{
-    if (onVisit) {
-        onVisit(path);
-    }
-    const auto tree = trees.find(path);
-    if (tree == trees.end()) {
-        return false;
-    }
-    for (const auto& [name, attributes] : tree->second) {
-        const std::string entry = CleanCore::PathText::join(path, name);
-        if (!visit({entry, attributes})) {
-            break;
-        }
-    }
-    return true;
 }
 
 std::vector<CleanCore::CloudRefusal> ScriptedDrive::release(const std::string& path) const

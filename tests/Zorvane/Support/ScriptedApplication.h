@@ -4,7 +4,7 @@
 #include "CleanCore/CloudDrive/ICloudEvictor.h"
 #include "Zorvane/State/AppState.h"
 #include "tests/Support/ScriptedCommandRunner.h"
-#include "tests/Support/ScriptedFileManager.h"
+#include "tests/Support/ScriptedDisk.h"
 #include "tests/Support/TemporaryFolder.h"
 
 #include <QString>
@@ -24,39 +24,7 @@ using Strings = std::vector<std::string>;
 /// Entries by their names.
 using Sizes = std::vector<std::pair<std::string, std::int64_t>>;
 
-/// A scripted file system that also removes and has a free space, all as written down.
-class ScriptedDisk : public CleanCoreTests::ScriptedFileManager
-{
-public:
-    /// What availableCapacity() answers, call by call; the last one stays. Nothing: unknown.
-    std::vector<std::optional<std::int64_t>> capacities = {0};
-    /// Paths whose removal fails.
-    std::set<std::string> irremovable;
-    /// Called before an item is removed, on the removing thread.
-    std::function<void(const std::string& path)> onRemove;
-    /// The files of a folder, for the walk, in order.
-    std::map<std::string, std::vector<std::pair<std::string, CleanCore::EntryAttributes>>> trees;
-    /// Called before a folder is walked, on the walking thread.
-    std::function<void(const std::string& path)> onVisit;
-
-    [[nodiscard]] Strings removed() const;
-
-    [[nodiscard]] std::optional<std::int64_t>
-    availableCapacity(const std::string& path) const override;
-    [[nodiscard]] std::unique_ptr<CleanCore::Removal>
-    beginRemoval(const std::string& home,
-                 std::span<const std::string> protectedFolders) const override;
-    [[nodiscard]] std::optional<CleanCore::EntryAttributes>
-    attributes(const std::string& path) const override;
-    bool visitTree(const std::string& path, const CleanCore::TreeVisitor& visit) const override;
-
-private:
-    class Remover;
-
-    mutable std::mutex m_mutex;
-    mutable std::size_t m_capacityCalls = 0;
-    mutable Strings m_removed;
-};
+using CleanCoreTests::ScriptedDisk;
 
 /// A cloud drive that takes down which items it was asked to release.
 class ScriptedDrive : public CleanCore::CloudDrive
