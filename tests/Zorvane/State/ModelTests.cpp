@@ -43,7 +43,8 @@ struct Opened : ScriptedApplication
         models.emplace(*state);
         for (QAbstractItemModel* model : std::initializer_list<QAbstractItemModel*>{
                  models->results(), models->report(), models->icloud()}) {
-            testers.push_back(std::make_unique<QAbstractItemModelTester>(model));
+            testers.push_back(std::make_unique<QAbstractItemModelTester>(
+                model, QAbstractItemModelTester::FailureReportingMode::Fatal));
         }
     }
 
@@ -133,12 +134,18 @@ TEST(Models, ShowHostileNamesHarmlesslyAndTellThemApart)
     Opened app;
     const std::string name = "evil\u202Egpj\n\xFF<b>";
     app.addFolder("cache-a", RuleTier::safe, "/a", {{name, 1}, {"evil\u202Egpj\n\xFE<b>", 1}});
+    app.script[{"/opt/homebrew/bin/brew", "cleanup", "--dry-run", "-s"}] =
+        "Would remove: /cellar/old (1B)\n";
+    app.addToolArea("brew-cleanup", RuleTier::safe);
     app.open();
     scan(*app.state);
     Zorvane::ResultsModel& model = *app.models->results();
     model.toggleExpanded(0);
+    // A safe area of a tool can be selected, and is no diagnosis.
+    EXPECT_EQ(rowText(model, 4, {"title", "isSelectable", "isDiagnostic", "isSelected"}),
+              "brew-cleanup isSelectable");
     EXPECT_EQ(text(model, {"path"}), " |  | /a/evil⟨U+202E⟩gpj⟨U+000A⟩\uFFFD<b> | "
-                                     "/a/evil⟨U+202E⟩gpj⟨U+000A⟩\uFFFD<b> | ");
+                                     "/a/evil⟨U+202E⟩gpj⟨U+000A⟩\uFFFD<b> |  | ");
     model.setSelected(3, false);
     app.disk->irremovable = {"/a/" + name};
     runClean(*app.state);
@@ -193,7 +200,9 @@ TEST(Models, ConfirmationFollowsTheSelection)
               QStringLiteral("I understand that the selected <b>review required</b> items (Builds "
                              "&lt;b&gt;B&lt;/b&gt; **%1**, dev-c) may <b>not be recoverable</b>."));
     EXPECT_TRUE(figures.canClean());
+    (void)log.take();
     app.state->performClean();
+    EXPECT_EQ(log.take(), "figures");
     EXPECT_FALSE(figures.canClean());
     waitUntil([&] { return figures.canClean(); });
     app.state->deselectAll("cache-a");
@@ -233,8 +242,9 @@ TEST(Models, TheRingGroupsAreasByTheirIds)
 TEST(Models, TheReportCountsByReason)
 {
     Opened app;
-    app.addArea("cache-a", RuleTier::safe, {1000, 1000, 500});
-    app.disk->irremovable = {ScriptedApplication::itemPath("cache-a", 0)};
+    app.addArea("cache-a", RuleTier::safe, {1000, 1000, 1000, 500});
+    app.disk->irremovable = {ScriptedApplication::itemPath("cache-a", 0),
+                             ScriptedApplication::itemPath("cache-a", 2)};
     app.disk->links[ScriptedApplication::itemPath("cache-a", 1)] = "/home/me/Documents/x";
     app.disk->capacities = {1000, 1600};
     app.open();
@@ -246,7 +256,7 @@ TEST(Models, TheReportCountsByReason)
                                model.inUseTitle(), model.protectedTitle()};
     EXPECT_EQ(texts.join(QStringLiteral(" | ")).toStdString(),
               "500 bytes | freed — 1 items removed | Visible in Finder right now: 600 bytes | "
-              "1 in use by an open app | 1 protected by Zorvane");
+              "2 in use by an open app | 1 protected by Zorvane");
     EXPECT_TRUE(model.hasSkipped());
 }
 
@@ -259,8 +269,8 @@ TEST(Models, TheCloudDriveIsMeasuredReleasedAndTried)
         EXPECT_EQ(Zorvane::ICloudModel::estimate(files).toStdString(), estimate) << files;
     }
     Opened app;
-    app.addCloudFolder("Work", 1, 10'000,
-                       {{"1.app", 1000}, {"2.app", 2000}, {"3.app", 3000}, {"4.app", 4000}});
+    app.addCloudFolder("Work", 1, 10'000, {{"1.app", 1000}, {"2.app", 2000}, {"3.app", 3000}});
+    app.addCloudFolder("Play", 0, 0, {{"4.app", 5000}});
     app.addCloudFile("note.txt", 4000);
     std::atomic<int> readings = 0;
     std::atomic<int> later = 0;
@@ -281,42 +291,47 @@ TEST(Models, TheCloudDriveIsMeasuredReleasedAndTried)
     EXPECT_TRUE(cloud.showICloud() && model.isMeasured() && model.isMeasuring());
     waitUntil([&] { return !model.isMeasuring(); });
     const std::string measuring = log.take();
-    EXPECT_NE(measuring.find("Measuring… 2 folders left"), std::string::npos) << measuring;
-    EXPECT_NE(measuring.find("Measuring… 5 files seen · 20 KB on this Mac so far"),
+    EXPECT_NE(measuring.find("Measuring… 3 folders left"), std::string::npos) << measuring;
+    EXPECT_NE(measuring.find("Measuring… 5 files seen · 21 KB on this Mac so far"),
               std::string::npos)
         << measuring;
-    EXPECT_EQ(text(model, roles), "Work 5 files 20 KB includes 4 apps (10 KB) that macOS keeps "
-                                  "downloaded | note.txt 1 files 4 KB");
-    EXPECT_EQ(model.downloadedText(), QStringLiteral("24 KB"));
+    EXPECT_EQ(text(model, roles),
+              "Work 4 files 16 KB includes 3 apps (6 KB) that macOS keeps downloaded | "
+              "Play 1 files 5 KB includes 1 apps (5 KB) that macOS keeps downloaded | "
+              "note.txt 1 files 4 KB");
+    EXPECT_EQ(model.downloadedText(), QStringLiteral("25 KB"));
     EXPECT_TRUE(model.beforeFreeingText().isEmpty() && model.appsTitle().isEmpty());
     // Opened again, it does not measure.
     model.open();
     EXPECT_FALSE(model.isMeasuring());
 
     model.setSelected(0, true);
+    EXPECT_EQ(model.moreAppsText(), QString());
+    model.setSelected(1, true);
     model.setSelected(7, true);
     EXPECT_TRUE(model.canRelease());
     EXPECT_EQ(model.beforeFreeingText(),
               QStringLiteral(
                   "iCloud will release 10 KB in 1 files — this usually takes less than a minute."));
-    EXPECT_EQ(model.appsTitle(), QStringLiteral("10 KB are apps stored in iCloud Drive."));
+    EXPECT_EQ(model.appsTitle(), QStringLiteral("11 KB are apps stored in iCloud Drive."));
     const QStringList apps =
         model.appNames() + model.appSizes() + QStringList(model.moreAppsText());
-    EXPECT_EQ(apps.join(u' '), QStringLiteral("4.app 3.app 2.app 4 KB 3 KB 2 KB and 1 more"));
+    EXPECT_EQ(apps.join(u' '), QStringLiteral("4.app 3.app 2.app 5 KB 3 KB 2 KB and 1 more"));
     model.revealApps();
     EXPECT_EQ(app.revealed.at(0).size(), 4U);
     (void)log.take();
     cloud.requestEvict();
     EXPECT_TRUE(!model.canRelease() && model.beforeFreeingText().isEmpty());
     waitUntil([&] { return !cloud.isEvicting(); });
-    EXPECT_NE(log.take().find("Freeing 1 of 1 — Work… iCloud is removing the downloads; large "
+    EXPECT_NE(log.take().find("Freeing 1 of 2 — Work… iCloud is removing the downloads; large "
                               "folders take a while."),
               std::string::npos);
     EXPECT_FALSE(model.hasFreed());
     EXPECT_EQ(model.reportText(), QStringLiteral("Nothing was released this time."));
-    EXPECT_EQ(model.appsTitle(), QStringLiteral("Still on this Mac: 10 KB in apps."));
-    EXPECT_EQ(text(model, {"name", "isReleased"}), "Work isReleased | note.txt");
+    EXPECT_EQ(model.appsTitle(), QStringLiteral("Still on this Mac: 11 KB in apps."));
+    EXPECT_EQ(text(model, {"name", "isReleased"}), "Work isReleased | Play isReleased | note.txt");
 
+    app.disk->folders[ScriptedApplication::cloud].names = {"Work", "note.txt"};
     readings = 0;
     later = 91;
     measureCloud(*app.state);
