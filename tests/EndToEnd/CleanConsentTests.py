@@ -1,16 +1,13 @@
-#!/usr/bin/env python3
 """Nothing goes that nobody agreed to, and a request to end leaves what was not begun."""
 
 import json
 import os
 import pty
-import signal
 import subprocess
-import unittest
 
 from support import CLI, ProgramTest, everything_shown, exact_path, rule, snapshot
 
-FOLDERS = 3000
+SNAPSHOTS = 200
 
 
 class CleanConsent(ProgramTest):
@@ -63,48 +60,38 @@ class CleanConsent(ProgramTest):
         self.assertFalse(os.path.lexists(self.home / "area/a"))
 
     def test_a_request_to_end_finishes_the_item_in_hand_and_leaves_the_rest(self):
-        for folder in range(FOLDERS):
-            os.makedirs(self.home / f"area/{folder:04}/inner")
-            self.file(f"home/area/{folder:04}/inner/file", b"")
-        self.file("home/area/a", b"x" * 500_000)
-        items = list(map(exact_path, self.scan(
-            *self.arguments[2:], "--rule", "cache-area")["categories"][0]["items"]))
-        self.assertEqual(items[0], os.fsencode(self.home / "area/a"), "the largest comes first")
+        deleted = self.world / "tool/deleted"
+        deleted.parent.mkdir()
+        self.file("home/.tools/usr/bin/tmutil", f"""#!/bin/sh
+if [ "$1" = listlocalsnapshots ]; then
+    seq -f "com.apple.TimeMachine.2026-01-01-%06.0f.local" {SNAPSHOTS}
+else
+    [ -e {deleted} ] || kill -INT $PPID
+    echo "$2" >> {deleted}
+fi
+""", mode=0o755)
+        catalog = self.catalog(rule("cache-area"),
+                               rule("tm-local-snapshots", [], "B", kind="command"))
         before = snapshot(self.world)
-        with subprocess.Popen([CLI, "clean", *map(str, self.arguments), "--rule", "cache-area",
-                               "--all", "--yes", "--json"], stdout=subprocess.PIPE,
-                              stderr=subprocess.PIPE) as process:
-            while os.path.lexists(items[0]) and process.poll() is None:
-                pass
-            process.send_signal(signal.SIGINT)
-            output, errors = process.communicate()
-        report = json.loads(output)
-        removed = list(map(exact_path, report["removed"]))
-        # No item is gone in part: what is not in the report is as it was.
-        self.assert_left(before, removed)
-        self.assertEqual((report["skipped"], removed), ([], items[:len(removed)]))
-        self.assertTrue(0 < len(removed) < len(items))
+        process = self.run_program(
+            "clean", "--home", self.home, "--tools", self.home / ".tools", "--catalog", catalog,
+            "--rule", "cache-area", "--rule", "tm-local-snapshots", "--all", "--json", "--yes")
         self.assertEqual(process.returncode, 130)
-        self.assertRegex(errors, rb"\Azorvane-cli: interrupted[^\n]*\n\Z")
+        self.assertRegex(process.stderr, rb"\Azorvane-cli: interrupted[^\n]*\n\Z")
+        report = json.loads(process.stdout)
+        file, *snapshots = report["removed"]
+        self.assertEqual((report["skipped"], file["path"]), ([], str(self.home / "area/a")))
+        self.assertTrue(0 < len(snapshots) < SNAPSHOTS)
+        self.assertEqual(len(deleted.read_text().split()), len(snapshots))
+        deleted.unlink()
+        self.assert_left(before, [self.home / "area/a", deleted])
 
-    def test_a_request_to_end_ends_a_scan_at_any_moment(self):
-        def leave_pending(number):
-            # A blocked signal stays pending across exec.
-            signal.pthread_sigmask(signal.SIG_BLOCK, [number])
-            os.kill(os.getpid(), number)
-        interrupted = (130, b"", b"zorvane-cli: interrupted\n")
-        for number in (signal.SIGINT, signal.SIGTERM, signal.SIGHUP):
-            early = subprocess.run([CLI, "scan", "--json", *map(str, self.arguments)],
-                                   preexec_fn=lambda: leave_pending(number), capture_output=True,
-                                   check=False)
-            self.assertEqual((early.returncode, early.stdout, early.stderr), interrupted, number)
-        # While a tool lists that never ends by itself.
-        self.file("home/.tools/opt/homebrew/bin/brew", mode=0o755,
-                  content="#!/bin/sh\nkill -INT $PPID\nexec tail -f /dev/null\n")
-        late = self.run_program("scan", "--json", "--home", self.home, "--rule", "brew-cleanup",
-                                "--tools", self.home / ".tools")
-        self.assertEqual((late.returncode, late.stdout, late.stderr), interrupted)
-
-
-if __name__ == "__main__":
-    unittest.main()
+    def test_a_request_to_end_ends_a_scan_and_its_tool(self):
+        for name in ("INT", "TERM", "HUP"):
+            # The tool itself never ends.
+            self.file("home/.tools/opt/homebrew/bin/brew", mode=0o755,
+                      content=f"#!/bin/sh\nkill -{name} $PPID\nexec tail -f /dev/null\n")
+            process = self.run_program("scan", "--json", "--home", self.home, "--rule",
+                                       "brew-cleanup", "--tools", self.home / ".tools")
+            self.assertEqual((process.returncode, process.stdout, process.stderr),
+                             (130, b"", b"zorvane-cli: interrupted\n"), name)

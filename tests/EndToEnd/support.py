@@ -16,7 +16,7 @@ CLI = os.environ["ZORVANE_CLI"]
 NOW = "2026-03-01T12:00:00Z"
 NOW_SECONDS = 1_772_366_400
 DAY = 86_400
-READ_BY_THE_PROGRAM = (b"catalog.json", b"user-dirs.dirs")
+READ_BY_THE_PROGRAM = (b"catalog.json", b"user-dirs.dirs", b"tmutil")
 
 
 def rule(name="cache-test", bases=("~/area",), tier="A", days=0, exclusions=(), kind="fileSystem"):

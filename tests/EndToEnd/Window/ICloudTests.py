@@ -1,16 +1,32 @@
-#!/usr/bin/python3
 """The cloud drive: measuring, releasing, bringing back; after each step the disk is looked at."""
 
 import json
-import unittest
 import urllib.parse
 
 from window_test import WindowTest, byte_count
-from driving import DESKTOP
+from driving import DESKTOP, Gio
 from support import rule
+
+MANAGER = "org.freedesktop.FileManager1"
+INTERFACE = Gio.DBusNodeInfo.new_for_xml(f"""<node><interface name='{MANAGER}'>
+<method name='ShowItems'><arg type='as' direction='in'/><arg type='s' direction='in'/></method>
+</interface></node>""").interfaces[0]
 
 
 class ICloudTests(WindowTest):
+    def start_file_manager(self):
+        """The desktop's file manager; returns the list of what it is asked to show."""
+        shown = []
+
+        def call(_bus, _sender, _path, _interface, _method, parameters, invocation):
+            shown.extend(map(urllib.parse.unquote, parameters.unpack()[0]))
+            invocation.return_value(None)
+
+        bus = Gio.bus_get_sync(Gio.BusType.SESSION)
+        bus.register_object("/" + MANAGER.replace(".", "/"), INTERFACE, call)
+        Gio.bus_own_name_on_connection(bus, MANAGER, Gio.BusNameOwnerFlags.NONE, None, None)
+        return shown
+
     def icloud(self, action, *paths):
         process = self.run_program("icloud", action, "--json", "--home", self.home, *self.tools[2:],
                                    *paths)
@@ -43,12 +59,16 @@ class ICloudTests(WindowTest):
                     "minute.")
         apps = byte_count(listed["Tools"]["apps"][0]["localBytes"])
         program.see(f"{apps} are apps stored in iCloud Drive.")
-        # There is no file manager here; the folder of the apps is opened.
+        # Without a file manager the folder of the apps is opened.
         program.click("Show in Finder")
         opened = self.world / "opened"
         program.wait_for(lambda: opened.exists() and opened.read_text(), "the opened folder")
         self.assertEqual(urllib.parse.unquote(opened.read_text().strip()).rstrip("/"),
                          f"file://{container}/Tools")
+        shown = self.start_file_manager()
+        program.click("Show in Finder")
+        program.wait_for(lambda: shown, "the request to show")
+        self.assertEqual(shown, [f"file://{container}/Tools/Pad.app"])
 
         program.click("Free up " + releasable)
         program.see(f"Still on this Mac: {apps} in apps.")
@@ -71,7 +91,3 @@ class ICloudTests(WindowTest):
         program.click("Close", "push button")
         program.wait_for_focus("iCloud Drive")
         self.close(program)
-
-
-if __name__ == "__main__":
-    unittest.main()

@@ -13,7 +13,7 @@ os.environ.update(DESKTOP.environment)
 import gi
 
 gi.require_version("Atspi", "2.0")
-from gi.repository import Atspi, GLib
+from gi.repository import Atspi, Gio, GLib
 
 Atspi.init()
 
