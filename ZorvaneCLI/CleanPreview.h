@@ -8,8 +8,8 @@
 
 namespace ZorvaneCLI {
 
-/// Everything that a clean would remove, area by area, for a person to read before agreeing: each
-/// item, the review-required areas with their warnings, and that removal is permanent.
+/// The text that a person reads before agreeing to a clean: every item by area, the warnings of the
+/// areas that require review, the total, and a reminder that removal is permanent.
 [[nodiscard]] std::string previewText(std::span<const CleanCore::CleaningSelection> selections,
                                       const CleanCore::TextTable& texts);
 

@@ -33,8 +33,8 @@ struct GuardOptions
     std::string base;
 };
 
-/// The commands: results on standard output, progress on standard error. They throw CommandError
-/// for whatever keeps them from doing their work.
+/// The commands print results on standard output and progress on standard error. They throw
+/// CommandError when they cannot do their work.
 [[nodiscard]] ExitStatus listRules(const CommonOptions& options);
 [[nodiscard]] ExitStatus scan(const ScanOptions& options, const Interruption& interruption);
 [[nodiscard]] ExitStatus clean(const CleanOptions& options, const Interruption& interruption);

@@ -8,7 +8,7 @@
 
 namespace ZorvaneCLI {
 
-/// The options that several commands share, as they were given.
+/// The options that several commands share, as given on the command line.
 struct CommonOptions
 {
     std::optional<std::string> home;

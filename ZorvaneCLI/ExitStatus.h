@@ -8,8 +8,8 @@ namespace ZorvaneCLI {
 
 using Words::ExitStatus;
 
-/// Ends the run with a status and one line on standard error. The message quotes what it was given
-/// as it is.
+/// Ends the run with a status and one line on standard error. The message quotes arguments
+/// unescaped; whoever prints it escapes it.
 class CommandError : public std::runtime_error
 {
 public:

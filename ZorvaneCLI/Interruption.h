@@ -9,9 +9,9 @@
 
 namespace ZorvaneCLI {
 
-/// Turns Ctrl-C (and a request to terminate) into a stop request. There is one per process, made
-/// before any other thread is started, so that no other thread ever receives the signals. A second
-/// signal ends the process at once.
+/// Turns Ctrl-C (and a request to terminate) into a stop request; a second signal ends the process
+/// at once. A process has one, made before any other thread starts, so that no other thread
+/// receives the signals.
 class Interruption
 {
 public:
@@ -23,14 +23,14 @@ public:
     [[nodiscard]] std::stop_token token() const { return m_source.get_token(); }
     [[nodiscard]] bool happened() const { return m_source.stop_requested(); }
 
-    /// One line from standard input without its end; nothing at the end of input or when a signal
-    /// comes first.
+    /// Waits for a line from standard input and returns it without its end; nothing at the end of
+    /// input or when a signal comes first.
     [[nodiscard]] std::optional<std::string> readLine() const;
 
 private:
     std::stop_source m_source;
-    // Becomes readable with the first signal. The thread that waits for signals lives as long as
-    // the process and shares it.
+    // Becomes readable with the first signal. Shared with the thread that waits for signals, which
+    // lives as long as the process.
     std::shared_ptr<const CleanCore::FileDescriptor> m_wake;
 };
 

@@ -6,12 +6,12 @@
 
 namespace ZorvaneCLI {
 
-/// Sets "path", or another member; for a path that is not valid UTF-8 with U+FFFD in it, and its
-/// exact bytes in base64 as "pathBytes", or the other member's name with "Bytes".
+/// Sets `member` to the path. A path that is not valid UTF-8 gets U+FFFD for its invalid bytes, and
+/// a second member, named `member` with "Bytes" appended, holds the exact bytes in base64.
 void setPath(nlohmann::ordered_json& object, std::string_view path,
              const std::string& member = "path");
 
-/// `text` with U+FFFD for every byte that is not part of valid UTF-8.
+/// Returns `text` with U+FFFD in place of every byte that is not part of valid UTF-8.
 [[nodiscard]] std::string validUtf8(std::string_view text);
 
 /// RFC 4648 base64, padded.

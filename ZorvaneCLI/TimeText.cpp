@@ -9,7 +9,7 @@ namespace {
 using namespace std::chrono;
 using namespace std::chrono_literals;
 
-/// Takes RFC 3339's fixed fields one after the other off the front of a text.
+/// Reads the fixed fields of RFC 3339 one after the other from the front of a text.
 class Reader
 {
 public:
@@ -98,7 +98,7 @@ std::optional<CleanCore::Timestamp> parseTime(std::string_view text)
         offset = isWest ? -offset : offset;
     }
     const year_month_day date(years, months, days);
-    // A Timestamp reaches from 1677 to 2262.
+    // A Timestamp covers parts of 1677 and 2262 and all the years between.
     const bool isInRange = years >= year(1678) && years <= year(2261);
     if (!reader.isOk() || !reader.isAtEnd() || !date.ok() || !isInRange || hourOfDay > 23 ||
         minuteOfHour > 59 || secondOfMinute > 60) {
@@ -110,7 +110,7 @@ std::optional<CleanCore::Timestamp> parseTime(std::string_view text)
 
 std::string formatTime(CleanCore::Timestamp time)
 {
-    // The midnight before the first Timestamp is none, but it has a second.
+    // Whole seconds first: the midnight before the first Timestamp is out of its range.
     const auto second = floor<seconds>(time);
     const auto date = floor<days>(second);
     const year_month_day calendar(date);

@@ -27,7 +27,7 @@ CleanCore::Timestamp timeOf(const CommonOptions& options, const HomeEnvironment&
     const auto time = parseTime(*options.now);
     if (!time) {
         throw CommandError(ExitStatus::wrongUsage,
-                           "--now needs a time from 1678 to 2261, like 2026-01-31T08:00:00Z, "
+                           "--now takes a time from 1678 to 2261, such as 2026-01-31T08:00:00Z, "
                            "not \"" +
                                *options.now + "\"");
     }
@@ -46,7 +46,8 @@ std::vector<CleaningRule> rulesNamed(const std::vector<std::string>& ids,
                 return CleanCore::areEquivalent(id, rule.id);
             })) {
             throw CommandError(ExitStatus::wrongUsage,
-                               "there is no area \"" + id + "\"; zorvane-cli rules lists them");
+                               "there is no area \"" + id +
+                                   "\"; run \"zorvane-cli rules\" for a list");
         }
     }
     std::vector<CleaningRule> named;
@@ -59,7 +60,7 @@ std::vector<CleaningRule> rulesNamed(const std::vector<std::string>& ids,
 
 Workspace openWorkspace(const CommonOptions& options)
 {
-    // The home comes first: from here on the process's environment is the one that will be used.
+    // The home comes first, because opening it may change the environment of the process.
     HomeEnvironment environment = Startup::openHome(options.home);
     CleanCore::ToolLocations tools = Startup::openTools(options.tools, environment);
     const CleanCore::Timestamp now = timeOf(options, environment);
@@ -72,7 +73,7 @@ Workspace openWorkspace(const CommonOptions& options)
 
 CleanCore::TextTable loadTexts()
 {
-    // The order of setlocale(3).
+    // In the order of setlocale(3).
     for (const char* name : {"LC_ALL", "LC_MESSAGES", "LANG"}) {
         const char* const language = std::getenv(name);
         if (language != nullptr && *language != '\0') {

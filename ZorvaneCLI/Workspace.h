@@ -12,24 +12,24 @@
 
 namespace ZorvaneCLI {
 
-/// What a scan or a clean works with, made from the options.
+/// Everything that a scan or a clean needs, made from the options.
 struct Workspace
 {
     CleanCore::HomeEnvironment environment;
     CleanCore::ToolLocations tools;
-    /// Every rule of the catalog.
+    /// All rules of the catalog.
     std::vector<CleanCore::CleaningRule> catalog;
-    /// Those of them that are asked for.
+    /// The requested ones among them.
     std::vector<CleanCore::CleaningRule> rules;
     CleanCore::TextTable texts;
     CleanCore::Timestamp now;
 };
 
-/// All of it; `rules` holds the rules named by `--rule`, in catalog order, or every one. Throws
+/// Makes a workspace; its `rules` are those named by `--rule`, in catalog order, or all. Throws
 /// CommandError and CleanCore::StartError.
 [[nodiscard]] Workspace openWorkspace(const CommonOptions& options);
 
-/// The texts of the user's language, from the environment.
+/// Loads the texts in the language that the environment names.
 [[nodiscard]] CleanCore::TextTable loadTexts();
 
 } // namespace ZorvaneCLI

@@ -50,7 +50,7 @@ void addCommon(CLI::App& command, CommonOptions& options)
     command.add_flag("--json", options.json, "Print JSON");
 }
 
-/// Every command with its options; `run` becomes what the chosen one does.
+/// All commands with their options. Parsing sets `run` to the chosen command.
 struct CommandLine
 {
     CLI::App app = CLI::App("Zorvane finds disk space held by caches, logs and other leftovers, "
@@ -159,7 +159,7 @@ private:
     }
 };
 
-/// Without this the first files that are opened would be taken for the terminal.
+/// Otherwise the first files to be opened would take the descriptors of the standard streams.
 void openMissingStandardStreams()
 {
     int file = 0;
@@ -186,7 +186,7 @@ int parseAndRun(int argc, char** argv)
         if (error.get_exit_code() == static_cast<int>(CLI::ExitCodes::Success)) {
             return commandLine.app.exit(error);
         }
-        // The parser asks for a command where one was given that it does not know.
+        // For an unknown command, the parser only complains that a command is missing.
         const std::vector<std::string> unknown = commandLine.app.remaining(true);
         const bool isUnknownCommand =
             dynamic_cast<const CLI::RequiredError*>(&error) != nullptr && !unknown.empty();

@@ -3,6 +3,9 @@ find_package(Qt6 6.4 REQUIRED COMPONENTS Test)
 # The window in all its states, for the tests and for whoever wants to look at it.
 file(GLOB support CONFIGURE_DEPENDS Zorvane/Support/*.cpp Zorvane/Scenes/*.cpp)
 list(FILTER support EXCLUDE REGEX "Main.cpp$")
+if(NOT ZORVANE_WINDOW_TESTS)
+  list(FILTER support INCLUDE REGEX "ScriptedApplication.cpp$")
+endif()
 add_library(WindowTestSupport STATIC ${support})
 target_link_libraries(WindowTestSupport PUBLIC TestSupport ZorvaneWindow Qt6::Test
                       PRIVATE Zorvane::Warnings)

@@ -15,8 +15,8 @@ namespace CleanCore {
 
 class FileManager;
 
-/// One clean of all that was chosen: the file-system areas first, then those of tools. An immutable
-/// value; one clean at a time is the caller's responsibility.
+/// The course of a clean: first the chosen items of file-system areas, then those of tools. An
+/// immutable value; callers run one clean at a time.
 class Clean
 {
 public:
@@ -27,7 +27,7 @@ public:
     struct Outcome
     {
         CleaningReport report;
-        /// Growth of the free space on the volume of the home; never negative, 0 for a dry run.
+        /// Growth of the free space on the home's volume; never negative, 0 for a dry run.
         std::int64_t visibleFreedBytes = 0;
     };
 
@@ -35,8 +35,8 @@ public:
     Clean(std::string home, std::shared_ptr<const FileManager> fileManager,
           std::vector<std::string> furtherProtected, ToolAreas toolAreas);
 
-    /// Blocks until the clean has ended, and never fails as a whole. After a stop request the item
-    /// in hand is finished; items that were not reached are not in the report.
+    /// Blocks until the clean has ended; never fails as a whole. A stop request lets the current
+    /// item finish and leaves the following ones out of the report.
     [[nodiscard]] Outcome run(std::vector<CleaningSelection> selections, bool dryRun,
                               const std::stop_token& stop) const;
 

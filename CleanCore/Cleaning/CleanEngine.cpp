@@ -13,8 +13,8 @@ using SkipReason = CleaningReport::SkipReason;
 
 namespace {
 
-/// The base that the entry itself lies in directly, if there is one: a link's may be another than
-/// the one that allows it by where the link leads.
+/// The base that directly contains the entry, or `otherwise`. For a link it may differ from the
+/// base that allows it, which is judged by the link's target.
 const std::string& holdingBase(const std::string& path, std::span<const std::string> bases,
                                const std::string& otherwise)
 {
@@ -25,7 +25,7 @@ const std::string& holdingBase(const std::string& path, std::span<const std::str
     return base == bases.end() ? otherwise : *base;
 }
 
-/// What the guard would say, could it see what an item holds.
+/// Attributes a protected entry inside an item to the guard, which cannot look inside.
 SkipReason reasonFor(int removalError)
 {
     return removalError == protectedEntryError ? SkipReason::blockedBySafetyGuard
@@ -60,8 +60,8 @@ CleaningReport CleanEngine::clean(std::span<const CleaningSelection> selections,
                 continue;
             }
             const std::string& holding = holdingBase(item.path, bases, *base);
-            // A dry run credits a link with what was scanned; that it frees nothing, only its
-            // removal tells.
+            // A dry run credits a link with its scanned size; only the removal finds out that it
+            // frees nothing.
             const RemovalOutcome outcome =
                 dryRun ? RemovalOutcome{removal->check(holding, item.path, item.identity)}
                        : removal->remove(holding, item.path, item.identity);
@@ -81,8 +81,8 @@ const std::string* CleanEngine::allowingBase(const std::string& path,
     const auto allows = [&](const std::string& candidate) {
         return m_safetyGuard.validate(path, candidate).isAllowed();
     };
-    // Whether any base allows it does not depend on their order, and the one that it lies in
-    // answers at once where a rule has hundreds.
+    // The order of the bases does not affect the answer; trying the base that contains the item
+    // first is fast for a rule with hundreds of them.
     const std::string parent = PathText::parent(path);
     const auto isHolding = [&](const std::string& candidate) {
         return PathText::withoutTrailingSlashes(candidate) == parent && allows(candidate);

@@ -13,20 +13,19 @@ namespace CleanCore {
 
 class FileManager;
 
-/// Permanently removes chosen items under the safety guard. An immutable value; clean() blocks and
-/// is safe from any thread, one clean at a time being the caller's business.
+/// Permanently removes chosen items that the safety guard allows. An immutable value; clean()
+/// blocks and is safe from any thread. Callers run one clean at a time.
 class CleanEngine
 {
 public:
-    /// `furtherProtected`: folders that are never cleaned beside those that the guard knows.
+    /// `furtherProtected`: folders to protect in addition to those that the guard knows.
     CleanEngine(std::string home, std::shared_ptr<const FileManager> fileManager,
                 std::span<const std::string> furtherProtected = {});
 
     /// Handles the items one after the other and never fails as a whole: every item ends up in
-    /// exactly one list of the report. A dry run takes the same way and stops short of the removal:
-    /// what a clean would refuse to begin with is skipped in it too.
-    /// The stop token is looked at before each item: what was begun is finished, what was not
-    /// reached is in neither list.
+    /// exactly one list of the report. A dry run makes the same checks and stops short of the
+    /// removal, so it skips every item that a clean would refuse to start on. A stop request lets
+    /// the current item finish and leaves the following ones out of the report.
     [[nodiscard]] CleaningReport clean(std::span<const CleaningSelection> selections, bool dryRun,
                                        const std::stop_token& stop = {}) const;
 

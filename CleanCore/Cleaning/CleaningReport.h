@@ -10,22 +10,23 @@
 
 namespace CleanCore {
 
-/// What became of every item that a clean was given, in processing order.
+/// The outcome of a clean for each of its items, in processing order.
 struct CleaningReport
 {
     struct RemovedItem
     {
         std::string path;
-        /// What the removal is credited with: the scanned size; 0 for a link, which frees nothing.
+        /// The bytes credited to the removal: the scanned size, or 0 for a link, which frees
+        /// nothing.
         std::int64_t bytes = 0;
         [[nodiscard]] bool operator==(const RemovedItem&) const = default;
     };
 
     enum class SkipReason {
         /// The safety guard allowed the item under none of the rule's bases, or the removal found
-        /// that it is or holds something protected, and left it whole.
+        /// something protected at or inside it and left it whole.
         blockedBySafetyGuard,
-        /// The removal, or the tool, failed, or there is no way to clean this.
+        /// The removal or the tool failed, or there is no way to clean the item alone or at all.
         removalFailed,
     };
 
@@ -54,7 +55,7 @@ struct CleaningReport
                                });
     }
 
-    /// This report's entries followed by the other's, in both lists.
+    /// Returns both lists with the other report's entries appended.
     [[nodiscard]] CleaningReport merging(const CleaningReport& other) const
     {
         CleaningReport merged = *this;

@@ -8,12 +8,12 @@
 
 namespace CleanCore {
 
-/// One rule's share of a clean: the items that were chosen, in scan order.
+/// The part of a clean that belongs to one rule: the chosen items, in scan order.
 struct CleaningSelection
 {
     CleaningRule rule;
     std::vector<ScannedItem> items;
-    /// How many further items the scan found in the area, which have to stay.
+    /// The number of other items that the scan found in the area and that must stay.
     std::size_t itemsLeftOut = 0;
 };
 

@@ -31,7 +31,7 @@ struct KeyHash
 
 } // namespace
 
-/// The results and the numbers of their keys. Items of the same rule and path share a key.
+/// The results with a number for each key. Items of the same rule and path share a key.
 struct SelectionState::Index
 {
     explicit Index(std::vector<CategoryResult> given) : results(std::move(given))
@@ -56,9 +56,9 @@ struct SelectionState::Index
     }
 
     std::vector<CategoryResult> results;
-    /// By category and item.
+    /// The numbers, by category and item.
     std::vector<std::vector<std::uint32_t>> keys;
-    /// Its texts are those of `results`.
+    /// Its views point into `results`.
     std::unordered_map<KeyView, std::uint32_t, KeyHash> keyOf;
 };
 

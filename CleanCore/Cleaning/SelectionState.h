@@ -14,14 +14,14 @@
 
 namespace CleanCore {
 
-/// What the user chose among the results of one scan. A value: copies are independent and cheap,
-/// since they share the results, which never change. Items are told apart by the bytes of their
-/// paths. Categories and items can also be given by their positions in results(), which costs no
+/// The user's choice among the results of one scan. A value: copies are independent, and cheap
+/// since they share the results, which never change. Items are identified by the bytes of their
+/// paths. Categories and items can also be given by their positions in results(), which saves the
 /// look-up; positions must be valid.
 class SelectionState
 {
 public:
-    /// Starts with every item of safe file-system rules chosen.
+    /// Starts with all items of safe file-system rules chosen.
     explicit SelectionState(std::vector<CategoryResult> results = {});
 
     [[nodiscard]] const std::vector<CategoryResult>& results() const;
@@ -32,19 +32,18 @@ public:
     /// Whether a category has items and all of them are chosen.
     [[nodiscard]] bool isWhollySelected(std::size_t category) const;
 
-    /// Flips one item, and sets the rest of its category likewise where that is cleared as a whole
-    /// (CategoryResult::isClearedAsWhole). A path that is not in the results may be chosen and
-    /// counts for nothing.
+    /// Flips one item; in a category that is cleared as a whole, sets all others to the same. A
+    /// path that is not in the results can be chosen too, but has no effect on sums and selections.
     void toggle(std::string_view ruleId, std::string_view path);
 
     /// Chooses every item of a category, or none.
     void setWhollySelected(std::size_t category, bool isSelected);
 
-    /// Adds every item of safe file-system rules; others stay as they are.
+    /// Adds all items of safe file-system rules; others stay as they are.
     void selectAll();
     void deselectAll();
 
-    /// Adds every item of the first category of this rule, of any tier and kind.
+    /// Adds all items of the first category of this rule, whatever its tier and kind.
     void selectAll(std::string_view ruleId);
     void deselectAll(std::string_view ruleId);
 
@@ -53,7 +52,7 @@ public:
     [[nodiscard]] std::int64_t selectedBytes(std::size_t category) const;
     [[nodiscard]] std::size_t selectedCount(std::size_t category) const;
 
-    /// The chosen items by rule, in the order of the results; rules without any are left out.
+    /// Returns the chosen items by rule, in the order of the results, without rules that have none.
     [[nodiscard]] std::vector<CleaningSelection> selections() const;
 
 private:

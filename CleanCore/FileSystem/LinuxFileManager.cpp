@@ -28,7 +28,10 @@ LinuxFileManager::LinuxFileManager(UserFolders folders, std::optional<std::strin
 FileDescriptor LinuxFileManager::open(const std::string& path, int flags) const
 {
     const auto leadsThere = [&](const std::string& folder) {
-        return PathText::isSameOrInside(path, folder);
+        // Home may itself lie in such a folder, and stays reachable there.
+        return PathText::isSameOrInside(path, folder) &&
+               !(PathText::isSameOrInside(m_folders.home, folder) &&
+                 PathText::isSameOrInside(path, m_folders.home));
     };
     if (path.find('\0') != std::string::npos ||
         std::ranges::any_of(m_folders.distrustedFolders, leadsThere)) {

@@ -10,14 +10,14 @@
 
 namespace CleanCore {
 
-/// What a scan found for one rule.
+/// The findings of a scan for one rule.
 struct CategoryResult
 {
     CleaningRule rule;
-    /// Base by base, within a base largest first.
+    /// Grouped by base; within a base, largest first.
     std::vector<ScannedItem> items;
-    /// Whether a base of the rule exists and could not be listed, or its wildcards lead to more
-    /// than could be looked at.
+    /// Whether an existing base of the rule could not be listed, or its wildcards matched too many
+    /// paths to look at all of them.
     bool hadAccessErrors = false;
     /// Whether the area's tool clears all of its items or none; they are chosen together.
     bool isClearedAsWhole = false;

@@ -11,7 +11,7 @@ namespace CleanCore {
 
 namespace {
 
-/// `now` less `days`, held at the ends of what a Timestamp can say.
+/// `now` minus `days`, clamped to the range of a Timestamp.
 Timestamp cutoff(Timestamp now, std::int64_t days)
 {
     constexpr double secondsPerDay = -24.0 * 3600.0;
@@ -25,9 +25,8 @@ Timestamp cutoff(Timestamp now, std::int64_t days)
     if (sum >= limit) {
         return Timestamp::max();
     }
-    // Only the offset is a floating-point figure: whole days are exact in it, and the sum would
-    // not be.
-    // In two steps: the offset of a sum that fits need not fit itself.
+    // Only the offset is computed in floating point, where whole days are exact; the sum would lose
+    // nanoseconds. It is added in two halves, since the sum may be in range when the offset is not.
     const std::chrono::nanoseconds half(static_cast<std::int64_t>(offset / 2));
     return now + half + half;
 }

@@ -15,11 +15,11 @@ namespace CleanCore {
 
 namespace {
 
-/// An item, by where it is.
+/// An item and its place in the file system.
 struct Entry
 {
-    // The path with its links resolved, but for the entry itself. The separator sorts before every
-    // other byte, so that whatever lies in an entry comes right behind it.
+    // The path with all links resolved except the entry itself. The separator sorts before every
+    // other byte, so that the content of an entry follows it directly.
     std::string place;
     std::size_t result = 0;
     std::size_t item = 0;

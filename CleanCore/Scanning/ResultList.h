@@ -6,10 +6,9 @@
 
 namespace CleanCore {
 
-/// The results as they are shown: areas with neither items nor access errors left out, the rest
-/// sorted by total, largest first; equal totals keep their order. `results` holds the file-system
-/// areas in the order in which they were completed, then those of commands, no entry twice (see
-/// withoutOverlaps()).
+/// Returns the results as they are shown: without areas that have neither items nor access errors,
+/// sorted by total size, largest first; equal totals keep their order. `results` are the
+/// file-system areas in the order of their completion, then those of tools, without overlaps.
 [[nodiscard]] std::vector<CategoryResult> resultList(std::vector<CategoryResult> results);
 
 } // namespace CleanCore

@@ -17,8 +17,8 @@ namespace CleanCore {
 class FileManager;
 class TaskPool;
 
-/// One scan from the rules to the list that is shown: the file-system areas first, then those of
-/// tools. It removes nothing. An immutable value; safe from many threads at once.
+/// The course of a scan from the rules to the list that is shown: first the file-system areas, then
+/// those of tools. It removes nothing. An immutable value; safe from many threads at once.
 class Scan
 {
 public:
@@ -30,19 +30,19 @@ public:
     struct Progress
     {
         std::function<void(const std::string& ruleId)> ruleStarted = [](const std::string&) {};
-        /// The total of the completed file-system areas among those asked for.
+        /// The total size of all requested file-system areas that are completed.
         std::function<void(std::int64_t bytes)> bytesFound = [](std::int64_t) {};
-        /// All file-system areas are completed; those of tools follow.
+        /// The file-system areas are completed; those of tools follow.
         std::function<void()> filesScanned = [] {};
     };
 
-    /// Without `toolAreas`, command rules have no results.
+    /// Without `toolAreas`, the command rules are left out.
     Scan(std::string home, std::shared_ptr<const FileManager> fileManager,
          std::shared_ptr<TaskPool> pool, ToolAreas toolAreas = {});
 
-    /// Blocks until the scan has ended and returns its results as resultList() orders them; nothing
-    /// if a stop was requested. `rules` are those asked for, all of `catalog` or a part: what a
-    /// part finds is the same as in a scan of the whole catalog. `now` is the reference for age
+    /// Blocks until the scan has ended and returns its results as resultList() does, or nothing if
+    /// a stop was requested. `rules` are the requested rules, all of `catalog` or a part of it; a
+    /// part has the same results as in a scan of the whole catalog. `now` is the reference for age
     /// limits.
     [[nodiscard]] std::optional<std::vector<CategoryResult>>
     run(std::span<const CleaningRule> rules, std::span<const CleaningRule> catalog, Timestamp now,

@@ -48,11 +48,11 @@ std::optional<CategoryResult> RunningScan::scanRule(const CleaningRule& rule) co
                 enumerator.items(base, rule.minAgeDays, rule.exclusions, now, stop);
             std::move(items.begin(), items.end(), std::back_inserter(result.items));
         } catch (const std::system_error&) {
-            // The flag is all that is told of an area that cannot be read.
+            // The flag is the only trace of a base that cannot be read.
             result.hadAccessErrors = true;
         }
     }
-    // What a stop left unmeasured must not be taken for a result.
+    // After a stop the items are incomplete and must not pass for a result.
     return stop.stop_requested() ? std::nullopt : std::optional(std::move(result));
 }
 
@@ -69,7 +69,7 @@ void RunningScan::run(const CleaningRule& rule)
     }
     const std::lock_guard lock(mutex);
     if (result) {
-        // Under the lock: the results of the finished scan come in the order of these events.
+        // Sent under the lock, so that Finished lists the results in the order of these events.
         sink.send(std::move(*completed));
         results.push_back(std::move(*result));
     }

@@ -12,18 +12,18 @@ namespace CleanCore {
 class FileManager;
 class TaskPool;
 
-/// Runs the file-system rules of a catalog, all at once. It removes nothing.
+/// Runs the file-system rules of a catalog concurrently. It removes nothing.
 class ScanEngine
 {
 public:
     ScanEngine(std::string home, std::shared_ptr<const FileManager> fileManager,
                std::shared_ptr<TaskPool> pool);
 
-    /// Starts a scan and returns its events at once. Rules of other kinds are left out. For one
-    /// rule RuleStarted comes before RuleCompleted; a base that exists and cannot be listed, and a
-    /// wildcard that was not followed to its end, set its hadAccessErrors and stop nothing.
-    /// Cancelling or dropping the stream cancels the scan; no Finished comes then. `now` is the
-    /// reference for age limits.
+    /// Starts a scan and returns the stream of its events at once. Rules of other kinds are left
+    /// out. For each rule, RuleStarted precedes RuleCompleted. An existing base that cannot be
+    /// listed, and a wildcard with too many matches, set the rule's hadAccessErrors; the scan goes
+    /// on. Cancelling or dropping the stream cancels the scan, which then sends no Finished. `now`
+    /// is the reference for age limits.
     [[nodiscard]] EventStream<ScanEvent> scan(std::span<const CleaningRule> rules,
                                               Timestamp now) const;
 

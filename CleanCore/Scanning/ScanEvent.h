@@ -8,20 +8,20 @@
 
 namespace CleanCore {
 
-/// A rule's work begins.
+/// The work on a rule begins.
 struct RuleStarted
 {
     std::string ruleId;
 };
 
-/// A rule's work has finished.
+/// The work on a rule has ended.
 struct RuleCompleted
 {
     CategoryResult result;
 };
 
-/// Every rule has finished and the scan was not cancelled; always the last event. The results are
-/// in the order in which they were completed.
+/// Every rule is completed and the scan was not cancelled; always the last event. The results are
+/// in the order of their completion.
 struct Finished
 {
     std::vector<CategoryResult> results;

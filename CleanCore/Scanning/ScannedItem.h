@@ -12,14 +12,15 @@ namespace CleanCore {
 /// One entry that can be selected and removed.
 struct ScannedItem
 {
-    /// The base's path, "/", the entry's name; for areas measured by a tool possibly a label.
+    /// The path of the base, "/" and the name of the entry; a tool's items may have a label
+    /// instead.
     std::string path;
-    /// Allocated bytes, everything inside included.
+    /// Allocated bytes, including everything inside.
     std::int64_t sizeBytes = 0;
     /// The newest change of the entry or of anything inside it.
     Timestamp modifiedAt = distantPast;
-    /// The entry that the scan saw, so that a clean can tell when another has taken its place.
-    /// No part of what the item is: it does not count for equality.
+    /// Identifies the entry that the scan saw, so that a clean notices a replacement. It does not
+    /// count for equality.
     std::optional<EntryIdentity> identity = std::nullopt;
 
     [[nodiscard]] bool operator==(const ScannedItem& other) const

@@ -13,7 +13,7 @@ T.MenuItem {
 
     implicitWidth: 208
     implicitHeight: 32
-    padding: 10
+    horizontalPadding: 10
     font: Theme.body
     opacity: enabled ? 1 : 0.4
     Accessible.role: Accessible.MenuItem

@@ -1,18 +1,16 @@
-#!/usr/bin/env python3
-"""What may be chosen, how, and that a wrong choice removes nothing."""
+"""What may be chosen, how, and that a wrong choice removes nothing; the guard's verdicts."""
 
+import json
 import os
 import sys
-import unittest
 
-from cleaning import CleaningTest, exact_path, snapshot, without
-from support import NOW, REPOSITORY, paths, rule
+from support import NOW, REPOSITORY, ProgramTest, exact_path, paths, rule, snapshot
 
 sys.path.append(str(REPOSITORY / "tools"))
 from sample_home.names import HARD_NAMES, longest
 
 
-class CleanChoice(CleaningTest):
+class CleanChoice(ProgramTest):
     def setUp(self):
         super().setUp()
         for name in ("area/a", "area/b/inner", "area/excluded", "review/r", "other/o", "Documents/d"):
@@ -21,177 +19,122 @@ class CleanChoice(CleaningTest):
         os.utime(self.home / "area/b", (0, 0))
         self.given = ("--now", NOW, "--catalog", self.catalog(
             rule("cache-area", ["~/area"], days=7, exclusions=["excluded"]),
-            rule("cache-review", ["~/review"], tier="B"),
-            rule("cache-other", ["~/other"]),
-            rule("cache-empty", ["~/nowhere"]),
-            rule("tool-area", [], kind="command")))
-
-    def path(self, name):
-        return os.fsencode(self.home / name)
-
-    def assert_removes(self, arguments, names):
-        before = snapshot(self.world)
-        report = self.clean(*arguments, *self.given)
-        expected = [self.path(name) for name in names]
-        self.assertCountEqual([exact_path(item) for item in report["removed"]], expected)
-        self.assert_snapshot(self.world, without(before, expected))
+            rule("cache-review", ["~/review"], "B"), rule("cache-other", ["~/other"]),
+            rule("cache-empty", ["~/nowhere"]), rule("tool-area", [], kind="command")))
 
     def test_wrong_usage_removes_nothing(self):
         before = snapshot(self.world)
-        a = self.home / "area/a"
-        area = ("--rule", "cache-area")
+        a, area = self.home / "area/a", ("--rule", "cache-area")
         for arguments in (
                 (), ("--all",), ("--item", a), area, (*area, "--all", "--item", a),
-                ("--safe", *area), ("--safe", "--all"), ("--safe", "--item", a),
-                ("--rule", "", "--all"), ("--rule", "CACHE-AREA", "--all"),
-                (*area, "--rule", "no-such-area", "--all"),
-                (*area, "--item="), (*area, "--item", a, "--item", ""), (*area, "--item", "area/a"),
-                (*area, "--item", f"{a}/"), (*area, "--item", f"{self.home}/area/./a"),
-                (*area, "--item", f"{self.home}/area/b/../a"), (*area, "--item", self.home / "area"),
-                (*area, "--item", self.home / "area/b/inner"), (*area, "--item", "/"),
-                (*area, "--item", a, "--item", self.home / "area/missing"),
-                (*area, "--item", self.home / "area/excluded"),
-                (*area, "--item", self.home / "area/young"),
-                (*area, "--item", self.home / "Documents/d"), (*area, "--item", self.home / "review/r"),
-                (*area, "--item", f"{self.home}/area/\u0430"), (*area, "--item", f"[{a}]"),
-                (*area, "--item", a, self.home / "area/b"),
-                ("--safe", "--home", ""), ("--safe", "--home", self.home / "missing"),
-                ("--safe", "--home", a), ("--safe", "--home", "/"),
-                ("--safe", "--now", "yesterday"), ("--safe", "more"), ("--safe", "--unknown"),
-                (*area, "--all=a"), ("--safe=no",)):
+                ("--safe", *area), ("--safe", "--all"), ("--safe", "--item", a), ("--safe", "more"),
+                ("--rule", "CACHE-AREA", "--all"), (*area, "--rule", "no-such-area", "--all"),
+                (*area, "--item="), (*area, "--item", a, self.home / "area/b"), (*area, "--all=a"),
+                *((*area, "--item", a, "--item", item) for item in (
+                    "", "area/a", "/", f"{a}/", f"[{a}]", *(f"{self.home}/{name}" for name in (
+                        "area/./a", "area/b/../a", "area", "area/b/inner", "area/missing",
+                        "area/excluded", "area/young", "Documents/d", "review/r", "area/\u0430"))))):
             for agreed in (("--yes",), ("--dry-run",)):
                 with self.subTest(arguments=arguments, agreed=agreed):
-                    given = ([] if "--home" in arguments else ["--home", self.home]) + list(
-                        self.given[2:] if "--now" in arguments else self.given)
-                    process = self.run_program("clean", *agreed, *given, *arguments)
-                    self.assert_refused(process, 2)
-        self.assert_snapshot(self.world, before)
+                    self.assert_refused(self.run_program("clean", *agreed, "--home", self.home,
+                                                         *self.given, *arguments), 2)
+        self.assert_left(before)
 
-    def test_all_of_some_areas_reviewed_ones_too(self):
-        self.assert_removes(("--rule", "cache-area", "--all"), ["area/a", "area/b"])
-        self.assert_removes(("--rule", "cache-review", "--rule", "cache-other", "--all"),
-                            ["review/r", "other/o"])
+    def test_a_part_of_an_area_that_is_cleared_as_a_whole_is_refused(self):
+        self.file("home/.tools/opt/homebrew/bin/brew", mode=0o755, content="#!/bin/sh\n"
+                  "[ $2 = --dry-run ] && printf 'Would remove: /c/%s (1KB)\\n' a b\nexit 0\n")
+        given = ("--yes", "--rule", "brew-cleanup", "--home", self.home, "--tools",
+                 self.home / ".tools", "--item", "/c/a")
+        self.assert_refused(self.run_program("clean", *given), 2)
+        whole = self.run_program("clean", *given, "--item", "/c/b", "--json")
+        self.assertEqual([item["path"] for item in json.loads(whole.stdout)["removed"]],
+                         ["/c/a", "/c/b"])
 
-    def test_only_the_named_items(self):
-        self.assert_removes(("--rule", "cache-area", "--rule", "cache-review",
-                             "--item", self.home / "area/a", "--item", self.home / "review/r",
-                             "--item", self.home / "area/a"), ["area/a", "review/r"])
-
-    def test_the_safe_areas(self):
-        self.assert_removes(("--safe",), ["area/a", "area/b", "other/o"])
-        self.assert_removes(("--safe",), [])
-
-    def test_an_area_without_items(self):
-        self.assert_removes(("--rule", "cache-empty", "--all"), [])
+    def test_exactly_what_was_chosen_goes(self):
+        for arguments, names in (
+                (("--rule", "cache-empty", "--all"), []),
+                (("--rule", "cache-area", "--rule", "cache-review", "--item", self.home / "area/a",
+                  "--item", self.home / "review/r", "--item", self.home / "area/a"),
+                 ["area/a", "review/r"]),
+                (("--safe",), ["area/b", "other/o"]), (("--safe",), [])):
+            with self.subTest(arguments):
+                before = snapshot(self.world)
+                expected = [os.fsencode(self.home / name) for name in names]
+                removed = self.clean(*arguments, *self.given)["removed"]
+                self.assertCountEqual(map(exact_path, removed), expected)
+                self.assert_left(before, expected)
         # There is nothing to ask about.
         process = self.run_program("clean", "--rule", "cache-empty", "--all", "--home", self.home,
                                    *self.given)
         self.assertEqual((process.returncode, process.stderr), (0, b""))
 
     def test_items_of_any_name(self):
-        names = [name if isinstance(name, bytes) else name.encode()
+        folder = os.fsencode(self.home / "area")
+        items = [os.path.join(folder, name if isinstance(name, bytes) else name.encode())
                  for name in (*HARD_NAMES, longest())]
-        self.assertTrue({"composed \u00e9".encode(), "composed e\u0301".encode()} <= {*names})
-        for name in names:
-            with open(os.path.join(self.path("area"), name), "wb") as file:
+        for item in items:
+            with open(item, "wb") as file:
                 file.write(b"x")
-            os.utime(file.name, (0, 0))
-        for name in names:
-            with self.subTest(name):
+            os.utime(item, (0, 0))
+        for item in items:
+            with self.subTest(item):
                 before = snapshot(self.world)
-                item = os.path.join(self.path("area"), name)
-                process = self.run_program("clean", "--dry-run", "--rule", "cache-area", "--item",
-                                           os.fsdecode(item), "--home", self.home, *self.given)
+                chosen = ("--rule", "cache-area", "--item", os.fsdecode(item), *self.given)
+                process = self.run_program("clean", "--dry-run", "--home", self.home, *chosen)
                 self.assertEqual((process.returncode, process.stderr), (0, b""))
                 self.assertNotRegex(process.stdout, rb"[\x00-\x09\x0b-\x1f\x7f]|\xff|\xe2\x80\xae")
-                report = self.clean("--rule", "cache-area", "--item", os.fsdecode(item),
-                                    *self.given)
-                self.assertEqual([exact_path(each) for each in report["removed"]], [item])
-                self.assert_snapshot(self.world, without(before, [item]))
-
-    def test_an_area_that_cannot_be_read_is_told(self):
-        sealed = self.home / "area/b"
-        self.given = ("--now", NOW, "--catalog", self.catalog(
-            rule("cache-area", [str(sealed), "~/other"]), rule("cache-review", ["~/review"])))
-        sealed.chmod(0)
-        before = snapshot(self.world)
-        process = self.run_program("clean", "--safe", "--yes", "--home", self.home, *self.given)
-        self.assertEqual(process.returncode, 1)
-        self.assertRegex(process.stderr.decode(), r"\Azorvane-cli: .*could not be read.*\n\Z")
-        self.assert_snapshot(self.world, without(before, [self.path("other/o"),
-                                                          self.path("review/r")]))
-        # What was not asked for does not matter.
-        self.clean("--rule", "cache-review", "--all", *self.given)
-
-    def test_overlapping_areas_offer_and_free_everything_once(self):
-        big = self.file("home/area/b/big", b"x" * 100_000)
-        os.symlink("area", self.home / "link")
-        self.given = ("--now", NOW, "--catalog", self.catalog(
-            rule("cache-outer", ["~/area", "~/area/", "~/link"]), rule("cache-same", ["~/link"]),
-            rule("cache-inner", ["~/area/b", "~/link/b"])))
-        scanned = self.scan(*self.given)
-        listed = [os.path.realpath(path) for path in paths(scanned)]
-        self.assertCountEqual(listed, [str(self.home / "area" / name) for name in
-                                       ("a", "excluded", "young", "b/inner", "b/big")])
-        report = self.clean("--safe", *self.given)
-        self.assertEqual(report["skipped"], [])
-        self.assertEqual(report["totalBytesFreed"], scanned["totalBytes"])
-        self.assertFalse(big.exists())
+                self.assertEqual(list(map(exact_path, self.clean(*chosen)["removed"])), [item])
+                self.assert_left(before, [item])
 
     def test_a_part_of_the_areas_is_what_the_scan_of_all_lists_there(self):
-        self.file("home/area/b/deep/leaf")
         os.symlink("area/b", self.home / "link")
-        for name, rules in {
-                "a review area inside a safe one's item": (
-                    rule("outer", ["~/area"]), rule("inner", ["~/area/b"], tier="B")),
-                "a review area on a safe one's folder": (
-                    rule("safe", ["~/area"]), rule("review", ["~/area"], tier="B", days=30)),
-                "by a link": (rule("outer", ["~/area"]), rule("linked", ["~/link/deep"], tier="B")),
-                "by a wildcard": (rule("outer", ["~/area"]), rule("any", ["~/*/b"], tier="B")),
-                "an exclusion inside": (
-                    rule("outer", ["~/area"]),
-                    rule("inner", ["~/area/b"], tier="B", exclusions=["inner"])),
-                "safe areas": (rule("b-same", ["~/area"]), rule("a-same", ["~/area"]),
-                               rule("inner", ["~/area/b/deep"])),
-                "a base that is no path": (rule("outer", ["~/area"]), rule("odd", ["area"]))}.items():
-            with self.subTest(name):
-                given = ("--now", NOW, "--catalog", self.catalog(*rules))
-                scanned = self.scan(*given)
-                selected = [item["path"] for category in scanned["categories"]
-                            for item in category["items"] if item["selected"]]
-                self.assertCountEqual(self.would_remove("--safe", *given), selected)
-                for category in (each["id"] for each in rules):
-                    listed = [each for each in scanned["categories"] if each["ruleId"] == category]
-                    self.assertEqual(self.scan("--rule", category, *given)["categories"], listed)
-                    self.assertCountEqual(self.would_remove("--rule", category, "--all", *given),
-                                          paths({"categories": listed}))
+        given = ("--now", NOW, "--catalog", self.catalog(
+            rule("outer", ["~/area", "~/area/"]), rule("inner", ["~/link"], "B"),
+            rule("same", ["~/other"]), rule("any", ["~/oth*"], "B", days=30)))
+        scanned = self.scan(*given)
+        self.assertEqual(len({os.path.realpath(path) for path in paths(scanned)}), 5)
+        for category in scanned["categories"]:
+            chosen = ("--rule", category["ruleId"], *given)
+            self.assertEqual(self.scan(*chosen)["categories"], [category])
+            removed = self.clean("--dry-run", "--all", *chosen)["removed"]
+            self.assertCountEqual(map(exact_path, removed), map(exact_path, category["items"]))
 
-    def would_remove(self, *arguments):
-        return [item["path"] for item in self.clean("--dry-run", *arguments)["removed"]]
-
-    def test_what_cannot_be_removed_is_reported_and_left(self):
-        folder = self.home / "area"
-        os.chmod(folder, 0o500)
+    def test_what_cannot_be_read_or_removed_is_told_and_left(self):
+        os.chmod(self.home / "area", 0o500)
+        os.chmod(self.home / "review", 0)
         before = snapshot(self.world)
-        chosen = ("--rule", "cache-area", "--rule", "cache-other", "--item", folder / "a",
-                  "--item", self.home / "other/o")
-        report = self.clean(*chosen, *self.given, status=1)
-        self.assertEqual(report["skipped"], [{"path": str(folder / "a"),
-                                              "reason": "removalFailed"}])
-        self.assertEqual([item["path"] for item in report["removed"]],
-                         [str(self.home / "other/o")])
-        self.assert_snapshot(self.world, without(before, [self.home / "other/o"]))
-        process = self.run_program("clean", *chosen[:2], *chosen[4:6], "--yes", "--home", self.home,
-                                   *self.given)
-        text = process.stdout.decode()
-        self.assertTrue(text.startswith("Zero KB freed — 0 items removed\n"), text)
-        self.assertTrue(text.endswith(f"""
+        item, other = self.home / "area/a", self.home / "other/o"
+        report = self.clean("--rule", "cache-area", "--rule", "cache-other", "--item", item,
+                            "--item", other, *self.given, status=1)
+        self.assertEqual(report["skipped"], [{"path": str(item), "reason": "removalFailed"}])
+        self.assertEqual(list(map(exact_path, report["removed"])), [os.fsencode(other)])
+        self.assert_left(before, [other])
+        process = self.run_program("clean", "--rule", "cache-area", "--item", item, "--yes",
+                                   "--home", self.home, *self.given)
+        self.assertRegex(process.stdout.decode(), rf"""\AZero KB freed — 0 items removed\n(.+\n)*
 1 in use by an open app
-  They were being written to right now. Close the app and run Zorvane again to clear them.
-    {folder}/a
-That's why the freed total is smaller than the estimate.
-"""), text)
+  They were being written to right now\. Close the app and run Zorvane again to clear them\.
+    {item}
+That's why the freed total is smaller than the estimate\.\n\Z""".replace("\n1 in", "1 in"))
+        self.clean("--rule", "cache-empty", "--all", *self.given)
+        unreadable = self.run_program("clean", "--rule", "cache-review", "--all", "--yes", "--home",
+                                      self.home, *self.given)
+        self.assertEqual(unreadable.returncode, 1)
+        self.assertRegex(unreadable.stderr, rb"\Azorvane-cli: .*could not be read.*\n\Z")
 
-
-if __name__ == "__main__":
-    unittest.main()
+    def test_the_guards_verdicts(self):
+        cache = self.home / "area"
+        for name, target in (("documents", "../Documents"), ("root", "/"), ("inside", "b")):
+            os.symlink(target, cache / name)
+        for path, base, verdict in (
+                (cache / "b/inner", cache, "allowed"), (cache / "inside", cache, "allowed"),
+                ("home/area/./b//", f"{cache}/../area/", "allowed"),
+                (cache, cache, "blocked: outsideAllowedBase"),
+                (cache / "documents/d", cache, "blocked: protectedUserPath"),
+                (cache / "root", cache, "blocked: criticalSystemPath")):
+            process = self.run_program("guard", path, "--base", base)
+            self.assertEqual((process.stdout.decode(), process.stderr, process.returncode),
+                             (verdict + "\n", b"", 0 if verdict == "allowed" else 1), path)
+        for arguments in ((cache,), ("", "--base", cache), (cache, "--base", ""),
+                          (cache, "x", "--base", cache), (cache, "--base", cache, "--yes")):
+            self.assert_refused(self.run_program("guard", *arguments), 2)

@@ -1,137 +1,97 @@
-#!/usr/bin/env python3
-"""Nothing goes that nobody agreed to, and Ctrl-C leaves what was not begun."""
+"""Nothing goes that nobody agreed to, and a request to end leaves what was not begun."""
 
 import json
 import os
 import pty
-import signal
 import subprocess
-import unittest
 
-from cleaning import CleaningTest, exact_path, snapshot, without
-from support import CLI, everything_shown, rule
+from support import CLI, ProgramTest, everything_shown, exact_path, rule, snapshot
 
-FOLDERS = 3000
-FILES = 5
+SNAPSHOTS = 200
 
 
-class CleanConsent(CleaningTest):
+class CleanConsent(ProgramTest):
     def setUp(self):
         super().setUp()
-        self.file("home/area/a", b"x" * 5000)
-        self.file("home/.local/share/Trash/files/gone")
-        self.file("home/other/o")
-        self.arguments = ["clean", "--home", self.home, "--catalog",
-                          self.catalog(rule("cache-area"),
-                                       rule("trash-user", ["~/.local/share/Trash/files"], "B"),
-                                       rule("cache-other", ["~/other"]))]
-        self.chosen = ["--rule", "cache-area", "--rule", "trash-user", "--all"]
+        for name in ("area/a", ".local/share/Trash/files/gone", "other/o"):
+            self.file(f"home/{name}")
+        self.arguments = ["--home", self.home, "--catalog", self.catalog(
+            rule("cache-area"), rule("trash-user", ["~/.local/share/Trash/files"], "B"),
+            rule("cache-other", ["~/other"]))]
+        self.chosen = ["clean", *self.arguments, "--rule", "cache-area", "--rule", "trash-user",
+                       "--all"]
 
-    def test_only_yes_removes(self):
+    def test_only_yes_removes_what_the_question_told(self):
         before = snapshot(self.world)
-        for keys, status in ((b"\n", 4), (b"y\n", 4), (b"YES\n", 4), (b"yes no\n", 4), (b" yes\n", 4),
-                             (b"\x04", 4), (b"ye\x04\x04", 4), (b"yes\x03", 130)):
+        for keys, status in ((b"\n", 4), (b"y\n", 4), (b"YES\n", 4), (b"yes no\n", 4),
+                             (b" yes\n", 4), (b"\x04", 4), (b"ye\x04\x04", 4), (b"yes\x03", 130)):
             with self.subTest(keys):
-                result, output, shown = self.on_terminal([*self.arguments, *self.chosen], keys)
+                result, output, shown = self.on_terminal(self.chosen, keys)
                 self.assertEqual((result, output), (status, ""), shown)
-                self.assertRegex(shown, r"zorvane-cli: .*nothing was removed\n\Z")
-                self.assert_snapshot(self.world, before)
-
-        result, output, shown = self.on_terminal([*self.arguments, *self.chosen, "--json"],
-                                                 b"yes\n")
-        self.assertEqual(result, 0, shown)
-        removed = [exact_path(item) for item in json.loads(output)["removed"]]
-        self.assertCountEqual(removed, [os.fsencode(self.home / path) for path in
-                                        ("area/a", ".local/share/Trash/files/gone")])
-        self.assert_snapshot(self.world, without(before, removed))
-
-    def test_the_question_tells_what_will_go(self):
-        _, _, shown = self.on_terminal([*self.arguments, *self.chosen], b"no\n")
-        for text in (f"{self.home}/area/a\n", f"{self.home}/.local/share/Trash/files/gone\n",
-                     "Removal is permanent — files do not go to the Trash.\n", ", 2 items.\n"):
+                self.assertRegex(shown, r"zorvane-cli: .*nothing was removed.*\n\Z")
+                self.assert_left(before)
+        names = ("area/a", ".local/share/Trash/files/gone")
+        for text in (*(f"{self.home}/{name}\n" for name in names), ", 2 items.\n",
+                     "Removal is permanent — files do not go to the Trash.\n"):
             self.assertIn(text, shown)
         self.assertNotIn(f"{self.home}/other", shown)
-        # A reviewed area is named once more, with its warning.
-        review = shown.partition("Review required; these may not be recoverable:\n")[2]
-        self.assertRegex(review, r"\A  [^:\n]+: [^\n]{20,}\n")
-        _, _, safe = self.on_terminal([*self.arguments, "--safe"], b"no\n")
-        self.assertNotIn("Review", safe)
+        # The area to review is named once more, with its warning.
+        self.assertRegex(shown, r"\n  Trash: [^\n]{20,}\n")
+        result, output, shown = self.on_terminal([*self.chosen, "--json"], b"yes\n")
+        self.assertEqual(result, 0, shown)
+        removed = [exact_path(item) for item in json.loads(output)["removed"]]
+        self.assertCountEqual(removed, [os.fsencode(self.home / name) for name in names])
+        self.assert_left(before, removed)
 
-    def test_the_totals_of_what_tools_report_stay_totals(self):
-        huge = '{"Type":"Images","Reclaimable":"9000000TB"}'
-        for tool, output in (("usr/local/bin/docker", f"{huge}\n{huge}"),
-                             ("opt/homebrew/bin/brew", "Would remove: /c/a (9000000TB)")):
-            self.file(f"home/.tools/{tool}", f"#!/bin/sh\ncat <<'END'\n{output}\nEND\n").chmod(0o755)
-        given = ("--home", self.home, "--tools", self.home / ".tools",
-                 "--rule", "docker-reclaimable", "--rule", "brew-cleanup")
-        # Some that start programs leave them the signal of a child's end ignored.
-        for wrapper in ([], ["env", "--ignore-signal=CHLD"]):
-            process = self.run_program("scan", "--json", *given, wrapper=wrapper)
-            self.assertEqual(json.loads(process.stdout)["totalBytes"], 2**63 - 1, wrapper)
-        _, _, shown = self.on_terminal(["clean", "--all", *given], b"no\n")
-        self.assertIn("Total: 9.22 EB, 3 items", shown)
-
-    def test_without_a_terminal_it_refuses(self):
+    def test_the_list_has_to_be_seen_on_a_terminal(self):
         before = snapshot(self.world)
-        self.assert_refused(self.run_program(*self.arguments, "--safe"), 4, "--yes")
-        answered = subprocess.run([CLI, *map(str, self.arguments), "--safe"], input=b"yes\n",
-                                  capture_output=True, check=False)
-        self.assert_refused(answered, 4, "--yes")
-        self.assert_snapshot(self.world, before)
-
-    def test_the_list_has_to_be_seen(self):
-        before = snapshot(self.world)
+        self.assert_refused(self.run_program(*self.chosen), 4, "--yes")
         ours, theirs = pty.openpty()
         os.write(ours, b"yes\n")
-        command = [CLI, *map(str, self.arguments), "--rule", "cache-other", "--all"]
+        command = [CLI, *map(str, self.chosen)]
         unseen = subprocess.run(command, stdin=theirs, capture_output=True, check=False)
         self.assert_refused(unseen, 4, "--yes")
-        self.assert_snapshot(self.world, before)
-        seen = subprocess.run(command, stdin=theirs, stdout=theirs, stderr=subprocess.PIPE,
-                              check=False)
+        self.assert_left(before)
+        seen = subprocess.run(command, stdin=theirs, stdout=theirs, check=False)
         os.close(theirs)
-        self.assertEqual((seen.returncode, seen.stderr), (0, b""))
-        self.assertIn(f"{self.home}/other/o\n", everything_shown(ours))
+        self.assertEqual(seen.returncode, 0)
+        self.assertIn(f"{self.home}/area/a\n", everything_shown(ours))
         os.close(ours)
-        self.assert_snapshot(self.world, without(before, [self.home / "other/o"]))
+        self.assertFalse(os.path.lexists(self.home / "area/a"))
 
-    def test_ctrl_c_finishes_the_item_in_hand_and_leaves_the_rest(self):
-        # A clean that is through before the signal comes tells nothing; then again.
-        for _ in range(10):
-            if self.interrupt_a_clean() == 130:
-                return
-        self.fail("every clean was through before it could be interrupted")
-
-    def interrupt_a_clean(self):
-        for folder in range(FOLDERS):
-            os.makedirs(self.home / f"area/{folder:04}", exist_ok=True)
-            for file in range(FILES):
-                with open(self.home / f"area/{folder:04}/{file}", "wb"):
-                    pass
-        self.file("home/area/a", b"x" * 500_000)
-        items = [os.fsencode(item["path"]) for item in
-                 self.scan(*self.arguments[3:], "--rule", "cache-area")["categories"][0]["items"]]
-        self.assertEqual(items[0], os.fsencode(self.home / "area/a"), "the largest comes first")
+    def test_a_request_to_end_finishes_the_item_in_hand_and_leaves_the_rest(self):
+        deleted = self.world / "tool/deleted"
+        deleted.parent.mkdir()
+        self.file("home/.tools/usr/bin/tmutil", f"""#!/bin/sh
+if [ "$1" = listlocalsnapshots ]; then
+    seq -f "com.apple.TimeMachine.2026-01-01-%06.0f.local" {SNAPSHOTS}
+else
+    [ -e {deleted} ] || kill -INT $PPID
+    echo "$2" >> {deleted}
+fi
+""", mode=0o755)
+        catalog = self.catalog(rule("cache-area"),
+                               rule("tm-local-snapshots", [], "B", kind="command"))
         before = snapshot(self.world)
-        with subprocess.Popen([CLI, *map(str, self.arguments), "--rule", "cache-area", "--all",
-                               "--yes", "--json"], stdout=subprocess.PIPE,
-                              stderr=subprocess.PIPE) as process:
-            while os.path.lexists(items[0]) and process.poll() is None:
-                pass
-            process.send_signal(signal.SIGINT)
-            output, errors = process.communicate()
-        self.assertIn(process.returncode, (0, 130), errors)
-        report = json.loads(output)
-        removed = [exact_path(item) for item in report["removed"]]
-        self.assertEqual(report["skipped"], [])
-        self.assertEqual(removed, items[:len(removed)])
-        # No item is gone in part: what is not in the report is as it was.
-        self.assert_snapshot(self.world, without(before, removed))
-        if process.returncode == 130:
-            self.assertRegex(errors, rb"\Azorvane-cli: interrupted[^\n]*\n\Z")
-            self.assertGreater(len(removed), 0)
-        return process.returncode if len(removed) < len(items) else 0
+        process = self.run_program(
+            "clean", "--home", self.home, "--tools", self.home / ".tools", "--catalog", catalog,
+            "--rule", "cache-area", "--rule", "tm-local-snapshots", "--all", "--json", "--yes")
+        self.assertEqual(process.returncode, 130)
+        self.assertRegex(process.stderr, rb"\Azorvane-cli: interrupted[^\n]*\n\Z")
+        report = json.loads(process.stdout)
+        file, *snapshots = report["removed"]
+        self.assertEqual((report["skipped"], file["path"]), ([], str(self.home / "area/a")))
+        self.assertTrue(0 < len(snapshots) < SNAPSHOTS)
+        self.assertEqual(len(deleted.read_text().split()), len(snapshots))
+        deleted.unlink()
+        self.assert_left(before, [self.home / "area/a", deleted])
 
-
-if __name__ == "__main__":
-    unittest.main()
+    def test_a_request_to_end_ends_a_scan_and_its_tool(self):
+        for name in ("INT", "TERM", "HUP"):
+            # The tool itself never ends.
+            self.file("home/.tools/opt/homebrew/bin/brew", mode=0o755,
+                      content=f"#!/bin/sh\nkill -{name} $PPID\nexec tail -f /dev/null\n")
+            process = self.run_program("scan", "--json", "--home", self.home, "--rule",
+                                       "brew-cleanup", "--tools", self.home / ".tools")
+            self.assertEqual((process.returncode, process.stdout, process.stderr),
+                             (130, b"", b"zorvane-cli: interrupted\n"), name)

@@ -1,10 +1,12 @@
-"""What the end-to-end tests share: homes of their own, catalogs, and the program itself."""
+"""What the end-to-end tests share: homes of their own, catalogs, exact snapshots, the program."""
 
+import base64
 import json
 import os
 import pathlib
 import pty
 import shutil
+import stat
 import subprocess
 import tempfile
 import unittest
@@ -14,6 +16,7 @@ CLI = os.environ["ZORVANE_CLI"]
 NOW = "2026-03-01T12:00:00Z"
 NOW_SECONDS = 1_772_366_400
 DAY = 86_400
+READ_BY_THE_PROGRAM = (b"catalog.json", b"user-dirs.dirs", b"tmutil")
 
 
 def rule(name="cache-test", bases=("~/area",), tier="A", days=0, exclusions=(), kind="fileSystem"):
@@ -36,11 +39,12 @@ class ProgramTest(unittest.TestCase):
         self.home = self.world / "home"
         self.home.mkdir()
 
-    def file(self, path, content="content", age_days=400):
+    def file(self, path, content="content", age_days=400, mode=0o644):
         """Makes a file of a given age below the world; returns its path."""
         path = self.world / path
         path.parent.mkdir(parents=True, exist_ok=True)
         path.write_bytes(content if isinstance(content, bytes) else content.encode())
+        path.chmod(mode)
         os.utime(path, (NOW_SECONDS - age_days * DAY,) * 2)
         return path
 
@@ -76,6 +80,14 @@ class ProgramTest(unittest.TestCase):
         self.assertEqual((process.stderr, process.returncode), (b"", status))
         return json.loads(process.stdout)
 
+    def clean(self, *arguments, status=0):
+        """What `clean --json --yes` prints for the home."""
+        process = self.run_program("clean", "--json", "--yes", "--home", self.home, *arguments)
+        # A sample home has an area that cannot be read, which is said and nothing else.
+        self.assertRegex(process.stderr, rb"\A(zorvane-cli: [^\n]*could not be read[^\n]*\n)?\Z")
+        self.assertEqual(process.returncode, status)
+        return json.loads(process.stdout)
+
     def sample_home(self, *arguments):
         """The home becomes a sample home; ages count back from NOW."""
         self.home.rmdir()
@@ -89,6 +101,43 @@ class ProgramTest(unittest.TestCase):
         self.assertRegex(message, r"\Azorvane-cli: [^\x00-\x1f\x7f-\x9f]{10,400}\n\Z")
         for word in words:
             self.assertIn(word, message)
+
+    def assert_left(self, before, removed=()):
+        """The world is as it was but for these paths, and the times of the folders they were in."""
+        removed = {os.fsencode(path) for path in removed}
+        folders = {os.path.dirname(path) for path in removed}
+        actual = snapshot(self.world)
+        gone = tuple(path + b"/" for path in removed)
+        differing = [path for path in {*before, *actual} if
+                     path not in removed and not path.startswith(gone) and
+                     before.get(path, ())[:2 if path in folders else None] !=
+                     actual.get(path, ())[:2 if path in folders else None]]
+        self.assertEqual([(path, before.get(path), actual.get(path)) for path in differing[:5]], [])
+        self.assertEqual(removed & actual.keys(), set())
+
+
+def snapshot(folder):
+    """Everything below a folder, by its path in bytes: kind, mode, owner, times to the nanosecond,
+    and content or target. Taking it changes nothing, in folders without permissions neither."""
+    path = os.fsencode(folder)
+    status = os.lstat(path)
+    facts = (stat.filemode(status.st_mode), status.st_uid, status.st_mtime_ns)
+    if stat.S_ISLNK(status.st_mode):
+        return {path: (*facts, os.readlink(path))}
+    if stat.S_ISREG(status.st_mode):
+        facts += (status.st_blocks,)
+        if status.st_mode & stat.S_IRUSR:
+            with open(os.open(path, os.O_RDONLY | os.O_NOATIME), "rb") as file:
+                facts += (file.read(),)
+        if os.path.basename(path) not in READ_BY_THE_PROGRAM:
+            facts += (status.st_atime_ns,)
+    entries = {path: facts}
+    if stat.S_ISDIR(status.st_mode):
+        os.chmod(path, 0o700)
+        for name in os.listdir(path):
+            entries.update(snapshot(os.path.join(path, name)))
+        os.chmod(path, stat.S_IMODE(status.st_mode))
+    return entries
 
 
 def everything_shown(terminal, question=b"", keys=b""):
@@ -110,19 +159,21 @@ def paths(report):
     return [item["path"] for category in report["categories"] for item in category["items"]]
 
 
+def exact_path(item):
+    """The bytes of an item's path in a report."""
+    if "pathBytes" in item:
+        return base64.b64decode(item["pathBytes"], validate=True)
+    return os.fsencode(item["path"])
+
+
 def in_own_mounts(script, *values):
     """A wrapper that runs a script in a mount namespace, as the root of it, and then the program.
     The script finds the values in $1, $2, …"""
-    shifts = f"shift {len(values)}" if values else ":"
     return ["unshare", "--user", "--map-root-user", "--mount", "sh", "-euc",
-            f'{script}\n{shifts}\nexec "$@"', "sh", *map(str, values)]
+            f'{script}\nshift {len(values)}\nexec "$@"', "sh", *map(str, values)]
 
 
 def remove(folder):
     """Removes a tree that may hold folders without permissions."""
-    for path, names, _ in os.walk(folder):
-        for name in names:
-            child = os.path.join(path, name)
-            if not os.path.islink(child):
-                os.chmod(child, 0o700)
+    subprocess.run(["chmod", "-R", "u+rwX", folder], check=True)
     shutil.rmtree(folder)

@@ -3,12 +3,11 @@
 #include "CleanCore/Rules/PathExpander.h"
 #include "CleanCore/Scanning/ItemEnumerator.h"
 #include "CleanCore/Support/PathText.h"
+#include "tests/Support/Table.h"
 #include "tests/Support/TreeText.h"
 
 #include <algorithm>
 #include <gtest/gtest.h>
-#include <iterator>
-#include <sstream>
 #include <stdexcept>
 
 namespace CleanCoreTests {
@@ -90,9 +89,8 @@ void CleanableHome::expectOutcomes(const std::vector<OutcomeRow>& rows) const
         const std::string before = snapshot(path());
         make(row.entry);
         const std::string made = snapshot(path());
-        std::istringstream words(row.bases);
-        const std::vector<std::string> bases{std::istream_iterator<std::string>(words), {}};
-        EXPECT_EQ(outcomeOf(name, bases), row.outcome) << row.entry << " from " << row.bases;
+        EXPECT_EQ(outcomeOf(name, words(row.bases)), row.outcome)
+            << row.entry << " from " << row.bases;
         const bool isRemoved = row.outcome.starts_with("removed");
         EXPECT_NE(has(name), isRemoved) << row.entry;
         if (!isRemoved) {

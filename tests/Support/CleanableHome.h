@@ -31,7 +31,7 @@ public:
     static constexpr std::int64_t selectedBytes = 12'345;
 
     CleanableHome() = default;
-    explicit CleanableHome(std::string_view tree) { make(tree); }
+    explicit CleanableHome(const std::string& tree) { make(tree); }
 
     const TemporaryFolder& folder = *this;
     std::shared_ptr<CleanCore::TaskPool> pool = std::make_shared<CleanCore::TaskPool>(2);

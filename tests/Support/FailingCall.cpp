@@ -4,7 +4,6 @@
 #include <cerrno>
 #include <csignal>
 #include <cstddef>
-#include <ctime>
 #include <linux/filter.h>
 #include <linux/seccomp.h>
 #include <sys/prctl.h>
@@ -49,18 +48,6 @@ bool installFilter(long number, int error)
            ::prctl(PR_SET_SECCOMP, SECCOMP_MODE_FILTER, &filter) == 0;
 }
 
-bool startTimer(long nanoseconds)
-{
-    constexpr long second = 1'000'000'000;
-    sigevent event = {};
-    event.sigev_notify = SIGEV_SIGNAL;
-    event.sigev_signo = SIGKILL;
-    timer_t timer = {};
-    const itimerspec when = {{}, {nanoseconds / second, nanoseconds % second}};
-    return ::timer_create(CLOCK_MONOTONIC, &event, &timer) == 0 &&
-           ::timer_settime(timer, 0, &when, nullptr) == 0;
-}
-
 } // namespace
 
 int runWithFailingCall(long number, int error, const std::function<int()>& work)
@@ -98,23 +85,6 @@ bool runUntilCall(int calls, const std::function<void()>& work)
         throw std::system_error(ECHILD, std::generic_category(), "the child could not start");
     }
     return isKilled;
-}
-
-bool runUntilKilled(long nanoseconds, const std::function<void()>& work)
-{
-    const pid_t child = forked();
-    if (child == 0) {
-        if (!startTimer(nanoseconds)) {
-            ::_exit(childTrouble);
-        }
-        work();
-        ::_exit(0);
-    }
-    const int status = waitFor(child);
-    if (WIFEXITED(status) && WEXITSTATUS(status) != 0) {
-        throw std::system_error(ECHILD, std::generic_category(), "the child could not start");
-    }
-    return WIFSIGNALED(status);
 }
 
 } // namespace CleanCoreTests

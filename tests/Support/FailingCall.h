@@ -12,8 +12,4 @@ namespace CleanCoreTests {
 /// Returns whether that came before the end of `work`.
 [[nodiscard]] bool runUntilCall(int calls, const std::function<void()>& work);
 
-/// Runs `work` in a child process that is killed (SIGKILL) after `nanoseconds` of it. Returns
-/// whether that came before the end of `work`.
-[[nodiscard]] bool runUntilKilled(long nanoseconds, const std::function<void()>& work);
-
 } // namespace CleanCoreTests

@@ -8,7 +8,7 @@
 #include <fcntl.h>
 #include <filesystem>
 #include <fstream>
-#include <iterator>
+#include <functional>
 #include <sstream>
 #include <sys/stat.h>
 #include <system_error>
@@ -42,30 +42,37 @@ void openUp(const fs::path& folder)
     }
 }
 
-std::string line(const fs::path& path, const std::string& relative)
+/// An entry, by its path in the tree.
+using Visitor = std::function<void(const std::string& relative, const fs::path& path,
+                                   const struct stat& status, bool isEmpty)>;
+
+/// Visits everything below a folder in the order of the names, a folder before what is in it. A
+/// folder that cannot be read counts as empty.
+void visitTree(const fs::path& folder, const std::string& prefix, const Visitor& visit)
 {
-    struct stat status = {};
-    check(::lstat(path.c_str(), &status) == 0, path);
-    std::string text =
-        relative + '|' + std::to_string(status.st_mode) + '|' + std::to_string(status.st_uid);
-    if (!S_ISDIR(status.st_mode)) {
-        text += '|' + std::to_string(status.st_mtim.tv_sec) + '.' +
-                std::to_string(status.st_mtim.tv_nsec) + '|' + std::to_string(status.st_blocks);
+    std::vector<std::string> names;
+    std::error_code unreadable;
+    for (const auto& entry : fs::directory_iterator(folder, unreadable)) {
+        names.push_back(entry.path().filename());
     }
-    if (S_ISLNK(status.st_mode)) {
-        text += '|' + fs::read_symlink(path).string();
-    } else if (S_ISREG(status.st_mode)) {
-        std::ifstream file(path, std::ios::binary);
-        text += '|' + std::string(std::istreambuf_iterator<char>(file), {});
+    std::sort(names.begin(), names.end());
+    for (const std::string& name : names) {
+        const fs::path path = folder / name;
+        struct stat status = {};
+        check(::lstat(path.c_str(), &status) == 0, path);
+        const bool isFolder = S_ISDIR(status.st_mode);
+        std::error_code error;
+        visit(prefix + name, path, status, !isFolder || fs::is_empty(path, error) || error);
+        if (isFolder) {
+            visitTree(path, prefix + name + '/', visit);
+        }
     }
-    return text + '\n';
 }
 
-/// One entry as a tree's text tells it, without what is in it.
-std::string entryText(const fs::path& path, const std::string& relative, const std::string& root)
+/// An entry as the text of a tree tells it.
+std::string entryText(const std::string& relative, const fs::path& path, const struct stat& status,
+                      const std::string& root)
 {
-    struct stat status = {};
-    check(::lstat(path.c_str(), &status) == 0, path);
     std::string text = quoted(relative);
     mode_t expected = S_IRUSR | S_IWUSR;
     if (S_ISLNK(status.st_mode)) {
@@ -90,30 +97,6 @@ std::string entryText(const fs::path& path, const std::string& relative, const s
     return text;
 }
 
-void appendTree(std::string& text, const fs::path& folder, const std::string& prefix,
-                const std::string& root)
-{
-    std::vector<std::string> names;
-    std::error_code unreadable;
-    for (const auto& entry : fs::directory_iterator(folder, unreadable)) {
-        names.push_back(entry.path().filename());
-    }
-    std::sort(names.begin(), names.end());
-    for (const std::string& name : names) {
-        const fs::path path = folder / name;
-        std::error_code error;
-        const bool isFolder = fs::symlink_status(path, error).type() == fs::file_type::directory;
-        const std::string own = entryText(path, prefix + name, root);
-        // A folder with something in it is told by that, if there is no more to tell of it.
-        if (!isFolder || own.find('=') != std::string::npos || fs::is_empty(path, error) || error) {
-            text += (text.empty() ? "" : " ") + own;
-        }
-        if (isFolder) {
-            appendTree(text, path, prefix + name + '/', root);
-        }
-    }
-}
-
 } // namespace
 
 TemporaryFolder::TemporaryFolder(const std::string& below)
@@ -135,7 +118,7 @@ std::string TemporaryFolder::path(std::string_view relative) const
     return relative.empty() ? m_path : m_path + '/' + std::string(relative);
 }
 
-void TemporaryFolder::make(std::string_view tree, CleanCore::Timestamp now) const
+void TemporaryFolder::make(const std::string& tree, CleanCore::Timestamp now) const
 {
     using enum TreeTextEntry::Kind;
     const std::vector<TreeTextEntry> entries = treeEntries(tree);
@@ -182,7 +165,13 @@ void TemporaryFolder::make(std::string_view tree, CleanCore::Timestamp now) cons
 std::string TemporaryFolder::tree(std::string_view below) const
 {
     std::string text;
-    appendTree(text, path(below), "", m_path);
+    visitTree(path(below), "", [&](auto& relative, auto& path, auto& status, bool isEmpty) {
+        // A folder with something in it is told by that, if there is no more to tell of it.
+        const std::string own = entryText(relative, path, status, m_path);
+        if (isEmpty || !own.ends_with('/')) {
+            text += (text.empty() ? "" : " ") + own;
+        }
+    });
     return text;
 }
 
@@ -242,17 +231,22 @@ bool TemporaryFolder::has(std::string_view relative) const
 
 std::string snapshot(const std::string& folder)
 {
-    std::vector<std::string> relatives;
-    for (const auto& entry : fs::recursive_directory_iterator(folder)) {
-        relatives.push_back(fs::relative(entry.path().parent_path(), folder).string() + '/' +
-                            entry.path().filename().string());
-    }
-    std::sort(relatives.begin(), relatives.end());
-    std::string text;
-    for (const std::string& relative : relatives) {
-        text += line(fs::path(folder) / relative, relative);
-    }
-    return text;
+    std::ostringstream text;
+    visitTree(folder, "", [&](auto& relative, auto& path, auto& status, bool) {
+        text << relative << '|' << status.st_mode << '|' << status.st_uid << '|';
+        if (!S_ISDIR(status.st_mode)) {
+            text << status.st_mtim.tv_sec << '.' << status.st_mtim.tv_nsec << '|'
+                 << status.st_blocks << '|';
+        }
+        if (S_ISLNK(status.st_mode)) {
+            text << fs::read_symlink(path).native();
+        } else if (S_ISREG(status.st_mode) && status.st_size > 0) {
+            text << std::ifstream(path, std::ios::binary).rdbuf();
+            text.clear();
+        }
+        text << '\n';
+    });
+    return text.str();
 }
 
 } // namespace CleanCoreTests

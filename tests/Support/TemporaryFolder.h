@@ -17,7 +17,7 @@ namespace CleanCoreTests {
 ///   a/data:5k       a file of 5 KiB (":300", ":2M")  pipe|         a FIFO
 ///   link->../note   a link; "~" begins a target that is a path in this folder: link->~/a/note
 ///   twin==a/note    a hard link to an entry that is in this folder by then
-/// Behind any of them: =0500 its mode; @40d its age (d, h, m, s, ns; a sum of them as in @7d1ns;
+/// Behind any of them: =0500 its mode, then @40d its age (d, h, m, s, ns; a sum as in @7d1ns;
 /// negative for what is still to come). Modes and ages are given once all entries are there, the
 /// last entry's first. '…' takes everything in it as it stands, and '' in it for one quote: a name
 /// with a blank, a quote or one of :|@=> in it is written so.
@@ -36,7 +36,7 @@ public:
 
     /// Makes the entries of `tree`. Files that are there are overwritten, links replaced. Ages are
     /// counted back from `now`. Throws std::invalid_argument for a text that is no tree.
-    void make(std::string_view tree, CleanCore::Timestamp now = {}) const;
+    void make(const std::string& tree, CleanCore::Timestamp now = {}) const;
 
     /// What is in the folder `below`, as make() takes it, in the order of the paths: every entry
     /// except folders that hold another. Sizes are told of files that do not hold "content", modes

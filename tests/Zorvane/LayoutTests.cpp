@@ -48,6 +48,7 @@ TEST_P(Layout, KeepsLongTextsInTheSmallestWindow)
         EXPECT_LE(letters.right(), smallest.width() + tolerance);
         // Beyond their own item letters would lie on something else.
         EXPECT_LE(text->property("contentWidth").toReal(), text->width() + 1);
+        EXPECT_LE(text->property("contentHeight").toReal(), text->height() + 1);
         if (!isInFlickable(text)) {
             EXPECT_GE(letters.top(), -tolerance);
             EXPECT_LE(letters.bottom(), smallest.height() + tolerance);

@@ -60,8 +60,12 @@ TEST(Pixels, OfControlsAndSurfaces)
         {"PrimaryButton { x: 99; y: 99; width: 120; height: 60; isDestructive: true }",
          {159, 163},
          over(Qt::black, violet, 0.45 / 2)},
-        {"SecondaryButton { x: 99; y: 99; width: 80 }", {139, 109}, over(Qt::black, Qt::white, 0.06)},
-        {"SecondaryButton { x: 99; y: 99; width: 80; down: true }", {139, 109}, over(Qt::black, Qt::white, 0.1)},
+        {"SecondaryButton { x: 99; y: 99; width: 80 }",
+         {139, 109},
+         over(Qt::black, Qt::white, 0.06)},
+        {"SecondaryButton { x: 99; y: 99; width: 80; down: true }",
+         {139, 109},
+         over(Qt::black, Qt::white, 0.1)},
         {"GlassCard { width: 99; height: 60 }", {50, 30}, glass},
         {"GlassCard { width: 99; height: 60 }", {0, 30}, over(glass, Qt::white, 0.11)},
         {"GlassCard { width: 99; height: 40000 }", {0, 99}, over(glass, Qt::white, 0.11)},
@@ -154,6 +158,7 @@ TEST(Pixels, SymbolsAreDrawnInTheirColor)
         int empty = 0;
         for (int pixel = 0; pixel < 26 * 26; ++pixel) {
             const QColor color = image.pixelColor(pixel % 26, pixel / 26);
+            EXPECT_LE(color.alpha(), 0x80);
             empty += color.alpha() == 0 ? 1 : 0;
             if (color.alpha() >= 0x7e) {
                 EXPECT_THAT(color, IsColor(QColor(0x34, 0xd3, 0x99), 2));

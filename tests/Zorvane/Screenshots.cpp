@@ -13,69 +13,54 @@ Q_IMPORT_QML_PLUGIN(ZorvanePlugin)
 
 namespace {
 
-using ZorvaneTests::MainWindow;
 using ZorvaneTests::Scene;
 using ZorvaneTests::Wording;
 
-constexpr QSize ordinarySize(1080, 760);
-constexpr QSize furtherSizes[] = {QSize(1440, 900), QSize(2560, 1440)};
-
-struct Options
-{
-    QDir folder;
-    QString renderer;
-    Wording wording = Wording::english;
-    /// Only scenes whose name holds it.
-    QString only;
-};
-
 /// Whether the picture was written without a warning.
-bool take(const Scene& scene, QSize size, const Options& options)
+bool take(const Scene& scene, QSize size, Wording wording, const QDir& folder)
 {
-    MainWindow window(size, options.wording);
+    ZorvaneTests::MainWindow window(size, wording);
     ZorvaneTests::play(window, scene.steps);
     const QString name =
         QStringLiteral("%1%2-%3x%4-%5-%6.png")
             .arg(QString::fromStdString(scene.name).replace(u' ', u'-'),
-                 options.wording == Wording::lengthened ? QStringLiteral("-long-texts") : QString())
+                 wording == Wording::lengthened ? QStringLiteral("-long-texts") : QString())
             .arg(size.width())
             .arg(size.height())
             .arg(window.window().effectiveDevicePixelRatio())
-            .arg(options.renderer);
+            .arg(QQuickWindow::sceneGraphBackend() == QStringLiteral("software")
+                     ? QStringLiteral("software")
+                     : QStringLiteral("opengl"));
     QStringList problems = ZorvaneTests::takeWarnings();
-    if (!window.picture().save(options.folder.filePath(name))) {
+    if (!window.picture().save(folder.filePath(name))) {
         problems << QStringLiteral("cannot be written");
     }
     for (const QString& problem : problems) {
-        std::cerr << "screenshots: " << name.toStdString() << ": " << problem.toStdString() << '\n';
+        std::cerr << "screenshots: " << qPrintable(name) << ": " << qPrintable(problem) << '\n';
     }
     return problems.isEmpty();
 }
 
-std::vector<QSize> sizesFor(const Scene& scene, const Options& options)
+std::vector<QSize> sizesFor(const Scene& scene, Wording wording)
 {
-    if (options.wording == Wording::lengthened) {
-        return {ZorvaneTests::smallestWindow(scene)};
-    }
+    const QSize smallest = ZorvaneTests::smallestWindow(scene);
+    const QSize ordinary(1080, 760);
     const bool isScaled = qEnvironmentVariableIsSet("QT_SCALE_FACTOR");
+    if (wording == Wording::lengthened) {
+        return {smallest};
+    }
     if (!scene.isRepresentative) {
-        return isScaled ? std::vector<QSize>() : std::vector{ordinarySize};
+        return isScaled ? std::vector<QSize>() : std::vector{ordinary};
     }
-    if (isScaled) {
-        return {ordinarySize, ZorvaneTests::smallestWindow(scene)};
-    }
-    std::vector sizes(std::begin(furtherSizes), std::end(furtherSizes));
-    sizes.push_back(ordinarySize);
-    sizes.push_back(ZorvaneTests::smallestWindow(scene));
-    return sizes;
+    return isScaled ? std::vector{ordinary, smallest}
+                    : std::vector{QSize(1440, 900), QSize(2560, 1440), ordinary, smallest};
 }
 
 } // namespace
 
 int main(int argc, char** argv)
 {
-    const bool isOpenGL = qEnvironmentVariable("QT_QPA_PLATFORM") == QStringLiteral("xcb");
-    if (!isOpenGL) {
+    if (qEnvironmentVariable("QT_QPA_PLATFORM") != QStringLiteral("xcb")) {
         qputenv("QT_QPA_PLATFORM", "offscreen");
         qputenv("QT_QUICK_BACKEND", "software");
     }
@@ -90,21 +75,16 @@ int main(int argc, char** argv)
     if (parser.positionalArguments().size() != 1) {
         parser.showHelp(2);
     }
-    const Options options{
-        .folder = QDir(parser.positionalArguments().constFirst()),
-        .renderer = isOpenGL ? QStringLiteral("opengl") : QStringLiteral("software"),
-        .wording =
-            parser.isSet(QStringLiteral("long-texts")) ? Wording::lengthened : Wording::english,
-        .only = parser.value(QStringLiteral("only")),
-    };
+    const Wording wording =
+        parser.isSet(QStringLiteral("long-texts")) ? Wording::lengthened : Wording::english;
     bool isFine = true;
     for (const Scene& scene : ZorvaneTests::allScenes()) {
         const QString name = QString::fromStdString(scene.name).replace(u' ', u'-');
-        if (!name.contains(options.only)) {
-            continue;
-        }
-        for (const QSize size : sizesFor(scene, options)) {
-            isFine = take(scene, size, options) && isFine;
+        if (name.contains(parser.value(QStringLiteral("only")))) {
+            for (const QSize size : sizesFor(scene, wording)) {
+                isFine =
+                    take(scene, size, wording, QDir(parser.positionalArguments()[0])) && isFine;
+            }
         }
     }
     return isFine ? EXIT_SUCCESS : EXIT_FAILURE;

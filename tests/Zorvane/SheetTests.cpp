@@ -79,6 +79,8 @@ TEST(Sheets, KeepTheKeyboardAndGiveItBack)
         const char* open;
         /// In the order of the Tab key, which comes back to the first.
         QStringList stops;
+        /// Not where something else had the keyboard in between.
+        bool givesRingBack = true;
     };
     const Case cases[] = {
         {"area a, safe, a, a=1; results",
@@ -88,7 +90,8 @@ TEST(Sheets, KeepTheKeyboardAndGiveItBack)
         {"area a, safe, a, a=1; results",
          "Rescan",
          "clean",
-         {QStringLiteral("Scan again"), QStringLiteral("Close")}},
+         {QStringLiteral("Scan again"), QStringLiteral("Close")},
+         false},
         {"results",
          "Rescan",
          "sheet; measured",
@@ -96,7 +99,8 @@ TEST(Sheets, KeepTheKeyboardAndGiveItBack)
         {"access; open",
          "Scan my",
          "update News",
-         {QStringLiteral("Close"), QStringLiteral("Open download page")}},
+         {QStringLiteral("Close"), QStringLiteral("Open download page")},
+         false},
     };
     for (const Case& entry : cases) {
         SCOPED_TRACE(entry.open);
@@ -115,6 +119,8 @@ TEST(Sheets, KeepTheKeyboardAndGiveItBack)
         EXPECT_EQ(window.focused(), entry.stops.back());
         window.key(Qt::Key_Escape);
         EXPECT_TRUE(window.focused().startsWith(QLatin1String(entry.from)));
+        const bool hasRing = window.window().activeFocusItem()->property("visualFocus").toBool();
+        EXPECT_TRUE(hasRing || !entry.givesRingBack);
     }
 }
 

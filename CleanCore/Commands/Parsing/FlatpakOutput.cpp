@@ -113,7 +113,7 @@ struct Runtime
     std::string_view size;
 };
 
-/// The listed runtimes; adds what runtimes other than themselves need.
+/// The listed runtimes; adds to `used` the runtimes that other listed ones need.
 std::vector<Runtime> readRuntimes(std::string_view output, References& used)
 {
     std::vector<Runtime> runtimes;

@@ -23,8 +23,8 @@ namespace {
     throw std::system_error(error, std::generic_category(), what);
 }
 
-/// The child's standard streams are put into place one by one; a pipe among them, which is what a
-/// program gets that was started with a closed stream, would be overwritten half-way.
+/// A program that was started with a closed standard stream gets a pipe with its number. Such a
+/// pipe would be overwritten while the child's standard streams are set one by one.
 FileDescriptor aboveStandardStreams(FileDescriptor descriptor)
 {
     if (descriptor.get() > STDERR_FILENO) {

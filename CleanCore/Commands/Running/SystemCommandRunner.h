@@ -13,17 +13,17 @@ namespace CleanCore {
 /// standard error the null device, no other descriptor reaches it, and its signal mask and
 /// dispositions are the defaults. It is always reaped.
 ///
-/// It runs in a session of its own, without a terminal to ask on: Ctrl-C reaches this program only,
-/// which decides what it ends, and reading from an inherited terminal cannot stop it for good.
+/// A child runs in a session of its own, without a terminal to ask on. Ctrl-C therefore reaches
+/// only this program, and a child that reads from the inherited terminal is not stopped for good.
 ///
-/// There is no time limit. All output is read before the end is waited for, to the end of the pipe,
-/// also if a process that the child left behind keeps it open. An end by signal counts as status
-/// 128 + signal. A launch failure is a std::system_error.
+/// There is no time limit. All output is read, to the end of the pipe, before the end of the child
+/// is awaited, even if a process that the child left behind keeps the pipe open. A child that a
+/// signal ended has status 128 + signal. A launch failure is a std::system_error.
 ///
-/// Listings, unlike cleans, may be ended early: a stop request kills the running child with all
-/// that it has started, without a chance to refuse, since nobody may be left to ask twice. run()
-/// then throws, in this call and in every later one (std::errc::operation_canceled unless the child
-/// is what ended first). A runner made without a token lets its children run to their end.
+/// Listings, unlike cleans, may be ended early: a stop request kills the running child and its
+/// process group at once, since the program may be gone before a grace period ends. run() then
+/// throws std::errc::operation_canceled, in this call (unless the child ended first) and in every
+/// later one. A runner made without a token lets its children run to their end.
 class SystemCommandRunner final : public CommandRunning
 {
 public:

@@ -1,7 +1,9 @@
 #include "CleanCore/Cleaning/CleanEngine.h"
 
+#include "CleanCore/Cleaning/Clean.h"
 #include "tests/Support/CleanableHome.h"
 #include "tests/Support/ScriptedDisk.h"
+#include "tests/Support/Table.h"
 
 #include <gmock/gmock.h>
 
@@ -103,43 +105,34 @@ TEST(CleanEngine, RemovesOnlyWhatTheGuardAllowsInOneOfTheBases)
 
 TEST(CleanEngine, FindsOutWhatChangedSinceTheScan)
 {
-    const std::string before = ".cache/item/in/file .cache/sibling/x Documents/x";
-    const struct
-    {
-        const char* moved;
-        const char* made;
-        const char* outcome;
-        const char* left;
-    } rows[] = {
-        {".cache/item", "", "failed", ".cache/sibling/x Documents/x moved/in/file"},
-        {".cache/item", ".cache/item", "failed",
-         ".cache/item .cache/sibling/x Documents/x moved/in/file"},
-        {".cache/item", ".cache/item/in/file", "failed",
-         ".cache/item/in/file .cache/sibling/x Documents/x moved/in/file"},
-        {".cache/item", ".cache/item->sibling", "failed",
-         ".cache/item->sibling .cache/sibling/x Documents/x moved/in/file"},
-        {".cache/item", ".cache/item->../Documents", "blocked",
-         ".cache/item->../Documents .cache/sibling/x Documents/x moved/in/file"},
-        {".cache", "Documents/item/in/file .cache->Documents", "blocked",
-         ".cache->Documents Documents/item/in/file Documents/x moved/item/in/file moved/sibling/x"},
-        {".cache", ".cache/item/in/file", "failed",
-         ".cache/item/in/file Documents/x moved/item/in/file moved/sibling/x"},
-        {"", ".cache/=0500", "failed",
-         ".cache/=0500 .cache/item/in/file .cache/sibling/x Documents/x"},
-        {"", ".cache/=0", "failed", ".cache/=00 Documents/x"},
-        // The owner may look into a folder of their own again, and so does the clean.
-        {"", ".cache/item/in/=0", "removed all", ".cache/sibling/x Documents/x"},
-        {"", ".cache/item/new/file", "removed all", ".cache/sibling/x Documents/x"},
-    };
-    for (const auto& [moved, made, outcome, left] : rows) {
-        const CleanableHome home(before);
+    // What is moved away, what is made then, how the clean ends, and what is left.
+    for (const std::vector<std::string>& row : table(R"(
+.cache/item |  | failed | .cache/sibling/x Documents/x moved/in/file
+.cache/item | .cache/item | failed | .cache/item .cache/sibling/x Documents/x moved/in/file
+.cache/item | .cache/item/in/file | failed
+    | .cache/item/in/file .cache/sibling/x Documents/x moved/in/file
+.cache/item | .cache/item->sibling | failed
+    | .cache/item->sibling .cache/sibling/x Documents/x moved/in/file
+.cache/item | .cache/item->../Documents | blocked
+    | .cache/item->../Documents .cache/sibling/x Documents/x moved/in/file
+.cache | Documents/item/in/file .cache->Documents | blocked
+    | .cache->Documents Documents/item/in/file Documents/x moved/item/in/file moved/sibling/x
+.cache | .cache/item/in/file | failed
+    | .cache/item/in/file Documents/x moved/item/in/file moved/sibling/x
+- | .cache/=0500 | failed | .cache/=0500 .cache/item/in/file .cache/sibling/x Documents/x
+- | .cache/=0 | failed | .cache/=00 Documents/x
+# The owner may look into a folder of their own again, and so does the clean.
+- | .cache/item/in/=0 | removed all | .cache/sibling/x Documents/x
+- | .cache/item/new/file | removed all | .cache/sibling/x Documents/x
+)")) {
+        const CleanableHome home(".cache/item/in/file .cache/sibling/x Documents/x");
         const CleaningSelection selection = home.select(".cache/item");
-        if (*moved != '\0') {
-            home.move(moved, "moved");
+        if (row[0] != "-") {
+            home.move(row[0], "moved");
         }
-        home.make(made);
-        EXPECT_EQ(home.outcomeOf(selection), outcome) << moved << " then " << made;
-        EXPECT_EQ(home.tree(), left) << moved << " then " << made;
+        home.make(row[1]);
+        EXPECT_EQ(home.outcomeOf(selection), row[2]) << row[0] << " then " << row[1];
+        EXPECT_EQ(home.tree(), row[3]) << row[0] << " then " << row[1];
     }
 }
 
@@ -209,6 +202,35 @@ TEST(CleanEngine, GoesThroughTheSelectionsInOrderAndStopsBetweenTwoItems)
     EXPECT_THAT(stopped.skipped, ElementsAre());
     const CleaningReport none = engine.clean(selections, true, stop.get_token());
     EXPECT_TRUE(none.removed.empty() && none.skipped.empty());
+}
+
+TEST(Clean, ClearsFilesBeforeToolsAndTellsHowTheFreeSpaceGrew)
+{
+    for (const auto& [capacities, isDryRun, freed] :
+         {std::tuple(std::vector<std::optional<std::int64_t>>{100, 700}, false, 600),
+          {{100, 700}, true, 0},
+          {{700, 100}, false, 0},
+          {{std::nullopt, 500}, false, 500}}) {
+        const auto disk = std::make_shared<ScriptedDisk>();
+        disk->capacities = capacities;
+        const Clean clean("/home/me", disk, {"/base/kept"},
+                          [&](std::span<const CleaningSelection> tools, bool dryRun, auto&&) {
+                              EXPECT_EQ(dryRun, isDryRun);
+                              EXPECT_EQ(disk->removed().empty(), dryRun);
+                              return CleaningReport{{{tools[0].rule.id, 1}}, {}};
+                          });
+        std::vector<CleaningSelection> selections(2);
+        selections[0].rule.id = "tool";
+        selections[0].rule.kind = RuleKind::command;
+        selections[1].rule.basePaths = {"/base"};
+        selections[1].items = {{"/base/kept/x", 1}, {"/base/a/x", 5}};
+        const Clean::Outcome outcome = clean.run(selections, isDryRun, {});
+        EXPECT_EQ(outcome.visibleFreedBytes, freed);
+        EXPECT_THAT(outcome.report.removed,
+                    ElementsAre(Removed{"/base/a/x", 5}, Removed{"tool", 1}));
+        EXPECT_THAT(outcome.report.skipped,
+                    ElementsAre(Skipped{"/base/kept/x", blockedBySafetyGuard}));
+    }
 }
 
 TEST(CleanEngine, TouchesNothingOutsideTheFolderThatItIsConfinedTo)

@@ -24,17 +24,11 @@ CategoryResult category(const std::string& id, RuleTier tier, RuleKind kind,
     return result;
 }
 
-CategoryResult whole(CategoryResult area)
-{
-    area.isClearedAsWhole = true;
-    return area;
-}
-
 SelectionState sample()
 {
     using enum RuleTier;
     using enum RuleKind;
-    return SelectionState({
+    std::vector<CategoryResult> results = {
         category("review", reviewRequired, fileSystem, {"r1", "same"}),
         category("caches", safe, fileSystem, {"c1", "c2", "c3"}),
         category("tool", safe, command, {"t1", "t2"}),
@@ -42,11 +36,13 @@ SelectionState sample()
         category("forms", reviewRequired, fileSystem, {"\u00e9", "e\u0301", "\xff", ""}),
         category("logs", reviewRequired, fileSystem, {"l3"}),
         category("empty", safe, fileSystem, {}),
-        whole(category("whole", reviewRequired, command, {"w1", "w2"})),
-    });
+        category("whole", safe, command, {"w1", "w2"}),
+    };
+    results.back().isClearedAsWhole = true;
+    return SelectionState(std::move(results));
 }
 
-/// "rule: item item |" for each selection, and the bytes.
+/// "rule: item item |" for each selection, with how many others there are, and the bytes.
 std::string chosen(const SelectionState& state)
 {
     std::string text;
@@ -55,7 +51,8 @@ std::string chosen(const SelectionState& state)
         for (const ScannedItem& item : selection.items) {
             text += " " + item.path;
         }
-        text += " | ";
+        text += selection.itemsLeftOut == 0 ? " | "
+                                            : " +" + std::to_string(selection.itemsLeftOut) + " | ";
     }
     return text + std::to_string(state.selectedBytes());
 }
@@ -67,13 +64,13 @@ TEST(SelectionState, HoldsWhatWasChosenLast)
     using Choose = std::function<void(SelectionState&)>;
     const std::pair<Choose, const char*> rows[] = {
         {[](auto&) {}, "caches: c1 c2 c3 | logs: l1 same | 122"},
-        {[](auto& s) { s.toggle("caches", "c2"); }, "caches: c1 c3 | logs: l1 same | 112"},
+        {[](auto& s) { s.toggle("caches", "c2"); }, "caches: c1 c3 +1 | logs: l1 same | 112"},
         {[](auto& s) { s.toggle("caches", "c2"), s.toggle("caches", "c2"); },
          "caches: c1 c2 c3 | logs: l1 same | 122"},
         {[](auto& s) { s.deselectAll(); }, "0"},
         {[](auto& s) { s.toggle("review", "same"), s.toggle("caches", "c1"), s.selectAll(); },
-         "review: same | caches: c1 c2 c3 | logs: l1 same | 132"},
-        {[](auto& s) { s.deselectAll(), s.toggle("logs", "same"); }, "logs: same | 10"},
+         "review: same +1 | caches: c1 c2 c3 | logs: l1 same | 132"},
+        {[](auto& s) { s.deselectAll(), s.toggle("logs", "same"); }, "logs: same +1 | 10"},
         {[](auto& s) { s.selectAll("review"); },
          "review: r1 same | caches: c1 c2 c3 | logs: l1 same | 133"},
         {[](auto& s) { s.deselectAll(), s.selectAll("tool"); }, "tool: t1 t2 | 11"},
@@ -81,13 +78,14 @@ TEST(SelectionState, HoldsWhatWasChosenLast)
         {[](auto& s) { s.selectAll("none"), s.deselectAll("none"), s.toggle("caches", "none"); },
          "caches: c1 c2 c3 | logs: l1 same | 122"},
         {[](auto& s) { s.deselectAll(), s.toggle("whole", "w2"); }, "whole: w1 w2 | 11"},
-        {[](auto& s) { s.deselectAll(), s.selectAll("whole"), s.toggle("whole", "w1"); }, "0"},
+        {[](auto& s) { s.selectAll("whole"), s.toggle("whole", "w1"); },
+         "caches: c1 c2 c3 | logs: l1 same | 122"},
         // Of two areas of one rule the first is meant.
         {[](auto& s) { s.deselectAll(), s.selectAll("logs"); }, "logs: l1 same | 11"},
         {[](auto& s) { s.deselectAll(), s.toggle("forms", "e\u0301"), s.toggle("forms", ""); },
-         "forms: e\u0301  | 1010"},
+         "forms: e\u0301  +2 | 1010"},
         {[](auto& s) { s.deselectAll(), s.setWhollySelected(4, true), s.toggle("forms", "\xff"); },
-         "forms: \u00e9 e\u0301  | 1011"},
+         "forms: \u00e9 e\u0301  +1 | 1011"},
     };
     for (const auto& [choose, expected] : rows) {
         SelectionState state = sample();
@@ -107,7 +105,6 @@ TEST(SelectionState, AnswersByIdAndByPosition)
     EXPECT_FALSE(state.isWhollySelected(6)) << "nothing is not all";
     state.toggle("caches", "c3");
     EXPECT_FALSE(state.isWhollySelected(1));
-    EXPECT_EQ(state.selections().front().itemsLeftOut, 1U);
     EXPECT_EQ(state.selectedCount(1), 2U);
     EXPECT_EQ(state.selectedBytes(1), 11);
     state.toggle("caches", "unknown");

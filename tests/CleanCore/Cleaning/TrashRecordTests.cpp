@@ -1,104 +1,62 @@
 #include "tests/Support/CleanableHome.h"
+#include "tests/Support/Table.h"
 
-#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <regex>
 
 namespace CleanCoreTests {
 
 using namespace CleanCore;
 
+namespace {
+
+/// A tree, the item to clean, its bases, how that ends, and the tree that is left. F is the folder
+/// of the entries in the Trash, I that of their records.
+const char* const rows = R"(
+F/a I/a.trashinfo F/b I/b.trashinfo F/a.trashinfo I/a.trashinfo.trashinfo | F/a | ~/F | removed all
+    | F/a.trashinfo F/b I/a.trashinfo.trashinfo I/b.trashinfo
+F/'LINES' I/'LINES.trashinfo' | F/LINES | ~/F/ | removed all | F/ I/
+F/ÿ I/ÿ.trashinfo | F/ÿ | ~/*/files | removed all | F/ I/
+# The nearest base counts, in whatever order the area names them.
+F/a/b I/a.trashinfo | F/a | ~/Trash ~/F | removed all | F/ I/
+F/link->a I/link.trashinfo I/a.trashinfo | F/link | ~/F | removed 0 | F/ I/a.trashinfo
+# It stays as long as its entry does.
+F/link->../../x I/link.trashinfo x | F/link | ~/F | blocked | F/link->../../x I/link.trashinfo x
+F/=0500 F/a I/a.trashinfo | F/a | ~/F | failed | F/=0500 F/a I/a.trashinfo
+# An entry of a folder in the Trash is no entry of the Trash.
+F/in/a I/a.trashinfo | F/in/a | ~/F | removed all | F/in/ I/a.trashinfo
+# What is no plain file is no record.
+F/a I/a.trashinfo->~/x x | F/a | ~/F | removed all | F/ I/a.trashinfo->~/x x
+F/a I/a.trashinfo/ | F/a | ~/F | removed all | F/ I/a.trashinfo/
+F/LONGEST | F/LONGEST | ~/F | removed all | F/
+# It is looked for beside the very folder that is cleaned, and through no link.
+F/a Trash/info->../other other/a.trashinfo | F/a | ~/F | removed all
+    | F/ Trash/info->../other other/a.trashinfo
+place/a F->../place I/a.trashinfo info/a.trashinfo | F/a | ~/F | removed all
+    | F->../place I/a.trashinfo info/a.trashinfo place/
+MyF/a MyI/a.trashinfo | MyF/a | ~/MyF | removed all | MyF/ MyI/a.trashinfo
+)";
+
+} // namespace
+
 TEST(TrashRecord, GoesWithItsOwnEntryAlone)
 {
     const std::string longest(255, 'n');
-    const struct
-    {
-        std::string tree;
-        std::string item;
-        std::vector<std::string> bases;
-        const char* outcome;
-        std::string left;
-    } rows[] = {
-        {"Trash/files/a Trash/info/a.trashinfo Trash/files/b Trash/info/b.trashinfo "
-         "Trash/files/a.trashinfo Trash/info/a.trashinfo.trashinfo",
-         "Trash/files/a",
-         {"~/Trash/files"},
-         "removed all",
-         "Trash/files/a.trashinfo Trash/files/b Trash/info/a.trashinfo.trashinfo "
-         "Trash/info/b.trashinfo"},
-        {"Trash/files/'two\nlines' Trash/info/'two\nlines.trashinfo'",
-         "Trash/files/two\nlines",
-         {"~/Trash/files/"},
-         "removed all",
-         "Trash/files/ Trash/info/"},
-        {"Trash/files/\xff Trash/info/\xff.trashinfo",
-         "Trash/files/\xff",
-         {"~/*/files"},
-         "removed all",
-         "Trash/files/ Trash/info/"},
-        {"x/Trash/files/a/b x/Trash/info/a.trashinfo",
-         "x/Trash/files/a",
-         // The nearest base counts, in whatever order the area names them.
-         {"~/x", "~/x/Trash/files"},
-         "removed all",
-         "x/Trash/files/ x/Trash/info/"},
-        {"Trash/files/link->a Trash/info/link.trashinfo Trash/info/a.trashinfo",
-         "Trash/files/link",
-         {"~/Trash/files"},
-         "removed 0",
-         "Trash/files/ Trash/info/a.trashinfo"},
-        // It stays as long as its entry does.
-        {"Trash/files/link->../../Documents Trash/info/link.trashinfo Documents/",
-         "Trash/files/link",
-         {"~/Trash/files"},
-         "blocked",
-         "Documents/ Trash/files/link->../../Documents Trash/info/link.trashinfo"},
-        {"Trash/files/=0500 Trash/files/a Trash/info/a.trashinfo",
-         "Trash/files/a",
-         {"~/Trash/files"},
-         "failed",
-         "Trash/files/=0500 Trash/files/a Trash/info/a.trashinfo"},
-        // An entry of a folder in the Trash is no entry of the Trash.
-        {"Trash/files/in/a Trash/info/a.trashinfo",
-         "Trash/files/in/a",
-         {"~/Trash/files"},
-         "removed all",
-         "Trash/files/in/ Trash/info/a.trashinfo"},
-        // What is no plain file is no record.
-        {"Trash/files/a Trash/info/a.trashinfo->~/x x",
-         "Trash/files/a",
-         {"~/Trash/files"},
-         "removed all",
-         "Trash/files/ Trash/info/a.trashinfo->~/x x"},
-        {"Trash/files/a Trash/info/a.trashinfo/",
-         "Trash/files/a",
-         {"~/Trash/files"},
-         "removed all",
-         "Trash/files/ Trash/info/a.trashinfo/"},
-        {"Trash/files/" + longest,
-         "Trash/files/" + longest,
-         {"~/Trash/files"},
-         "removed all",
-         "Trash/files/"},
-        // It is looked for beside the very folder that is cleaned, and through no link.
-        {"Trash/files/a Trash/info->../other other/a.trashinfo",
-         "Trash/files/a",
-         {"~/Trash/files"},
-         "removed all",
-         "Trash/files/ Trash/info->../other other/a.trashinfo"},
-        {"place/a Trash/files->../place Trash/info/a.trashinfo info/a.trashinfo",
-         "Trash/files/a",
-         {"~/Trash/files"},
-         "removed all",
-         "Trash/files->../place Trash/info/a.trashinfo info/a.trashinfo place/"},
-        {"MyTrash/files/a MyTrash/info/a.trashinfo",
-         "MyTrash/files/a",
-         {"~/MyTrash/files"},
-         "removed all",
-         "MyTrash/files/ MyTrash/info/a.trashinfo"},
-    };
-    for (const auto& [tree, item, bases, outcome, left] : rows) {
-        const CleanableHome home(tree);
-        EXPECT_EQ(home.outcomeOf(item, bases), outcome) << tree;
-        EXPECT_EQ(home.tree(), left) << tree;
+    for (std::vector<std::string>& row : table(rows)) {
+        for (const auto& [name, meaning] : {std::pair("\\bF\\b", "Trash/files"),
+                                            {"\\bI\\b", "Trash/info"},
+                                            {"MyF", "MyTrash/files"},
+                                            {"MyI", "MyTrash/info"},
+                                            {"LINES", "two\nlines"},
+                                            {"BYTES", "\xff"},
+                                            {"LONGEST", longest.c_str()}}) {
+            for (std::string& cell : row) {
+                cell = std::regex_replace(cell, std::regex(name), meaning);
+            }
+        }
+        const CleanableHome home(row[0]);
+        EXPECT_EQ(home.outcomeOf(row[1], words(row[2])), row[3]) << row[0];
+        EXPECT_EQ(home.tree(), row[4]) << row[0];
     }
 }
 

@@ -133,7 +133,7 @@ protected:
 
 TEST_F(CloudDriveChangeTest, nothingIsLostThatIsWrittenWhileReleasesAndFetchesGoOnAndAreKilled)
 {
-    const int operations = setting("ZORVANE_CHANGE_OPERATIONS", 500);
+    const int operations = setting("ZORVANE_CHANGE_OPERATIONS", 200);
     std::optional<Releaser> releaser;
     // Goes on until the releases have kept up with the changes, however busy the machine is.
     for (int i = 0; i < operations || (placeholdersMet < operations / 100 && i < 20 * operations);

@@ -217,6 +217,7 @@ TEST(CloudDriveTests, neitherFetchNorReleaseTouchesAFileThatItCannotProve)
 
         EXPECT_THAT(folders.drive().fetch(folders.local("file")),
                     ElementsAre(Refuses(folders.local("file"), row.reason)));
+        EXPECT_TRUE(snapshot(folders.home.path()) == before);
         static_cast<void>(folders.drive().release(folders.local("file")));
 
         EXPECT_TRUE(snapshot(folders.home.path()) == before);
@@ -226,9 +227,10 @@ TEST(CloudDriveTests, neitherFetchNorReleaseTouchesAFileThatItCannotProve)
 TEST(CloudDriveTests, aFileThatIsNoPlaceholderOfOursIsAFileLikeAnyOther)
 {
     const CloudFolders folders;
-    // A partly sparse one of the user's own, of the length and time of its copy.
+    // A partly sparse one of the user's own, of the length and time of its copy, otherwise equal.
     folders.makeCloudOnly("sparse", bytes(30'000));
-    folders.run(changeByte("drive/sparse") + " && touch -r mirror/sparse drive/sparse");
+    folders.run("dd status=none conv=notrunc bs=4096 count=1 if=mirror/sparse of=drive/sparse && "
+                "touch -r mirror/sparse drive/sparse");
     const std::string before = snapshot(folders.home.path());
     EXPECT_THAT(folders.drive().fetch(folders.local("sparse")), IsEmpty());
     EXPECT_THAT(folders.drive().release(folders.local("sparse")),

@@ -117,19 +117,29 @@ TEST_F(ICloudEvictorTests, findsTheOutermostDownloadedBundles)
     EXPECT_GT(statusOf(item.apps[1].probePath).st_blocks, 0);
 }
 
-TEST(TreeCountTest, figuresBeyondTheLargestStayAtIt)
+TEST(TreeCountTest, aBundleEndsWithItsFolderAndFiguresStayAtTheLargestNumber)
 {
     constexpr std::int64_t most = std::numeric_limits<std::int64_t>::max();
+    constexpr std::int64_t half = most / 2 + 1;
+    constexpr std::int64_t folder = -1;
     CleanCore::TreeCount count;
-    for (const char* path :
-         {"/x/A.app", "/x/A.app/one", "/x/A.app/two", "/x/B.app", "/x/B.app/one"}) {
-        const bool isFolder = std::string_view(path).ends_with(".app");
+    for (const auto& [path, size] : {std::pair("/x/A.app", folder),
+                                     {"/x/A.app/none", std::int64_t{0}},
+                                     {"/x/A.app/one", half},
+                                     {"/x/A.app/two", half},
+                                     {"/x/A.app too", folder},
+                                     {"/x/A.app too/file", half},
+                                     {"/x/B.app", folder},
+                                     {"/x/B.app/one", half}}) {
         count.add(
             {path,
-             {isFolder ? CleanCore::EntryKind::folder : CleanCore::EntryKind::file, most / 2 + 1}});
+             {size == folder ? CleanCore::EntryKind::folder : CleanCore::EntryKind::file, size}});
     }
     count.closeBundle();
     const ICloudItem item{"/x", count.bytes, count.files, count.apps};
+    EXPECT_THAT(item.apps,
+                ElementsAre(CleanCore::ICloudAppBundle{"/x/A.app", most, 3, "/x/A.app/one"},
+                            CleanCore::ICloudAppBundle{"/x/B.app", half, 1, "/x/B.app/one"}));
     EXPECT_EQ(item.localBytes, most);
     EXPECT_EQ(item.appBytes(), most);
     EXPECT_EQ(item.releasableBytes(), 0);

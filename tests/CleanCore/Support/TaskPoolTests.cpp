@@ -1,4 +1,4 @@
-#include "CleanCore/Support/SharedWork.h"
+#include "CleanCore/Support/TaskPool.h"
 
 #include <atomic>
 #include <gtest/gtest.h>
@@ -53,61 +53,6 @@ TEST(TaskPool, DropsWhatItHasNotStartedWhenItGoesEvenOnOneOfItsOwnWorkers)
         std::this_thread::yield();
     }
     EXPECT_FALSE(wasRun->load());
-}
-
-/// Adds up the numbers of a range, giving half away whenever somebody waits.
-class Sum : public SharedWork<std::pair<int, int>>
-{
-public:
-    using SharedWork::SharedWork;
-    std::atomic<std::int64_t> total = 0;
-    /// The largest number of threads that worked at the same time.
-    std::atomic<unsigned> mostAtOnce = 0;
-
-protected:
-    void workOn(std::pair<int, int> range) override
-    {
-        const unsigned working = ++m_working;
-        for (unsigned most = mostAtOnce; most < working;) {
-            mostAtOnce.compare_exchange_weak(most, working);
-        }
-        for (auto [from, to] = range; from < to; ++from) {
-            if (to - from > 1 && wantsPieces()) {
-                const int middle = from + (to - from) / 2;
-                offer({middle, to});
-                to = middle;
-            }
-            total += from;
-        }
-        --m_working;
-    }
-
-private:
-    std::atomic<unsigned> m_working = 0;
-};
-
-TEST(SharedWork, DoesEveryPieceOnceWithNoMoreHelpersThanItMay)
-{
-    constexpr int count = 50'000;
-    constexpr unsigned callers = 3;
-    for (const auto& [workers, helpers] :
-         {std::pair(1U, Sum::unlimited), {2U, Sum::unlimited}, {8U, 0U}, {8U, 1U}, {8U, 3U}}) {
-        const auto pool = std::make_shared<TaskPool>(workers);
-        const auto isDone = std::make_shared<std::latch>(callers + 1);
-        // More callers on the pool than it may have workers for, and one outside of it.
-        const auto call = [=, most = helpers] {
-            const auto sum = std::make_shared<Sum>(pool, most);
-            sum->run({0, count});
-            EXPECT_EQ(sum->total, std::int64_t{count} * (count - 1) / 2);
-            EXPECT_LE(sum->mostAtOnce, std::uint64_t{most} + 1);
-            isDone->count_down();
-        };
-        for (unsigned caller = 0; caller < callers; ++caller) {
-            pool->submit(call);
-        }
-        call();
-        isDone->wait();
-    }
 }
 
 } // namespace CleanCoreTests

@@ -3,7 +3,6 @@
 import os
 import pathlib
 import re
-import signal
 import subprocess
 
 from desktop import Desktop
@@ -26,19 +25,15 @@ EVENTS = ("object:children-changed", "object:state-changed", "object:property-ch
           "object:bounds-changed", "object:text-changed", "object:visible-data-changed", "window:")
 
 
-class NotSeen(AssertionError):
-    pass
-
-
 class Program:
     """A running program with one window."""
 
-    def __init__(self, *arguments, environment=None, errors):
+    def __init__(self, *arguments, environment, errors):
         self.errors = pathlib.Path(errors)
-        self.stderr = self.errors.open("wb")
-        self.process = subprocess.Popen(
-            list(map(str, arguments)), stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL,
-            stderr=self.stderr, env={**DESKTOP.environment, **(environment or {})})
+        with self.errors.open("wb") as stderr:
+            self.process = subprocess.Popen(
+                list(map(str, arguments)), stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL,
+                stderr=stderr, env={**DESKTOP.environment, **environment})
         self.listener = Atspi.EventListener.new(lambda event: None)
         for event in EVENTS:
             self.listener.register(event)
@@ -48,7 +43,7 @@ class Program:
 
     def _connect(self):
         if self.process.poll() is not None:
-            raise NotSeen(f"the program ended: {self.errors.read_text()}")
+            raise AssertionError(f"the program ended: {self.errors.read_text()}")
         desktop = Atspi.get_desktop(0)
         for index in range(desktop.get_child_count()):
             application = desktop.get_child_at_index(index)
@@ -65,14 +60,12 @@ class Program:
         end = GLib.get_monotonic_time() + PATIENCE * 1000
         while True:
             try:
-                result = condition()
+                if result := condition():
+                    return result
             except GLib.Error:
-                # The thing was gone when it was looked at.
-                result = None
-            if result:
-                return result
+                pass  # The thing was gone when it was looked at.
             if GLib.get_monotonic_time() > end:
-                raise NotSeen(f"did not see {what}; there is:\n" + "\n".join(self.texts()))
+                raise AssertionError(f"did not see {what}; there is:\n" + "\n".join(self.texts()))
             ticked = []
             source = GLib.timeout_add(TICK, lambda: ticked.append(True))
             GLib.MainContext.default().iteration(True)
@@ -81,37 +74,14 @@ class Program:
 
     # Looking
 
-    def everything(self):
+    def everything(self, below_a_dialog=False):
         """All that is showing, in the order of the tree; while there is a dialog, it alone."""
         if self.application is None:
             return []
         self.application.clear_cache()
-        things = self._everything(self.application)
-        for thing in things:
-            if thing.get_role_name() == "dialog":
-                return self._everything(thing)
-        return things
-
-    def everything_below(self):
-        """All that is showing, whether or not there is a dialog above it."""
-        self.application.clear_cache()
-        return self._everything(self.application)
-
-    def _everything(self, root):
-        found = []
-
-        def visit(thing):
-            for index in range(thing.get_child_count()):
-                child = thing.get_child_at_index(index)
-                if child is None:
-                    continue
-                states = child.get_state_set()
-                if states.contains(Atspi.StateType.SHOWING):
-                    found.append(child)
-                    visit(child)
-
-        visit(root)
-        return found
+        things = showing(self.application)
+        dialogs = [thing for thing in things if thing.get_role_name() == "dialog"]
+        return showing(dialogs[0]) if dialogs and not below_a_dialog else things
 
     def texts(self):
         try:
@@ -128,31 +98,19 @@ class Program:
 
     def rows(self, role):
         """The names of the showing things of a role, from the top of the screen to its bottom."""
-        def top(thing):
-            return thing.get_extents(Atspi.CoordType.SCREEN).y
-
         things = [thing for thing in self.everything() if thing.get_role_name() == role]
-        return [thing.get_name() for thing in sorted(things, key=top)]
+        return [thing.get_name() for thing in sorted(
+            things, key=lambda thing: thing.get_extents(Atspi.CoordType.SCREEN).y)]
 
     def see(self, name, role=None):
         return self.wait_for(lambda: self.seen(name, role), repr(name))[0]
 
-    def see_no(self, name, role=None):
-        self.wait_for(lambda: not self.seen(name, role), f"the end of {name!r}")
-
-    def has_state(self, name, state, role=None):
-        return any(thing.get_state_set().contains(state) for thing in self.seen(name, role))
-
-    def wait_for_state(self, name, state, role=None, is_set=True):
-        self.wait_for(
-            lambda: self.seen(name, role) and self.has_state(name, state, role) == is_set,
-            f"{name!r} {'' if is_set else 'not '}{state}")
-
-    def is_ticked(self, name):
-        return self.has_state(name, Atspi.StateType.CHECKED)
+    def see_no(self, name):
+        self.wait_for(lambda: not self.seen(name), f"the end of {name!r}")
 
     def wait_for_tick(self, name, is_ticked=True):
-        self.wait_for_state(name, Atspi.StateType.CHECKED, is_set=is_ticked)
+        self.wait_for(lambda: self.see(name).get_state_set().contains(Atspi.StateType.CHECKED)
+                      == is_ticked, f"{name!r} {'' if is_ticked else 'not '}ticked")
 
     def is_enabled(self, name):
         return self.see(name).get_description() != "Not available"
@@ -168,9 +126,8 @@ class Program:
             if self.place()[:2] != self.real_place():
                 places.clear()
                 return False
-            extents = self.see(name, role).get_extents(Atspi.CoordType.SCREEN)
-            places.append((extents.x, extents.y, extents.width, extents.height))
-            return len(places) > 1 and places[-1] == places[-2] and extents.width > 0
+            places.append(extents(self.see(name, role)))
+            return len(places) > 1 and places[-1] == places[-2] and places[-1][2] > 0
 
         self.wait_for(is_at_rest, f"{name!r} at rest")
         return places[-1]
@@ -182,9 +139,9 @@ class Program:
     def click_at(self, x, y, times=1):
         DESKTOP.run("xdotool", "mousemove", x, y, "click", "--repeat", times, 1)
 
-    def press(self, name, role=None):
+    def press(self, name):
         """What an assistive tool does, where the mouse would not reach."""
-        self.see(name, role).do_action(0)
+        self.see(name).do_action(0)
 
     def drag(self, start, has_come_about, what):
         """Presses at a place of the screen, which is given anew for each try, moves on to the lower
@@ -205,17 +162,13 @@ class Program:
 
         self.wait_for(attempt, what)
 
-    def focus(self, name, role=None):
-        self.see(name, role).grab_focus()
-        self.wait_for(lambda: self.has_focus(name), f"the focus on {name!r}")
-
-    def has_focus(self, name):
-        return self.has_state(name, Atspi.StateType.FOCUSED)
-
     def focused(self):
         """The names of all that has the keyboard, scopes included."""
         return [thing.get_name() for thing in self.everything()
                 if thing.get_state_set().contains(Atspi.StateType.FOCUSED)]
+
+    def wait_for_focus(self, name):
+        self.wait_for(lambda: name in self.focused(), f"the keyboard on {name!r}")
 
     def key(self, *keys):
         DESKTOP.run("xdotool", "key", *keys)
@@ -226,8 +179,7 @@ class Program:
 
     def place(self):
         """The window's left and top edge, its width and height."""
-        frame = self.application.get_child_at_index(0).get_extents(Atspi.CoordType.SCREEN)
-        return frame.x, frame.y, frame.width, frame.height
+        return extents(self.application.get_child_at_index(0))
 
     def real_place(self):
         """The window's left and top edge as the display has it, which the program is told a little
@@ -236,27 +188,36 @@ class Program:
             facts = DESKTOP.run("xwininfo", "-id", self.window())
         except subprocess.CalledProcessError:
             return None
-        return tuple(int(re.search(rf"Absolute upper-left {axis}: +(-?\d+)", facts)[1])
-                     for axis in "XY")
+        return tuple(map(int, re.findall(r"Absolute upper-left [XY]: +(-?\d+)", facts)))
 
-    def size(self):
-        return self.place()[2:]
+    def wait_for_size(self, *expected):
+        self.wait_for(lambda: self.place()[2:] == expected, f"the size {expected}")
 
     def resize(self, width, height, comes_to=None):
         """Asks the window manager for a size, and waits for what it comes to."""
         DESKTOP.run("xdotool", "windowsize", self.window(), width, height)
-        expected = comes_to or (width, height)
-        self.wait_for(lambda: self.size() == expected, f"the size {expected}")
+        self.wait_for_size(*(comes_to or (width, height)))
 
     # Ending
 
     def wait_for_end(self):
         self.wait_for(lambda: self.process.poll() is not None, "the end of the program")
-        self.listener = None
-        self.stderr.close()
         return self.process.returncode
 
     def kill(self):
-        if self.process.poll() is None:
-            self.process.send_signal(signal.SIGKILL)
+        self.process.kill()
         self.wait_for_end()
+
+
+def showing(root):
+    found = []
+    for index in range(root.get_child_count()):
+        child = root.get_child_at_index(index)
+        if child is not None and child.get_state_set().contains(Atspi.StateType.SHOWING):
+            found += [child, *showing(child)]
+    return found
+
+
+def extents(thing):
+    place = thing.get_extents(Atspi.CoordType.SCREEN)
+    return place.x, place.y, place.width, place.height

@@ -1,9 +1,0 @@
-#pragma once
-
-#include "tests/Support/ScriptedDisk.h"
-
-namespace CleanCoreTests {
-
-using ScriptedFileManager = ScriptedDisk;
-
-} // namespace CleanCoreTests
