@@ -117,7 +117,10 @@ void delay(ScriptedApplication& application, const std::string& name)
         [late = ScriptedApplication::cloudPath(name), times = std::make_shared<std::atomic<int>>()](
             const std::string& path) { isLate = path == late && (*times)++ == 0; };
     application.steadyNow = [] {
-        return std::chrono::steady_clock::time_point() + std::chrono::seconds(isLate ? 91 : 0);
+        // Late once: the thread may begin the next attempt too, and reads the clock before its
+        // visit.
+        return std::chrono::steady_clock::time_point() +
+               std::chrono::seconds(std::exchange(isLate, false) ? 91 : 0);
     };
 }
 
