@@ -1,6 +1,5 @@
 #include "CleanCore/Scanning/ScanEngine.h"
 
-#include "CleanCore/Scanning/Scan.h"
 #include "CleanCore/Support/TaskPool.h"
 #include "tests/Support/ScriptedDisk.h"
 
@@ -137,42 +136,6 @@ TEST_F(ScanEngineTest, FindsTheItemsOfEachBaseInTurnAndFlagsWhatItCannotList)
         rule.exclusions = {"spared"};
         EXPECT_EQ(found(rule, Timestamp(std::chrono::days(1))), items);
     }
-}
-
-TEST_F(ScanEngineTest, ScansAPartOfTheCatalogAsTheWholeAndToolsLast)
-{
-    disk->add("/base", "item", 7);
-    disk->add("/base", "other", 5);
-    disk->add("/base/item", "inner", 3);
-    const std::vector<CleaningRule> catalog = {ruleFor("outer", {"/base"}),
-                                               ruleFor("inner", {"/base/item"}),
-                                               ruleFor("tool", {}, RuleKind::command)};
-    std::stop_source source;
-    for (const bool isStopped : {false, true}) {
-        Strings log;
-        const Scan whole("/home/me", disk, pool,
-                         [&](std::span<const CleaningRule> rules, const std::stop_token&) {
-                             log.push_back("tools of " + std::to_string(rules.size()));
-                             if (isStopped) {
-                                 source.request_stop();
-                             }
-                             return std::vector{CategoryResult{rules.back(), {{"t", 9}}}};
-                         });
-        const Scan::Progress progress{
-            [&](const std::string&) {},
-            [&](std::int64_t bytes) { log.push_back(std::to_string(bytes)); },
-            [&] { log.emplace_back("files"); }};
-        const std::vector part = {catalog[0], catalog[2]};
-        const auto results = whole.run(part, catalog, {}, progress, source.get_token());
-        EXPECT_EQ(log, (Strings{"12", "files", "tools of 2"}));
-        ASSERT_EQ(results.has_value(), !isStopped);
-        if (results) {
-            ASSERT_EQ(results->size(), 2U);
-            EXPECT_EQ(results->at(0).items, (std::vector<ScannedItem>{{"t", 9}}));
-            EXPECT_EQ(results->at(1).items, (std::vector<ScannedItem>{{"/base/other", 5, {}}}));
-        }
-    }
-    EXPECT_FALSE(Scan("/home/me", disk, pool).run(catalog, catalog, {}, {}, source.get_token()));
 }
 
 TEST_F(ScanEngineTest, IsCancelledInsideABaseByDroppingOrCancellingTheStream)
