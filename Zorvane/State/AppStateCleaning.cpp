@@ -163,11 +163,7 @@ void AppState::setCleaningReport(std::optional<CleaningReport> report)
     std::swap(m_cleaningReport, report);
     emit cleaningReportChanged();
     if (report) {
-<<<<<<< HEAD
-        // Freed on the pool: so many paths would hold up the main thread.
-=======
         // Freeing so many paths takes a while, so the pool does it.
->>>>>>> state
         m_environment.home.pool->submit([old = std::move(report)] {});
     }
 }

@@ -64,11 +64,7 @@ void AppState::startScan()
     setBytesFoundSoFar(0);
 
     m_scan = std::make_shared<std::stop_source>();
-<<<<<<< HEAD
-    // Makes a function that runs on the main thread, and only while this scan is the current one.
-=======
     // Makes a callback that posts to the main thread and is ignored once this scan is not current.
->>>>>>> state
     const auto onMainThread = [this, scan = m_scan](auto operation) {
         return [this, scan, operation, queue = m_queue](const auto&... arguments) {
             queue->post([this, scan, operation, arguments...] {
@@ -118,17 +114,10 @@ void AppState::cancelScan()
 void AppState::publishResults(const CleanCore::SelectionState& results)
 {
     if (m_showConfirmation) {
-<<<<<<< HEAD
-        // The question is about results that are gone.
-        setShowConfirmation(false);
-    }
-    // Freed on the pool: a million items would hold up the main thread.
-=======
         // The confirmation is about the old results.
         setShowConfirmation(false);
     }
     // Freeing a million items takes a while, so the pool does it.
->>>>>>> state
     m_environment.home.pool->submit([old = std::exchange(m_selection, results)] {});
     m_hasCategories = true;
     emit categoriesChanged();
