@@ -71,16 +71,4 @@ struct CloudFolders
     const TemporaryFolder home;
 };
 
-/// Whether every byte of `content`, which holds no zero, is in the file at `path`, or else released
-/// there and in `uploaded`, the content of its copy.
-[[nodiscard]] inline bool isSafe(const std::string& path, const std::string& content,
-                                 const std::string& uploaded)
-{
-    std::string local = contentOf(path);
-    for (std::size_t i = 0; i < local.size() && i < uploaded.size(); ++i) {
-        local[i] = local[i] == '\0' ? uploaded[i] : local[i];
-    }
-    return local == content;
-}
-
 } // namespace CleanCoreTests

@@ -22,12 +22,18 @@ struct RefusingDrive : CloudDrive
     std::vector<CloudRefusal> fetch(const std::string&) const override { return {}; }
 };
 
-constexpr EntryAttributes folder = {EntryKind::folder, 0};
-constexpr EntryAttributes link = {EntryKind::symbolicLink, 9};
-
-EntryAttributes file(std::int64_t bytes)
+/// From the paths of folders, and of files as "path:bytes".
+ScriptedDisk::Entries entries(const std::string& text)
 {
-    return {EntryKind::file, bytes};
+    ScriptedDisk::Entries all;
+    for (const std::string& word : words(text)) {
+        const auto end = word.find(':');
+        all.push_back({word.substr(0, end), {EntryKind::folder, 0}});
+        if (end != std::string::npos) {
+            all.back().second = {EntryKind::file, std::stoll(word.substr(end + 1))};
+        }
+    }
+    return all;
 }
 
 struct ICloudEvictorTests : testing::Test
@@ -45,14 +51,13 @@ struct ICloudEvictorTests : testing::Test
 TEST_F(ICloudEvictorTests, listsAndMeasuresEntriesLargestFirst)
 {
     disk->folders["/drive"].names = {".hidden", "a", "b", "c", "cloud", "link", "sealed", "none"};
-    disk->trees["/drive"] = {{".hidden", file(7)}, {"a", file(5)}, {"c", file(5)},
-                             {"cloud", file(0)},   {"link", link}, {"sealed", folder}};
-    disk->trees["/drive/b"] = {{".hidden", file(5)}, {"link", link}, {"two", file(5)}};
-    EXPECT_THAT(evictor().topLevelChildren(),
-                ElementsAre("/drive/a", "/drive/b", "/drive/c", "/drive/cloud", "/drive/link",
-                            "/drive/sealed", "/drive/none"));
+    disk->trees["/drive"] = entries(".hidden:7 a:5 c:5 cloud:0 sealed");
+    disk->trees["/drive"].push_back({"link", {EntryKind::symbolicLink, 9}});
+    disk->trees["/drive/b"] = entries(".hidden:5 two:5");
+    disk->trees["/drive/b"].push_back({"link", {EntryKind::symbolicLink, 9}});
     const std::vector<ICloudItem> items = {
         {"/drive/b", 10, 2, {}}, {"/drive/a", 5, 1, {}}, {"/drive/c", 5, 1, {}}};
+    EXPECT_EQ(evictor().topLevelChildren().size(), 7U);
     EXPECT_EQ(evictor().listLocalCopies(), items);
     EXPECT_EQ(evictor(nullptr, std::make_shared<TaskPool>(4)).listLocalCopies(), items);
     disk->folders["/drive"].error = EACCES;
@@ -61,45 +66,25 @@ TEST_F(ICloudEvictorTests, listsAndMeasuresEntriesLargestFirst)
 
 TEST_F(ICloudEvictorTests, findsTheOutermostDownloadedBundlesAndStaysAtTheLargestNumber)
 {
-    disk->trees["/drive/x"] = {{"A.app", folder},
-                               {"A.app/none", file(0)},
-                               {"A.app/one", file(4)},
-                               {"A.app/In.app", folder},
-                               {"A.app/In.app/two", file(4)},
-                               {"A.appendix", folder},
-                               {"A.appendix/file", file(1)},
-                               {"Gone.app", folder},
-                               {"Gone.app/file", file(0)},
-                               {"Notes.APP", folder},
-                               {"Notes.APP/file", file(1)},
-                               {".app", folder},
-                               {".app/file", file(1)},
-                               {"B.app", folder},
-                               {"B.app/one", file(2)},
-                               {"file.app", file(1)}};
-    ICloudItem item = evictor().measureChild("/drive/x").item;
-    EXPECT_EQ(item, (ICloudItem{"/drive/x",
-                                14,
-                                9,
-                                {{"/drive/x/A.app", 8, 3, "/drive/x/A.app/one"},
-                                 {"/drive/x/B.app", 2, 1, "/drive/x/B.app/one"}}}));
-    EXPECT_EQ(item.releasableBytes(), 4);
-    EXPECT_EQ(item.releasableFileCount(), 5);
+    disk->trees["/x"] = entries("A.app A.app/none:0 A.app/one:4 A.app/In.app A.app/In.app/two:4 "
+                                "A.appendix A.appendix/file:1 Gone.app Gone.app/file:0 N.APP "
+                                "N.APP/file:1 .app .app/file:1 B.app B.app/one:2 file.app:1");
+    ICloudItem item = evictor().measureChild("/x").item;
+    EXPECT_THAT(item.apps, ElementsAre(ICloudAppBundle{"/x/A.app", 8, 3, "/x/A.app/one"},
+                                       ICloudAppBundle{"/x/B.app", 2, 1, "/x/B.app/one"}));
+    EXPECT_EQ(std::pair(item.localBytes, item.releasableBytes()), std::pair(14L, 4L));
+    EXPECT_EQ(std::pair(item.fileCount, item.releasableFileCount()), std::pair(9L, 5L));
 
-    disk->trees["/drive/x"] = {{"A.app", folder},
-                               {"A.app/a", file(INT64_MAX)},
-                               {"A.app/b", file(1)},
-                               {"B.app", folder},
-                               {"B.app/c", file(1)}};
-    item = evictor().measureChild("/drive/x").item;
+    disk->trees["/x"] = entries("A.app A.app/a:9223372036854775807 A.app/b:1 B.app B.app/c:1");
+    item = evictor().measureChild("/x").item;
     EXPECT_EQ(std::tuple(item.localBytes, item.apps.front().localBytes, item.appBytes()),
               std::tuple(INT64_MAX, INT64_MAX, INT64_MAX));
 }
 
 TEST_F(ICloudEvictorTests, aFolderIsCheckedAgainstTheDeadlineAtOnceAndEvery256Files)
 {
-    disk->trees["/drive"] = {{"file", file(0)}};
-    disk->trees["/drive/folder"].assign(2000, {"file", file(0)});
+    disk->trees["/drive"] = entries("file:0");
+    disk->trees["/drive/folder"].assign(2000, {"file", {EntryKind::file, 0}});
     for (const auto& row : table(R"(
 /drive/folder | 0 | 0 late
 /drive/folder | 1 | 256 late
@@ -123,7 +108,7 @@ TEST_F(ICloudEvictorTests, aFolderIsCheckedAgainstTheDeadlineAtOnceAndEvery256Fi
 TEST_F(ICloudEvictorTests, asksForItemsInsideTheContainerUntilItIsStoppedAndReportsWhatCameOfIt)
 {
     // Gone has been released by then, Removed is not there any more.
-    disk->trees["/drive"] = {{"Gone", file(0)}, {"Kept", file(8)}, {"Larger", file(9)}};
+    disk->trees["/drive"] = entries("Gone:0 Kept:8 Larger:9");
     disk->links = {{"/drive", "/real"},
                    {"/drive/c", "/real/c"},
                    {"/drive/in", "/real/a"},
