@@ -1,5 +1,6 @@
 #include "CleanCore/FileSystem/Walking/TreeMeasurer.h"
 
+#include "CleanCore/FileSystem/Walking/FolderStack.h"
 #include "CleanCore/Support/PathText.h"
 #include "CleanCore/Support/TaskPool.h"
 #include "tests/Support/RandomTree.h"
@@ -104,6 +105,27 @@ TEST(TreeMeasurer, DividesAFlatFolderAmongItsWorkers)
     root.setTime("file", 2'000'000'000, 1);
     expectAsModelled(root.path(), {"flat"});
     EXPECT_GE(modelOf(root.path("flat")).first, count * 512);
+}
+
+TEST(FolderStack, DoesNotGoOnWhereAFolderWasMovedTo)
+{
+    for (const bool isMoved : {false, true}) {
+        const TemporaryFolder root;
+        root.make("a/b/c/ elsewhere/");
+        FolderStack stack(2);
+        for (const char* const path : {"", "a", "a/b", "a/b/c"}) {
+            FileDescriptor folder(
+                ::open(root.path(path).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+            EntryStatus status;
+            ASSERT_EQ(readStatus(folder.get(), "", status), 0);
+            stack.push(std::move(folder), status);
+        }
+        if (isMoved) {
+            root.move("a/b/c", "elsewhere/c");
+        }
+        EXPECT_EQ(stack.pop(), !isMoved);
+        EXPECT_EQ(stack.isEmpty(), isMoved);
+    }
 }
 
 TEST(TreeMeasurer, GoesDeeperThanPathsAndDescriptorsReach)

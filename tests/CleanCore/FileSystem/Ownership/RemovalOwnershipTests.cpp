@@ -25,7 +25,7 @@ protected:
 
     void makeOwned(std::string_view tree) const
     {
-        home.make(tree);
+        home.make(std::string(tree));
         give("", owner, owner);
         for (const auto& entry : std::filesystem::recursive_directory_iterator(home.path())) {
             ASSERT_EQ(::lchown(entry.path().c_str(), owner, owner), 0);
