@@ -25,25 +25,13 @@ void collect(QtMsgType type, const QMessageLogContext& context, const QString& t
     }
 }
 
-/// `text` as in a language that takes two fifths more room and has dots on its vowels. Markup and
-/// placeholders stay.
+/// `text` as in a language that takes two fifths more room.
 QString lengthened(const QString& text)
 {
-    static const QString plain = QStringLiteral("aouAOU");
-    static const QString dotted = QStringLiteral("äöüÄÖÜ");
-    static const QString filler = QStringLiteral("überprüfungsgenehmigungsverfahren");
-    QString result;
-    bool isMarkup = false;
-    for (const QChar letter : text) {
-        isMarkup = letter == u'<' || (isMarkup && letter != u'>');
-        const qsizetype vowel = isMarkup ? -1 : plain.indexOf(letter);
-        result += vowel < 0 ? letter : dotted[vowel];
-    }
-    for (qsizetype missing = (2 * text.size() + 4) / 5; missing > 0; missing -= filler.size() + 1) {
-        // A short text gets a longer last word, a long one further words.
-        result += (missing > 4 ? QStringLiteral(" ") : QString()) + filler.left(missing);
-    }
-    return result;
+    static const QString filler = QStringLiteral(" überprüfungsgenehmigungsverfahren");
+    // A short text gets a longer last word, a long one further words.
+    const qsizetype missing = (2 * text.size() + 4) / 5;
+    return text + filler.repeated(2 + missing / filler.size()).mid(missing > 4 ? 0 : 1, missing);
 }
 
 class LengthenedTexts : public QTranslator
@@ -87,10 +75,10 @@ void addVisible(QQuickItem& item, const TestWindow::Predicate& isWanted,
     }
 }
 
-QQuickItem& existing(const std::vector<QQuickItem*>& found, const QString& name)
+QQuickItem& topmost(const std::vector<QQuickItem*>& found, const std::string& name)
 {
     if (found.empty()) {
-        throw std::runtime_error("no " + name.toStdString());
+        throw std::runtime_error("no " + name);
     }
     return *found.back();
 }
@@ -108,10 +96,15 @@ QStringList takeWarnings()
     return std::exchange(collectedWarnings, {});
 }
 
-bool isOfType(const QQuickItem& item, const QString& qmlType)
+bool isIn(const QQuickItem* item, const Strings& qmlTypes)
 {
-    return QString::fromLatin1(item.metaObject()->className())
-        .startsWith(qmlType + QLatin1String("_QMLTYPE"));
+    while (
+        item != nullptr && std::ranges::none_of(qmlTypes, [&](const std::string& type) {
+            return std::string_view(item->metaObject()->className()).starts_with(type + "_QMLTYPE");
+        })) {
+        item = item->parentItem();
+    }
+    return item != nullptr;
 }
 
 QAccessibleInterface& accessible(const QQuickItem& item)
@@ -131,63 +124,57 @@ std::vector<QQuickItem*> TestWindow::items(const Predicate& isWanted) const
     return found;
 }
 
-QQuickItem& TestWindow::item(const QString& qmlType) const
+std::vector<QQuickItem*> TestWindow::itemsOfClass(const char* cppClass) const
 {
-    return existing(items([&](const QQuickItem& item) { return isOfType(item, qmlType); }),
-                    qmlType);
+    return items([&](const QQuickItem& item) { return item.inherits(cppClass); });
 }
 
-std::vector<QQuickItem*> TestWindow::controls(const QString& name) const
+QQuickItem& TestWindow::item(const std::string& qmlType) const
+{
+    // The outermost one: the items in it are not of its type.
+    return topmost(items([&](const QQuickItem& item) {
+                       return isIn(&item, {qmlType}) && !isIn(item.parentItem(), {qmlType});
+                   }),
+                   qmlType);
+}
+
+std::vector<QQuickItem*> TestWindow::controls(const std::string& name) const
 {
     return items([&](const QQuickItem& item) {
         const QMetaObject* type = item.metaObject();
         return (type->indexOfSignal("clicked()") >= 0 || type->indexOfSignal("triggered()") >= 0) &&
-               accessible(item).text(QAccessible::Name).startsWith(name);
+               accessible(item).text(QAccessible::Name).toStdString().starts_with(name);
     });
 }
 
-QQuickItem& TestWindow::control(const QString& name) const
+QQuickItem& TestWindow::control(const std::string& name) const
 {
-    return existing(controls(name), name);
+    return topmost(controls(name), name);
 }
 
-bool TestWindow::has(const QString& name) const
+bool TestWindow::has(const std::string& name) const
 {
     return !controls(name).empty();
 }
 
-QStringList TestWindow::texts() const
-{
-    QStringList texts;
-    for (const QQuickItem* item :
-         items([](const QQuickItem& each) { return each.inherits("QQuickText"); })) {
-        texts << item->property("text").toString();
-    }
-    return texts;
-}
-
-QString TestWindow::focused() const
+std::string TestWindow::focused() const
 {
     const QQuickItem* const item = m_window->activeFocusItem();
-    return item == nullptr ? QString() : accessible(*item).text(QAccessible::Name);
+    return item == nullptr ? "" : accessible(*item).text(QAccessible::Name).toStdString();
 }
 
-bool TestWindow::hasFocusIn(const QString& qmlType) const
+bool TestWindow::hasFocusIn(const std::string& qmlType) const
 {
-    const QQuickItem* item = m_window->activeFocusItem();
-    while (item != nullptr && !isOfType(*item, qmlType)) {
-        item = item->parentItem();
-    }
-    return item != nullptr;
+    return isIn(m_window->activeFocusItem(), {qmlType});
 }
 
-void TestWindow::press(const QString& name) const
+void TestWindow::press(const std::string& name) const
 {
     act(control(name));
     settle();
 }
 
-void TestWindow::click(const QString& name) const
+void TestWindow::click(const std::string& name) const
 {
     const QQuickItem& item = control(name);
     QTest::mouseClick(m_window, Qt::LeftButton, {},
@@ -201,30 +188,32 @@ void TestWindow::key(Qt::Key key, Qt::KeyboardModifiers modifiers) const
     settle();
 }
 
-void TestWindow::activate() const
+void TestWindow::activate(const std::string& name) const
 {
     m_window->requestActivate();
     if (!QTest::qWaitForWindowActive(m_window)) {
         throw std::runtime_error("the window does not become active");
     }
+    if (!name.empty()) {
+        // An item that has the focus would not learn that the Tab key brought it.
+        control(name).setFocus(false);
+        control(name).forceActiveFocus(Qt::TabFocusReason);
+    }
 }
 
 void TestWindow::settle() const
 {
-    QCoreApplication::processEvents();
-    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-    static_cast<void>(m_window->grabWindow());
-    QCoreApplication::processEvents();
+    if (m_window != nullptr) {
+        QCoreApplication::processEvents();
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        static_cast<void>(m_window->grabWindow());
+        QCoreApplication::processEvents();
+    }
 }
 
 QImage TestWindow::picture() const
 {
     return m_window->grabWindow().convertToFormat(QImage::Format_RGB32);
-}
-
-QColor TestWindow::colorAt(QPointF place) const
-{
-    return picture().pixelColor((place * m_window->effectiveDevicePixelRatio()).toPoint());
 }
 
 void TestWindow::show(const std::function<void(QQmlApplicationEngine&)>& load)

@@ -22,7 +22,8 @@ void collectWarnings();
 /// The warnings since the last call.
 [[nodiscard]] QStringList takeWarnings();
 
-[[nodiscard]] bool isOfType(const QQuickItem& item, const QString& qmlType);
+/// Whether it, or an item around it, is of one of these QML types.
+[[nodiscard]] bool isIn(const QQuickItem* item, const Strings& qmlTypes);
 [[nodiscard]] QAccessibleInterface& accessible(const QQuickItem& item);
 void act(const QQuickItem& item, const QString& action = QAccessibleActionInterface::pressAction());
 
@@ -38,26 +39,25 @@ public:
 
     [[nodiscard]] QQuickWindow& window() const { return *m_window; }
     [[nodiscard]] std::vector<QQuickItem*> items(const Predicate& isWanted) const;
-    [[nodiscard]] QQuickItem& item(const QString& qmlType) const;
+    [[nodiscard]] std::vector<QQuickItem*> itemsOfClass(const char* cppClass) const;
+    [[nodiscard]] QQuickItem& item(const std::string& qmlType) const;
     /// By the beginning of its accessible name; the topmost of several.
-    [[nodiscard]] QQuickItem& control(const QString& name) const;
-    [[nodiscard]] bool has(const QString& name) const;
-    [[nodiscard]] QStringList texts() const;
+    [[nodiscard]] QQuickItem& control(const std::string& name) const;
+    [[nodiscard]] bool has(const std::string& name) const;
     /// The accessible name of the item with the keyboard focus.
-    [[nodiscard]] QString focused() const;
-    [[nodiscard]] bool hasFocusIn(const QString& qmlType) const;
+    [[nodiscard]] std::string focused() const;
+    [[nodiscard]] bool hasFocusIn(const std::string& qmlType) const;
 
     /// As an assistive tool does, also out of sight.
-    void press(const QString& name) const;
-    void click(const QString& name) const;
+    void press(const std::string& name) const;
+    void click(const std::string& name) const;
     void key(Qt::Key key, Qt::KeyboardModifiers modifiers = {}) const;
-    /// Makes it the window that has the keyboard.
-    void activate() const;
-    /// Handles pending events and lays everything out.
+    /// Makes it the window that has the keyboard, and gives it to this control by the Tab key.
+    void activate(const std::string& name = {}) const;
+    /// Handles pending events and lays everything out, if the window exists.
     void settle() const;
 
     [[nodiscard]] QImage picture() const;
-    [[nodiscard]] QColor colorAt(QPointF place) const;
 
 protected:
     ~TestWindow() = default;
@@ -65,7 +65,7 @@ protected:
     void close() { m_engine.reset(); }
 
 private:
-    [[nodiscard]] std::vector<QQuickItem*> controls(const QString& name) const;
+    [[nodiscard]] std::vector<QQuickItem*> controls(const std::string& name) const;
 
     std::unique_ptr<QQmlApplicationEngine> m_engine;
     QQuickWindow* m_window = nullptr;
