@@ -17,6 +17,21 @@ QRectF lettersOf(const QQuickItem& text)
     return text.mapRectToScene({left, 0, width, text.property("contentHeight").toReal()});
 }
 
+/// Into the folder that ZORVANE_PICTURES names, for whoever wants to look at them.
+void savePicture(const MainWindow& window, const Scene& scene, const char* wording)
+{
+    const QString folder = qEnvironmentVariable("ZORVANE_PICTURES");
+    const QQuickWindow& shown = window.window();
+    const QString name = QStringLiteral("%1/%2%3-%4x%5-%6-%7.png")
+                             .arg(folder, QString::fromStdString(scene.name).replace(u' ', u'-'),
+                                  QLatin1String(wording))
+                             .arg(shown.width())
+                             .arg(shown.height())
+                             .arg(shown.effectiveDevicePixelRatio())
+                             .arg(QQuickWindow::sceneGraphBackend());
+    EXPECT_TRUE(folder.isEmpty() || window.picture().save(name));
+}
+
 class Layout : public testing::TestWithParam<Scene>
 {
 };
@@ -28,6 +43,7 @@ TEST_P(Layout, KeepsLongTextsInTheSmallestWindow)
     MainWindow window(smallest, Wording::lengthened);
     play(window, GetParam().steps);
     ASSERT_EQ(window.window().size(), smallest);
+    savePicture(window, GetParam(), "-long-texts");
     const auto texts = window.itemsOfClass("QQuickText");
     ASSERT_FALSE(texts.empty());
     for (const QQuickItem* text : texts) {
@@ -49,11 +65,25 @@ TEST_P(Layout, KeepsLongTextsInTheSmallestWindow)
     }
 }
 
+TEST_P(Layout, IsDrawnWithoutAWarning)
+{
+    std::vector sizes = {QSize(1080, 760)};
+    if (qEnvironmentVariableIsSet("ZORVANE_PICTURES") &&
+        !qEnvironmentVariableIsSet("QT_SCALE_FACTOR")) {
+        sizes.insert(sizes.end(), {smallestWindow(GetParam()), QSize(2560, 1440)});
+    }
+    for (const QSize size : sizes) {
+        MainWindow window(size);
+        play(window, GetParam().steps);
+        savePicture(window, GetParam(), "");
+    }
+}
+
 INSTANTIATE_TEST_SUITE_P(Scenes, Layout, testing::ValuesIn(allScenes()), [](const auto& test) {
-    std::string name = test.param.name;
-    std::ranges::replace_if(
-        name, [](char letter) { return letter == ' ' || letter == '-'; }, '_');
-    return name;
+    return QString::fromStdString(test.param.name)
+        .replace(u' ', u'_')
+        .replace(u'-', u'_')
+        .toStdString();
 });
 
 TEST(WindowSize, IsAsSmallAsTheScreenAllows)

@@ -11,8 +11,6 @@ struct Scene
     std::string name;
     /// How to get there, for play().
     std::string steps;
-    /// Whether it stands for its screen where there is no time for all states.
-    bool isRepresentative = false;
 };
 
 [[nodiscard]] std::vector<Scene> allScenes();

@@ -1,6 +1,8 @@
 #include "Zorvane/Desktop/UpdaterController.h"
 #include "tests/Zorvane/Scenes/Scene.h"
 
+#include <QFile>
+
 #include <algorithm>
 #include <cmath>
 #include <limits>
@@ -109,19 +111,12 @@ void delay(ScriptedApplication& application)
     };
 }
 
-void makeBusy(ScriptedApplication& application, const Strings& arguments)
+/// Lets nothing in a folder be removed.
+void makeBusy(ScriptedDisk& disk, const std::string& path)
 {
-    for (const std::string& argument : arguments) {
-        for (const std::string& name : names(argument)) {
-            application.disk->irremovable.insert(inHome(arguments[0] + '/' + name));
-        }
+    for (const std::string& name : disk.folders[path].names) {
+        disk.irremovable.insert(path + '/' + name);
     }
-}
-
-void declineTerms(const ScriptedApplication& application)
-{
-    Zorvane::Preferences(application.preferencesFile())
-        .storeAcceptedTerms(QStringLiteral("0.0"), QDateTime::fromSecsSinceEpoch(0));
 }
 
 void updateTo(const MainWindow& window, const std::string& notes)
@@ -169,11 +164,11 @@ void playStep(MainWindow& window, const std::string& verb, const Strings& argume
          [&] {
              application.disk->capacities = {0, bytes(first)};
          }},
-        {"busy", [&] { makeBusy(application, arguments); }},
+        {"busy", [&] { makeBusy(*application.disk, inHome(first)); }},
         {"protect", [&] { application.disk->links[inHome(first)] = inHome("Documents/x"); }},
         {"hold", [&] { hold(window, first); }},
         {"late", [&] { delay(application); }},
-        {"declined", [&] { declineTerms(application); }},
+        {"declined", [&] { QFile::remove(application.preferencesFile()); }},
         {"open", [&] { window.open(); }},
         {"ready", [&] { window.open().continueWithoutPermission(); }},
         {"results", [&] { play(window, "ready"), scan(state()); }},
@@ -188,8 +183,7 @@ void playStep(MainWindow& window, const std::string& verb, const Strings& argume
         {"clean", [&] { runClean(state()); }},
         {"cleaning", [&] { state().performClean(), window.gate->waitUntilReached(); }},
         {"close", [&] { state().requestClose(); }},
-        {"details",
-         [&] { window.item("SkippedSummary").setProperty("showDetails", true); }},
+        {"details", [&] { window.item("SkippedSummary").setProperty("showDetails", true); }},
         {"sheet", [&] { state().cloud()->openICloud(), state().cloud()->reloadICloud(); }},
         {"measured",
          [&] {

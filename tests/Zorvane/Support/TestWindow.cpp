@@ -26,12 +26,15 @@ void collect(QtMsgType type, const QMessageLogContext& context, const QString& t
 }
 
 /// `text` as in a language that takes two fifths more room.
-QString lengthened(const QString& text)
+std::string lengthened(const std::string& text)
 {
-    static const QString filler = QStringLiteral(" überprüfungsgenehmigungsverfahren");
     // A short text gets a longer last word, a long one further words.
-    const qsizetype missing = (2 * text.size() + 4) / 5;
-    return text + filler.repeated(2 + missing / filler.size()).mid(missing > 4 ? 0 : 1, missing);
+    const std::size_t missing = (2 * text.size() + 4) / 5;
+    std::string more;
+    while (more.size() < missing) {
+        more += " ueberpruefungsgenehmigungsverfahren";
+    }
+    return text + more.substr(missing > 4 ? 0 : 1, missing);
 }
 
 class LengthenedTexts : public QTranslator
@@ -40,38 +43,33 @@ class LengthenedTexts : public QTranslator
     [[nodiscard]] QString translate(const char* /*context*/, const char* text,
                                     const char* /*disambiguation*/, int /*n*/) const override
     {
-        return lengthened(QString::fromUtf8(text));
+        return QString::fromStdString(lengthened(text));
     }
 };
 
 void addBundledTexts(ScriptedApplication& application, Wording wording)
 {
-    constexpr const char* keys[][2] = {
-        {"rule.", ".title"}, {"category.explanation.", ""}, {"category.warning.", ""}};
     const auto bundled = CleanCore::TextTable::loadBundled("en");
     for (const CleanCore::CleaningRule& rule : application.catalog.rules) {
-        for (const auto& [prefix, suffix] : keys) {
-            const std::string key = prefix + rule.id + suffix;
-            const QString text = QString::fromStdString(bundled.textOrEmpty(key));
-            if (!text.isEmpty()) {
-                const bool isEnglish = wording == Wording::english;
-                application.texts.emplace(key, (isEnglish ? text : lengthened(text)).toStdString());
+        for (const std::string& key :
+             {"rule." + rule.id + ".title", "category.explanation." + rule.id,
+              "category.warning." + rule.id}) {
+            const std::string text = bundled.textOrEmpty(key);
+            if (!text.empty()) {
+                application.texts.emplace(key,
+                                          wording == Wording::english ? text : lengthened(text));
             }
         }
     }
 }
 
-void addVisible(QQuickItem& item, const TestWindow::Predicate& isWanted,
-                std::vector<QQuickItem*>& found)
+void addVisible(QQuickItem& item, std::vector<QQuickItem*>& found)
 {
-    if (!item.isVisible() || item.opacity() == 0) {
-        return;
-    }
-    if (isWanted(item)) {
+    if (item.isVisible() && item.opacity() > 0) {
         found.push_back(&item);
-    }
-    for (QQuickItem* child : item.childItems()) {
-        addVisible(*child, isWanted, found);
+        for (QQuickItem* child : item.childItems()) {
+            addVisible(*child, found);
+        }
     }
 }
 
@@ -120,7 +118,8 @@ void act(const QQuickItem& item, const QString& action)
 std::vector<QQuickItem*> TestWindow::items(const Predicate& isWanted) const
 {
     std::vector<QQuickItem*> found;
-    addVisible(*m_window->contentItem(), isWanted, found);
+    addVisible(*m_window->contentItem(), found);
+    std::erase_if(found, [&](const QQuickItem* item) { return !isWanted(*item); });
     return found;
 }
 
@@ -141,8 +140,7 @@ QQuickItem& TestWindow::item(const std::string& qmlType) const
 std::vector<QQuickItem*> TestWindow::controls(const std::string& name) const
 {
     return items([&](const QQuickItem& item) {
-        const QMetaObject* type = item.metaObject();
-        return (type->indexOfSignal("clicked()") >= 0 || type->indexOfSignal("triggered()") >= 0) &&
+        return item.inherits("QQuickAbstractButton") &&
                accessible(item).text(QAccessible::Name).toStdString().starts_with(name);
     });
 }

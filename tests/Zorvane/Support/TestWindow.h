@@ -31,14 +31,11 @@ void act(const QQuickItem& item, const QString& action = QAccessibleActionInterf
 class TestWindow
 {
 public:
-    using Predicate = std::function<bool(const QQuickItem&)>;
-
     TestWindow() = default;
     TestWindow(const TestWindow&) = delete;
     TestWindow& operator=(const TestWindow&) = delete;
 
     [[nodiscard]] QQuickWindow& window() const { return *m_window; }
-    [[nodiscard]] std::vector<QQuickItem*> items(const Predicate& isWanted) const;
     [[nodiscard]] std::vector<QQuickItem*> itemsOfClass(const char* cppClass) const;
     [[nodiscard]] QQuickItem& item(const std::string& qmlType) const;
     /// By the beginning of its accessible name; the topmost of several.
@@ -65,6 +62,8 @@ protected:
     void close() { m_engine.reset(); }
 
 private:
+    using Predicate = std::function<bool(const QQuickItem&)>;
+    [[nodiscard]] std::vector<QQuickItem*> items(const Predicate& isWanted) const;
     [[nodiscard]] std::vector<QQuickItem*> controls(const std::string& name) const;
 
     std::unique_ptr<QQmlApplicationEngine> m_engine;
