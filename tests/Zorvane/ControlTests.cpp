@@ -10,7 +10,7 @@ namespace {
 
 struct Control
 {
-    QString qml;
+    QLatin1String qml;
     QAccessible::Role role;
     const char* name;
     /// How many of Space, Return and Enter press it.
@@ -18,17 +18,16 @@ struct Control
 };
 
 const Control controls[] = {
-    {QStringLiteral("PrimaryButton { text: \"Scan\""), QAccessible::Button, "Scan"},
-    {QStringLiteral("PrimaryButton { text: \"Delete\"; isDestructive: true"), QAccessible::Button,
+    {QLatin1String(R"(PrimaryButton { text: "Scan")"), QAccessible::Button, "Scan"},
+    {QLatin1String(R"(PrimaryButton { text: "Delete"; isDestructive: true)"), QAccessible::Button,
      "Delete", 1},
-    {QStringLiteral("SecondaryButton { text: \"Rescan\""), QAccessible::Button, "Rescan"},
-    {QStringLiteral("PlainButton { text: \"Details\""), QAccessible::Button, "Details"},
-    {QStringLiteral("LinkButton { text: \"Terms\""), QAccessible::Button, "Terms"},
-    {QStringLiteral("WindowButton { text: \"Menu\"; symbol: \"minus\""), QAccessible::Button,
-     "Menu"},
-    {QStringLiteral("SelectionBox { accessibleName: \"Caches\""), QAccessible::CheckBox, "Caches",
+    {QLatin1String(R"(SecondaryButton { text: "Rescan")"), QAccessible::Button, "Rescan"},
+    {QLatin1String(R"(PlainButton { text: "Details")"), QAccessible::Button, "Details"},
+    {QLatin1String(R"(LinkButton { text: "Terms")"), QAccessible::Button, "Terms"},
+    {QLatin1String(R"(WindowButton { text: "Menu"; symbol: "minus")"), QAccessible::Button, "Menu"},
+    {QLatin1String(R"(SelectionBox { accessibleName: "Caches")"), QAccessible::CheckBox, "Caches",
      1},
-    {QStringLiteral("ApplicationMenuItem { text: \"About\""), QAccessible::MenuItem, "About"},
+    {QLatin1String(R"(ApplicationMenuItem { text: "About")"), QAccessible::MenuItem, "About"},
 };
 
 /// Disabled itself, or with everything around it, or busy.
@@ -40,7 +39,7 @@ TEST(Controls, ArePressedByTheirKeysAndByAssistiveToolsOnlyWhileTheyAreEnabled)
                                      QStringLiteral("Item { enabled: false; %1 } }"),
                                      QStringLiteral("%1; busy: true }")}) {
             if (whole.contains(QStringLiteral("busy")) &&
-                !entry.qml.startsWith(QStringLiteral("PrimaryButton"))) {
+                !entry.qml.startsWith(QLatin1String("PrimaryButton"))) {
                 continue;
             }
             SCOPED_TRACE(whole.arg(entry.qml).toStdString());

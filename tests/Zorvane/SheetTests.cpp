@@ -124,27 +124,15 @@ TEST(Sheets, DeleteOnlyWhatIsAcknowledgedAndNeverByReturn)
         window.key(Qt::Key_Return);
         window.key(Qt::Key_Enter);
         EXPECT_TRUE(window.state().showConfirmation());
-        window.key(Qt::Key_Tab);
-        window.key(Qt::Key_Return);
-        EXPECT_FALSE(window.state().showConfirmation());
+        window.key(Qt::Key_Escape);
     }
     EXPECT_TRUE(window.application.disk->removed().empty());
     window.state().deselectAll("movies");
     play(window, "confirm");
-    EXPECT_FALSE(window.has("I understand"));
+    EXPECT_THROW(window.press("I understand"), std::runtime_error);
     window.click("Delete 100 bytes");
     waitUntil([&] { return window.state().hasCleaningReport(); });
     EXPECT_EQ(window.application.disk->removed(), Strings{"/home/me/caches/a"});
-}
-
-TEST(Sheets, ADriveThatIsBusyCanBeTriedAgain)
-{
-    MainWindow window;
-    show(window, "icloud busy");
-    EXPECT_FALSE(window.has("Scans"));
-    window.press("Try again");
-    play(window, "measured");
-    EXPECT_TRUE(window.has("Scans"));
 }
 
 /// Also the rows that do not exist before the keyboard comes near.
@@ -152,7 +140,6 @@ TEST(Lists, EveryRowIsReachedByTheKeyboard)
 {
     for (const auto& [scene, type] : {std::pair{"results expanded", "ResultsList"},
                                       {"icloud hostile-names", "ICloudList"},
-                                      {"icloud busy", "ICloudList"},
                                       {"report details", "SkippedPaths"}}) {
         SCOPED_TRACE(scene);
         MainWindow window;
@@ -181,15 +168,10 @@ TEST(Lists, EveryRowIsReachedByTheKeyboard)
             expectRow(row);
             window.key(Qt::Key_Down);
         }
-        for (const auto& [key, row] : {std::pair{Qt::Key_Home, 0},
-                                       {Qt::Key_PageDown, -1},
-                                       {Qt::Key_PageUp, 0},
-                                       {Qt::Key_End, count - 1},
-                                       {Qt::Key_Up, count - 2}}) {
+        for (const auto& [key, row] :
+             {std::pair{Qt::Key_Home, 0}, {Qt::Key_End, count - 1}, {Qt::Key_Up, count - 2}}) {
             window.key(key);
-            if (row >= 0) {
-                expectRow(row);
-            }
+            expectRow(row);
         }
         // Other rows are no stops of the Tab key.
         window.key(Qt::Key_Tab);

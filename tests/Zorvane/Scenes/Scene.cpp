@@ -11,7 +11,6 @@ permission missing | open
 ready with-permission | access; open
 ready without-permission | ready
 scanning rule | area dev-npm, safe, a, a=12480M; area other, safe, b, b=1; hold b; ready; scan
-scanning long-title | area dev-npm, safe, a, a=999994T; area long, safe, b, b=1; long long; hold b; ready; scan
 results empty | results
 results typical | typical; access; results
 results expanded | typical; access; results; expand dev-npm; expand cache-browsers
@@ -19,10 +18,8 @@ results unreadable-area | typical; unreadable cache-thumbnails; results; expand 
 results huge-figures | area cache-user, safe, a, a=largest; area dev-npm, safe, b, a=499995T, b=499995T; area whatsapp-media, review, c, a=499995G; results; expand cache-user
 results hostile-names | area trash-user, review, Trash, hostile=10M; user <b>Augusta Ada King</b>; results; expand trash-user
 results long-titles | area cache-long, safe, a, a=999990M, b=40M; long cache-long; unreadable cache-bad; long cache-bad; area other-long, review, b, a=7M; long other-long; results; expand cache-long
-results three-to-one | area cache-user, safe, a, a=75; area dev-npm, safe, b, b=25; results
 results cleaning | typical; results; hold; cleaning
 results closing | typical; results; hold; cleaning; close
-confirmation safe-only | typical; results; confirm
 confirmation review-areas | typical; results; select dev-gradle; select trash-user; select whatsapp-media; select tm-local-snapshots; confirm
 confirmation long-titles | area cache-long, safe, a, a=999990M; long cache-long; area other-long, review, b, a=largest; long other-long; results; select other-long; confirm
 report nothing-skipped | typical; free 3120M; results; clean
@@ -30,9 +27,7 @@ report details | area temp-npm, safe, npm, hostile=10M, a=9M, b=8M, c=7M; busy n
 report huge-figures | area cache-a, safe, a, a=largest, b=2; free largest; results; clean
 icloud measuring | cloud Photos, 4, 1G; cloud Design, 3200, 6250M; hold Photos; results; sheet; measured 1
 icloud empty | results; sheet; measured
-icloud nothing-selected | drive; results; sheet; measured
 icloud selected | drive; results; sheet; measured; tick Photos; tick Design
-icloud busy | drive; late; results; sheet; measured
 icloud freed | drive; free 18448M; results; sheet; measured; tick Photos; tick Scans; release
 icloud nothing-freed | drive; results; sheet; measured; tick Scans; release
 icloud hostile-names | cloud hostile, 2, 6M, hostile.app=3M; results; sheet; measured; tick a

@@ -79,12 +79,11 @@ void addCloudFolders(ScriptedApplication& application, const Strings& arguments)
 
 void addLongTexts(ScriptedApplication& application, const std::string& id)
 {
-    const std::string title = "Zwischenspeicher der Entwicklungsumgebungen, Paketverwaltungen und "
-                              "Fehlerberichterstattungsprogramme aller Benutzeroberflächen";
-    application.texts["rule." + id + ".title"] = title;
-    for (const char* key : {"category.explanation.", "category.warning."}) {
-        application.texts[key + id] = title + ". " + title + '.';
-    }
+    const std::string text = "Zwischenspeicher der Entwicklungsumgebungen, Paketverwaltungen und "
+                             "Fehlerberichterstattungsprogramme aller Benutzeroberflächen. ";
+    application.texts["rule." + id + ".title"] = text;
+    application.texts["category.explanation." + id] = text + text;
+    application.texts["category.warning." + id] = text + text;
 }
 
 /// Holds work on the paths that end so at the window's gate, from now on.
@@ -99,16 +98,6 @@ void hold(MainWindow& window, const std::string& end)
     disk.onMeasure = pass;
     disk.onVisit = pass;
     disk.onRemove = pass;
-}
-
-/// Lets the first measuring of the cloud drive run out of time.
-void delay(ScriptedApplication& application)
-{
-    // Its first look at the clock sets the deadline.
-    application.steadyNow = [looks = std::make_shared<std::atomic<int>>()] {
-        return std::chrono::steady_clock::time_point() +
-               std::chrono::seconds((*looks)++ == 0 ? 0 : 91);
-    };
 }
 
 /// Lets nothing in a folder be removed.
@@ -167,7 +156,6 @@ void playStep(MainWindow& window, const std::string& verb, const Strings& argume
         {"busy", [&] { makeBusy(*application.disk, inHome(first)); }},
         {"protect", [&] { application.disk->links[inHome(first)] = inHome("Documents/x"); }},
         {"hold", [&] { hold(window, first); }},
-        {"late", [&] { delay(application); }},
         {"declined", [&] { QFile::remove(application.preferencesFile()); }},
         {"open", [&] { window.open(); }},
         {"ready", [&] { window.open().continueWithoutPermission(); }},

@@ -2,28 +2,11 @@
 
 #include <QTest>
 
-#include <mutex>
 #include <stdexcept>
-#include <utility>
 
 namespace ZorvaneTests {
 
 namespace {
-
-// A message handler is a plain function.
-std::mutex warningsMutex;
-QStringList collectedWarnings;
-
-void collect(QtMsgType type, const QMessageLogContext& context, const QString& text)
-{
-    // The platform plugin mentions its own limits.
-    const bool isOfPlatform = QLatin1String(context.category).startsWith(QLatin1String("qt.qpa")) ||
-                              text.startsWith(QStringLiteral("This plugin does not support"));
-    if (type != QtDebugMsg && type != QtInfoMsg && !isOfPlatform) {
-        const std::lock_guard lock(warningsMutex);
-        collectedWarnings << text;
-    }
-}
 
 /// `text` as in a language that takes two fifths more room.
 std::string lengthened(const std::string& text)
@@ -83,17 +66,6 @@ QQuickItem& topmost(const std::vector<QQuickItem*>& found, const std::string& na
 
 } // namespace
 
-void collectWarnings()
-{
-    qInstallMessageHandler(collect);
-}
-
-QStringList takeWarnings()
-{
-    const std::lock_guard lock(warningsMutex);
-    return std::exchange(collectedWarnings, {});
-}
-
 bool isIn(const QQuickItem* item, const Strings& qmlTypes)
 {
     while (
@@ -137,39 +109,20 @@ QQuickItem& TestWindow::item(const std::string& qmlType) const
                    qmlType);
 }
 
-std::vector<QQuickItem*> TestWindow::controls(const std::string& name) const
-{
-    return items([&](const QQuickItem& item) {
-        return item.inherits("QQuickAbstractButton") &&
-               accessible(item).text(QAccessible::Name).toStdString().starts_with(name);
-    });
-}
-
 QQuickItem& TestWindow::control(const std::string& name) const
 {
-    return topmost(controls(name), name);
-}
-
-bool TestWindow::has(const std::string& name) const
-{
-    return !controls(name).empty();
+    return topmost(
+        items([&](const QQuickItem& item) {
+            return item.inherits("QQuickAbstractButton") &&
+                   accessible(item).text(QAccessible::Name).toStdString().starts_with(name);
+        }),
+        name);
 }
 
 std::string TestWindow::focused() const
 {
     const QQuickItem* const item = m_window->activeFocusItem();
     return item == nullptr ? "" : accessible(*item).text(QAccessible::Name).toStdString();
-}
-
-bool TestWindow::hasFocusIn(const std::string& qmlType) const
-{
-    return isIn(m_window->activeFocusItem(), {qmlType});
-}
-
-void TestWindow::press(const std::string& name) const
-{
-    act(control(name));
-    settle();
 }
 
 void TestWindow::click(const std::string& name) const
@@ -209,11 +162,6 @@ void TestWindow::settle() const
     }
 }
 
-QImage TestWindow::picture() const
-{
-    return m_window->grabWindow().convertToFormat(QImage::Format_RGB32);
-}
-
 void TestWindow::show(const std::function<void(QQmlApplicationEngine&)>& load)
 {
     // As the program does.
@@ -222,7 +170,7 @@ void TestWindow::show(const std::function<void(QQmlApplicationEngine&)>& load)
     m_engine->addImportPath(QStringLiteral("qrc:/"));
     load(*m_engine);
     if (m_engine->rootObjects().isEmpty()) {
-        throw std::runtime_error("no window: " + takeWarnings().join(u'\n').toStdString());
+        throw std::runtime_error("no window");
     }
     m_window = qobject_cast<QQuickWindow*>(m_engine->rootObjects().constFirst());
     if (!QTest::qWaitForWindowExposed(m_window)) {
@@ -231,14 +179,12 @@ void TestWindow::show(const std::function<void(QQmlApplicationEngine&)>& load)
     settle();
 }
 
-Stage::Stage(const QString& content, QSize size)
+Stage::Stage(const QString& content)
 {
     show([&](QQmlApplicationEngine& engine) {
         engine.loadData(QStringLiteral("import QtQuick\nimport Zorvane\nWindow { visible: true\n"
-                                       "width: %1; height: %2; color: \"black\"\n"
-                                       "Component.onCompleted: Theme.animated = false\n%3\n}")
-                            .arg(size.width())
-                            .arg(size.height())
+                                       "width: 400; height: 300; color: \"black\"\n"
+                                       "Component.onCompleted: Theme.animated = false\n%1\n}")
                             .arg(content)
                             .toUtf8());
     });
@@ -250,12 +196,6 @@ MainWindow::MainWindow(QSize size, Wording wording) : m_size(size), m_wording(wo
         m_translator = std::make_unique<LengthenedTexts>();
         QCoreApplication::installTranslator(m_translator.get());
     }
-}
-
-MainWindow::~MainWindow()
-{
-    gate->open();
-    close();
 }
 
 Zorvane::AppState& MainWindow::open()

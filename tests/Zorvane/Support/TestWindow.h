@@ -17,11 +17,6 @@
 
 namespace ZorvaneTests {
 
-/// Collects warnings from now on, on any thread, instead of having them printed.
-void collectWarnings();
-/// The warnings since the last call.
-[[nodiscard]] QStringList takeWarnings();
-
 /// Whether it, or an item around it, is of one of these QML types.
 [[nodiscard]] bool isIn(const QQuickItem* item, const Strings& qmlTypes);
 [[nodiscard]] QAccessibleInterface& accessible(const QQuickItem& item);
@@ -40,13 +35,15 @@ public:
     [[nodiscard]] QQuickItem& item(const std::string& qmlType) const;
     /// By the beginning of its accessible name; the topmost of several.
     [[nodiscard]] QQuickItem& control(const std::string& name) const;
-    [[nodiscard]] bool has(const std::string& name) const;
     /// The accessible name of the item with the keyboard focus.
     [[nodiscard]] std::string focused() const;
-    [[nodiscard]] bool hasFocusIn(const std::string& qmlType) const;
+    [[nodiscard]] bool hasFocusIn(const std::string& qmlType) const
+    {
+        return isIn(m_window->activeFocusItem(), {qmlType});
+    }
 
     /// As an assistive tool does, also out of sight.
-    void press(const std::string& name) const;
+    void press(const std::string& name) const { act(control(name)), settle(); }
     void click(const std::string& name) const;
     void key(Qt::Key key, Qt::KeyboardModifiers modifiers = {}) const;
     /// Makes it the window that has the keyboard, and gives it to this control by the Tab key.
@@ -54,7 +51,7 @@ public:
     /// Handles pending events and lays everything out, if the window exists.
     void settle() const;
 
-    [[nodiscard]] QImage picture() const;
+    [[nodiscard]] QImage picture() const { return m_window->grabWindow(); }
 
 protected:
     ~TestWindow() = default;
@@ -64,7 +61,6 @@ protected:
 private:
     using Predicate = std::function<bool(const QQuickItem&)>;
     [[nodiscard]] std::vector<QQuickItem*> items(const Predicate& isWanted) const;
-    [[nodiscard]] std::vector<QQuickItem*> controls(const std::string& name) const;
 
     std::unique_ptr<QQmlApplicationEngine> m_engine;
     QQuickWindow* m_window = nullptr;
@@ -74,7 +70,7 @@ private:
 class Stage : public TestWindow
 {
 public:
-    explicit Stage(const QString& content, QSize size = QSize(400, 300));
+    explicit Stage(const QString& content);
 };
 
 enum class Wording { english, lengthened };
@@ -84,7 +80,7 @@ class MainWindow : public TestWindow
 {
 public:
     explicit MainWindow(QSize size = QSize(1080, 760), Wording wording = Wording::english);
-    ~MainWindow();
+    ~MainWindow() { gate->open(), close(); }
 
     ScriptedApplication application;
     /// For work to be held at; opened in the end.
