@@ -1,5 +1,6 @@
 #include "CleanCore/FileSystem/Walking/TreeMeasurer.h"
 
+#include "CleanCore/FileSystem/Walking/FolderStack.h"
 #include "CleanCore/Support/TaskPool.h"
 #include "tests/Support/TemporaryFolder.h"
 
@@ -105,6 +106,27 @@ TEST(TreeMeasurer, AgreesWithASimpleWalkOnTreesOfEveryShape)
     EXPECT_EQ(measure(2, stop.get_token()), std::vector<Model>(names.size(), {0, distantPast}));
     // Too deep for what removes the other temporary folders.
     EXPECT_EQ(std::system(("rm -rf '" + root.path("deep") + "'").c_str()), 0);
+}
+
+TEST(FolderStack, DoesNotGoOnWhereAFolderWasMovedTo)
+{
+    for (const bool isMoved : {false, true}) {
+        const TemporaryFolder root;
+        root.make("a/b/c/ elsewhere/");
+        FolderStack stack(2);
+        for (const char* const path : {"", "a", "a/b", "a/b/c"}) {
+            FileDescriptor folder(
+                ::open(root.path(path).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+            EntryStatus status;
+            ASSERT_EQ(readStatus(folder.get(), "", status), 0);
+            stack.push(std::move(folder), status);
+        }
+        if (isMoved) {
+            root.move("a/b/c", "elsewhere/c");
+        }
+        EXPECT_EQ(stack.pop(), !isMoved);
+        EXPECT_EQ(stack.isEmpty(), isMoved);
+    }
 }
 
 } // namespace

@@ -1,6 +1,7 @@
 // Entries that may not be removed stay, are reported, and keep their permissions.
 
 #include "CleanCore/FileSystem/Descriptors.h"
+#include "CleanCore/FileSystem/OpenWithoutLinks.h"
 #include "CleanCore/FileSystem/Removing/TemporaryPermissions.h"
 #include "CleanCore/FileSystem/Removing/TreeEmptier.h"
 #include "tests/Support/FailingCall.h"
