@@ -44,7 +44,7 @@ TEST(UserFolders, TakesAVariableOnlyForAFolderThatHoldsNothingElse)
         // Somebody else's: usable for temporary files if sticky, never for caches.
         {"me", asTemporary, "/tmp"},
         {"me", never,
-         "/usr / /run $relative . to-home to-documents missing me/file me "
+         "/usr / /run /run/lock $relative . to-home to-documents missing me/file me "
          "me/Documents me/Documents/x me/Bilder me/Library me/.ssh me/.config/x me/.local/state"},
         {"linked", never,
          "linked/.config dotfiles dotfiles/app linked/.local/state local local/state/app "
