@@ -32,18 +32,17 @@ struct CommandLine
     CommandLine()
     {
         app.set_version_flag("--version", "zorvane " ZORVANE_VERSION);
-        app.add_option("--home", options.home, "Try it out on another home folder")
+        app.add_option("--home", options.home, "Use another home folder, to try the program out")
             ->type_name("DIR");
         app.add_option("--catalog", options.catalog,
-                       "The areas, instead of those that come with it")
+                       "Use the areas in FILE instead of the built-in ones")
             ->type_name("FILE");
         app.add_option("--tools", options.tools,
-                       "In another home: where the external tools are, instead of /")
+                       "With --home: look for the external tools in DIR instead of /")
             ->type_name("DIR");
-        app.add_option("--mirror", options.mirror,
-                       "In another home: the folder that stands for the cloud")
+        app.add_option("--mirror", options.mirror, "With --home: use DIR as the cloud")
             ->type_name("DIR");
-        app.add_flag("--no-animations", options.noAnimations, "Nothing moves");
+        app.add_flag("--no-animations", options.noAnimations, "Turn animations off");
         app.add_flag("--software", options.software, "Draw without the graphics card");
     }
 };
@@ -51,7 +50,7 @@ struct CommandLine
 int show(int& argc, char** argv, const ApplicationOptions& options,
          Zorvane::Environment environment)
 {
-    // The screens are part of the program; it leaves no copies of them in the home that it cleans.
+    // Without this Qt would leave compiled copies of the screens in the home that is being cleaned.
     qputenv("QML_DISABLE_DISK_CACHE", "1");
     if (options.software) {
         QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
@@ -63,7 +62,7 @@ int show(int& argc, char** argv, const ApplicationOptions& options,
     QGuiApplication::setWindowIcon(QIcon(QStringLiteral(":/Zorvane/Resources/zorvane.svg")));
     QGuiApplication::setDesktopFileName(QStringLiteral("io.github.zorvane.Zorvane"));
 
-    // Sharper than the scene graph's own text, and the same with both ways of drawing.
+    // Sharper than the scene graph's own text, and the same in software and on the graphics card.
     QQuickWindow::setTextRenderType(QQuickWindow::NativeTextRendering);
 
     Zorvane::AppState state(std::move(environment));
@@ -115,7 +114,7 @@ int main(int argc, char** argv)
     CleanCore::restoreChildSignal();
     const int status = parseAndShow(argc, argv);
     std::cout.flush();
-    // Whatever still hangs in a tool or a dead file system is not waited for, and must not meet the
-    // end of what it uses.
+    // A thread that hangs in a tool or a dead file system is not waited for, and must not use what
+    // exit() would destroy.
     std::_Exit(status);
 }

@@ -2,9 +2,9 @@
 #include "CleanCore/Commands/CommandCleanEngine.h"
 #include "CleanCore/Commands/Running/SystemCommandRunner.h"
 #include "ZorvaneCLI/CleanChoice.h"
-#include "ZorvaneCLI/CleanPreview.h"
-#include "ZorvaneCLI/CleanReport.h"
 #include "ZorvaneCLI/Commands.h"
+#include "ZorvaneCLI/Output/CleanPreview.h"
+#include "ZorvaneCLI/Output/CleanReport.h"
 #include "ZorvaneCLI/ScanRun.h"
 
 #include <algorithm>

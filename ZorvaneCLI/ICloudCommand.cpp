@@ -5,10 +5,10 @@
 #include "CleanCore/FileSystem/FileManager.h"
 #include "CleanCore/Startup/HomeEnvironment.h"
 #include "CleanCore/Support/PathText.h"
-#include "ZorvaneCLI/CloudRefusalText.h"
-#include "ZorvaneCLI/ColumnTable.h"
-#include "ZorvaneCLI/PathJson.h"
-#include "ZorvaneCLI/TerminalText.h"
+#include "ZorvaneCLI/Output/CloudRefusalText.h"
+#include "ZorvaneCLI/Output/ColumnTable.h"
+#include "ZorvaneCLI/Output/PathJson.h"
+#include "ZorvaneCLI/Output/TerminalText.h"
 
 #include <algorithm>
 #include <chrono>

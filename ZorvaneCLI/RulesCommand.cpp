@@ -1,7 +1,7 @@
 #include "CleanCore/Startup/Startup.h"
-#include "ZorvaneCLI/ColumnTable.h"
 #include "ZorvaneCLI/Commands.h"
-#include "ZorvaneCLI/TerminalText.h"
+#include "ZorvaneCLI/Output/ColumnTable.h"
+#include "ZorvaneCLI/Output/TerminalText.h"
 #include "ZorvaneCLI/Workspace.h"
 
 #include <iostream>

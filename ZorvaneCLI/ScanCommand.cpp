@@ -1,10 +1,10 @@
 #include "CleanCore/Cleaning/SelectionState.h"
-#include "ZorvaneCLI/ColumnTable.h"
 #include "ZorvaneCLI/Commands.h"
-#include "ZorvaneCLI/PathJson.h"
+#include "ZorvaneCLI/Output/ColumnTable.h"
+#include "ZorvaneCLI/Output/PathJson.h"
+#include "ZorvaneCLI/Output/TerminalText.h"
+#include "ZorvaneCLI/Output/TimeText.h"
 #include "ZorvaneCLI/ScanRun.h"
-#include "ZorvaneCLI/TerminalText.h"
-#include "ZorvaneCLI/TimeText.h"
 
 #include <algorithm>
 #include <iostream>

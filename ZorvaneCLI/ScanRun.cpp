@@ -3,7 +3,7 @@
 #include "CleanCore/Commands/CommandScanEngine.h"
 #include "CleanCore/Commands/Running/SystemCommandRunner.h"
 #include "CleanCore/Scanning/Scan.h"
-#include "ZorvaneCLI/TerminalText.h"
+#include "ZorvaneCLI/Output/TerminalText.h"
 
 #include <cstdio>
 #include <functional>

@@ -3,8 +3,8 @@
 #include "CleanCore/Startup/Startup.h"
 #include "CleanCore/Support/TextEquality.h"
 #include "ZorvaneCLI/ExitStatus.h"
-#include "ZorvaneCLI/TerminalText.h"
-#include "ZorvaneCLI/TimeText.h"
+#include "ZorvaneCLI/Output/TerminalText.h"
+#include "ZorvaneCLI/Output/TimeText.h"
 
 #include <algorithm>
 #include <cstdlib>

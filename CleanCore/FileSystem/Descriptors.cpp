@@ -7,28 +7,6 @@
 
 namespace CleanCore {
 
-namespace {
-
-constexpr int holdFlags = O_PATH | O_DIRECTORY | O_CLOEXEC;
-
-} // namespace
-
-FileDescriptor openFolder(int parent, const char* name)
-{
-    constexpr int flags = O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC;
-    return FileDescriptor(::openat(parent, name, flags));
-}
-
-FileDescriptor holdFolder(int parent, const char* name)
-{
-    return FileDescriptor(::openat(parent, name, holdFlags | O_NOFOLLOW));
-}
-
-FileDescriptor holdFolderThroughLinks(const std::string& path)
-{
-    return FileDescriptor(::open(path.c_str(), holdFlags));
-}
-
 FileDescriptor duplicate(int descriptor)
 {
     return FileDescriptor(::fcntl(descriptor, F_DUPFD_CLOEXEC, 0));

@@ -6,7 +6,7 @@
 
 namespace Zorvane {
 
-/// Byte counts and plain counts as the window shows them, in one locale. An immutable value.
+/// Formats byte counts and plain counts for the window, in one locale. An immutable value.
 class ByteCountFormatter
 {
 public:

@@ -9,7 +9,7 @@ namespace Zorvane {
 /// again.
 [[nodiscard]] QString displayText(std::string_view bytes);
 
-/// The last component of a path, for people's eyes.
+/// The last component of a path as displayText().
 [[nodiscard]] QString displayName(std::string_view path);
 
 } // namespace Zorvane

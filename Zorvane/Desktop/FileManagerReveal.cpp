@@ -16,8 +16,7 @@ namespace Zorvane {
 
 namespace {
 
-/// Every byte of the path but the plainest is written as an escape, so that names in any encoding
-/// arrive as they are.
+/// Escapes every byte but the unreserved ones, so that a name in any encoding arrives unchanged.
 QByteArray fileUri(const std::string& path)
 {
     return "file://" + QByteArray::fromStdString(path).toPercentEncoding("/");

@@ -5,9 +5,9 @@
 
 namespace Zorvane {
 
-/// Shows files in the desktop's file manager, selected together: ShowItems of the D-Bus interface
-/// org.freedesktop.FileManager1; where there is none, opens the folders that hold them. Main
-/// thread; returns at once and tells nothing.
+/// Opens the desktop's file manager with the files selected, by ShowItems of the D-Bus interface
+/// org.freedesktop.FileManager1. Without such a file manager it opens the folders that hold the
+/// files. Main thread; returns at once and reports no failure.
 void revealInFileManager(const std::vector<std::string>& paths);
 
 } // namespace Zorvane

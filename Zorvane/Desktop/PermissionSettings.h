@@ -2,8 +2,8 @@
 
 namespace Zorvane {
 
-/// Opens what this desktop has for the permissions of applications; does nothing where there is
-/// none. Main thread; returns at once.
+/// Opens the desktop's settings for the permissions of applications. Does nothing if it has none.
+/// Main thread; returns at once.
 void openPermissionSettings();
 
 } // namespace Zorvane

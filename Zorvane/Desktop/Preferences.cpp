@@ -29,7 +29,7 @@ std::optional<QString> Preferences::acceptedTermsVersion() const
 
 void Preferences::storeAcceptedTerms(const QString& version, const QDateTime& date) const
 {
-    // Written to a temporary file that then takes the old one's place; see QSaveFile.
+    // QSettings writes a temporary file and renames it over the old one; see QSaveFile.
     QSettings settings(m_file, QSettings::IniFormat);
     settings.setValue(versionKey, version);
     settings.setValue(dateKey, date.toUTC().toString(Qt::ISODateWithMs));

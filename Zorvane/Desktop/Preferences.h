@@ -6,9 +6,9 @@
 
 namespace Zorvane {
 
-/// What the program remembers between runs: a file in the user's configuration folder. Written so
-/// that a crash leaves the old or the new values. An immutable value; main thread only. A file that
-/// cannot be read counts as empty; one that cannot be written stays as it is.
+/// The settings that persist between runs, in a file in the user's configuration folder. A crash
+/// leaves the old or the new values. An immutable value; main thread only. An unreadable file
+/// counts as empty; one that cannot be written stays unchanged.
 class Preferences
 {
 public:

@@ -11,7 +11,7 @@ namespace Zorvane {
 
 namespace {
 
-constexpr int patience = 250; // milliseconds
+constexpr int portalTimeout = 250; // milliseconds
 
 std::optional<bool> portalAnimations()
 {
@@ -20,11 +20,12 @@ std::optional<bool> portalAnimations()
         QStringLiteral("/org/freedesktop/portal/desktop"),
         QStringLiteral("org.freedesktop.portal.Settings"), QStringLiteral("Read"));
     call << QStringLiteral("org.gnome.desktop.interface") << QStringLiteral("enable-animations");
-    const QDBusMessage reply = QDBusConnection::sessionBus().call(call, QDBus::Block, patience);
+    const QDBusMessage reply =
+        QDBusConnection::sessionBus().call(call, QDBus::Block, portalTimeout);
     if (reply.type() != QDBusMessage::ReplyMessage || reply.arguments().isEmpty()) {
         return std::nullopt;
     }
-    // "Read" wraps its answer twice.
+    // Read() wraps its answer in two variants.
     QVariant value = reply.arguments().constFirst();
     while (value.canConvert<QDBusVariant>()) {
         value = value.value<QDBusVariant>().variant();
@@ -32,7 +33,7 @@ std::optional<bool> portalAnimations()
     return value.typeId() == QMetaType::Bool ? std::optional(value.toBool()) : std::nullopt;
 }
 
-bool hasStillKde()
+bool hasAnimationsOffInKde()
 {
     const QSettings settings(
         QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) +
@@ -48,7 +49,7 @@ bool hasStillKde()
 
 bool wantsReducedMotion()
 {
-    return !portalAnimations().value_or(true) || hasStillKde();
+    return !portalAnimations().value_or(true) || hasAnimationsOffInKde();
 }
 
 } // namespace Zorvane

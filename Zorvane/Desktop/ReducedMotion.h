@@ -2,9 +2,9 @@
 
 namespace Zorvane {
 
-/// Whether the desktop asks programs not to move things: the "enable-animations" setting as its
-/// portal tells it (org.freedesktop.portal.Settings), or a speed of nothing in KDE's. Main thread;
-/// waits a fraction of a second at most. False where nobody knows.
+/// Whether the user has turned animations off: the "enable-animations" setting of the desktop's
+/// portal (org.freedesktop.portal.Settings), or an animation speed of 0 in KDE. False where neither
+/// is known. Main thread; waits a fraction of a second at most.
 [[nodiscard]] bool wantsReducedMotion();
 
 } // namespace Zorvane

@@ -4,8 +4,8 @@
 
 namespace Zorvane {
 
-/// `text` for a Text item with textFormat StyledText: what stands between double asterisks is bold,
-/// and nothing else in it is taken for markup.
+/// `text` for a Text item with textFormat StyledText. Passages between double asterisks are bold;
+/// everything else is escaped.
 [[nodiscard]] QString styledText(const QString& text);
 
 /// `text` without the double asterisks.

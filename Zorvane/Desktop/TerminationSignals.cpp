@@ -15,11 +15,11 @@ namespace {
 constexpr std::array handledSignals = {SIGTERM, SIGINT, SIGHUP};
 constexpr int shellStatusOfSignals = 128;
 
-// A signal handler reaches nothing but what is static.
+// A signal handler can reach only static variables.
 std::atomic<int> event = -1;
 std::atomic<bool> wasSignalled = false;
 
-/// Calls only what signal-safety(7) lists.
+/// Calls only functions that signal-safety(7) lists.
 void handle(int signal)
 {
     if (wasSignalled.exchange(true)) {

@@ -7,7 +7,7 @@
 
 namespace Zorvane {
 
-/// What an update feed offers: a JSON object with the texts "version" ("1.2.0"), "notes" (plain
+/// The content of an update feed: a JSON object with the texts "version" ("1.2.0"), "notes" (plain
 /// text) and "link" (an https address of a page that opens in the browser).
 struct UpdateFeed
 {
@@ -18,7 +18,7 @@ struct UpdateFeed
     /// Nothing unless all three are there and the link is an https address.
     [[nodiscard]] static std::optional<UpdateFeed> parse(const QByteArray& json);
 
-    /// Whether it offers a later version than `installed`, compared by their numbers.
+    /// Compares the numbers of the versions, not their texts.
     [[nodiscard]] bool isNewerThan(const QString& installed) const;
 };
 

@@ -10,7 +10,7 @@ namespace Zorvane {
 
 namespace {
 
-constexpr int patience = 15'000; // milliseconds
+constexpr int transferTimeout = 15'000; // milliseconds
 constexpr qint64 largestFeed = qint64{256} * 1024;
 
 } // namespace
@@ -28,7 +28,7 @@ UpdaterController::UpdaterController(QUrl feed, QString installedVersion, QObjec
 
 UpdaterController::~UpdaterController()
 {
-    // Its end must not be told to what is half gone.
+    // Aborting the reply emits finished(), which must not reach a half-destroyed object.
     if (m_reply != nullptr) {
         m_reply->disconnect(this);
     }
@@ -53,7 +53,7 @@ void UpdaterController::checkForUpdates()
         m_network = new QNetworkAccessManager(this);
     }
     QNetworkRequest request(m_feed);
-    request.setTransferTimeout(patience);
+    request.setTransferTimeout(transferTimeout);
     request.setAttribute(QNetworkRequest::RedirectPolicyAttribute,
                          QNetworkRequest::NoLessSafeRedirectPolicy);
     m_reply = m_network->get(request);

@@ -12,20 +12,20 @@ class QNetworkReply;
 
 namespace Zorvane {
 
-/// Looks for a newer version when it is asked to, and at no other time; the only part of the
-/// program that uses the network. The feed's https address is fixed at build time; without one
-/// there is nothing to check. Main thread only.
+/// Looks for a newer version, only when asked to. No other part of the program uses the network.
+/// The feed's https address is fixed at build time; without one there is nothing to check. Main
+/// thread only.
 class UpdaterController : public QObject
 {
     Q_OBJECT
     QML_ELEMENT
     Q_PROPERTY(QString installedVersion READ installedVersion CONSTANT)
     Q_PROPERTY(bool canCheckForUpdates READ canCheckForUpdates NOTIFY changed)
-    /// Whether there is something to tell: a check under way or its outcome.
+    /// Whether a check is running or has an outcome to show.
     Q_PROPERTY(bool isShown READ isShown NOTIFY changed)
     Q_PROPERTY(bool isChecking READ isChecking NOTIFY changed)
     Q_PROPERTY(QString message READ message NOTIFY changed)
-    /// What is new in the version that is offered; empty when none is.
+    /// The release notes of the offered version; empty if none is offered.
     Q_PROPERTY(QString notes READ notes NOTIFY changed)
     Q_PROPERTY(bool offersUpdate READ offersUpdate NOTIFY changed)
 public:
@@ -41,7 +41,7 @@ public:
     [[nodiscard]] QString notes() const;
     [[nodiscard]] bool offersUpdate() const { return m_offer.has_value(); }
 
-    /// Ends a check with what the feed answered: nothing when it did not.
+    /// Ends a check with the content of the feed, which is empty if the feed did not answer.
     void conclude(const QByteArray& feed);
 
     Q_INVOKABLE void checkForUpdates();
@@ -58,7 +58,7 @@ private:
 
     const QUrl m_feed;
     const QString m_installedVersion;
-    /// Made by the first check.
+    /// Created by the first check.
     QNetworkAccessManager* m_network = nullptr;
     QNetworkReply* m_reply = nullptr;
     bool m_isShown = false;

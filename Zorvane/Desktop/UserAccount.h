@@ -14,8 +14,8 @@ struct UserAccount
     /// field, where "&" stands for the capitalised login name.
     [[nodiscard]] static UserAccount ofProcess();
 
-    /// What to call the person: the full name up to its first space, which may be nothing; the
-    /// login name where there is no full name.
+    /// How to address the person: the full name up to its first space, which may be empty, or the
+    /// login name if there is no full name.
     [[nodiscard]] QString userName() const;
 };
 

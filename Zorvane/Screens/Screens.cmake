@@ -21,7 +21,7 @@ qt_target_qml_sources(ZorvaneWindow
     Screens/Results/ResultsList.qml
     Screens/Results/ResultsRow.qml
     Screens/Results/ResultsView.qml
-    Screens/Scanning/ScanView.qml
+    Screens/ScanView.qml
     Screens/Scanning/ScanningScreen.qml
     Screens/ScreenStack.qml
     Screens/Results/SummaryPanel.qml

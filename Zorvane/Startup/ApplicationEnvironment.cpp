@@ -24,8 +24,8 @@ Environment makeEnvironment(const ApplicationOptions& options)
 {
     HomeEnvironment home = Startup::openHome(options.home);
     if (home.isConfined) {
-        // Qt, and the tools that are started, expect their temporary folder to be there. Where it
-        // cannot be made they say so themselves.
+        // Qt and the external tools expect the temporary folder to exist. If it cannot be made,
+        // they report that themselves.
         ::mkdir(home.folders.temporaryFolder.c_str(), S_IRWXU);
     }
     if (options.mirror) {
@@ -38,7 +38,7 @@ Environment makeEnvironment(const ApplicationOptions& options)
         return catalog;
     };
     if (options.catalog) {
-        // One that cannot be used is refused before the window opens.
+        // Refuses an unusable catalog before the window opens.
         [[maybe_unused]] const CleanCore::RulesCatalog catalog = load();
     }
     const QLocale locale = QLocale::system();

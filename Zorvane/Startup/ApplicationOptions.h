@@ -5,7 +5,7 @@
 
 namespace Zorvane {
 
-/// What the command line asks for.
+/// The options of the command line.
 struct ApplicationOptions
 {
     std::optional<std::string> home;

@@ -91,7 +91,7 @@ void AppState::refreshPermissionState()
         [[maybe_unused]] const auto names = m_environment.home.fileManager->namesInFolder(probe);
         m_hasFullDiskAccess = true;
     } catch (const std::system_error&) {
-        // A failed probe is the normal answer where there is no access.
+        // Without access the probe is expected to fail.
         m_hasFullDiskAccess = false;
     }
     emit hasFullDiskAccessChanged();

@@ -26,14 +26,16 @@
 
 namespace Zorvane {
 
-/// The application's one state: what the screens show and the operations behind their controls.
+/// The application's one state: the content of the screens and the operations behind their
+/// controls.
 ///
-/// Main thread only. Work is done by threads that share nothing with it; they post what they find
-/// as tasks. Every write of a published field emits its signal, also when the value stays the
+/// Main thread only. Work is done by threads that share nothing with it and post their findings as
+/// tasks. Every write of a published field emits its signal, also when the value stays the
 /// same. Byte counts are allocated sizes.
 ///
 /// Destroying the state ends a scan at once, without waiting for a tool or a file system that
-/// hangs, and waits for the item that a clean or a release has in hand. Nobody hears of either.
+/// hangs, and waits for the item that a clean or a release is working on. Neither emits a signal
+/// any more.
 class AppState : public QObject
 {
     Q_OBJECT
@@ -50,8 +52,7 @@ class AppState : public QObject
     Q_PROPERTY(bool isClosing READ isClosing NOTIFY isClosingChanged)
 
 public:
-    /// A review-required area of which something is chosen: its title, the bytes and the number of
-    /// the chosen items.
+    /// A review-required area with selected items: its title, and their bytes and number.
     struct TierBCategory
     {
         QString title;
@@ -68,7 +69,7 @@ public:
     [[nodiscard]] QString phaseName() const;
     /// The last scan's results, filtered and sorted; empty while one runs.
     [[nodiscard]] const std::vector<CleanCore::CategoryResult>& categories() const;
-    /// The rule that was started last in the running scan.
+    /// The last rule that the running scan has started.
     [[nodiscard]] const std::optional<std::string>& currentRuleId() const;
     [[nodiscard]] std::int64_t bytesFoundSoFar() const { return m_bytesFoundSoFar; }
     [[nodiscard]] bool hasFullDiskAccess() const { return m_hasFullDiskAccess; }
@@ -77,18 +78,17 @@ public:
     [[nodiscard]] std::vector<RingSegment> ringSegments() const;
     [[nodiscard]] QString userName() const { return m_environment.account.userName(); }
 
-    /// Remembers the acceptance of the current terms and looks for the disk permission.
+    /// Stores the acceptance of the current terms and checks the disk permission.
     Q_INVOKABLE void acceptTerms();
-    /// Looks, by one listing, whether the home's files can be seen; moves on from needsPermission.
+    /// Checks, by one listing, whether the home's files are visible; if so, leaves needsPermission.
     Q_INVOKABLE void refreshPermissionState();
-    /// Moves on from needsPermission without the permission.
+    /// Leaves needsPermission without the permission.
     Q_INVOKABLE void continueWithoutPermission();
     Q_INVOKABLE void openPermissionSettings();
     /// Does nothing while a scan or a clean runs. A catalog that cannot be loaded leads back to
     /// ready.
     Q_INVOKABLE void startScan();
-    /// Nothing that the cancelled scan still finds is published. A tool that already runs is left
-    /// to end.
+    /// The cancelled scan publishes nothing any more. A running tool goes on to its end.
     Q_INVOKABLE void cancelScan();
 
     // Selecting and cleaning
@@ -102,7 +102,7 @@ public:
     [[nodiscard]] std::optional<std::int64_t> lastVisibleFreedBytes() const;
 
     [[nodiscard]] BooleanBinding itemBinding(std::string ruleId, std::string path);
-    /// Reads as true when the category has items and all are chosen; a write chooses all or none
+    /// Reads as true if the category has items and all are selected. A write selects all or none
     /// and publishes once, if that changes anything. `category` is a position in categories();
     /// after the next scan the binding is dead.
     [[nodiscard]] BooleanBinding categoryBinding(std::size_t category);
@@ -115,7 +115,7 @@ public:
 
     void setShowConfirmation(bool isShown);
     Q_INVOKABLE void requestClean();
-    /// Removes what is chosen now. Does nothing while a clean runs.
+    /// Removes the items that are selected now. Does nothing while a clean runs.
     Q_INVOKABLE void performClean();
     Q_INVOKABLE void closeReport();
 
@@ -124,8 +124,8 @@ public:
     // Closing
 
     [[nodiscard]] bool isClosing() const { return m_isClosing; }
-    /// Lets a clean or a release finish the item that it has in hand, then emits readyToClose(); at
-    /// once when there is neither.
+    /// Lets a clean or a release finish the item that it is working on, then emits readyToClose().
+    /// Emits it at once if neither is running.
     Q_INVOKABLE void requestClose();
 
     // For the screens
@@ -156,7 +156,7 @@ private:
     void changeSelection(const std::function<void(CleanCore::SelectionState&)>& change);
     void publishResults(const CleanCore::SelectionState& results);
     void finishClean(CleanCore::CleaningReport report, std::int64_t freed);
-    /// Emits readyToClose() when closing was asked for and nothing is in hand any more.
+    /// Emits readyToClose() if closing was requested and neither a clean nor a release is running.
     void closeWhenReady();
 
     const Environment m_environment;
@@ -167,7 +167,7 @@ private:
     std::int64_t m_bytesFoundSoFar = 0;
     bool m_hasFullDiskAccess = false;
     CleanCore::SelectionState m_selection;
-    /// Whether the categories are those of the selection; while a scan runs there are none.
+    /// False while a scan runs, when there are no categories; otherwise they are the selection's.
     bool m_hasCategories = true;
     bool m_showConfirmation = false;
     bool m_isCleaning = false;
@@ -177,9 +177,9 @@ private:
     bool m_isClosing = false;
     const std::shared_ptr<MainThreadQueue> m_queue;
     const MainThreadRunner m_runner;
-    /// Ends the running tools of scans when the state goes.
+    /// Ends the running tools of scans when the state is destroyed.
     std::stop_source m_end;
-    /// Cancels the scan whose tasks count.
+    /// Cancels the current scan; tasks of other scans are ignored.
     std::shared_ptr<std::stop_source> m_scan;
     std::jthread m_clean;
     CloudState m_cloud;

@@ -37,7 +37,7 @@ BooleanBinding AppState::itemBinding(std::string ruleId, std::string path)
 
 BooleanBinding AppState::categoryBinding(std::size_t category)
 {
-    // The results that the position belongs to; it means nothing in others.
+    // The position is valid only in these results.
     const QPointer<AppState> self(this);
     const void* const results = &m_selection.results();
     const auto isAlive = [self, results] {
@@ -163,7 +163,7 @@ void AppState::setCleaningReport(std::optional<CleaningReport> report)
     std::swap(m_cleaningReport, report);
     emit cleaningReportChanged();
     if (report) {
-        // So many paths take a while to be freed, and the main thread has other things to do.
+        // Freeing so many paths takes a while, so the pool does it.
         m_environment.home.pool->submit([old = std::move(report)] {});
     }
 }

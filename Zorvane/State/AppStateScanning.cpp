@@ -64,7 +64,7 @@ void AppState::startScan()
     setBytesFoundSoFar(0);
 
     m_scan = std::make_shared<std::stop_source>();
-    // Carries a call to the main thread, where it counts for as long as this scan does.
+    // Makes a callback that posts to the main thread and is ignored once this scan is not current.
     const auto onMainThread = [this, scan = m_scan](auto operation) {
         return [this, scan, operation, queue = m_queue](const auto&... arguments) {
             queue->post([this, scan, operation, arguments...] {
@@ -114,10 +114,10 @@ void AppState::cancelScan()
 void AppState::publishResults(const CleanCore::SelectionState& results)
 {
     if (m_showConfirmation) {
-        // It was asked about what is no longer there.
+        // The confirmation is about the old results.
         setShowConfirmation(false);
     }
-    // A million items take a while to be freed, and the main thread has other things to do.
+    // Freeing a million items takes a while, so the pool does it.
     m_environment.home.pool->submit([old = std::exchange(m_selection, results)] {});
     m_hasCategories = true;
     emit categoriesChanged();

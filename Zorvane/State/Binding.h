@@ -4,8 +4,8 @@
 
 namespace Zorvane {
 
-/// A value that can be read and written where it lives. Once what it refers to is gone, it reads as
-/// false and a write does nothing. Main thread only.
+/// Reads and writes a value in place. Once its target is gone, it reads as false and ignores
+/// writes. Main thread only.
 struct BooleanBinding
 {
     std::function<bool()> get;

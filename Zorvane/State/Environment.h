@@ -23,7 +23,7 @@ class CommandRunning;
 
 namespace Zorvane {
 
-/// Everything that the application's state works with. Made once, by the program or by a test.
+/// The collaborators of the application's state. Made once, by the program or by a test.
 struct Environment
 {
     CleanCore::HomeEnvironment home;
@@ -43,7 +43,8 @@ struct Environment
         std::chrono::steady_clock::now;
     /// Shows files in the desktop's file manager, selected. Main thread; returns at once.
     std::function<void(const std::vector<std::string>& paths)> reveal;
-    /// Opens what this desktop has for applications' permissions. Main thread; returns at once.
+    /// Opens the desktop's settings for the permissions of applications. Main thread; returns at
+    /// once.
     std::function<void()> openPermissionSettings;
 };
 

@@ -1,11 +1,9 @@
-#!/usr/bin/env python3
 """Whatever is wrong with the input: one clear line, the right status, nothing on standard output."""
 
 import json
 import os
 import shutil
 import subprocess
-import unittest
 
 from support import CLI, NOW, ProgramTest, document, rule
 
@@ -97,7 +95,3 @@ class BadInput(ProgramTest):
             self.assertRegex(process.stderr, rb"\A(zorvane-cli: .+\n)?\Z")
             self.assertEqual(bool(process.stderr), status == 1)
             self.assertEqual(b"area/entry" in process.stdout, has_output)
-
-
-if __name__ == "__main__":
-    unittest.main()

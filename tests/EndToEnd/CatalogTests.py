@@ -1,10 +1,8 @@
-#!/usr/bin/env python3
 """The catalog that ships with the program, and the check that guards it."""
 
 import json
 import os
 import subprocess
-import unittest
 
 from support import DAY, NOW, NOW_SECONDS, REPOSITORY, ProgramTest, paths
 
@@ -63,7 +61,3 @@ class Catalog(ProgramTest):
                 process = subprocess.run([REPOSITORY / "tools/check-catalog", *written],
                                          capture_output=True, text=True, check=False)
                 self.assertEqual((process.returncode, process.stderr), (1, ""))
-
-
-if __name__ == "__main__":
-    unittest.main()

@@ -1,9 +1,8 @@
-#!/usr/bin/env python3
 """What may be chosen, how, and that a wrong choice removes nothing; the guard's verdicts."""
 
+import json
 import os
 import sys
-import unittest
 
 from support import NOW, REPOSITORY, ProgramTest, exact_path, paths, rule, snapshot
 
@@ -40,6 +39,16 @@ class CleanChoice(ProgramTest):
                     self.assert_refused(self.run_program("clean", *agreed, "--home", self.home,
                                                          *self.given, *arguments), 2)
         self.assert_left(before)
+
+    def test_a_part_of_an_area_that_is_cleared_as_a_whole_is_refused(self):
+        self.file("home/.tools/opt/homebrew/bin/brew", mode=0o755, content="#!/bin/sh\n"
+                  "[ $2 = --dry-run ] && printf 'Would remove: /c/%s (1KB)\\n' a b\nexit 0\n")
+        given = ("--yes", "--rule", "brew-cleanup", "--home", self.home, "--tools",
+                 self.home / ".tools", "--item", "/c/a")
+        self.assert_refused(self.run_program("clean", *given), 2)
+        whole = self.run_program("clean", *given, "--item", "/c/b", "--json")
+        self.assertEqual([item["path"] for item in json.loads(whole.stdout)["removed"]],
+                         ["/c/a", "/c/b"])
 
     def test_exactly_what_was_chosen_goes(self):
         for arguments, names in (
@@ -129,7 +138,3 @@ That's why the freed total is smaller than the estimate\.\n\Z""".replace("\n1 in
         for arguments in ((cache,), ("", "--base", cache), (cache, "--base", ""),
                           (cache, "x", "--base", cache), (cache, "--base", cache, "--yes")):
             self.assert_refused(self.run_program("guard", *arguments), 2)
-
-
-if __name__ == "__main__":
-    unittest.main()

@@ -1,11 +1,9 @@
-#!/usr/bin/env python3
 """Nothing goes that nobody agreed to, and a request to end leaves what was not begun."""
 
 import json
 import os
 import pty
 import subprocess
-import unittest
 
 from support import CLI, ProgramTest, everything_shown, exact_path, rule, snapshot
 
@@ -97,7 +95,3 @@ fi
                                        "brew-cleanup", "--tools", self.home / ".tools")
             self.assertEqual((process.returncode, process.stdout, process.stderr),
                              (130, b"", b"zorvane-cli: interrupted\n"), name)
-
-
-if __name__ == "__main__":
-    unittest.main()

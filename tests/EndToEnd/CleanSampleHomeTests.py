@@ -1,8 +1,6 @@
-#!/usr/bin/env python3
 """Cleaning a realistic home removes exactly what was chosen, and says so truly."""
 
 import os
-import unittest
 
 from support import NOW, ProgramTest, exact_path, snapshot
 
@@ -70,7 +68,3 @@ Free space has grown by .*
         self.assertGreater(len(canaries), 30)
         kept = [os.fsencode(self.home / name) for name in KEPT]
         self.assertTrue(all(map(os.path.lexists, [*canaries, *kept])))
-
-
-if __name__ == "__main__":
-    unittest.main()

@@ -1,9 +1,7 @@
-#!/usr/bin/env python3
 """The cloud drive in the terminal: listing, releasing and fetching; the disk is looked at."""
 
 import json
 import os
-import unittest
 
 from support import ProgramTest, snapshot
 
@@ -47,7 +45,3 @@ class ICloud(ProgramTest):
             process = self.run_program("icloud", "release", "--home", self.home, *mirror, *arguments)
             self.assert_refused(process, 2)
         self.assertEqual({*snapshot(self.world)}, {*before})
-
-
-if __name__ == "__main__":
-    unittest.main()

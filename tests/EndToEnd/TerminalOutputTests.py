@@ -1,9 +1,7 @@
-#!/usr/bin/env python3
 """The tables that people read, and the live line while they wait."""
 
 import re
 import unicodedata
-import unittest
 
 from support import NOW, ProgramTest, rule
 
@@ -67,7 +65,3 @@ class TerminalOutput(ProgramTest):
         self.assertRegex(steps[-2], r"\(9\d KB\)$")
         for step in steps:
             self.assertNotRegex(step, r"[\x00-\x1f\x7f]")
-
-
-if __name__ == "__main__":
-    unittest.main()

@@ -8,29 +8,17 @@
 
 #include <algorithm>
 #include <gtest/gtest.h>
-#include <stdexcept>
 
 namespace CleanCoreTests {
 
 using namespace CleanCore;
 
-std::shared_ptr<const LinuxFileManager> CleanableHome::visibleFiles() const
-{
-    return std::make_shared<LinuxFileManager>(UserFolders::confinedTo(folder.path()), folder.path(),
-                                              pool);
-}
-
-CleanEngine CleanableHome::engine() const
-{
-    return {folder.path(), files, UserFolders::confinedTo(folder.path()).protectedFolders};
-}
-
-CleaningSelection CleanableHome::scan(const std::vector<std::string>& basePaths) const
+CleaningSelection CleanableHome::scan(const Bases& bases) const
 {
     CleaningSelection selection;
     selection.rule.id = "area";
-    selection.rule.basePaths = basePaths;
-    for (const std::string& base : PathExpander::expandAll(basePaths, folder.path(), *files)) {
+    selection.rule.basePaths = bases;
+    for (const std::string& base : PathExpander::expandAll(bases, path(), *files)) {
         std::vector<ScannedItem> items = ItemEnumerator(files).items(base, 0, {}, distantPast);
         std::sort(items.begin(), items.end(),
                   [](const ScannedItem& a, const ScannedItem& b) { return a.path < b.path; });
@@ -39,38 +27,21 @@ CleaningSelection CleanableHome::scan(const std::vector<std::string>& basePaths)
     return selection;
 }
 
-ScannedItem CleanableHome::item(std::string_view relative) const
+CleaningSelection CleanableHome::select(std::string_view relative, const Bases& bases) const
 {
-    const std::string path = folder.path(relative);
-    for (ScannedItem& found :
-         ItemEnumerator(files).items(PathText::parent(path), 0, {}, distantPast)) {
-        if (found.path == path) {
-            return std::move(found);
-        }
-    }
-    throw std::runtime_error("a scan does not list " + path);
-}
-
-CleaningSelection CleanableHome::select(std::string_view relative,
-                                        const std::vector<std::string>& basePaths) const
-{
-    CleaningSelection selection;
-    selection.rule.id = "area";
-    selection.rule.basePaths = basePaths;
-    selection.items = {item(relative)};
-    selection.items.front().sizeBytes = selectedBytes;
+    CleaningSelection selection = scan({PathText::parent(path(relative))});
+    std::erase_if(selection.items,
+                  [&](const ScannedItem& item) { return item.path != path(relative); });
+    selection.items.at(0).sizeBytes = selectedBytes;
+    selection.rule.basePaths = bases;
     return selection;
 }
 
 CleaningReport CleanableHome::clean(const CleaningSelection& selection, bool dryRun) const
 {
-    return engine().clean({&selection, 1}, dryRun);
-}
-
-std::string CleanableHome::outcomeOf(std::string_view relative,
-                                     const std::vector<std::string>& basePaths) const
-{
-    return outcomeOf(select(relative, basePaths));
+    // The folders that are protected now, not when the home was made.
+    const UserFolders folders = UserFolders::confinedTo(path());
+    return CleanEngine(path(), files, folders.protectedFolders).clean({&selection, 1}, dryRun);
 }
 
 std::string CleanableHome::outcomeOf(const CleaningSelection& selection) const
@@ -106,23 +77,19 @@ void CleanableHome::expectOutcomes(const std::vector<OutcomeRow>& rows) const
 
 std::string describe(const CleaningReport& report, const ScannedItem& item)
 {
-    using Removed = CleaningReport::RemovedItem;
-    using Skipped = CleaningReport::SkippedItem;
     if (report.removed.size() + report.skipped.size() != 1) {
         return "not exactly one entry";
     }
-    if (report.removed == std::vector<Removed>{{item.path, item.sizeBytes}}) {
-        return "removed all";
+    const bool isRemoved = !report.removed.empty();
+    if ((isRemoved ? report.removed[0].path : report.skipped[0].path) != item.path) {
+        return "another path";
     }
-    if (!report.removed.empty()) {
-        return "removed " + std::to_string(report.removed.front().bytes);
+    if (isRemoved) {
+        const std::int64_t bytes = report.removed[0].bytes;
+        return "removed " + (bytes == item.sizeBytes ? "all" : std::to_string(bytes));
     }
-    using enum CleaningReport::SkipReason;
-    if (report.skipped == std::vector<Skipped>{{item.path, blockedBySafetyGuard}}) {
-        return "blocked";
-    }
-    return report.skipped == std::vector<Skipped>{{item.path, removalFailed}} ? "failed"
-                                                                              : "another path";
+    return report.skipped[0].reason == CleaningReport::SkipReason::removalFailed ? "failed"
+                                                                                 : "blocked";
 }
 
 } // namespace CleanCoreTests

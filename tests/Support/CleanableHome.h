@@ -14,7 +14,7 @@ namespace CleanCoreTests {
 /// What becomes of one entry when it is cleaned.
 struct OutcomeRow
 {
-    /// The entry, as a tree's text, relative to home: it is made first.
+    /// The entry, as a tree's text: it is made first.
     std::string entry;
     /// The bases of its rule, separated by blanks.
     std::string bases;
@@ -23,45 +23,39 @@ struct OutcomeRow
 };
 
 /// A home of the test's own with the engines' real collaborators, confined to it. Paths are
-/// relative to the home.
+/// relative to the home, but for those of bases.
 class CleanableHome : public TemporaryFolder
 {
 public:
+    using Bases = std::vector<std::string>;
+
     /// No size that a file system gives to an entry.
     static constexpr std::int64_t selectedBytes = 12'345;
 
-    CleanableHome() = default;
-    explicit CleanableHome(const std::string& tree) { make(tree); }
+    explicit CleanableHome(const std::string& tree = {}) { make(tree); }
 
-    const TemporaryFolder& folder = *this;
-    std::shared_ptr<CleanCore::TaskPool> pool = std::make_shared<CleanCore::TaskPool>(2);
-    std::shared_ptr<const CleanCore::FileManager> files = visibleFiles();
-
-    /// A file manager that sees `~/.config/user-dirs.dirs` as it is now.
-    [[nodiscard]] std::shared_ptr<const CleanCore::LinuxFileManager> visibleFiles() const;
-    [[nodiscard]] CleanCore::CleanEngine engine() const;
+    const std::shared_ptr<const CleanCore::FileManager> files =
+        std::make_shared<CleanCore::LinuxFileManager>(CleanCore::UserFolders::confinedTo(path()),
+                                                      path(),
+                                                      std::make_shared<CleanCore::TaskPool>(2));
 
     /// A selection of everything that a scan finds now in these bases, in the order of the names.
-    [[nodiscard]] CleanCore::CleaningSelection scan(const std::vector<std::string>& basePaths = {
-                                                        "~/.cache"}) const;
-    /// What a scan finds now at `relative`.
-    [[nodiscard]] CleanCore::ScannedItem item(std::string_view relative) const;
-    /// A rule with these bases and the one item at `relative`, as if it had been measured at
-    /// selectedBytes.
+    [[nodiscard]] CleanCore::CleaningSelection scan(const Bases& bases = {"~/.cache"}) const;
+    /// A rule with these bases and the one item that a scan finds at `relative`, as if it had been
+    /// measured at selectedBytes.
     [[nodiscard]] CleanCore::CleaningSelection select(std::string_view relative,
-                                                      const std::vector<std::string>& basePaths = {
-                                                          "~/.cache"}) const;
-
-    /// Cleans one selection with engine().
+                                                      const Bases& bases = {"~/.cache"}) const;
     [[nodiscard]] CleanCore::CleaningReport clean(const CleanCore::CleaningSelection& selection,
                                                   bool dryRun = false) const;
-    /// Scans the one item, cleans it and tells how that ended: "removed BYTES" (the scanned size
+
+    /// Cleans a selection of one item and tells how that ended: "removed BYTES" (the scanned size
     /// as "all"), "blocked" or "failed". Fails the test when a dry run just before foretold
     /// another end (of a link it may not know that it frees nothing).
-    [[nodiscard]] std::string outcomeOf(std::string_view relative,
-                                        const std::vector<std::string>& basePaths = {
-                                            "~/.cache"}) const;
     [[nodiscard]] std::string outcomeOf(const CleanCore::CleaningSelection& selection) const;
+    [[nodiscard]] std::string outcomeOf(std::string_view relative, const Bases& bases) const
+    {
+        return outcomeOf(select(relative, bases));
+    }
 
     /// Makes, scans and cleans the entry of each row, one row after the other. What is removed is
     /// to be all that changes; an entry that stays is taken away before the next row, if it was

@@ -118,7 +118,7 @@ std::string TemporaryFolder::path(std::string_view relative) const
     return relative.empty() ? m_path : m_path + '/' + std::string(relative);
 }
 
-void TemporaryFolder::make(const std::string& tree, CleanCore::Timestamp now) const
+void TemporaryFolder::make(std::string_view tree, CleanCore::Timestamp now) const
 {
     using enum TreeTextEntry::Kind;
     const std::vector<TreeTextEntry> entries = treeEntries(tree);

@@ -36,7 +36,7 @@ public:
 
     /// Makes the entries of `tree`. Files that are there are overwritten, links replaced. Ages are
     /// counted back from `now`. Throws std::invalid_argument for a text that is no tree.
-    void make(const std::string& tree, CleanCore::Timestamp now = {}) const;
+    void make(std::string_view tree, CleanCore::Timestamp now = {}) const;
 
     /// What is in the folder `below`, as make() takes it, in the order of the paths: every entry
     /// except folders that hold another. Sizes are told of files that do not hold "content", modes

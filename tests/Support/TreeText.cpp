@@ -1,5 +1,6 @@
 #include "tests/Support/TreeText.h"
 
+#include <algorithm>
 #include <regex>
 #include <stdexcept>
 
@@ -43,7 +44,7 @@ std::chrono::nanoseconds ageOf(const std::string& text)
 
 } // namespace
 
-std::vector<TreeTextEntry> treeEntries(const std::string& text)
+std::vector<TreeTextEntry> treeEntries(std::string_view text)
 {
     using enum TreeTextEntry::Kind;
     const std::string name = "((?:[^\\s':|@=>-]|-(?!>)|'(?:[^']|'')*')+)";
@@ -51,12 +52,12 @@ std::vector<TreeTextEntry> treeEntries(const std::string& text)
                                   "|(\\|)|:(\\d+)([kM]?))?(?:=([0-7]+))?"
                                   "(?:@(-?(?:\\d+(?:ns|[dhms]))+))?(?:\\s+|$)");
     std::vector<TreeTextEntry> entries;
-    auto at = text.begin() +
-              static_cast<std::ptrdiff_t>(std::min(text.find_first_not_of(" \t\n\r"), text.size()));
-    for (std::smatch match; at != text.end(); at = match[0].second) {
-        if (!std::regex_search(at, text.end(), match, whole,
-                               std::regex_constants::match_continuous)) {
-            throw std::invalid_argument("no tree from here on: " + std::string(at, text.end()));
+    text.remove_prefix(std::min(text.find_first_not_of(" \t\n\r"), text.size()));
+    const char* const end = text.data() + text.size();
+    std::cmatch match;
+    for (const char* at = text.data(); at != end; at = match[0].second) {
+        if (!std::regex_search(at, end, match, whole, std::regex_constants::match_continuous)) {
+            throw std::invalid_argument("no tree from here on: " + std::string(at, end));
         }
         TreeTextEntry& entry = entries.emplace_back();
         entry.path = plain(match[1]);

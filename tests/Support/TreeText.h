@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace CleanCoreTests {
@@ -24,7 +25,7 @@ struct TreeTextEntry
 };
 
 /// Throws std::invalid_argument for a text that is no tree.
-[[nodiscard]] std::vector<TreeTextEntry> treeEntries(const std::string& text);
+[[nodiscard]] std::vector<TreeTextEntry> treeEntries(std::string_view text);
 
 /// A path in quotes where it needs them.
 [[nodiscard]] std::string quoted(const std::string& path);

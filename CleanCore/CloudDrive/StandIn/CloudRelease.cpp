@@ -1,7 +1,7 @@
 #include "CleanCore/CloudDrive/StandIn/CloudRelease.h"
 
 #include "CleanCore/CloudDrive/StandIn/CloudMarker.h"
-#include "CleanCore/FileSystem/Descriptors.h"
+#include "CleanCore/FileSystem/OpenWithoutLinks.h"
 
 #include <algorithm>
 #include <cerrno>

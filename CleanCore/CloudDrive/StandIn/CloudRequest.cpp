@@ -4,6 +4,7 @@
 #include "CleanCore/CloudDrive/StandIn/CloudFilePair.h"
 #include "CleanCore/FileSystem/Descriptors.h"
 #include "CleanCore/FileSystem/LinkResolver.h"
+#include "CleanCore/FileSystem/OpenWithoutLinks.h"
 #include "CleanCore/Support/PathText.h"
 
 #include <algorithm>

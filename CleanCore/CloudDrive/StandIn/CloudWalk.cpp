@@ -1,7 +1,7 @@
 #include "CleanCore/CloudDrive/StandIn/CloudWalk.h"
 
 #include "CleanCore/CloudDrive/ICloudItem.h"
-#include "CleanCore/FileSystem/Descriptors.h"
+#include "CleanCore/FileSystem/OpenWithoutLinks.h"
 #include "CleanCore/Support/PathText.h"
 
 #include <cerrno>

@@ -2,6 +2,7 @@
 
 #include "CleanCore/FileSystem/Descriptors.h"
 #include "CleanCore/FileSystem/LinkResolver.h"
+#include "CleanCore/FileSystem/OpenWithoutLinks.h"
 #include "CleanCore/FileSystem/Removing/TemporaryPermissions.h"
 #include "CleanCore/FileSystem/Removing/TreeEmptier.h"
 #include "CleanCore/Support/PathText.h"

@@ -1,7 +1,7 @@
 #include "CleanCore/FileSystem/Removing/ProtectedIdentities.h"
 
-#include "CleanCore/FileSystem/Descriptors.h"
 #include "CleanCore/FileSystem/EntryStatus.h"
+#include "CleanCore/FileSystem/OpenWithoutLinks.h"
 #include "CleanCore/FileSystem/Walking/Climb.h"
 
 namespace CleanCore {

@@ -1,6 +1,6 @@
 #include "CleanCore/FileSystem/Removing/TemporaryPermissions.h"
 
-#include "CleanCore/FileSystem/Descriptors.h"
+#include "CleanCore/FileSystem/OpenWithoutLinks.h"
 #include "CleanCore/FileSystem/Removing/TreeEmptier.h"
 
 #include <algorithm>

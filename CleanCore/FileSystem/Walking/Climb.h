@@ -1,7 +1,7 @@
 #pragma once
 
-#include "CleanCore/FileSystem/Descriptors.h"
 #include "CleanCore/FileSystem/EntryStatus.h"
+#include "CleanCore/FileSystem/OpenWithoutLinks.h"
 
 #include <utility>
 

@@ -1,6 +1,7 @@
 #include "CleanCore/FileSystem/Walking/FolderStack.h"
 
 #include "CleanCore/FileSystem/Descriptors.h"
+#include "CleanCore/FileSystem/OpenWithoutLinks.h"
 
 #include <algorithm>
 #include <utility>

@@ -1,6 +1,7 @@
 #include "CleanCore/FileSystem/Walking/TreeMeasurer.h"
 
 #include "CleanCore/FileSystem/Descriptors.h"
+#include "CleanCore/FileSystem/OpenWithoutLinks.h"
 #include "CleanCore/FileSystem/Walking/DirectoryReader.h"
 #include "CleanCore/FileSystem/Walking/FolderStack.h"
 #include "CleanCore/Support/SharedWork.h"

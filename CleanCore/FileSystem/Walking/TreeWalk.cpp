@@ -1,6 +1,6 @@
 #include "CleanCore/FileSystem/Walking/TreeWalk.h"
 
-#include "CleanCore/FileSystem/Descriptors.h"
+#include "CleanCore/FileSystem/OpenWithoutLinks.h"
 #include "CleanCore/FileSystem/Walking/DirectoryReader.h"
 #include "CleanCore/FileSystem/Walking/FolderStack.h"
 

@@ -289,7 +289,7 @@ void ICloudModel::updateRows()
     const auto isSame = [this](std::size_t row, std::size_t now) {
         return m_paths[row] == pathAt(now);
     };
-    // While a measuring goes on rows come one by one, and the list should keep its place.
+    // Measuring adds rows one by one, and the list should keep its scroll position.
     std::size_t place = 0;
     while (place < std::min(count, m_paths.size()) && isSame(place, place)) {
         ++place;

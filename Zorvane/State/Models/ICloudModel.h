@@ -13,47 +13,47 @@ namespace Zorvane {
 class ByteCountFormatter;
 class CloudState;
 
-/// What the cloud drive's sheet and card show. The rows are the measured entries, largest first,
-/// then those whose measuring ran out of time. Main thread only.
+/// The content of the cloud drive's sheet and card. The rows are the measured entries, largest
+/// first, then those whose measuring ran out of time. Main thread only.
 class ICloudModel : public Zorvane::RowModel
 {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("Models has one.")
-    /// Whether a measuring has ever been started.
+    /// Whether measuring has ever been started.
     Q_PROPERTY(bool isMeasured READ isMeasured NOTIFY changed)
     Q_PROPERTY(bool isMeasuring READ isMeasuring NOTIFY changed)
     Q_PROPERTY(QString measuringText READ measuringText NOTIFY changed)
     Q_PROPERTY(QString downloadedText READ downloadedText NOTIFY changed)
-    /// Empty while no release tells how far it is.
+    /// Empty unless a release has reported its progress.
     Q_PROPERTY(QString freeingText READ freeingText NOTIFY changed)
     /// Whether everything is measured and nothing is downloaded.
     Q_PROPERTY(bool isEmpty READ isEmpty NOTIFY changed)
-    /// Empty unless entries can be measured again that ran out of time.
+    /// Empty unless there are entries to measure again because they ran out of time.
     Q_PROPERTY(QString busyText READ busyText NOTIFY changed)
     Q_PROPERTY(QString selectedText READ selectedText NOTIFY changed)
     Q_PROPERTY(bool hasSelectedBytes READ hasSelectedBytes NOTIFY changed)
     Q_PROPERTY(bool canRelease READ canRelease NOTIFY changed)
-    /// What the release of the chosen entries will take; empty when it is not to be shown.
+    /// The effort of releasing the selected entries; empty when it is not shown.
     Q_PROPERTY(QString beforeFreeingText READ beforeFreeingText NOTIFY changed)
     Q_PROPERTY(bool hasReport READ hasReport NOTIFY changed)
     Q_PROPERTY(bool hasFreed READ hasFreed NOTIFY changed)
     Q_PROPERTY(QString reportText READ reportText NOTIFY changed)
-    /// The applications that a release leaves: before one those of the chosen entries, after it
-    /// those still downloaded. An empty title means that there is nothing to tell.
+    /// The applications that a release leaves: before it those of the selected entries, after it
+    /// those still downloaded. The title is empty if there are none.
     Q_PROPERTY(QString appsTitle READ appsTitle NOTIFY changed)
-    /// Names and sizes of the first of them, and how many there are beyond.
+    /// Names and sizes of the first of them, and the number of the others.
     Q_PROPERTY(QStringList appNames READ appNames NOTIFY changed)
     Q_PROPERTY(QStringList appSizes READ appSizes NOTIFY changed)
     Q_PROPERTY(QString moreAppsText READ moreAppsText NOTIFY changed)
 public:
     enum Role {
         NameRole = firstRole,
-        /// Whether its measuring ran out of time; such a row has no figures and cannot be chosen.
+        /// Whether its measuring ran out of time; such a row has no figures and cannot be selected.
         IsBusyRole,
         IsReleasedRole,
         IsSelectedRole,
-        /// Tells of the applications in it; may be empty.
+        /// About the applications in it; may be empty.
         AppsTextRole,
         /// May be empty.
         FilesTextRole,
@@ -82,14 +82,14 @@ public:
     [[nodiscard]] QStringList appSizes() const;
     [[nodiscard]] QString moreAppsText() const;
 
-    /// Opens the sheet; the first time it starts the measuring too.
+    /// Opens the sheet and, the first time, starts measuring.
     Q_INVOKABLE void open();
     /// Ticks the check box of a measured entry.
     Q_INVOKABLE void setSelected(int row, bool isSelected);
-    /// Shows all applications of the notice in the desktop's file manager.
+    /// Shows all applications of the notice, not only the listed ones, in the file manager.
     Q_INVOKABLE void revealApps();
 
-    /// How long the release of so many files usually takes.
+    /// The time that releasing so many files usually takes.
     [[nodiscard]] static QString estimate(std::int64_t files);
 
 protected:
@@ -103,14 +103,14 @@ private:
     [[nodiscard]] QString bytes(std::int64_t count) const;
     [[nodiscard]] QString count(std::int64_t number) const;
     [[nodiscard]] QVariant dataOfItem(const CleanCore::ICloudItem& item, int role) const;
-    /// The path that a row has by now.
+    /// The path that belongs in a row according to the state.
     [[nodiscard]] const std::string& pathAt(std::size_t row) const;
     void updateRows();
     void refreshRows();
 
     CloudState& m_cloud;
     const ByteCountFormatter& m_formatter;
-    /// The paths of the rows as they were last told to the views.
+    /// The paths of the rows that the views know.
     std::vector<std::string> m_paths;
     std::size_t m_itemCount = 0;
 };

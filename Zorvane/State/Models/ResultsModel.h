@@ -15,7 +15,7 @@ class AppState;
 /// details and its items; after them the card of the cloud drive. Main thread only.
 ///
 /// Rows are identified by their position, never by what they show. Expansion belongs to the model
-/// and ends with the results that it was about. A change of the selection costs one notification.
+/// and ends with its results. A change of the selection costs one notification.
 class ResultsModel : public Zorvane::RowModel
 {
     Q_OBJECT
@@ -35,9 +35,10 @@ public:
 
         TitleRole,
         CountTextRole,
-        /// Also an item's.
+        /// Of a category or an item.
         SizeTextRole,
-        /// Also an item's: whether the check box is ticked. A category's is when all items are.
+        /// Whether the check box of a category or an item is ticked. A category's is ticked if all
+        /// its items are.
         IsSelectedRole,
         /// Whether the category's check box is offered.
         IsSelectableRole,
@@ -47,10 +48,10 @@ public:
         IsExpandedRole,
 
         ExplanationRole,
-        /// Whether all items of the category can be chosen by one link.
+        /// Whether one link selects all items of the category.
         OffersSelectAllRole,
 
-        /// An item's path, for people's eyes.
+        /// An item's path as displayText().
         PathRole,
     };
     Q_ENUM(Role)
@@ -80,7 +81,7 @@ private:
 
     /// Nothing beyond the last row.
     [[nodiscard]] std::optional<Place> placeOf(std::size_t row) const;
-    /// The place of a row that QML names.
+    /// The place of a row number from QML, which may be any number.
     [[nodiscard]] std::optional<Place> placeOfRow(int row) const;
     [[nodiscard]] std::size_t rowsBelowHeader(std::size_t category) const;
     [[nodiscard]] QVariant dataOfCategory(std::size_t category, int role) const;
@@ -93,7 +94,7 @@ private:
     AppState& m_state;
     /// One for each category.
     std::vector<bool> m_isExpanded;
-    /// One for each category. Every row of a category asks for it, and it takes all its items.
+    /// One for each category. Cached, since every row asks for it and finding out visits all items.
     std::vector<bool> m_hasSelectedLook;
 };
 

@@ -20,8 +20,8 @@ struct RingSegment
     std::int64_t bytes = 0;
 };
 
-/// The groups of all categories, whether chosen or not, in their fixed order; those without bytes
-/// are left out. Every category is in exactly one group, by its rule id.
+/// The groups of all categories, selected or not, in a fixed order and without those of 0 bytes.
+/// Every category is in exactly one group, by its rule id.
 [[nodiscard]] std::vector<RingSegment>
 ringSegments(std::span<const CleanCore::CategoryResult> categories);
 

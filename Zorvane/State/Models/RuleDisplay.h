@@ -5,10 +5,10 @@
 #include <QString>
 #include <string_view>
 
-/// How rules are named to people.
+/// The names of rules in the window.
 namespace Zorvane::RuleDisplay {
 
-/// The title of a rule in the table's language, or its id where there is none.
+/// The title of a rule in the table's language, or its id if it has none.
 [[nodiscard]] inline QString title(std::string_view ruleId, const CleanCore::TextTable& texts)
 {
     return QString::fromStdString(texts.ruleTitle(ruleId));

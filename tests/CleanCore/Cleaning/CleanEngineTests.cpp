@@ -1,6 +1,5 @@
 #include "CleanCore/Cleaning/CleanEngine.h"
 
-#include "CleanCore/Cleaning/Clean.h"
 #include "tests/Support/CleanableHome.h"
 #include "tests/Support/ScriptedDisk.h"
 #include "tests/Support/Table.h"
@@ -202,35 +201,6 @@ TEST(CleanEngine, GoesThroughTheSelectionsInOrderAndStopsBetweenTwoItems)
     EXPECT_THAT(stopped.skipped, ElementsAre());
     const CleaningReport none = engine.clean(selections, true, stop.get_token());
     EXPECT_TRUE(none.removed.empty() && none.skipped.empty());
-}
-
-TEST(Clean, ClearsFilesBeforeToolsAndTellsHowTheFreeSpaceGrew)
-{
-    for (const auto& [capacities, isDryRun, freed] :
-         {std::tuple(std::vector<std::optional<std::int64_t>>{100, 700}, false, 600),
-          {{100, 700}, true, 0},
-          {{700, 100}, false, 0},
-          {{std::nullopt, 500}, false, 500}}) {
-        const auto disk = std::make_shared<ScriptedDisk>();
-        disk->capacities = capacities;
-        const Clean clean("/home/me", disk, {"/base/kept"},
-                          [&](std::span<const CleaningSelection> tools, bool dryRun, auto&&) {
-                              EXPECT_EQ(dryRun, isDryRun);
-                              EXPECT_EQ(disk->removed().empty(), dryRun);
-                              return CleaningReport{{{tools[0].rule.id, 1}}, {}};
-                          });
-        std::vector<CleaningSelection> selections(2);
-        selections[0].rule.id = "tool";
-        selections[0].rule.kind = RuleKind::command;
-        selections[1].rule.basePaths = {"/base"};
-        selections[1].items = {{"/base/kept/x", 1}, {"/base/a/x", 5}};
-        const Clean::Outcome outcome = clean.run(selections, isDryRun, {});
-        EXPECT_EQ(outcome.visibleFreedBytes, freed);
-        EXPECT_THAT(outcome.report.removed,
-                    ElementsAre(Removed{"/base/a/x", 5}, Removed{"tool", 1}));
-        EXPECT_THAT(outcome.report.skipped,
-                    ElementsAre(Skipped{"/base/kept/x", blockedBySafetyGuard}));
-    }
 }
 
 TEST(CleanEngine, TouchesNothingOutsideTheFolderThatItIsConfinedTo)

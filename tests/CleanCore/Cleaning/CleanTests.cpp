@@ -15,7 +15,7 @@ CleaningSelection selection(RuleKind kind, const std::string& path)
     CleaningSelection made;
     made.rule.kind = kind;
     made.rule.basePaths = {"/home/me/area"};
-    made.items = {{path, 1}};
+    made.items = {{path, 1}, {"/home/me/area/kept/x", 1}};
     return made;
 }
 
@@ -48,7 +48,7 @@ TEST(Clean, ClearsFilesThenToolsAndMeasuresTheFreeSpaceAroundThem)
         disk->add("/home/me/area", "file", 1);
         disk->capacities = row.freeBytes;
         disk->onRemove = [&](const std::string&) { log += "file "; };
-        const Clean clean("/home/me", disk, {},
+        const Clean clean("/home/me", disk, {"/home/me/area/kept"},
                           [&](auto selections, bool dryRun, const std::stop_token&) {
                               log += dryRun ? "dry-tool " : "tool ";
                               EXPECT_EQ(selections.size(), 1U);

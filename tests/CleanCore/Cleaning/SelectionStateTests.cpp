@@ -111,6 +111,9 @@ TEST(SelectionState, AnswersByIdAndByPosition)
     EXPECT_TRUE(state.isSelected("caches", "unknown"));
     state.deselectAll("caches");
     EXPECT_FALSE(state.isSelected("caches", "unknown"));
+    state.toggle("caches", "unknown");
+    state.deselectAll();
+    EXPECT_FALSE(state.isSelected("caches", "unknown"));
 }
 
 } // namespace CleanCoreTests

@@ -32,8 +32,8 @@ F/LONGEST | F/LONGEST | ~/F | removed all | F/
 # It is looked for beside the very folder that is cleaned, and through no link.
 F/a Trash/info->../other other/a.trashinfo | F/a | ~/F | removed all
     | F/ Trash/info->../other other/a.trashinfo
-place/a F->../place I/a.trashinfo info/a.trashinfo | F/a | ~/F | removed all
-    | F->../place I/a.trashinfo info/a.trashinfo place/
+other/place/a F->../other/place I/a.trashinfo other/files/ other/info/a.trashinfo | F/a | ~/F
+    | removed all | F->../other/place I/a.trashinfo other/files/ other/info/a.trashinfo other/place/
 MyF/a MyI/a.trashinfo | MyF/a | ~/MyF | removed all | MyF/ MyI/a.trashinfo
 )";
 

@@ -4,7 +4,6 @@
 #include <gtest/gtest.h>
 #include <latch>
 #include <numeric>
-#include <thread>
 #include <vector>
 
 namespace CleanCoreTests {
@@ -33,26 +32,35 @@ TEST(TaskPool, StartsTasksInOrderAndAsManyAtOnceAsItHasWorkers)
     meeting->arrive_and_wait();
 }
 
-TEST(TaskPool, DropsWhatItHasNotStartedWhenItGoesEvenOnOneOfItsOwnWorkers)
+TEST(TaskPool, DropsWhatItHasNotStartedWhenItGoes)
 {
     const auto canGoOn = std::make_shared<std::latch>(1);
     const auto hasStarted = std::make_shared<std::latch>(1);
     const auto wasRun = std::make_shared<std::atomic<bool>>(false);
-    auto pool = std::make_shared<TaskPool>(1);
-    pool->submit([=, owner = std::make_shared<std::shared_ptr<TaskPool>>(pool)]() mutable {
-        hasStarted->count_down();
-        canGoOn->wait();
-        owner->reset();
+    {
+        TaskPool pool(1);
+        pool.submit([=] {
+            hasStarted->count_down();
+            canGoOn->wait();
+        });
+        pool.submit([wasRun] { wasRun->store(true); });
         hasStarted->wait();
-    });
-    pool->submit([wasRun] { wasRun->store(true); });
-    hasStarted->wait();
-    pool.reset();
-    canGoOn->count_down();
-    while (wasRun.use_count() > 1) {
-        std::this_thread::yield();
     }
+    EXPECT_EQ(wasRun.use_count(), 1);
     EXPECT_FALSE(wasRun->load());
+    canGoOn->count_down();
+}
+
+TEST(TaskPool, MayBeDestroyedByOneOfItsOwnWorkers)
+{
+    auto pool = std::make_shared<TaskPool>(2);
+    std::latch isDone(1);
+    pool->submit([owner = std::make_shared<std::shared_ptr<TaskPool>>(pool), &isDone] {
+        owner->reset();
+        isDone.count_down();
+    });
+    pool.reset();
+    isDone.wait();
 }
 
 } // namespace CleanCoreTests

@@ -1,8 +1,6 @@
-#!/usr/bin/python3
 """Confirming a clean, the clean itself, and its report; after each step the disk is looked at."""
 
 import os
-import unittest
 
 from window_test import WindowTest, byte_count
 from support import rule, snapshot
@@ -105,7 +103,3 @@ esac''')
         self.gate.write_text("")
         self.assertEqual(program.wait_for_end(), 0)
         self.assertEqual(self.deleted.read_text().split(), ["2026-01-01-000000"])
-
-
-if __name__ == "__main__":
-    unittest.main()

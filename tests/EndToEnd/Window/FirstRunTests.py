@@ -1,7 +1,4 @@
-#!/usr/bin/python3
 """The way from the first start to the ready screen."""
-
-import unittest
 
 from window_test import WindowTest
 
@@ -49,7 +46,3 @@ class FirstRunTests(WindowTest):
         again.see_no(NOTICE)
         again.key("ctrl+q")
         self.assertEqual(again.wait_for_end(), 0)
-
-
-if __name__ == "__main__":
-    unittest.main()

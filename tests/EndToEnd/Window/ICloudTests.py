@@ -1,8 +1,6 @@
-#!/usr/bin/python3
 """The cloud drive: measuring, releasing, bringing back; after each step the disk is looked at."""
 
 import json
-import unittest
 import urllib.parse
 
 from window_test import WindowTest, byte_count
@@ -93,7 +91,3 @@ class ICloudTests(WindowTest):
         program.click("Close", "push button")
         program.wait_for_focus("iCloud Drive")
         self.close(program)
-
-
-if __name__ == "__main__":
-    unittest.main()

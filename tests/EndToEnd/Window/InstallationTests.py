@@ -1,4 +1,3 @@
-#!/usr/bin/python3
 """The programs where an installation puts them, and what belongs to them there."""
 
 import configparser
@@ -6,7 +5,6 @@ import os
 import pathlib
 import re
 import subprocess
-import unittest
 
 from driving import DESKTOP
 from window_test import WINDOW, WindowTest
@@ -60,7 +58,3 @@ class InstallationTests(WindowTest):
                 offered = said("bash", "-euc", COMPLETE, "bash",
                                SHARE / "bash-completion/completions" / name, *command, begun)
                 self.assertEqual(set(offered.split()), known | (subcommands if not begun else set()))
-
-
-if __name__ == "__main__":
-    unittest.main()

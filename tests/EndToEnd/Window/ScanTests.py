@@ -1,13 +1,11 @@
-#!/usr/bin/python3
 """Scanning, looking at the results and choosing among them; the window as a window."""
 
 import os
 import subprocess
-import unittest
 
 from driving import DESKTOP
 from window_test import WINDOW, WindowTest, byte_count
-from support import rule
+from support import in_own_mounts, rule
 
 
 class ScanTests(WindowTest):
@@ -124,16 +122,17 @@ class ScanTests(WindowTest):
 
     def test_refuses_a_command_line_that_it_cannot_start_with(self):
         missing = self.world / "missing\x1b"
+        # Some of it would do in another home only.
+        account = in_own_mounts('mount --bind "$1" /etc/passwd', self.file(
+            "passwd", f"root:x:0:0::{self.home}:/bin/sh\n"))
         for arguments, status, word in (
                 (("--home", missing), 2, "missing"), (("extra",), 2, "--help"),
-                (("--home", self.home, "--tools", missing), 2, "--tools"),
-                (("--home", self.home, "--catalog", missing), 3, "catalog")):
-            process = subprocess.run([WINDOW, *map(str, arguments)], capture_output=True,
-                                     text=True, env=DESKTOP.environment, check=False)
+                (("--tools", missing), 2, "--tools"), (("--mirror", self.home), 2, "--mirror"),
+                (("--catalog", missing), 3, "catalog"),
+                (("--catalog", self.catalog(rule(bases=["~"]))), 3, "catalog")):
+            process = subprocess.run([*account, WINDOW, *map(str, arguments)], capture_output=True,
+                                     text=True, check=False,
+                                     env={**DESKTOP.environment, "HOME": str(self.home)})
             self.assertEqual(process.returncode, status, arguments)
             self.assertRegex(process.stderr, r"\Azorvane: [^\n\x1b]+\n\Z")
             self.assertIn(word, process.stderr)
-
-
-if __name__ == "__main__":
-    unittest.main()

@@ -1,6 +1,5 @@
 #include "tests/Zorvane/Support/ScriptedApplication.h"
 
-#include "CleanCore/FileSystem/Removing/Removal.h"
 #include "CleanCore/Support/PathText.h"
 #include "CleanCore/Support/TaskPool.h"
 
@@ -12,22 +11,15 @@ namespace ZorvaneTests {
 
 using CleanCore::CleaningRule;
 using CleanCore::EntryKind;
-using CleanCore::RuleKind;
 using CleanCore::RuleTier;
-
-Strings ScriptedDrive::released() const
-{
-    const std::lock_guard lock(m_mutex);
-    return m_released;
-}
+using CleanCore::PathText::join;
 
 std::vector<CleanCore::CloudRefusal> ScriptedDrive::release(const std::string& path) const
 {
     if (onRelease) {
         onRelease(path);
     }
-    const std::lock_guard lock(m_mutex);
-    m_released.push_back(path);
+    released.push_back(path);
     return {};
 }
 
@@ -49,20 +41,15 @@ QString ScriptedApplication::preferencesFile() const
 
 Zorvane::Environment ScriptedApplication::environment()
 {
-    CleanCore::HomeEnvironment homeEnvironment;
-    homeEnvironment.home = home;
-    homeEnvironment.isConfined = true;
-    homeEnvironment.folders.home = home;
-    homeEnvironment.pool = pool;
-    homeEnvironment.fileManager = disk;
-    auto runner = std::make_shared<CleanCoreTests::ScriptedCommandRunner>(script);
-    runner->whenCalled = [call = whenToolRuns](const CleanCoreTests::Call& /*call*/) {
-        if (call) {
-            call();
-        }
-    };
+    CleanCore::HomeEnvironment environment;
+    environment.home = environment.folders.home = home;
+    environment.isConfined = true;
+    environment.pool = pool;
+    environment.fileManager = disk;
+    const auto runner = std::make_shared<CleanCoreTests::ScriptedCommandRunner>(script);
+    runner->whenCalled = [call = whenToolRuns](const auto& /*call*/) { call(); };
     return {
-        .home = homeEnvironment,
+        .home = environment,
         .cloudDrive = drive,
         .tools = CleanCore::ToolLocations::ofSystem(),
         .commandRunner = [runner](const std::stop_token& /*stop*/) { return runner; },
@@ -91,22 +78,19 @@ std::string ScriptedApplication::itemPath(const std::string& id, std::size_t ite
 
 std::string ScriptedApplication::cloudPath(const std::string& name)
 {
-    return CleanCore::PathText::join(cloud, name);
+    return join(cloud, name);
 }
 
 void ScriptedApplication::addFolder(const std::string& id, RuleTier tier, const std::string& base,
                                     const Sizes& items)
 {
-    CleaningRule rule;
-    rule.id = id;
+    CleaningRule rule = CleanCoreTests::commandRule(id, CleanCore::RuleKind::fileSystem);
     rule.tier = tier;
-    rule.kind = RuleKind::fileSystem;
     rule.basePaths = {base};
     catalog.rules.push_back(rule);
-    auto& folder = disk->folders[base];
+    disk->folders[base];
     for (const auto& [name, bytes] : items) {
-        folder.names.push_back(name);
-        disk->measures[CleanCore::PathText::join(base, name)].sizeBytes = bytes;
+        disk->add(base, name, bytes);
     }
 }
 
@@ -128,9 +112,8 @@ void ScriptedApplication::addUnreadableArea(const std::string& id)
 
 void ScriptedApplication::addToolArea(const std::string& id, RuleTier tier)
 {
-    CleaningRule rule = CleanCoreTests::commandRule(id);
-    rule.tier = tier;
-    catalog.rules.push_back(rule);
+    catalog.rules.push_back(CleanCoreTests::commandRule(id));
+    catalog.rules.back().tier = tier;
 }
 
 void ScriptedApplication::addSnapshots(const Strings& dates)
@@ -188,15 +171,6 @@ void measureCloud(Zorvane::AppState& state)
 {
     state.cloud()->reloadICloud();
     waitUntil([&] { return state.cloud()->icloudPending() == 0; });
-}
-
-Strings categoryTexts(const Zorvane::AppState& state)
-{
-    Strings texts;
-    for (const CleanCore::CategoryResult& category : state.categories()) {
-        texts.push_back(category.rule.id + ":" + std::to_string(category.totalBytes()));
-    }
-    return texts;
 }
 
 } // namespace ZorvaneTests

@@ -1,7 +1,6 @@
 #pragma once
 
 #include "CleanCore/CloudDrive/CloudDrive.h"
-#include "CleanCore/CloudDrive/ICloudEvictor.h"
 #include "Zorvane/State/AppState.h"
 #include "tests/Support/ScriptedCommandRunner.h"
 #include "tests/Support/ScriptedDisk.h"
@@ -9,44 +8,30 @@
 
 #include <QString>
 #include <atomic>
-#include <chrono>
-#include <functional>
-#include <map>
-#include <memory>
-#include <mutex>
-#include <set>
-#include <string>
-#include <vector>
 
 namespace ZorvaneTests {
 
+using CleanCoreTests::ScriptedDisk;
 using Strings = std::vector<std::string>;
 /// Entries by their names.
 using Sizes = std::vector<std::pair<std::string, std::int64_t>>;
 
-using CleanCoreTests::ScriptedDisk;
-
-/// A cloud drive that takes down which items it was asked to release.
+/// A cloud drive that writes down which items it was asked to release.
 class ScriptedDrive : public CleanCore::CloudDrive
 {
 public:
     /// Called before an item is released, on the releasing thread.
     std::function<void(const std::string& path)> onRelease;
-
-    [[nodiscard]] Strings released() const;
+    /// To be read when no release is running.
+    mutable Strings released;
 
     [[nodiscard]] std::vector<CleanCore::CloudRefusal>
     release(const std::string& path) const override;
     [[nodiscard]] std::vector<CleanCore::CloudRefusal>
     fetch(const std::string& path) const override;
-
-private:
-    mutable std::mutex m_mutex;
-    mutable Strings m_released;
 };
 
-/// The collaborators of an application state, as a test writes them down. The home is "/home/me";
-/// the terms are accepted unless a test says otherwise.
+/// The collaborators of an application state. The terms are accepted.
 struct ScriptedApplication
 {
     ScriptedApplication();
@@ -64,7 +49,7 @@ struct ScriptedApplication
     std::shared_ptr<std::atomic<bool>> isCatalogBroken = std::make_shared<std::atomic<bool>>(false);
     CleanCoreTests::ScriptedCommandRunner::Script script;
     /// Called with each run of a tool, on the thread that runs it.
-    std::function<void()> whenToolRuns;
+    std::function<void()> whenToolRuns = [] {};
     std::map<std::string, std::string, std::less<>> texts;
     std::function<std::chrono::steady_clock::time_point()> steadyNow = [] {
         return std::chrono::steady_clock::time_point();
@@ -78,7 +63,7 @@ struct ScriptedApplication
     /// Adds a rule of files with these items in the folder `base`.
     void addFolder(const std::string& id, CleanCore::RuleTier tier, const std::string& base,
                    const Sizes& items);
-    /// Adds a rule of files whose base holds items of these sizes, named "item0", "item1", ….
+    /// Adds a rule of files whose base holds "item0", "item1", … of these sizes.
     void addArea(const std::string& id, CleanCore::RuleTier tier,
                  const std::vector<std::int64_t>& sizes);
     /// Adds a rule of files whose base exists and cannot be read.
@@ -100,16 +85,9 @@ struct ScriptedApplication
 /// ends by the test runner's limit.
 void waitUntil(const std::function<bool()>& isTrue);
 
-/// Scans and waits for the results.
+/// Each waits for its end.
 void scan(Zorvane::AppState& state);
-
-/// Cleans what is chosen and waits for the end.
 void runClean(Zorvane::AppState& state);
-
-/// Measures the cloud drive and waits for the end.
 void measureCloud(Zorvane::AppState& state);
-
-/// "id:bytes" of every category.
-[[nodiscard]] Strings categoryTexts(const Zorvane::AppState& state);
 
 } // namespace ZorvaneTests

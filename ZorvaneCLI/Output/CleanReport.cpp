@@ -1,7 +1,7 @@
-#include "ZorvaneCLI/CleanReport.h"
+#include "ZorvaneCLI/Output/CleanReport.h"
 
-#include "ZorvaneCLI/PathJson.h"
-#include "ZorvaneCLI/TerminalText.h"
+#include "ZorvaneCLI/Output/PathJson.h"
+#include "ZorvaneCLI/Output/TerminalText.h"
 
 #include <algorithm>
 #include <iostream>

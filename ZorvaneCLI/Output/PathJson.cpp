@@ -1,4 +1,4 @@
-#include "ZorvaneCLI/PathJson.h"
+#include "ZorvaneCLI/Output/PathJson.h"
 
 #include <cstdint>
 #include <utf8proc.h>

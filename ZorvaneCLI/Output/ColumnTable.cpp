@@ -1,6 +1,6 @@
-#include "ZorvaneCLI/ColumnTable.h"
+#include "ZorvaneCLI/Output/ColumnTable.h"
 
-#include "ZorvaneCLI/TerminalText.h"
+#include "ZorvaneCLI/Output/TerminalText.h"
 
 #include <algorithm>
 

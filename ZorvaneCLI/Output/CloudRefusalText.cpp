@@ -1,4 +1,4 @@
-#include "ZorvaneCLI/CloudRefusalText.h"
+#include "ZorvaneCLI/Output/CloudRefusalText.h"
 
 #include <system_error>
 

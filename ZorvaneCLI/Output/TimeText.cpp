@@ -1,4 +1,4 @@
-#include "ZorvaneCLI/TimeText.h"
+#include "ZorvaneCLI/Output/TimeText.h"
 
 #include <cstdio>
 

@@ -1,4 +1,4 @@
-#include "ZorvaneCLI/TerminalText.h"
+#include "ZorvaneCLI/Output/TerminalText.h"
 
 #include "CleanCore/Support/ByteCount.h"
 #include "CleanCore/Support/Utf8.h"

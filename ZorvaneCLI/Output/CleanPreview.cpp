@@ -1,8 +1,8 @@
-#include "ZorvaneCLI/CleanPreview.h"
+#include "ZorvaneCLI/Output/CleanPreview.h"
 
 #include "CleanCore/Support/SaturatingSum.h"
-#include "ZorvaneCLI/ColumnTable.h"
-#include "ZorvaneCLI/TerminalText.h"
+#include "ZorvaneCLI/Output/ColumnTable.h"
+#include "ZorvaneCLI/Output/TerminalText.h"
 
 #include <algorithm>
 

@@ -1,0 +1,345 @@
+#include "Zorvane/State/Models/Models.h"
+#include "tests/Zorvane/Support/ScriptedApplication.h"
+#include "tests/Zorvane/Support/SignalLog.h"
+
+#include <QAbstractItemModelTester>
+#include <gtest/gtest.h>
+
+namespace ZorvaneTests {
+namespace {
+
+using CleanCore::RuleTier;
+
+/// The values of these roles that a row has, a bool that holds as the name of its role.
+std::string rowText(const QAbstractItemModel& model, int row, const Strings& roles)
+{
+    const QHash<int, QByteArray> names = model.roleNames();
+    std::string text;
+    for (const std::string& role : roles) {
+        const QVariant value = model.index(row, 0).data(names.key(QByteArray::fromStdString(role)));
+        const bool isBool = value.typeId() == QMetaType::Bool;
+        const std::string word =
+            isBool ? (value.toBool() ? role : "") : value.toString().toStdString();
+        text += (text.empty() || word.empty() ? "" : " ") + word;
+    }
+    return text;
+}
+
+std::string text(const QAbstractItemModel& model, const Strings& roles)
+{
+    std::string rows;
+    for (int row = 0; row < model.rowCount(); ++row) {
+        rows += (row == 0 ? "" : " | ") + rowText(model, row, roles);
+    }
+    return rows;
+}
+
+/// An application's state with its models, set up before it is opened.
+struct Opened : ScriptedApplication
+{
+    void open()
+    {
+        state.emplace(environment());
+        models.emplace(*state);
+        for (QAbstractItemModel* model : std::initializer_list<QAbstractItemModel*>{
+                 models->results(), models->report(), models->icloud()}) {
+            testers.push_back(std::make_unique<QAbstractItemModelTester>(
+                model, QAbstractItemModelTester::FailureReportingMode::Fatal));
+        }
+    }
+
+    std::optional<Zorvane::AppState> state;
+    std::optional<Zorvane::Models> models;
+    std::vector<std::unique_ptr<QAbstractItemModelTester>> testers;
+};
+
+TEST(Models, ResultsOpenTickAndClose)
+{
+    Opened app;
+    app.addArea("cache-a", RuleTier::safe, {300, 200});
+    app.addArea("dev-b", RuleTier::reviewRequired, {20, 10});
+    app.addSnapshots({"1", "2"});
+    app.addToolArea("dev-unavailable-simulators", RuleTier::reviewRequired);
+    app.script[{"/usr/bin/xcrun", "simctl", "list", "devices", "unavailable", "-j"}] =
+        R"({"devices":{"iOS":[{"udid":"A","name":"Phone"},{"udid":"B","name":"Pad"}]}})";
+    app.addUnreadableArea("cache-locked");
+    app.texts = {{"rule.cache-a.title", "Caches"}, {"category.explanation.cache-a", "Kept by A."}};
+    app.open();
+    Zorvane::ResultsModel& model = *app.models->results();
+    EXPECT_EQ(text(model, {"kind"}), "card");
+    scan(*app.state);
+    EXPECT_EQ(text(model, {"title", "countText", "sizeText", "isSelected", "isSelectable",
+                           "isDiagnostic", "isReviewRequired", "hadAccessErrors", "isLast"}),
+              "Caches 2 items 500 bytes isSelected isSelectable isLast | "
+              "dev-b 2 items 30 bytes isReviewRequired isLast | "
+              "cache-locked 0 items Zero KB isSelectable hadAccessErrors isLast | "
+              "tm-local-snapshots 2 items Zero KB isDiagnostic isReviewRequired isLast | "
+              "dev-unavailable-simulators 2 items Zero KB isDiagnostic isReviewRequired isLast | "
+              "isLast");
+    for (const int row : {4, 3, 2, 1, 0, 1, -1, 99}) {
+        model.toggleExpanded(row);
+    }
+    EXPECT_EQ(text(model, {"kind", "explanation", "offersSelectAll", "isExpanded", "isLast"}),
+              "category isExpanded | details Kept by A. offersSelectAll | item | item isLast | "
+              "category isExpanded | "
+              "details category.explanation.dev-b offersSelectAll | item | item isLast | "
+              "category isExpanded | details category.explanation.cache-locked isLast | "
+              "category isExpanded | "
+              "details category.explanation.tm-local-snapshots offersSelectAll | "
+              "item | item isLast | "
+              "category isExpanded | details category.explanation.dev-unavailable-simulators | "
+              "item | item isLast | card isLast");
+    EXPECT_EQ(rowText(model, 3, {"path", "sizeText"}), "/areas/cache-a/item1 200 bytes");
+
+    SignalLog log;
+    log.note(&model, &QAbstractItemModel::dataChanged, "told");
+    const struct
+    {
+        int row;
+        const char* operation;
+        /// A letter for each row: X ticked and drawn as selected, x ticked, o drawn so.
+        const char* ticks;
+    } steps[] = {
+        {3, "untick", "ooXo..............."}, {0, "tick", "XoXX..............."},
+        {0, "untick", "..................."}, {7, "tick", ".......x..........."},
+        {5, "all", "....x.xx..........."},    {5, "none", "..................."},
+        {16, "tick", "..............x.xx."},  {17, "untick", "..................."},
+    };
+    for (const auto& [row, operation, ticks] : steps) {
+        const std::string name = operation;
+        if (name == "all") {
+            model.selectAll(row);
+        } else if (name == "none") {
+            model.clearSelection(row);
+        } else {
+            model.setSelected(row, name == "tick");
+        }
+        std::string boxes;
+        for (int box = 0; box < model.rowCount(); ++box) {
+            const bool isTicked = !rowText(model, box, {"isSelected"}).empty();
+            const bool hasLook = !rowText(model, box, {"hasSelectedLook"}).empty();
+            boxes += isTicked ? (hasLook ? 'X' : 'x') : (hasLook ? 'o' : '.');
+        }
+        EXPECT_EQ(boxes, ticks) << name << row;
+        EXPECT_EQ(log.take(), "told") << name << row;
+    }
+    model.toggleExpanded(0);
+    EXPECT_EQ(text(model, {"kind"}).substr(0, 19), "category | category");
+    scan(*app.state);
+    EXPECT_EQ(model.rowCount(), 6);
+}
+
+TEST(Models, ShowHostileNamesHarmlesslyAndTellThemApart)
+{
+    Opened app;
+    const std::string name = "evil\u202Egpj\n\xFF<b>";
+    app.addFolder("cache-a", RuleTier::safe, "/a", {{name, 1}, {"evil\u202Egpj\n\xFE<b>", 1}});
+    app.script[{"/opt/homebrew/bin/brew", "cleanup", "--dry-run", "-s"}] =
+        "Would remove: /cellar/old (1B)\n";
+    app.addToolArea("brew-cleanup", RuleTier::safe);
+    app.open();
+    scan(*app.state);
+    Zorvane::ResultsModel& model = *app.models->results();
+    model.toggleExpanded(0);
+    // A safe area of a tool can be selected, and is no diagnosis.
+    EXPECT_EQ(rowText(model, 4, {"title", "isSelectable", "isDiagnostic", "isSelected"}),
+              "brew-cleanup isSelectable");
+    EXPECT_EQ(text(model, {"path"}), " |  | /a/evil⟨U+202E⟩gpj⟨U+000A⟩\uFFFD<b> | "
+                                     "/a/evil⟨U+202E⟩gpj⟨U+000A⟩\uFFFD<b> |  | ");
+    model.setSelected(3, false);
+    app.disk->irremovable = {"/a/" + name};
+    runClean(*app.state);
+    EXPECT_EQ(text(*app.models->report(), {"path"}), "/a/evil⟨U+202E⟩gpj⟨U+000A⟩\uFFFD<b>");
+    EXPECT_EQ(app.state->cleaningReport()->skipped.at(0).path, "/a/" + name);
+}
+
+TEST(Models, ConfirmationFollowsTheSelection)
+{
+    Opened app;
+    app.addArea("cache-a", RuleTier::safe, {300, 200});
+    app.addArea("dev-b", RuleTier::reviewRequired, {40});
+    app.addArea("dev-c", RuleTier::reviewRequired, {0});
+    app.addArea("dev-unchosen", RuleTier::reviewRequired, {1});
+    app.texts = {{"rule.dev-b.title", "Builds <b>B</b> **%1**"},
+                 {"category.warning.dev-b", "Takes long."},
+                 {"category.warning.dev-unchosen", "Never shown."},
+                 {"category.warning.cache-a", "Never shown."}};
+    app.open();
+    Zorvane::ConfirmationModel& model = *app.models->confirmation();
+    Zorvane::Figures& figures = *app.models->figures();
+    const auto shown = [&] {
+        QStringList rows;
+        for (const auto& row : model.rows()) {
+            rows << row.title +
+                        (row.isReviewRequired ? QStringLiteral("! ") : QStringLiteral(" ")) +
+                        row.sizeText;
+        }
+        rows << model.totalText() << model.warnings();
+        EXPECT_EQ(figures.selectedText(), model.totalText());
+        return rows.join(QStringLiteral(" | ")).toStdString();
+    };
+    SignalLog log;
+    log.note(&model, &Zorvane::ConfirmationModel::changed, "confirmation");
+    log.note(&figures, &Zorvane::Figures::selectionChanged, "figures");
+    EXPECT_FALSE(figures.canClean());
+    scan(*app.state);
+    EXPECT_EQ(shown(), "cache-a 500 bytes | 500 bytes");
+    EXPECT_FALSE(model.needsAcknowledgement());
+    (void)log.take();
+    // An area whose selected items hold nothing has no row, and is acknowledged all the same.
+    app.state->selectAll("dev-c");
+    EXPECT_EQ(log.take(), "figures, confirmation");
+    EXPECT_TRUE(model.needsAcknowledgement());
+    app.state->selectAll("dev-b");
+    EXPECT_EQ(shown(),
+              "cache-a 500 bytes | Builds <b>B</b> **%1**! 40 bytes | 540 bytes | Takes long.");
+    EXPECT_EQ(model.plainAcknowledgementText(),
+              QStringLiteral("I understand that the selected review required items (Builds "
+                             "<b>B</b> **%1**, dev-c) may not be recoverable."));
+    EXPECT_EQ(model.acknowledgementText(),
+              QStringLiteral("I understand that the selected <b>review required</b> items (Builds "
+                             "&lt;b&gt;B&lt;/b&gt; **%1**, dev-c) may <b>not be recoverable</b>."));
+    EXPECT_TRUE(figures.canClean());
+    (void)log.take();
+    app.state->performClean();
+    EXPECT_EQ(log.take(), "figures");
+    EXPECT_FALSE(figures.canClean());
+    waitUntil([&] { return figures.canClean(); });
+    app.state->deselectAll("cache-a");
+    app.state->deselectAll("dev-b");
+    EXPECT_EQ(shown(), "Zero KB");
+    EXPECT_FALSE(figures.canClean());
+}
+
+TEST(Models, TheRingGroupsAreasByTheirIds)
+{
+    Opened app;
+    const std::pair<const char*, std::int64_t> areas[] = {
+        {"whatsapp-media", 10}, {"cache-x", 5},      {"trash-user", 1},
+        {"dev-y", 0},           {"brew-cleanup", 2}, {"zz", 3},
+        {"logs-a", 20},         {"temp-a", 40},      {"whatsapp-media-2", 100}};
+    for (const auto& [id, bytes] : areas) {
+        app.addArea(id, RuleTier::safe, {bytes});
+    }
+    app.open();
+    Zorvane::SummaryModel& model = *app.models->summary();
+    EXPECT_EQ(model.totalText(), QStringLiteral("Zero KB"));
+    EXPECT_TRUE(model.rows().empty());
+    scan(*app.state);
+    EXPECT_EQ(model.totalText(), QStringLiteral("181 bytes"));
+    QStringList rows;
+    for (const Zorvane::SummaryRow& row : model.rows()) {
+        rows << QStringLiteral("%1 %2 %3 %4-%5")
+                    .arg(row.label, row.colorName, row.sizeText)
+                    .arg(row.start * 181)
+                    .arg(row.end * 181);
+    }
+    EXPECT_EQ(rows.join(QStringLiteral(" | ")).toStdString(),
+              "WhatsApp catWhatsApp 10 bytes 0-10 | Caches catCaches 66 bytes 10-76 | "
+              "Dev (npm, brew) catDev 2 bytes 76-78 | Other catOther 103 bytes 78-181");
+}
+
+TEST(Models, TheReportCountsByReason)
+{
+    Opened app;
+    app.addArea("cache-a", RuleTier::safe, {1000, 1000, 1000, 500});
+    app.disk->irremovable = {ScriptedApplication::itemPath("cache-a", 0),
+                             ScriptedApplication::itemPath("cache-a", 2)};
+    app.disk->links[ScriptedApplication::itemPath("cache-a", 1)] = "/home/me/Documents/x";
+    app.disk->capacities = {1000, 1600};
+    app.open();
+    scan(*app.state);
+    Zorvane::ReportModel& model = *app.models->report();
+    EXPECT_EQ(model.freedText() + model.removedText() + model.visibleFreedText(), QString());
+    runClean(*app.state);
+    const QStringList texts = {model.freedText(), model.removedText(), model.visibleFreedText(),
+                               model.inUseTitle(), model.protectedTitle()};
+    EXPECT_EQ(texts.join(QStringLiteral(" | ")).toStdString(),
+              "500 bytes | freed — 1 items removed | Visible in Finder right now: 600 bytes | "
+              "2 in use by an open app | 1 protected by Zorvane");
+    EXPECT_TRUE(model.hasSkipped());
+}
+
+TEST(Models, TheCloudDriveIsMeasuredReleasedAndTried)
+{
+    const std::pair<std::int64_t, const char*> estimates[] = {
+        {89'999, "less than a minute"}, {90'000, "about a minute"},   {179'999, "about a minute"},
+        {180'000, "about 2 minutes"},   {299'999, "about 2 minutes"}, {300'000, "about 3 minutes"}};
+    for (const auto& [files, estimate] : estimates) {
+        EXPECT_EQ(Zorvane::ICloudModel::estimate(files).toStdString(), estimate) << files;
+    }
+    Opened app;
+    app.addCloudFolder("Work", 1, 10'000, {{"1.app", 1000}, {"2.app", 2000}, {"3.app", 3000}});
+    app.addCloudFolder("Play", 0, 0, {{"4.app", 5000}});
+    app.addCloudFile("note.txt", 4000);
+    std::atomic<int> readings = 0;
+    std::atomic<int> later = 0;
+    app.steadyNow = [&] {
+        return std::chrono::steady_clock::time_point() +
+               std::chrono::seconds(readings++ == 0 ? 0 : later.load());
+    };
+    app.open();
+    Zorvane::ICloudModel& model = *app.models->icloud();
+    Zorvane::CloudState& cloud = *app.state->cloud();
+    SignalLog log;
+    log.note(&model, &Zorvane::ICloudModel::changed,
+             [&] { return (model.measuringText() + model.freeingText()).toStdString(); });
+    const Strings roles = {"name",      "isBusy",   "isReleased", "isSelected",
+                           "filesText", "sizeText", "appsText"};
+    EXPECT_TRUE(!model.isMeasured() && model.isEmpty());
+    model.open();
+    EXPECT_TRUE(cloud.showICloud() && model.isMeasured() && model.isMeasuring());
+    waitUntil([&] { return !model.isMeasuring(); });
+    const std::string measuring = log.take();
+    EXPECT_NE(measuring.find("Measuring… 3 folders left"), std::string::npos) << measuring;
+    EXPECT_NE(measuring.find("Measuring… 5 files seen · 21 KB on this Mac so far"),
+              std::string::npos)
+        << measuring;
+    EXPECT_EQ(text(model, roles),
+              "Work 4 files 16 KB includes 3 apps (6 KB) that macOS keeps downloaded | "
+              "Play 1 files 5 KB includes 1 apps (5 KB) that macOS keeps downloaded | "
+              "note.txt 1 files 4 KB");
+    EXPECT_EQ(model.downloadedText(), QStringLiteral("25 KB"));
+    EXPECT_TRUE(model.beforeFreeingText().isEmpty() && model.appsTitle().isEmpty());
+    // Opened again, it does not measure.
+    model.open();
+    EXPECT_FALSE(model.isMeasuring());
+
+    model.setSelected(0, true);
+    EXPECT_EQ(model.moreAppsText(), QString());
+    model.setSelected(1, true);
+    model.setSelected(7, true);
+    EXPECT_TRUE(model.canRelease());
+    EXPECT_EQ(model.beforeFreeingText(),
+              QStringLiteral(
+                  "iCloud will release 10 KB in 1 files — this usually takes less than a minute."));
+    EXPECT_EQ(model.appsTitle(), QStringLiteral("11 KB are apps stored in iCloud Drive."));
+    const QStringList apps =
+        model.appNames() + model.appSizes() + QStringList(model.moreAppsText());
+    EXPECT_EQ(apps.join(u' '), QStringLiteral("4.app 3.app 2.app 5 KB 3 KB 2 KB and 1 more"));
+    model.revealApps();
+    EXPECT_EQ(app.revealed.at(0).size(), 4U);
+    (void)log.take();
+    cloud.requestEvict();
+    EXPECT_TRUE(!model.canRelease() && model.beforeFreeingText().isEmpty());
+    waitUntil([&] { return !cloud.isEvicting(); });
+    EXPECT_NE(log.take().find("Freeing 1 of 2 — Work… iCloud is removing the downloads; large "
+                              "folders take a while."),
+              std::string::npos);
+    EXPECT_FALSE(model.hasFreed());
+    EXPECT_EQ(model.reportText(), QStringLiteral("Nothing was released this time."));
+    EXPECT_EQ(model.appsTitle(), QStringLiteral("Still on this Mac: 11 KB in apps."));
+    EXPECT_EQ(text(model, {"name", "isReleased"}), "Work isReleased | Play isReleased | note.txt");
+
+    app.disk->folders[ScriptedApplication::cloud].names = {"Work", "note.txt"};
+    readings = 0;
+    later = 91;
+    measureCloud(*app.state);
+    EXPECT_EQ(text(model, roles), "note.txt 1 files 4 KB | Work isBusy");
+    EXPECT_TRUE(model.busyText().startsWith(QStringLiteral("“Work” went past 90 seconds")));
+    model.setSelected(1, true);
+    EXPECT_TRUE(cloud.icloudSelection().empty());
+}
+
+} // namespace
+} // namespace ZorvaneTests
