@@ -66,7 +66,7 @@ void expectAsModelled(const std::string& folder, const Strings& names)
 {
     std::vector<Model> expected;
     for (const std::string& name : names) {
-        expected.push_back(modelOf(folder + '/' + name));
+        expected.push_back(modelOf(PathText::join(folder, name)));
     }
     for (const unsigned workers : {1U, 2U, 8U}) {
         EXPECT_EQ(measure(folder, names, workers), expected) << workers << " workers";
