@@ -1,5 +1,6 @@
 // Where a removal has to stop: at mounts, at links, and at everything that is not inside the base.
 
+#include "CleanCore/Support/TaskPool.h"
 #include "tests/Support/RemovalFixture.h"
 
 #include <cerrno>
