@@ -20,11 +20,7 @@ endif()
 
 zorvane_add_tests(WindowTests SUPPORT WindowTestSupport SOURCES
   Zorvane/*Tests.cpp Zorvane/Support/WindowTestMain.cpp)
-add_executable(screenshots Zorvane/Screenshots.cpp)
-target_link_libraries(screenshots PRIVATE WindowTestSupport Zorvane::Warnings)
-foreach(program WindowTests screenshots)
-  target_link_libraries(${program} PRIVATE ZorvaneWindowplugin)
-endforeach()
+target_link_libraries(WindowTests PRIVATE ZorvaneWindowplugin)
 
 # Once more as the program draws where there is a graphics card.
 add_test(NAME PixelsWithOpenGL COMMAND "${launcher}" "${CMAKE_CURRENT_SOURCE_DIR}/with-display"

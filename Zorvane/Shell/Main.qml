@@ -1,4 +1,5 @@
 import QtQuick
+import QtQuick.Templates as T
 import QtQuick.Window
 import Zorvane
 
@@ -14,6 +15,8 @@ Window {
     /// Whether something covers the screens and the title bar, which have to be disabled then, or
     /// assistive tools would press their controls.
     readonly property bool isCovered: titleBar.isMenuOpen || about.isOpen || update.isOpen || closing.visible
+    /// With which the screens get the focus back, so that it shows if it did before.
+    property int focusReason: Qt.OtherFocusReason
 
     visible: true
     width: 1080
@@ -36,6 +39,9 @@ Window {
     // The content item gets the focus when the focused item disappears, or when assistive tools try
     // to focus a covered one.
     onActiveFocusItemChanged: {
+        const control = activeFocusItem as T.Control;
+        if (control)
+            focusReason = control.visualFocus ? Qt.TabFocusReason : Qt.OtherFocusReason;
         if (!active || activeFocusItem !== contentItem)
             return;
         if (closing.visible)
@@ -45,7 +51,7 @@ Window {
         else if (about.isOpen)
             about.takeKeyboard();
         else
-            screens.forceActiveFocus();
+            screens.forceActiveFocus(focusReason);
     }
 
     Component.onCompleted: {

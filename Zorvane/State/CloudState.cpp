@@ -7,7 +7,6 @@
 
 #include <algorithm>
 #include <functional>
-#include <ranges>
 #include <utility>
 
 namespace Zorvane {
@@ -186,9 +185,9 @@ void CloudState::measureICloudChildren(std::vector<std::string> children)
 void CloudState::handleMeasureProgress(const std::string& path, MeasureProgress progress)
 {
     m_icloudMeasureByChild[path] = progress;
-    const auto measured = std::views::values(m_icloudMeasureByChild);
-    m_icloudMeasured = {sum(measured, &MeasureProgress::files),
-                        sum(measured, &MeasureProgress::bytes)};
+    m_icloudMeasured = {
+        sum(m_icloudMeasureByChild, [](const auto& child) { return child.second.files; }),
+        sum(m_icloudMeasureByChild, [](const auto& child) { return child.second.bytes; })};
     emit icloudMeasuredChanged();
 }
 

@@ -1,43 +1,35 @@
 #include "tests/Support/RemovalFixture.h"
 
+#include "CleanCore/Support/TaskPool.h"
+#include "tests/Support/Table.h"
+
 #include <fcntl.h>
-#include <filesystem>
 #include <fstream>
+#include <gmock/gmock.h>
 #include <linux/capability.h>
 #include <sched.h>
-#include <sstream>
 #include <sys/mount.h>
-#include <sys/stat.h>
 #include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 namespace CleanCoreTests {
 
-namespace fs = std::filesystem;
-
 RemovalFixture::RemovalFixture(const std::string& below)
     : home(below), base(home.makeFolder(".cache")), documents(home.makeFolder("Documents"))
 {
     // Names that the attacks use inside the base: a redirected removal would find them here.
-    for (const char* name : {"canary", "entry/canary", "entry/deep/canary", "0", "1"}) {
-        home.makeFile("Documents/" + std::string(name), "precious");
-    }
-    m_canaries = snapshot(documents);
+    home.make("Documents/canary Documents/entry/canary Documents/entry/deep/canary Documents/0 "
+              "Documents/1");
+    m_canaries = words(home.tree("Documents"));
 }
 
-std::unique_ptr<CleanCore::LinuxRemoval> RemovalFixture::beginRemoval() const
+std::unique_ptr<CleanCore::LinuxRemoval>
+RemovalFixture::beginRemoval(CleanCore::PinMethod method) const
 {
     return std::make_unique<CleanCore::LinuxRemoval>(
-        home.path(), std::vector<std::string>{documents}, std::nullopt, pool());
-}
-
-const std::shared_ptr<CleanCore::TaskPool>& RemovalFixture::pool() const
-{
-    if (!m_pool) {
-        m_pool = std::make_shared<CleanCore::TaskPool>();
-    }
-    return m_pool;
+        home.path(), std::vector<std::string>{documents}, std::nullopt,
+        std::make_shared<CleanCore::TaskPool>(), method);
 }
 
 int RemovalFixture::remove(const std::string& relative) const
@@ -47,11 +39,7 @@ int RemovalFixture::remove(const std::string& relative) const
 
 void RemovalFixture::expectCanaries() const
 {
-    const std::string now = '\n' + snapshot(documents);
-    std::istringstream lines(m_canaries);
-    for (std::string line; std::getline(lines, line);) {
-        EXPECT_NE(now.find('\n' + line + '\n'), std::string::npos) << "lost: " << line;
-    }
+    EXPECT_THAT(words(home.tree("Documents")), testing::IsSupersetOf(m_canaries));
 }
 
 void inChildProcess(const std::function<void()>& body)
@@ -93,18 +81,6 @@ void bindMount(const std::string& what, const std::string& where)
     ASSERT_EQ(::mount(what.c_str(), where.c_str(), nullptr, MS_BIND, nullptr), 0) << where;
 }
 
-void mountTemporaryFileSystem(const std::string& where)
-{
-    ASSERT_EQ(::mount("none", where.c_str(), "tmpfs", 0, nullptr), 0) << where;
-}
-
-void remountReadOnly(const std::string& where)
-{
-    bindMount(where, where);
-    ASSERT_EQ(::mount(nullptr, where.c_str(), nullptr, MS_REMOUNT | MS_BIND | MS_RDONLY, nullptr),
-              0);
-}
-
 void makeFiles(const TemporaryFolder& folder, const std::string& relative, std::size_t count)
 {
     const std::string path = folder.makeFolder(relative);
@@ -112,20 +88,6 @@ void makeFiles(const TemporaryFolder& folder, const std::string& relative, std::
         const std::string file = path + '/' + std::to_string(i);
         ::close(::open(file.c_str(), O_CREAT | O_WRONLY | O_CLOEXEC, 0644));
     }
-}
-
-std::size_t countEntries(const std::string& folder)
-{
-    std::size_t count = 0;
-    // Others may be changing it meanwhile; what has vanished does not count.
-    std::error_code error;
-    for (fs::directory_iterator entry(folder, error), end; !error && entry != end;
-         entry.increment(error)) {
-        std::error_code gone;
-        count +=
-            1 + (fs::is_directory(entry->symlink_status(gone)) ? countEntries(entry->path()) : 0);
-    }
-    return count;
 }
 
 } // namespace CleanCoreTests

@@ -1,7 +1,6 @@
 #pragma once
 
 #include "CleanCore/FileSystem/Removing/LinuxRemoval.h"
-#include "CleanCore/Support/TaskPool.h"
 #include "tests/Support/TemporaryFolder.h"
 
 #include <cstdlib>
@@ -21,7 +20,8 @@ protected:
     explicit RemovalFixture(const std::string& below = "/tmp");
 
     /// A removal as a clean begins it. Made anew it reads the protected folders' identities anew.
-    [[nodiscard]] std::unique_ptr<CleanCore::LinuxRemoval> beginRemoval() const;
+    [[nodiscard]] std::unique_ptr<CleanCore::LinuxRemoval>
+    beginRemoval(CleanCore::PinMethod method = CleanCore::PinMethod::kernelResolution) const;
 
     /// The errno that removing `relative` (below home) from the base ends with; 0 for success.
     [[nodiscard]] int remove(const std::string& relative) const;
@@ -33,12 +33,8 @@ protected:
     const std::string base;
     const std::string documents;
 
-    /// Made when first asked for, so that a child process makes its own.
-    [[nodiscard]] const std::shared_ptr<CleanCore::TaskPool>& pool() const;
-
 private:
-    std::string m_canaries;
-    mutable std::shared_ptr<CleanCore::TaskPool> m_pool;
+    std::vector<std::string> m_canaries;
 };
 
 /// How much of the long runs to do: 1 for everyday runs, more with ZORVANE_RELIABILITY=long.
@@ -59,12 +55,8 @@ void inChildProcess(const std::function<void()>& body);
 void dropCapabilities();
 
 void bindMount(const std::string& what, const std::string& where);
-void mountTemporaryFileSystem(const std::string& where);
-void remountReadOnly(const std::string& where);
 
 /// Makes `count` empty files "0", "1", … in a new folder.
 void makeFiles(const TemporaryFolder& folder, const std::string& relative, std::size_t count);
-
-[[nodiscard]] std::size_t countEntries(const std::string& folder);
 
 } // namespace CleanCoreTests

@@ -1,4 +1,5 @@
 import QtQuick
+import QtQuick.Templates as T
 import QtQuick.Window
 import Zorvane
 
@@ -12,6 +13,8 @@ FocusScope {
     readonly property real margin: 20
     readonly property real contentWidth: aligned(Math.min(width - 2 * margin, 1180))
     readonly property real contentX: aligned((width - contentWidth) / 2)
+    /// With which the content gets the focus back, so that it shows if it did before.
+    property int focusReason: Qt.OtherFocusReason
 
     /// A multiple of 4 is a whole number of physical pixels at the scales 1.25, 1.5 and 1.75 too, so
     /// that the strips of a card meet.
@@ -22,6 +25,9 @@ FocusScope {
     /// The view itself gets the focus when the focused item disappears, or when assistive tools try to
     /// focus a covered one.
     function takeKeyboardBack() {
+        const control = Window.activeFocusItem as T.Control;
+        if (control)
+            focusReason = control.visualFocus ? Qt.TabFocusReason : Qt.OtherFocusReason;
         if (Window.activeFocusItem !== view)
             return;
         if (overlay.visible)
@@ -29,7 +35,7 @@ FocusScope {
         else if (sheets.sheet)
             sheets.sheet.takeKeyboard();
         else
-            content.forceActiveFocus();
+            content.forceActiveFocus(focusReason);
     }
 
     Window.onActiveFocusItemChanged: takeKeyboardBack()

@@ -1,85 +1,167 @@
 #include "CleanCore/Scanning/Scan.h"
 
+#include "CleanCore/Scanning/ItemEnumerator.h"
 #include "CleanCore/Support/TaskPool.h"
 #include "tests/Support/ScriptedDisk.h"
 
 #include <gmock/gmock.h>
 
 namespace CleanCoreTests {
-
-using namespace CleanCore;
-
 namespace {
 
-CleaningRule ruleFor(const std::string& id, const std::string& base,
+using namespace CleanCore;
+using Strings = std::vector<std::string>;
+
+CleaningRule ruleFor(const std::string& id, const Strings& bases,
                      RuleKind kind = RuleKind::fileSystem)
 {
     CleaningRule rule;
     rule.id = id;
     rule.kind = kind;
-    rule.basePaths = {base};
+    rule.basePaths = bases;
     return rule;
 }
 
-/// A scan of two of three areas that logs its steps, and stops itself at one of them.
-struct LoggedScan
+struct ScanTest : testing::Test
 {
-    std::string log;
-    std::string found;
+    std::shared_ptr<ScriptedDisk> disk = std::make_shared<ScriptedDisk>();
+};
 
-    explicit LoggedScan(const std::string& stopAt = "never")
-    {
+TEST_F(ScanTest, FindsTheItemsOfEachBaseInTurnAndFlagsWhatItCannotList)
+{
+    disk->folders["/sealed"] = {{}, EACCES};
+    disk->folders["/no-descriptor"] = {{}, EMFILE};
+    disk->add("/open", "new", 200, Timestamp(std::chrono::seconds(1)));
+    for (const char* const name : {"spared", "Spared", "*", "caf\u00E9", "\xFF", "old"}) {
+        disk->add("/open", name, name == std::string("old") ? 100 : 1);
+    }
+    disk->add("/home/me/base", "item", 5);
+    const Scan scan("/home/me", disk, std::make_shared<TaskPool>(2));
+    const std::pair<Strings, const char*> rows[] = {
+        {{"~/base", "/open"}, " /home/me/base/item /open/old /open/Spared /open/\xFF"},
+        {{"/missing", "/sealed"}, "!"},
+        {{"/sealed", "~/base"}, "! /home/me/base/item"},
+        {{"/sealed/*", "~/base"}, " /home/me/base/item"},
+        {{"/no-descriptor/*", "~/base"}, "! /home/me/base/item"},
+    };
+    for (const auto& [bases, items] : rows) {
+        std::vector rules = {ruleFor("rule", bases), ruleFor("empty", {"/missing"})};
+        rules[0].minAgeDays = 1;
+        rules[0].exclusions = {"spared", "cafe\u0301", "*", "\xFE", ""};
+        const auto results = scan.run(rules, rules, Timestamp(std::chrono::days(1)), {}, {});
+        ASSERT_EQ(results->size(), 1U) << items;
+        std::string found = results->at(0).hadAccessErrors ? "!" : "";
+        for (const ScannedItem& item : results->at(0).items) {
+            found += ' ' + item.path;
+        }
+        EXPECT_EQ(found, items);
+    }
+}
+
+TEST_F(ScanTest, KeepsEntriesWhoseNewestChangeIsOldEnough)
+{
+    using namespace std::chrono_literals;
+    constexpr std::chrono::hours day(24);
+    const Timestamp now = Timestamp(1'772'366'400s + 123'456'789ns);
+    const std::tuple<std::int64_t, Timestamp, bool> rows[] = {
+        {0, Timestamp::max(), true},
+        {7, now - 7 * day, true},
+        {7, now - 7 * day + 1ns, false},
+        {-7, now + 7 * day + 1ns, false},
+        // The cutoff still fits, though its distance from now does not.
+        {115'740, now - 57'870 * day - 57'870 * day, true},
+        {115'740, now - 57'870 * day - 57'870 * day + 1ns, false},
+        {INT64_MAX, distantPast + 1ns, false},
+        {INT64_MIN, Timestamp::max(), true},
+    };
+    for (const auto& [minAgeDays, newestChange, isItem] : rows) {
+        disk->folders.clear();
+        disk->add("/base", "entry", 10, newestChange);
+        EXPECT_EQ(ItemEnumerator(disk).items("/base", minAgeDays, {}, now).size(), isItem ? 1 : 0)
+            << minAgeDays << " days, changed " << (newestChange - now).count() << " ns from now";
+    }
+}
+
+TEST_F(ScanTest, OfManyAreasAtOnceListsEachOnceTheLargestFirst)
+{
+    std::vector<CleaningRule> rules;
+    for (int i = 0; i < 40; ++i) {
+        const std::string id = std::to_string(i);
+        rules.push_back(ruleFor(id, {"/" + id}));
+        disk->add("/" + id, "a", i);
+        disk->add("/" + id, "b", i == 39 ? INT64_MAX : 3'000'000'000);
+    }
+    const Scan scan("/home/me", disk, std::make_shared<TaskPool>(2));
+    const auto results = scan.run(rules, rules, {}, {}, {});
+    ASSERT_EQ(results->size(), 40U);
+    for (int i = 0; i < 40; ++i) {
+        EXPECT_EQ(results->at(static_cast<std::size_t>(i)).rule.id, std::to_string(39 - i));
+    }
+}
+
+TEST_F(ScanTest, OfAPartFindsTheSameAsOfAllAsksToolsLastAndHasNoResultsOnceStopped)
+{
+    disk->add("/home/me/outer", "cut", 100);
+    disk->add("/home/me/outer", "kept", 5);
+    disk->add("/home/me/outer/cut", "inner", 99);
+    disk->links = {{"/home/me/link", "/home/me/outer/in"}};
+    const std::vector catalog = {
+        ruleFor("outer", {"~/outer"}),     ruleFor("tool", {"~/outer"}, RuleKind::command),
+        ruleFor("inner", {"~/outer/cut"}), ruleFor("same", {"~/outer/"}),
+        ruleFor("linked", {"~/link"}),     ruleFor("beside", {"~/outer2"}),
+        ruleFor("above", {"~"}),           ruleFor("other-tool", {"~/outer"}, RuleKind::command)};
+    const std::string files = "inner same linked outer 105 ";
+    const std::pair<std::string, std::string> rows[] = {{"never", files + "files tools-2 "},
+                                                        {"inner", "inner "},
+                                                        {"105", files},
+                                                        {"files", files + "files tools-2 "},
+                                                        {"tools-2", files + "files tools-2 "}};
+    for (const auto& [stopAt, expected] : rows) {
         std::stop_source stop;
+        std::string log;
         const auto step = [&](const std::string& name) {
             log += name + ' ';
             if (name == stopAt) {
                 stop.request_stop();
             }
         };
-        const auto disk = std::make_shared<ScriptedDisk>();
-        disk->add("/home/me/outer", "cut", 100);
-        disk->add("/home/me/outer", "kept", 5);
-        disk->add("/home/me/outer/cut", "inner", 99);
         const Scan scan("/home/me", disk, std::make_shared<TaskPool>(1),
                         [&](auto rules, const std::stop_token&) {
                             step("tools-" + std::to_string(rules.size()));
                             return std::vector{CategoryResult{rules[1], {{"label", 7}}}};
                         });
-        const std::vector catalog = {ruleFor("outer", "~/outer"),
-                                     ruleFor("tool", "", RuleKind::command),
-                                     ruleFor("inner", "~/outer/cut")};
-        const Scan::Progress progress{
-            [&](const std::string& ruleId) { step(ruleId); },
-            [&](std::int64_t bytes) { step(std::to_string(bytes)); },
-            [&] { step("files"); },
-        };
-        const auto results =
-            scan.run({catalog.data(), 2}, catalog, Timestamp(), progress, stop.get_token());
-        for (const CategoryResult& result : results.value_or(std::vector<CategoryResult>())) {
-            found += result.rule.id + ':' + result.items.at(0).path + ' ';
+        const auto found = scan.run({catalog.data(), 2}, catalog, Timestamp(),
+                                    {[&](const std::string& ruleId) { step(ruleId); },
+                                     [&](std::int64_t bytes) { step(std::to_string(bytes)); },
+                                     [&] { step("files"); }},
+                                    stop.get_token());
+        EXPECT_THAT(log, testing::StartsWith(expected)) << stopAt;
+        EXPECT_EQ(log.find("tools") < log.size(), expected.find("tools") < expected.size());
+        ASSERT_EQ(found.has_value(), stopAt == "never") << stopAt;
+        std::string items;
+        for (const CategoryResult& result : found.value_or(std::vector<CategoryResult>())) {
+            items += result.rule.id + ':' + result.items.at(0).path + ' ';
         }
+        EXPECT_EQ(items, found ? "tool:label outer:/home/me/outer/kept " : "");
     }
-};
+}
+
+TEST_F(ScanTest, IsStoppedInsideABase)
+{
+    disk->add("/base", "entry", 1);
+    disk->add("/never", "entry", 1);
+    std::stop_source stop;
+    Strings measured;
+    disk->onMeasure = [&](const std::string& folder, const std::stop_token& token) {
+        measured.push_back(folder);
+        stop.request_stop();
+        EXPECT_TRUE(token.stop_requested());
+    };
+    const std::vector rules = {ruleFor("rule", {"/base", "/never"}), ruleFor("later", {"/never"})};
+    const Scan scan("/home/me", disk, std::make_shared<TaskPool>(1));
+    EXPECT_FALSE(scan.run(rules, rules, {}, {}, stop.get_token()));
+    EXPECT_EQ(measured, Strings{"/base"});
+}
 
 } // namespace
-
-TEST(Scan, OfAPartFindsTheSameAsAScanOfAllAndAsksToolsLast)
-{
-    const LoggedScan scan;
-    EXPECT_EQ(scan.log, "inner outer 105 files tools-2 ");
-    EXPECT_EQ(scan.found, "tool:label outer:/home/me/outer/kept ");
-}
-
-TEST(Scan, HasNoResultsOnceStopped)
-{
-    for (const char* step : {"inner", "105", "files", "tools-2"}) {
-        const LoggedScan scan(step);
-        EXPECT_EQ(scan.found, "") << step;
-        EXPECT_THAT(scan.log, testing::HasSubstr(step));
-        EXPECT_EQ(scan.log.find("tools") != std::string::npos,
-                  std::string_view("files tools-2").find(step) != std::string_view::npos)
-            << step;
-    }
-}
-
 } // namespace CleanCoreTests

@@ -11,14 +11,13 @@ struct Scene
     std::string name;
     /// How to get there, for play().
     std::string steps;
-    /// Whether it stands for its screen where there is no time for all states.
-    bool isRepresentative = false;
 };
 
-[[nodiscard]] const std::vector<Scene>& allScenes();
+[[nodiscard]] std::vector<Scene> allScenes();
 /// The smallest window that shows it.
 [[nodiscard]] QSize smallestWindow(const Scene& scene);
 
+[[nodiscard]] Strings split(const std::string& text, const std::string& separator);
 /// Plays steps, each "VERB ARGUMENT, ARGUMENT…", separated by ";"; those before the window opens
 /// set up the application. A size may have a unit; "hostile" stands for names as nobody would
 /// choose them. Throws for an unknown verb.

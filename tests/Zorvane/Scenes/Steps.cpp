@@ -1,6 +1,8 @@
 #include "Zorvane/Desktop/UpdaterController.h"
 #include "tests/Zorvane/Scenes/Scene.h"
 
+#include <QFile>
+
 #include <algorithm>
 #include <cmath>
 #include <limits>
@@ -12,19 +14,6 @@ namespace {
 
 using CleanCore::RuleTier;
 
-using Step = std::function<void(MainWindow&, const Strings&)>;
-
-Strings split(const std::string& text, const std::string& separator)
-{
-    Strings parts;
-    for (std::size_t from = 0; from < text.size();) {
-        const std::size_t to = std::min(text.find(separator, from), text.size());
-        parts.push_back(text.substr(from, to - from));
-        from = to + separator.size();
-    }
-    return parts;
-}
-
 std::int64_t bytes(const std::string& text)
 {
     if (text == "largest") {
@@ -35,30 +24,33 @@ std::int64_t bytes(const std::string& text)
     return std::stoll(text) * static_cast<std::int64_t>(std::pow(1'000, unit));
 }
 
-/// "hostile" stands for many names: line ends, a right-to-left override, 300 characters, markup,
-/// bytes that are no text, Arabic and Hebrew, spaces.
+/// "hostile" and a suffix stand for many names with it: line ends, a right-to-left override, 300
+/// characters, markup, bytes that are no text, Arabic and Hebrew, spaces.
 Strings names(const std::string& text)
 {
-    if (text != "hostile") {
+    if (!text.starts_with("hostile")) {
         return {text};
     }
-    return {"two\nlines\tand a tab",
-            "invoice\u202Efdp.exe",
-            std::string(300, 'a'),
-            "<b>bold<i> <img src='x'> &amp;",
-            "not utf-8: \xff\xfe",
-            "\u0627\u0644\u0639 \u05E2\u05D1\u05E8",
-            "   "};
+    Strings names = {"two\nlines\tand a tab",
+                     "invoice\u202Efdp.exe",
+                     std::string(300, 'a'),
+                     "<b>bold<i> <img src='x'> &amp;",
+                     "not utf-8: \xff\xfe",
+                     "\u0627\u0644\u0639 \u05E2\u05D1\u05E8",
+                     "   "};
+    for (std::string& name : names) {
+        name += text.substr(7);
+    }
+    return names;
 }
 
-/// From "NAME=SIZE" texts.
+/// From "NAME=SIZE" texts, in the order of their sizes.
 Sizes sizes(const Strings& arguments, std::size_t first)
 {
     Sizes result;
     for (std::size_t i = first; i < arguments.size(); ++i) {
         const Strings parts = split(arguments[i], "=");
         for (const std::string& name : names(parts[0])) {
-            // Different sizes keep the order the same.
             result.emplace_back(name, bytes(parts[1]) - static_cast<std::int64_t>(result.size()));
         }
     }
@@ -77,48 +69,43 @@ void addArea(ScriptedApplication& application, const Strings& arguments)
                           inHome(arguments[2]), sizes(arguments, 3));
 }
 
-void addLongTexts(ScriptedApplication& application, const std::string& id)
+void addCloudFolders(ScriptedApplication& application, const Strings& arguments)
 {
-    const std::string title = "Zwischenspeicher der Entwicklungsumgebungen, Paketverwaltungen und "
-                              "Fehlerberichterstattungsprogramme aller Benutzeroberflächen";
-    application.texts["rule." + id + ".title"] = title;
-    for (const char* key : {"category.explanation.", "category.warning."}) {
-        application.texts[key + id] = title + ". " + title + '.';
+    for (const std::string& name : names(arguments[0])) {
+        application.addCloudFolder(name, std::stoll(arguments[1]), bytes(arguments[2]),
+                                   sizes(arguments, 3));
     }
 }
 
-/// Holds work on these paths at the window's gate.
-void hold(MainWindow& window, const Strings& arguments)
+void addLongTexts(ScriptedApplication& application, const std::string& id)
 {
-    ScriptedDisk& disk = *window.application.disk;
-    const auto pass = [gate = window.gate, arguments](const std::string& path, auto&&...) {
-        if (arguments.size() == 1 || std::ranges::any_of(arguments, [&](const auto& name) {
-                return path.ends_with(name);
-            })) {
+    const std::string text = "Zwischenspeicher der Entwicklungsumgebungen, Paketverwaltungen und "
+                             "Fehlerberichterstattungsprogramme aller Benutzeroberflächen. ";
+    application.texts["rule." + id + ".title"] = text;
+    application.texts["category.explanation." + id] = text + text;
+    application.texts["category.warning." + id] = text + text;
+}
+
+/// Holds work on the paths that end so at the window's gate, from now on.
+void hold(MainWindow& window, const std::string& end)
+{
+    const auto pass = [gate = window.gate, end](const std::string& path, auto&&...) {
+        if (path.ends_with(end)) {
             gate->pass();
         }
     };
-    const std::map<std::string, std::function<void()>> works = {
-        {"tool", [&] { window.application.whenToolRuns = [pass] { pass(""); }; }},
-        {"sizing", [&] { disk.onMeasure = pass; }},
-        {"removing", [&] { disk.onRemove = pass; }},
-        {"measuring", [&] { disk.onVisit = pass; }},
-        {"releasing", [&] { window.application.drive->onRelease = pass; }},
-    };
-    works.at(arguments[0])();
+    ScriptedDisk& disk = *window.application.disk;
+    disk.onMeasure = pass;
+    disk.onVisit = pass;
+    disk.onRemove = pass;
 }
 
-/// Lets the first measuring of an entry of the cloud drive run out of time.
-void delay(ScriptedApplication& application, const std::string& name)
+/// Lets nothing in a folder be removed.
+void makeBusy(ScriptedDisk& disk, const std::string& path)
 {
-    // Each thread has its own clock, so that only one measuring is late.
-    static thread_local bool isLate = false;
-    application.disk->onVisit =
-        [late = ScriptedApplication::cloudPath(name), times = std::make_shared<std::atomic<int>>()](
-            const std::string& path) { isLate = path == late && (*times)++ == 0; };
-    application.steadyNow = [] {
-        return std::chrono::steady_clock::time_point() + std::chrono::seconds(isLate ? 91 : 0);
-    };
+    for (const std::string& name : disk.folders[path].names) {
+        disk.irremovable.insert(path + '/' + name);
+    }
 }
 
 void updateTo(const MainWindow& window, const std::string& notes)
@@ -144,135 +131,66 @@ const char* const typicalCloud =
     "cloud Design, 320, 6250M, Sketcher.app=412M, Palette.app=96M, Fonts.app=51M;"
     "cloud Documents from the old laptop, 940, 2130M; cloud Scans, 12, 48M";
 
-/// Every file area of the bundled catalog.
-void addBundledAreas(ScriptedApplication& application)
+void playStep(MainWindow& window, const std::string& verb, const Strings& arguments)
 {
-    for (const CleanCore::CleaningRule& rule : CleanCore::RulesCatalog::loadBundled().rules) {
-        if (rule.kind == CleanCore::RuleKind::fileSystem) {
-            const auto size =
-                static_cast<std::int64_t>(10'000'000 + application.catalog.rules.size());
-            application.addArea(rule.id, rule.tier, {size});
-        }
-    }
-}
-
-const std::map<std::string, Step>& setUps()
-{
-    static const std::map<std::string, Step> all = {
-        {"typical", [](auto& w, auto&) { play(w, typicalAreas); }},
-        {"bundled", [](auto& w, auto&) { addBundledAreas(w.application); }},
-        {"area", [](auto& w, auto& a) { addArea(w.application, a); }},
-        {"unreadable", [](auto& w, auto& a) { w.application.addUnreadableArea(a[0]); }},
-        {"snapshots", [](auto& w, auto& a) { w.application.addSnapshots(a); }},
-        {"long", [](auto& w, auto& a) { addLongTexts(w.application, a[0]); }},
-        {"user", [](auto& w, auto& a) { w.application.fullName = QString::fromStdString(a[0]); }},
-        {"drive", [](auto& w, auto&) { play(w, typicalCloud); }},
-        {"cloud",
-         [](auto& w, auto& a) {
-             w.application.addCloudFolder(a[0], std::stoll(a[1]), bytes(a[2]), sizes(a, 3));
-         }},
-        {"cloud-files",
-         [](auto& w, auto& a) {
-             for (const auto& [name, size] : sizes(a, 0)) {
-                 w.application.addCloudFolder(name, 2, size, {{name + ".app", size / 2}});
-             }
-         }},
-        {"access", [](auto& w, auto&) { w.application.disk->folders["/home/me/.cache"]; }},
-        {"free",
-         [](auto& w, auto& a) {
-             w.application.disk->capacities = {0, bytes(a[0])};
-         }},
-        {"busy",
-         [](auto& w, auto& a) {
-             for (const std::string& each : a) {
-                 for (const std::string& name : names(each)) {
-                     w.application.disk->irremovable.insert(inHome(a[0] + '/' + name));
-                 }
-             }
-         }},
-        {"protect",
-         [](auto& w, auto& a) { w.application.disk->links[inHome(a[0])] = inHome("Documents/x"); }},
-        {"hold", [](auto& w, auto& a) { hold(w, a); }},
-        {"late", [](auto& w, auto& a) { delay(w.application, a[0]); }},
-        {"declined",
-         [](auto& w, auto&) {
-             Zorvane::Preferences(w.application.preferencesFile())
-                 .storeAcceptedTerms(QStringLiteral("0.0"), QDateTime::fromSecsSinceEpoch(0));
-         }},
+    ScriptedApplication& application = window.application;
+    const std::string first = arguments.empty() ? "" : arguments[0];
+    const auto state = [&]() -> Zorvane::AppState& { return window.state(); };
+    const auto press = [&](const char* context, const char* name) {
+        window.press(QCoreApplication::translate(context, name).toStdString());
     };
-    return all;
-}
-
-const std::map<std::string, Step>& actions()
-{
-    static const std::map<std::string, Step> all = {
-        {"open", [](auto& w, auto&) { w.open(); }},
-        {"ready", [](auto& w, auto&) { w.open().continueWithoutPermission(); }},
-        {"results", [](auto& w, auto&) { play(w, "ready"), scan(w.state()); }},
+    const std::map<std::string, std::function<void()>> verbs = {
+        {"typical", [&] { play(window, typicalAreas); }},
+        {"area", [&] { addArea(application, arguments); }},
+        {"unreadable", [&] { application.addUnreadableArea(first); }},
+        {"snapshots", [&] { application.addSnapshots(arguments); }},
+        {"long", [&] { addLongTexts(application, first); }},
+        {"user", [&] { application.fullName = QString::fromStdString(first); }},
+        {"drive", [&] { play(window, typicalCloud); }},
+        {"cloud", [&] { addCloudFolders(application, arguments); }},
+        {"access", [&] { application.disk->folders["/home/me/.cache"]; }},
+        {"free",
+         [&] {
+             application.disk->capacities = {0, bytes(first)};
+         }},
+        {"busy", [&] { makeBusy(*application.disk, inHome(first)); }},
+        {"protect", [&] { application.disk->links[inHome(first)] = inHome("Documents/x"); }},
+        {"hold", [&] { hold(window, first); }},
+        {"declined", [&] { QFile::remove(application.preferencesFile()); }},
+        {"open", [&] { window.open(); }},
+        {"ready", [&] { window.open().continueWithoutPermission(); }},
+        {"results", [&] { play(window, "ready"), scan(state()); }},
         {"scan",
-         [](auto& w, auto& a) {
-             w.state().startScan();
-             w.gate->waitUntilReached();
-             waitUntil([&] {
-                 return a.empty() ? !w.state().currentRuleId()
-                                  : w.state().bytesFoundSoFar() > 0 && w.state().currentRuleId();
-             });
+         [&] {
+             state().startScan();
+             waitUntil([&] { return state().bytesFoundSoFar() > 0 && state().currentRuleId(); });
          }},
-        {"expand",
-         [](auto& w, auto& a) {
-             const std::string title = w.state().texts().ruleTitle(a[0]);
-             w.press(QString::fromStdString(title) + QStringLiteral(", "));
-         }},
-        {"select", [](auto& w, auto& a) { w.state().selectAll(a[0]); }},
-        {"deselect",
-         [](auto& w, auto&) {
-             for (const auto& category : std::vector(w.state().categories())) {
-                 w.state().deselectAll(category.rule.id);
-             }
-         }},
-        {"confirm", [](auto& w, auto&) { w.state().requestClean(); }},
-        {"acknowledge",
-         [](auto& w, auto&) {
-             w.item(QStringLiteral("Acknowledgement")).setProperty("checked", true);
-         }},
-        {"clean", [](auto& w, auto&) { runClean(w.state()); }},
-        {"cleaning", [](auto& w, auto&) { w.state().performClean(), w.gate->waitUntilReached(); }},
-        {"close", [](auto& w, auto&) { w.state().requestClose(); }},
-        {"details",
-         [](auto& w, auto&) {
-             w.item(QStringLiteral("SkippedSummary")).setProperty("showDetails", true);
-         }},
-        {"sheet",
-         [](auto& w, auto&) {
-             w.state().cloud()->openICloud(), w.state().cloud()->reloadICloud();
-         }},
+        {"expand", [&] { window.press(state().texts().ruleTitle(first) + ", "); }},
+        {"select", [&] { state().selectAll(first); }},
+        {"confirm", [&] { state().requestClean(); }},
+        {"clean", [&] { runClean(state()); }},
+        {"cleaning", [&] { state().performClean(), window.gate->waitUntilReached(); }},
+        {"close", [&] { state().requestClose(); }},
+        {"details", [&] { window.item("SkippedSummary").setProperty("showDetails", true); }},
+        {"sheet", [&] { state().cloud()->openICloud(), state().cloud()->reloadICloud(); }},
         {"measured",
-         [](auto& w, auto& a) {
-             const int left = a.empty() ? 0 : std::stoi(a[0]);
-             waitUntil([&] { return w.state().cloud()->icloudPending() == left; });
+         [&] {
+             const int left = first.empty() ? 0 : std::stoi(first);
+             waitUntil([&] { return state().cloud()->icloudPending() == left; });
          }},
         {"tick",
-         [](auto& w, auto& a) {
-             for (const std::string& name : a) {
-                 w.state().cloud()->setICloudSelected(ScriptedApplication::cloudPath(name), true);
-             }
-         }},
+         [&] { state().cloud()->setICloudSelected(ScriptedApplication::cloudPath(first), true); }},
         {"release",
-         [](auto& w, auto&) {
-             w.state().cloud()->requestEvict(),
-                 waitUntil([&] { return !w.state().cloud()->isEvicting(); });
+         [&] {
+             state().cloud()->requestEvict();
+             waitUntil([&] { return !state().cloud()->isEvicting(); });
          }},
-        {"releasing",
-         [](auto& w, auto&) { w.state().cloud()->requestEvict(), w.gate->waitUntilReached(); }},
-        {"back", [](auto& w, auto&) { w.state().cloud()->setShowICloud(false); }},
-        {"menu", [](auto& w, auto&) { w.press(QCoreApplication::translate("TitleBar", "Menu")); }},
-        {"about",
-         [](auto& w, auto&) {
-             w.press(QCoreApplication::translate("ApplicationMenu", "About Zorvane"));
-         }},
-        {"update", [](auto& w, auto& a) { updateTo(w, a[0]); }},
+        {"menu", [&] { press("TitleBar", "Menu"); }},
+        {"about", [&] { press("ApplicationMenu", "About Zorvane"); }},
+        {"update", [&] { updateTo(window, first); }},
     };
-    return all;
+    verbs.at(verb)();
+    window.settle();
 }
 
 } // namespace
@@ -282,14 +200,8 @@ void play(MainWindow& window, const std::string& steps)
     for (const std::string& text : split(steps, ";")) {
         const std::string step = text.substr(text.find_first_not_of(' '));
         const std::size_t end = std::min(step.find(' '), step.size());
-        const std::string verb = step.substr(0, end);
-        const Strings arguments = split(step.substr(std::min(end + 1, step.size())), ", ");
-        if (const auto setUp = setUps().find(verb); setUp != setUps().end()) {
-            setUp->second(window, arguments);
-        } else {
-            actions().at(verb)(window, arguments);
-            window.settle();
-        }
+        playStep(window, step.substr(0, end),
+                 split(step.substr(std::min(end + 1, step.size())), ", "));
     }
 }
 

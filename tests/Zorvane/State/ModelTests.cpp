@@ -116,8 +116,8 @@ TEST(Models, ResultsOpenTickAndClose)
         }
         std::string boxes;
         for (int box = 0; box < model.rowCount(); ++box) {
-            const bool isTicked = rowText(model, box, {"isSelected"}) != "";
-            const bool hasLook = rowText(model, box, {"hasSelectedLook"}) != "";
+            const bool isTicked = !rowText(model, box, {"isSelected"}).empty();
+            const bool hasLook = !rowText(model, box, {"hasSelectedLook"}).empty();
             boxes += isTicked ? (hasLook ? 'X' : 'x') : (hasLook ? 'o' : '.');
         }
         EXPECT_EQ(boxes, ticks) << name << row;

