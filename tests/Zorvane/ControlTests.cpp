@@ -10,24 +10,22 @@ namespace {
 
 struct Control
 {
-    QLatin1String qml;
+    const char* qml;
     QAccessible::Role role;
     const char* name;
     /// How many of Space, Return and Enter press it.
     int keys = 3;
 };
 
-const Control controls[] = {
-    {QLatin1String(R"(PrimaryButton { text: "Scan")"), QAccessible::Button, "Scan"},
-    {QLatin1String(R"(PrimaryButton { text: "Delete"; isDestructive: true)"), QAccessible::Button,
-     "Delete", 1},
-    {QLatin1String(R"(SecondaryButton { text: "Rescan")"), QAccessible::Button, "Rescan"},
-    {QLatin1String(R"(PlainButton { text: "Details")"), QAccessible::Button, "Details"},
-    {QLatin1String(R"(LinkButton { text: "Terms")"), QAccessible::Button, "Terms"},
-    {QLatin1String(R"(WindowButton { text: "Menu"; symbol: "minus")"), QAccessible::Button, "Menu"},
-    {QLatin1String(R"(SelectionBox { accessibleName: "Caches")"), QAccessible::CheckBox, "Caches",
-     1},
-    {QLatin1String(R"(ApplicationMenuItem { text: "About")"), QAccessible::MenuItem, "About"},
+constexpr Control controls[] = {
+    {R"(PrimaryButton { text: "Scan")", QAccessible::Button, "Scan"},
+    {R"(PrimaryButton { text: "Delete"; isDestructive: true)", QAccessible::Button, "Delete", 1},
+    {R"(SecondaryButton { text: "Rescan")", QAccessible::Button, "Rescan"},
+    {R"(PlainButton { text: "Details")", QAccessible::Button, "Details"},
+    {R"(LinkButton { text: "Terms")", QAccessible::Button, "Terms"},
+    {R"(WindowButton { text: "Menu"; symbol: "minus")", QAccessible::Button, "Menu"},
+    {R"(SelectionBox { accessibleName: "Caches")", QAccessible::CheckBox, "Caches", 1},
+    {R"(ApplicationMenuItem { text: "About")", QAccessible::MenuItem, "About"},
 };
 
 /// Disabled itself, or with everything around it, or busy.
@@ -39,11 +37,12 @@ TEST(Controls, ArePressedByTheirKeysAndByAssistiveToolsOnlyWhileTheyAreEnabled)
                                      QStringLiteral("Item { enabled: false; %1 } }"),
                                      QStringLiteral("%1; busy: true }")}) {
             if (whole.contains(QStringLiteral("busy")) &&
-                !entry.qml.startsWith(QLatin1String("PrimaryButton"))) {
+                !QByteArray(entry.qml).startsWith("PrimaryButton")) {
                 continue;
             }
-            SCOPED_TRACE(whole.arg(entry.qml).toStdString());
-            const Stage stage(whole.arg(entry.qml));
+            const QString qml = whole.arg(QLatin1String(entry.qml));
+            SCOPED_TRACE(qml.toStdString());
+            const Stage stage(qml);
             QQuickItem& control = stage.control(entry.name);
             QAccessibleInterface& interface = accessible(control);
             const QSignalSpy clicks(&control, SIGNAL(clicked()));
@@ -67,7 +66,7 @@ TEST(Controls, LookTheSameWhenSomethingCoversThemOrTheMouseFocusedThem)
         SCOPED_TRACE(entry.name);
         const Stage stage(QStringLiteral("property alias on: all.enabled\n"
                                          "Item { id: all; x: 50; y: 50; %1 } }")
-                              .arg(entry.qml));
+                              .arg(QLatin1String(entry.qml)));
         QQuickItem& control = stage.control(entry.name);
         const QImage resting = stage.picture();
         stage.window().setProperty("on", false);

@@ -50,7 +50,7 @@ TEST(Sheets, KeepTheKeyboardAndGiveItBack)
         {"area a, safe, a, a=1; results", "Clean", "confirm", "Cancel|Delete 1 byte permanently"},
         {"area a, safe, a, a=1; results", "Rescan", "clean", "Scan again|Close"},
         {"results", "Rescan", "sheet; measured", "Close|Rescan"},
-        {"access; open", "Scan my", "update News", "Close|Open download page"},
+        {"access; open", "Menu", "update News", "Close|Open download page"},
         {"access; open", "Scan my", "menu; about", "Close"},
     };
     for (const auto& [before, from, open, order] : cases) {

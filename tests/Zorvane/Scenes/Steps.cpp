@@ -124,7 +124,6 @@ const char* const typicalAreas =
     "area trash-user, review, .local/share/Trash/files, Holiday video (unedited).mkv=1420M, "
     "debian-12.4.0-amd64-netinst.iso=659M, draft.odt=84k;"
     "area whatsapp-media, review, WhatsApp/Media, 4917001@s.whatsapp.net=870M;"
-    "area logs-apps, safe, .config/Code/logs, 20240105T091502=28M;"
     "snapshots 2024-01-05-091500, 2024-01-06-091500";
 const char* const typicalCloud =
     "cloud Photos, 2500, 18400M;"

@@ -1,5 +1,6 @@
 // Where a removal has to stop: at mounts, at links, and at everything that is not inside the base.
 
+#include "CleanCore/Support/TaskPool.h"
 #include "tests/Support/RemovalFixture.h"
 
 #include <cerrno>
@@ -105,6 +106,27 @@ TEST_P(RemovalBoundary, AProtectedFolderIsKnownUnderAnyName)
     home.make("Documents/");
     EXPECT_EQ(removal->remove(base, home.path(".cache/entry"), std::nullopt).error, EPERM);
     home.move(".cache/entry/moved", "Documents");
+    expectCanaries();
+}
+
+TEST_P(RemovalBoundary, AFolderThatLeadsToAProtectedOneIsNotEmptied)
+{
+    home.make(".cache/entry/inner/precious");
+    LinuxRemoval removal(home.path(), std::vector<std::string>{home.path(".cache/entry/inner")},
+                         std::nullopt, std::make_shared<TaskPool>(1), GetParam());
+    EXPECT_EQ(removal.remove(base, home.path(".cache/entry"), std::nullopt).error,
+              protectedEntryError);
+    EXPECT_EQ(home.tree(".cache"), "entry/inner/precious");
+}
+
+TEST_P(RemovalBoundary, AProtectedFolderThatLeadsToHomeProtectsNothing)
+{
+    home.make(".cache/old/file Desktop->.");
+    LinuxRemoval removal(home.path(), std::vector<std::string>{home.path("Desktop"), "/"},
+                         std::nullopt, std::make_shared<TaskPool>(1), GetParam());
+    EXPECT_EQ(removal.remove(base, home.path(".cache/old"), std::nullopt).error, 0);
+    EXPECT_EQ(removal.remove(home.path(".."), home.path(), std::nullopt).error,
+              protectedEntryError);
     expectCanaries();
 }
 
