@@ -109,16 +109,6 @@ TEST_P(RemovalBoundary, AProtectedFolderIsKnownUnderAnyName)
     expectCanaries();
 }
 
-TEST_P(RemovalBoundary, AFolderThatLeadsToAProtectedOneIsNotEmptied)
-{
-    home.make(".cache/entry/inner/precious");
-    LinuxRemoval removal(home.path(), std::vector<std::string>{home.path(".cache/entry/inner")},
-                         std::nullopt, std::make_shared<TaskPool>(1), GetParam());
-    EXPECT_EQ(removal.remove(base, home.path(".cache/entry"), std::nullopt).error,
-              protectedEntryError);
-    EXPECT_EQ(home.tree(".cache"), "entry/inner/precious");
-}
-
 TEST_P(RemovalBoundary, AProtectedFolderThatLeadsToHomeProtectsNothing)
 {
     home.make(".cache/old/file Desktop->.");
