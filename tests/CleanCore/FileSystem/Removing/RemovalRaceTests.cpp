@@ -43,7 +43,7 @@ protected:
 
 /// What is exchanged, over and over, with a link to the protected folder, and what is removed.
 class SwapRace : public RemovalRace,
-                 public testing::WithParamInterface<std::pair<const char*, const char*>>
+                 public testing::WithParamInterface<std::pair<std::string, std::string>>
 {
 protected:
     void exchangeUntil(std::size_t wanted)
