@@ -47,7 +47,7 @@ CleaningReport CleanableHome::clean(const CleaningSelection& selection, bool dry
 std::string CleanableHome::outcomeOf(const CleaningSelection& selection) const
 {
     const std::string dry = describe(clean(selection, true), selection.items.front());
-    const std::string wet = describe(clean(selection), selection.items.front());
+    std::string wet = describe(clean(selection), selection.items.front());
     EXPECT_EQ(dry, wet == "removed 0" ? "removed all" : wet) << "in a dry run";
     return wet;
 }

@@ -54,7 +54,6 @@ TEST(CleanEngine, RemovesOnlyWhatTheGuardAllowsInOneOfTheBases)
                              "Desktop->.cache/linked/desktop");
     home.makeFile(".config/user-dirs.dirs", "XDG_PICTURES_DIR=\"$HOME/.cache/photos/in\"\n");
     const TemporaryFolder elsewhere;
-    const std::string root = home.path();
     std::vector<OutcomeRow> rows = {
         {".cache/", "~/.cache", "blocked"},
         {".cache/", "~/.cache/app ~/.cache/", "blocked"},

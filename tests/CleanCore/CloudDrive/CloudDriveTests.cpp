@@ -62,7 +62,7 @@ TEST(CloudDriveTests, aTreeWithoutItsApplicationBundlesIsReleasedAndComesBackAsI
     ASSERT_THAT(folders.drive().release(tree), IsEmpty());
     ASSERT_THAT(folders.drive().release(tree), IsEmpty());
     for (const std::string& name : names) {
-        EXPECT_EQ(statusOf(tree + "/" + name).st_blocks, 0) << name;
+        EXPECT_EQ(statusOf(folders.home.path("drive/Tree/" + name)).st_blocks, 0) << name;
     }
     EXPECT_EQ(attributes(tree + "/steps"), steps);
     EXPECT_GT(statusOf(pad).st_blocks, 0);

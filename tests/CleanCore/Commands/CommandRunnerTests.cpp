@@ -182,6 +182,7 @@ TEST_F(SystemCommandRunnerTest, ServesManyThreadsAtOnceAndLeavesNothingBehind)
             "echo >\"$1\"; read -r line <\"$2\"; seq \"$3\" 2000 | tail -n1; exit $(($3 % 2))");
         std::atomic<int> succeeded = 0;
         std::vector<std::jthread> running;
+        running.reserve(threads);
         for (int index = 0; index < threads; ++index) {
             running.emplace_back([&, index] {
                 const std::string result = run(

@@ -1,10 +1,12 @@
 #include "CleanCore/FileSystem/LinuxFileManager.h"
 
+#include "CleanCore/FileSystem/EntryStatus.h"
 #include "CleanCore/Support/TaskPool.h"
 #include "tests/Support/FailingCall.h"
 #include "tests/Support/TemporaryFolder.h"
 
 #include <cerrno>
+#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/syscall.h>
 #include <system_error>
@@ -38,6 +40,24 @@ bool isVisible(const LinuxFileManager& files, const std::string& path)
     EXPECT_EQ(files.attributes(path + "/file").has_value(), exists) << path;
     EXPECT_EQ(files.availableCapacity(path).has_value(), exists) << path;
     return exists;
+}
+
+TEST(EntryIdentity, TellsAnEntryFromTheOneThatHadItsInodeBefore)
+{
+    const TemporaryFolder root;
+    const auto identityOfNewFile = [&] {
+        EntryStatus status;
+        EXPECT_EQ(readStatus(AT_FDCWD, root.makeFile("file").c_str(), status), 0);
+        root.remove("file");
+        return status.identity;
+    };
+    const EntryIdentity seen = identityOfNewFile();
+    EntryIdentity next = identityOfNewFile();
+    // Several entries are born in one tick of the file system's clock.
+    for (int tries = 0; next == seen && tries < 100'000; ++tries) {
+        next = identityOfNewFile();
+    }
+    EXPECT_NE(next, seen);
 }
 
 TEST(LinuxFileManager, SeesNothingOutsideTheFolderThatItIsConfinedTo)

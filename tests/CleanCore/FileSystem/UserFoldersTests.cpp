@@ -1,5 +1,6 @@
 #include "CleanCore/FileSystem/UserFolders.h"
 
+#include "CleanCore/FileSystem/LinuxFileManager.h"
 #include "tests/Support/Table.h"
 #include "tests/Support/TemporaryFolder.h"
 
@@ -66,6 +67,33 @@ TEST(UserFolders, TakesAVariableOnlyForAFolderThatHoldsNothingElse)
     const std::map<std::string, std::string> behindLink = {
         {"XDG_CACHE_HOME", world.path("target-link/../scratch")}};
     EXPECT_EQ(foldersOf(world.path("me"), behindLink).cacheFolder, world.path("target/scratch"));
+}
+
+TEST(UserFolders, JudgesDefaultFoldersAsVariables)
+{
+    const std::pair<const char*, bool> rows[] = {
+        {"me/", true},
+        {"me/.cache/ me/Desktop->.", true},
+        {"me/.cache->~/scratch scratch/", true},
+        {"me/.cache->.", false},
+        {"me/.cache->~/", false},
+        {"me/.cache->.config me/.config/", false},
+        {"me/.cache->.config/app me/.config/app/", false},
+        {"me/.cache->Documents me/Documents/", false},
+        {"me/.cache->/dev/shm", false},
+    };
+    for (const auto& [tree, isTrusted] : rows) {
+        const TemporaryFolder world;
+        world.make(tree);
+        const std::string cache = world.path("me/.cache");
+        const UserFolders folders = foldersOf(world.path("me"), {});
+        const UserFolders confined = UserFolders::confinedTo(world.path("me"));
+        EXPECT_EQ(testing::Value(folders.distrustedFolders, Contains(cache)), !isTrusted) << tree;
+        EXPECT_EQ(confined.distrustedFolders.empty(), isTrusted) << tree;
+        const CleanCore::LinuxFileManager files(folders, std::nullopt, nullptr);
+        EXPECT_EQ(files.exists(cache), isTrusted && std::filesystem::exists(cache)) << tree;
+        EXPECT_FALSE(files.exists(cache + "/app"));
+    }
 }
 
 TEST(UserFolders, ProtectsWhateverASmallRegularUserDirectoriesFileNames)

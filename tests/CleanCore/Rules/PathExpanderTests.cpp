@@ -70,6 +70,9 @@ TEST(PathExpander, ExpandsEachKindOfPatternAndTellsWhatItCouldNotLookAt)
         EXPECT_EQ(found.bases, bases) << patterns.front();
         EXPECT_EQ(found.isCutShort, isCutShort) << patterns.front();
     }
+    // In the path of home a "*" is a name.
+    EXPECT_EQ(PathExpander::expandAll(Strings{"~/Cache/*"}, "/home/me/apps/*", files),
+              Strings{"/home/me/apps/*/Cache/2"});
 }
 
 TEST(PathExpander, FollowsLinksAndComesToAnEndWhereTheyLeadBack)

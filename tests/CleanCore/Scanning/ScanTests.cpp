@@ -32,7 +32,8 @@ TEST_F(ScanTest, FindsTheItemsOfEachBaseInTurnAndFlagsWhatItCannotList)
     disk->folders["/sealed"] = {{}, EACCES};
     disk->folders["/no-descriptor"] = {{}, EMFILE};
     disk->add("/open", "new", 200, Timestamp(std::chrono::seconds(1)));
-    for (const char* const name : {"spared", "Spared", "*", "caf\u00E9", "\xFF", "old"}) {
+    for (const char* const name :
+         {"spared", "Spared", "*", "caf\u00E9", "the\u0301", "\xFF", "old"}) {
         disk->add("/open", name, name == std::string("old") ? 100 : 1);
     }
     disk->add("/home/me/base", "item", 5);
@@ -47,7 +48,7 @@ TEST_F(ScanTest, FindsTheItemsOfEachBaseInTurnAndFlagsWhatItCannotList)
     for (const auto& [bases, items] : rows) {
         std::vector rules = {ruleFor("rule", bases), ruleFor("empty", {"/missing"})};
         rules[0].minAgeDays = 1;
-        rules[0].exclusions = {"spared", "cafe\u0301", "*", "\xFE", ""};
+        rules[0].exclusions = {"spared", "cafe\u0301", "th\u00E9", "*", "\xFE", ""};
         const auto results = scan.run(rules, rules, Timestamp(std::chrono::days(1)), {}, {});
         ASSERT_EQ(results->size(), 1U) << items;
         std::string found = results->at(0).hadAccessErrors ? "!" : "";

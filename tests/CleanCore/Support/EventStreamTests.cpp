@@ -8,7 +8,6 @@
 
 namespace CleanCoreTests {
 
-using CleanCore::EventSink;
 using CleanCore::EventStream;
 
 TEST(EventStream, DeliversWhatEveryWriterWroteBeforeTheEndInItsOrder)
@@ -18,6 +17,7 @@ TEST(EventStream, DeliversWhatEveryWriterWroteBeforeTheEndInItsOrder)
     EventStream<std::pair<int, int>> original;
     EventStream<std::pair<int, int>> stream = std::move(original);
     std::vector<std::jthread> threads;
+    threads.reserve(writers);
     for (int writer = 0; writer < writers; ++writer) {
         threads.emplace_back([writer, sink = stream.sink()] {
             for (int i = 0; i < events; ++i) {

@@ -119,6 +119,17 @@ TEST_P(RemovalBoundary, AFolderThatLeadsToAProtectedOneIsNotEmptied)
     EXPECT_EQ(home.tree(".cache"), "entry/inner/precious");
 }
 
+TEST_P(RemovalBoundary, AProtectedFolderThatLeadsToHomeProtectsNothing)
+{
+    home.make(".cache/old/file Desktop->.");
+    LinuxRemoval removal(home.path(), std::vector<std::string>{home.path("Desktop"), "/"},
+                         std::nullopt, std::make_shared<TaskPool>(1), GetParam());
+    EXPECT_EQ(removal.remove(base, home.path(".cache/old"), std::nullopt).error, 0);
+    EXPECT_EQ(removal.remove(home.path(".."), home.path(), std::nullopt).error,
+              protectedEntryError);
+    expectCanaries();
+}
+
 INSTANTIATE_TEST_SUITE_P(Removal, RemovalBoundary,
                          testing::Values(PinMethod::kernelResolution, PinMethod::stepByStep));
 
