@@ -10,13 +10,14 @@ void savePicture(const MainWindow& window, const Scene& scene, const char* wordi
 {
     const QString folder = qEnvironmentVariable("ZORVANE_PICTURES");
     const QQuickWindow& shown = window.window();
+    const bool isSoftware = !QQuickWindow::sceneGraphBackend().isEmpty();
     const QString name = QStringLiteral("%1/%2%3-%4x%5-%6-%7.png")
                              .arg(folder, QString::fromStdString(scene.name).replace(u' ', u'-'),
                                   QLatin1String(wording))
                              .arg(shown.width())
                              .arg(shown.height())
                              .arg(shown.effectiveDevicePixelRatio())
-                             .arg(QQuickWindow::sceneGraphBackend());
+                             .arg(QLatin1String(isSoftware ? "software" : "opengl"));
     EXPECT_TRUE(folder.isEmpty() || window.picture().save(name));
 }
 
