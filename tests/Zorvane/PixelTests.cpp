@@ -27,7 +27,7 @@ TEST(Pixels, StripsMakeOneBox)
 
 TEST(Pixels, ABlurLosesNothing)
 {
-    Zorvane::Plane plane{61, 61, std::vector<float>(61 * 61)};
+    Zorvane::Plane plane{61, 61, std::vector<float>(std::size_t{61} * 61)};
     plane.values[30 * 61 + 30] = 1;
     plane = Zorvane::gaussianBlurred(plane, 6);
     double sum = 0;

@@ -146,7 +146,8 @@ TEST(Lists, EveryRowIsReachedByTheKeyboard)
         show(window, scene);
         window.activate();
         auto lists = window.itemsOfClass("QQuickListView");
-        std::erase_if(lists, [&](const QQuickItem* list) { return !isIn(list, {type}); });
+        std::erase_if(lists,
+                      [&, name = type](const QQuickItem* list) { return !isIn(list, {name}); });
         ASSERT_EQ(lists.size(), 1U);
         QQuickItem& list = *lists.front();
         const int count = list.property("count").toInt();

@@ -123,13 +123,17 @@ std::string SystemCommandRunner::run(const std::string& executable,
     std::string output;
     {
         const std::stop_callback endEarly(m_stop, [&] {
-            child.kill();
             wakeup.raise();
+            child.kill();
         });
         output = readToEnd(pipe.readEnd.get(), wakeup);
         child.waitForEnd();
     }
     const int status = child.collect();
+    if (status != 0 && m_stop.stop_requested()) {
+        // It did not fail by itself.
+        fail(ECANCELED, "stopped");
+    }
     if (status != 0) {
         throw CleanCoreError::commandFailed(executable, status);
     }

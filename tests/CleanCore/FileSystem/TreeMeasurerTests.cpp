@@ -4,10 +4,12 @@
 #include "CleanCore/Support/TaskPool.h"
 #include "tests/Support/TemporaryFolder.h"
 
+#include <algorithm>
 #include <dirent.h>
 #include <fcntl.h>
 #include <filesystem>
 #include <gtest/gtest.h>
+#include <iterator>
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -90,9 +92,9 @@ TEST(TreeMeasurer, AgreesWithASimpleWalkOnTreesOfEveryShape)
     };
     const FileDescriptor folder(::open(root.path().c_str(), O_PATH | O_CLOEXEC));
     std::vector<Model> expected;
-    for (const std::string& name : names) {
-        expected.push_back(modelOf(folder.get(), name.c_str()));
-    }
+    std::ranges::transform(names, std::back_inserter(expected), [&](const std::string& name) {
+        return modelOf(folder.get(), name.c_str());
+    });
     rlimit before = {};
     ASSERT_EQ(::getrlimit(RLIMIT_NOFILE, &before), 0);
     const rlimit lowered = {160, before.rlim_max};

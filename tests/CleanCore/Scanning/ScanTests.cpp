@@ -117,12 +117,13 @@ TEST_F(ScanTest, OfAPartFindsTheSameAsOfAllAsksToolsLastAndHasNoResultsOnceStopp
                                                         {"105", files},
                                                         {"files", files + "files tools-2 "},
                                                         {"tools-2", files + "files tools-2 "}};
-    for (const auto& [stopAt, expected] : rows) {
+    for (const auto& row : rows) {
+        const auto& [stopAt, expected] = row;
         std::stop_source stop;
         std::string log;
         const auto step = [&](const std::string& name) {
             log += name + ' ';
-            if (name == stopAt) {
+            if (name == row.first) {
                 stop.request_stop();
             }
         };

@@ -1,8 +1,8 @@
+#include "CleanCore/Support/PathText.h"
 #include "Zorvane/Desktop/UpdaterController.h"
 #include "tests/Zorvane/Scenes/Scene.h"
 
 #include <QFile>
-
 #include <algorithm>
 #include <cmath>
 #include <limits>
@@ -104,7 +104,7 @@ void hold(MainWindow& window, const std::string& end)
 void makeBusy(ScriptedDisk& disk, const std::string& path)
 {
     for (const std::string& name : disk.folders[path].names) {
-        disk.irremovable.insert(path + '/' + name);
+        disk.irremovable.insert(CleanCore::PathText::join(path, name));
     }
 }
 

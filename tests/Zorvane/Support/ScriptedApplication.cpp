@@ -52,7 +52,8 @@ Zorvane::Environment ScriptedApplication::environment()
         .home = environment,
         .cloudDrive = drive,
         .tools = CleanCore::ToolLocations::ofSystem(),
-        .commandRunner = [runner](const std::stop_token& /*stop*/) { return runner; },
+        .commandRunner = [runner](const std::stop_token& /*stop*/)
+            -> std::shared_ptr<const CleanCore::CommandRunning> { return runner; },
         .loadCatalog =
             [isBroken = isCatalogBroken, given = catalog] {
                 if (*isBroken) {

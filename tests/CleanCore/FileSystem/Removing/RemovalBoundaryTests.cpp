@@ -34,14 +34,14 @@ TEST_P(RemovalBoundary, AMountIsKeptAndWhatLiesBehindItIsNotTouched)
         {"Documents/canary", ".cache/entry/deep/file", ".cache/entry"},
         {"Documents/canary", ".cache/file", ".cache/file"},
     };
-    for (const auto& [source, at, removed] : mounts) {
-        SCOPED_TRACE(testing::Message() << source << " on " << at);
+    for (const auto& mount : mounts) {
+        SCOPED_TRACE(testing::Message() << mount.source << " on " << mount.at);
         home.make(
             "elsewhere/deep/kept .cache/file .cache/entry/deep/file .cache/entry/deep/mount/");
         inMountNamespace([&] {
-            bindMount(home.path(source), home.path(at));
-            EXPECT_EQ(removeFrom(base, home.path(removed)), EXDEV);
-            EXPECT_TRUE(home.has(removed));
+            bindMount(home.path(mount.source), home.path(mount.at));
+            EXPECT_EQ(removeFrom(base, home.path(mount.removed)), EXDEV);
+            EXPECT_TRUE(home.has(mount.removed));
             EXPECT_EQ(home.tree("elsewhere"), "deep/kept");
         });
         expectCanaries();
