@@ -113,7 +113,7 @@ void AppState::openPermissionSettings()
 void AppState::requestClose()
 {
     m_clean.request_stop();
-    m_cloud.stopEvicting();
+    m_cloud.stopRelease();
     m_isClosing = true;
     emit isClosingChanged();
     closeWhenReady();

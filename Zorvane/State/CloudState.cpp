@@ -133,7 +133,7 @@ void CloudState::setICloudSelected(const std::string& path, bool isSelected)
 void CloudState::openICloud()
 {
     setShowICloud(true);
-    setEvictReport(std::nullopt);
+    setReleaseReport(std::nullopt);
 }
 
 void CloudState::reloadICloud()
@@ -142,7 +142,7 @@ void CloudState::reloadICloud()
     emit icloudItemsChanged();
     m_icloudSelection.clear();
     emit icloudSelectionChanged();
-    setEvictReport(std::nullopt);
+    setReleaseReport(std::nullopt);
     m_icloudReleasedPaths.clear();
     emit icloudReleasedPathsChanged();
     m_icloudBusyFolders.clear();
@@ -217,34 +217,34 @@ void CloudState::performEvict()
 {
     m_isEvicting = true;
     emit isEvictingChanged();
-    m_evict = std::jthread([this, evictor = m_icloudEvictor, items = icloudSelectedItems(),
-                            queue = m_queue](const std::stop_token& stop) {
+    m_release = std::jthread([this, evictor = m_icloudEvictor, items = icloudSelectedItems(),
+                              queue = m_queue](const std::stop_token& stop) {
         const auto progress = [&](std::int64_t index, std::int64_t total, const std::string& path) {
             const EvictProgress step{index, total,
                                      std::string(CleanCore::PathText::lastComponent(path))};
-            queue->post([this, step] { setEvictProgress(step); });
+            queue->post([this, step] { setReleaseProgress(step); });
         };
         const EvictReport report = evictor.evict(items, progress, stop);
-        queue->post([this, report] { finishEvict(report); });
+        queue->post([this, report] { finishRelease(report); });
     });
 }
 
-void CloudState::setEvictReport(std::optional<EvictReport> report)
+void CloudState::setReleaseReport(std::optional<EvictReport> report)
 {
     m_icloudEvictReport = std::move(report);
     emit icloudEvictReportChanged();
 }
 
-void CloudState::setEvictProgress(std::optional<EvictProgress> progress)
+void CloudState::setReleaseProgress(std::optional<EvictProgress> progress)
 {
     m_icloudEvictProgress = std::move(progress);
     emit icloudEvictProgressChanged();
 }
 
-void CloudState::finishEvict(const EvictReport& report)
+void CloudState::finishRelease(const EvictReport& report)
 {
-    setEvictProgress(std::nullopt);
-    setEvictReport(report);
+    setReleaseProgress(std::nullopt);
+    setReleaseReport(report);
     m_icloudReleasedPaths.insert(report.released.begin(), report.released.end());
     emit icloudReleasedPathsChanged();
     m_icloudSelection.clear();

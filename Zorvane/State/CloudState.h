@@ -86,7 +86,7 @@ public:
     Q_INVOKABLE void requestEvict();
     void revealICloudApps(std::span<const CleanCore::ICloudAppBundle> apps) const;
     /// Ends a release after the item that it is working on.
-    void stopEvicting() { m_evict.request_stop(); }
+    void stopRelease() { m_release.request_stop(); }
 
 signals:
     void showICloudChanged();
@@ -102,13 +102,13 @@ signals:
     void icloudEvictReportChanged();
 
 private:
-    void setEvictReport(std::optional<EvictReport> report);
+    void setReleaseReport(std::optional<EvictReport> report);
     void measureICloudChildren(std::vector<std::string> children);
     void handleMeasureProgress(const std::string& path, MeasureProgress progress);
     void handleMeasureResult(const CleanCore::ICloudEvictor::MeasureResult& result);
     void performEvict();
-    void setEvictProgress(std::optional<EvictProgress> progress);
-    void finishEvict(const EvictReport& report);
+    void setReleaseProgress(std::optional<EvictProgress> progress);
+    void finishRelease(const EvictReport& report);
 
     const Environment& m_environment;
     const CleanCore::ICloudEvictor m_icloudEvictor;
@@ -125,7 +125,7 @@ private:
     std::map<std::string, MeasureProgress> m_icloudMeasureByChild;
     std::optional<EvictProgress> m_icloudEvictProgress;
     std::optional<EvictReport> m_icloudEvictReport;
-    std::jthread m_evict;
+    std::jthread m_release;
 };
 
 } // namespace Zorvane
