@@ -6,6 +6,8 @@
 
 #include <gmock/gmock.h>
 
+#include <latch>
+
 namespace CleanCoreTests {
 namespace {
 
@@ -156,8 +158,10 @@ TEST_F(ScanTest, IsStoppedInsideABase)
     Strings measured;
     disk->onMeasure = [&](const std::string& folder, const std::stop_token& token) {
         measured.push_back(folder);
+        std::latch stopped(1);
+        const std::stop_callback whenStopped(token, [&] { stopped.count_down(); });
         stop.request_stop();
-        EXPECT_TRUE(token.stop_requested());
+        stopped.wait();
     };
     const std::vector rules = {ruleFor("rule", {"/base", "/never"}), ruleFor("later", {"/never"})};
     const Scan scan("/home/me", disk, std::make_shared<TaskPool>(1));
