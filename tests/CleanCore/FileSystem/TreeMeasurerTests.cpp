@@ -2,6 +2,7 @@
 
 #include "CleanCore/FileSystem/Walking/FolderStack.h"
 #include "CleanCore/Support/TaskPool.h"
+#include "tests/Support/Table.h"
 #include "tests/Support/TemporaryFolder.h"
 
 #include <algorithm>
@@ -9,7 +10,6 @@
 #include <fcntl.h>
 #include <filesystem>
 #include <gtest/gtest.h>
-#include <iterator>
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -48,24 +48,12 @@ Model modelOf(int folder, const char* name, bool isItem = true)
     return model;
 }
 
-/// Makes a chain of folders, which may be too long for a path, with a link to a file in each.
-void makeChain(const TemporaryFolder& root, const std::string& at, int levels,
-               const std::string& name)
-{
-    FileDescriptor folder(::open(root.makeFolder(at).c_str(), O_PATH | O_CLOEXEC));
-    for (int level = 0; level < levels; ++level) {
-        ASSERT_EQ(::linkat(AT_FDCWD, root.path("file").c_str(), folder.get(), "file", 0), 0);
-        ASSERT_EQ(::mkdirat(folder.get(), name.c_str(), 0700), 0);
-        folder = FileDescriptor(::openat(folder.get(), name.c_str(), O_PATH | O_CLOEXEC));
-    }
-}
-
 TEST(TreeMeasurer, AgreesWithASimpleWalkOnTreesOfEveryShape)
 {
     const TemporaryFolder root;
     root.make("file:20k@-8d empty:0@3d pipe|@-9d link->item@1d7ns dangling->nowhere "
               "item/newest/inside/file:9k@-99d5ns item/newest/inside/@-7d item/newest/@1d item/@2d "
-              "item/twin==file item/pipe| item/out->~/flat@-200d item/sparse "
+              "item/twin==file item/pipe| item/out->~/flat@-200d item/sparse deep/ "
               "closed/=0 closed/file unlisted/=0300 unlisted/file unsearched/=0400 unsearched/file "
               "flat/inner/");
     std::filesystem::resize_file(root.path("item/sparse"), 40'000'000);
@@ -73,14 +61,20 @@ TEST(TreeMeasurer, AgreesWithASimpleWalkOnTreesOfEveryShape)
         std::filesystem::create_hard_link(
             root.path("file"), root.path("flat/a-name-of-some-length-" + std::to_string(i)));
     }
-    // Others beside the deepest chain, so that every worker is deep in one at the same time.
-    makeChain(root, "deep/0", 600, std::string(100, 'd'));
-    for (int chain = 1; chain < 17; ++chain) {
-        makeChain(root, "deep/" + std::to_string(chain), 100, "d");
+    // Chains with a file in each folder, one of them too long for a path, and so many that every
+    // worker is deep in one at the same time.
+    for (int chain = 0; chain < 17; ++chain) {
+        FileDescriptor folder(::open(root.path("deep").c_str(), O_PATH | O_CLOEXEC));
+        std::string name = std::to_string(chain);
+        for (int level = 0; level < (chain == 0 ? 600 : 100); ++level) {
+            ASSERT_EQ(::mkdirat(folder.get(), name.c_str(), 0700), 0);
+            folder = FileDescriptor(::openat(folder.get(), name.c_str(), O_PATH | O_CLOEXEC));
+            ASSERT_EQ(::linkat(AT_FDCWD, root.path("file").c_str(), folder.get(), "f", 0), 0);
+            name = std::string(chain == 0 ? 100 : 1, 'd');
+        }
     }
-    const std::vector<std::string> names = {"file",     "not there",  "empty", "pipe",
-                                            "link",     "dangling",   "item",  "closed",
-                                            "unlisted", "unsearched", "flat",  "deep"};
+    const std::vector<std::string> names =
+        words("file missing empty pipe link dangling item closed unlisted unsearched flat deep");
     const auto measure = [&](unsigned workers, const std::stop_token& stop) {
         FileDescriptor folder(::open(root.path().c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
         const TreeMeasurer measurer(std::make_shared<TaskPool>(workers));
@@ -90,19 +84,19 @@ TEST(TreeMeasurer, AgreesWithASimpleWalkOnTreesOfEveryShape)
         }
         return models;
     };
-    const FileDescriptor folder(::open(root.path().c_str(), O_PATH | O_CLOEXEC));
     std::vector<Model> expected;
-    std::ranges::transform(names, std::back_inserter(expected), [&](const std::string& name) {
-        return modelOf(folder.get(), name.c_str());
-    });
-    rlimit before = {};
-    ASSERT_EQ(::getrlimit(RLIMIT_NOFILE, &before), 0);
-    const rlimit lowered = {160, before.rlim_max};
-    ASSERT_EQ(::setrlimit(RLIMIT_NOFILE, &lowered), 0);
+    for (const std::string& name : names) {
+        expected.push_back(modelOf(AT_FDCWD, root.path(name).c_str()));
+    }
+    rlimit limit = {};
+    ASSERT_EQ(::getrlimit(RLIMIT_NOFILE, &limit), 0);
+    const rlim_t before = std::exchange(limit.rlim_cur, 160);
+    ASSERT_EQ(::setrlimit(RLIMIT_NOFILE, &limit), 0);
     for (const unsigned workers : {1U, 2U, 8U}) {
         EXPECT_EQ(measure(workers, {}), expected) << workers << " workers";
     }
-    ASSERT_EQ(::setrlimit(RLIMIT_NOFILE, &before), 0);
+    limit.rlim_cur = before;
+    ASSERT_EQ(::setrlimit(RLIMIT_NOFILE, &limit), 0);
     std::stop_source stop;
     stop.request_stop();
     EXPECT_EQ(measure(2, stop.get_token()), std::vector<Model>(names.size(), {0, distantPast}));
@@ -114,7 +108,7 @@ TEST(FolderStack, DoesNotGoOnWhereAFolderWasMovedTo)
 {
     for (const bool isMoved : {false, true}) {
         const TemporaryFolder root;
-        root.make("a/b/c/ elsewhere/");
+        root.make("a/b/c/");
         FolderStack stack(2);
         for (const char* const path : {"", "a", "a/b", "a/b/c"}) {
             FileDescriptor folder(
@@ -124,7 +118,7 @@ TEST(FolderStack, DoesNotGoOnWhereAFolderWasMovedTo)
             stack.push(std::move(folder), status);
         }
         if (isMoved) {
-            root.move("a/b/c", "elsewhere/c");
+            root.move("a/b/c", "c");
         }
         EXPECT_EQ(stack.pop(), !isMoved);
         EXPECT_EQ(stack.isEmpty(), isMoved);

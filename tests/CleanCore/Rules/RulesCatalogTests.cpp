@@ -2,6 +2,7 @@
 
 #include "CleanCore/Rules/CleanCoreError.h"
 #include "CleanCore/Rules/TextTable.h"
+#include "tests/Support/Table.h"
 
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
@@ -13,21 +14,11 @@ using Json = nlohmann::ordered_json;
 
 namespace {
 
-/// A document with rules of these ids and exclusions.
-Json document(const std::vector<std::pair<std::string, std::vector<std::string>>>& rules)
-{
-    Json all = Json::array();
-    for (const auto& [id, exclusions] : rules) {
-        all.push_back({{"id", id},
-                       {"tier", "A"},
-                       {"kind", "fileSystem"},
-                       {"titleKey", "title"},
-                       {"basePaths", {"~/one", "~/two", "~/two", ""}},
-                       {"minAgeDays", 7},
-                       {"exclusions", exclusions}});
-    }
-    return {{"schemaVersion", -99}, {"rules", all}};
-}
+const char* const document = R"({"schemaVersion": -99, "rules": [
+    {"id": "a", "tier": "A", "kind": "fileSystem", "titleKey": "title", "basePaths": ["~/b", "~/a"],
+     "minAgeDays": 9223372036854775807, "exclusions": ["a", "a", "..", "", "a\\b"]},
+    {"id": "b", "tier": "B", "kind": "command", "titleKey": "", "basePaths": ["", "~/a", "~/a"],
+     "minAgeDays": -9223372036854775808, "exclusions": []}]})";
 
 /// How loading ends: "ok", "malformed" or what is invalid about it.
 std::string loaded(const std::string& text)
@@ -46,9 +37,7 @@ std::string loaded(const std::string& text)
 
 TEST(RulesCatalog, ReturnsADocumentExactlyAsItIsWritten)
 {
-    Json written = document({{"first", {"a", "a", "..", "", "a\\b"}}, {"second", {}}});
-    written["rules"][0]["minAgeDays"] = INT64_MAX;
-    written["rules"][1].update({{"tier", "B"}, {"kind", "command"}, {"minAgeDays", INT64_MIN}});
+    const Json written = Json::parse(document);
     Json withMore = written;
     withMore["unknown"] = {1, 2};
     withMore["rules"][0]["comment"] = nullptr;
@@ -57,38 +46,29 @@ TEST(RulesCatalog, ReturnsADocumentExactlyAsItIsWritten)
 
 TEST(RulesCatalog, RefusesEveryMissingMistypedOrMisspeltMember)
 {
-    using Values = std::vector<std::string>;
-    const Values wrongForAll = {"null", "true", "{}", "1.5", "[[]]", "[1]", R"({"a": "b"})"};
-    const Values wrongTexts = {"7", R"(["A"])"};
-    const Values wrongNumbers = {"7.0", "1e3", R"("7")", "9223372036854775808", "1e400"};
-    const Values wrongLists = {R"("7")", "7", R"([null])", R"(["a", 1])"};
-    const std::map<std::string, Values> wrong = {
-        {"/schemaVersion", wrongNumbers},
-        {"/rules", {R"("7")", R"(["no rule"])", R"({"a": {}})"}},
-        {"/rules/0/id", wrongTexts},
-        {"/rules/0/tier", {"7", R"("safe")", R"("a")", R"("")"}},
-        {"/rules/0/kind", {"7", R"("filesystem")", R"("command ")"}},
-        {"/rules/0/titleKey", wrongTexts},
-        {"/rules/0/basePaths", wrongLists},
-        {"/rules/0/minAgeDays", wrongNumbers},
-        {"/rules/0/exclusions", wrongLists},
-    };
-    const Json valid = document({{"a", {"x"}}});
-    for (const auto& [member, values] : wrong) {
-        const Json::json_pointer pointer(member);
-        Json changed = valid;
+    // A member, and values that it may not have beside those that none may have.
+    const std::string wrongForAll = R"( null true {} 1.5 [[]] [1] {"a":"b"})";
+    for (const std::vector<std::string>& row : table(R"(
+/schemaVersion | 7.0 1e3 "7" 9223372036854775808
+/rules | "7" 7 ["none"] {"a":{}}
+/rules/0/id | 7 ["A"]
+/rules/0/tier | 7 "safe" "a" ""
+/rules/0/kind | 7 "filesystem" "commands"
+/rules/0/titleKey | 7 ["A"]
+/rules/0/basePaths | "7" 7 [null] ["a",1]
+/rules/0/minAgeDays | 7.0 1e3 "7" 9223372036854775808
+/rules/0/exclusions | "7" 7 [null] ["a",1]
+)")) {
+        const Json::json_pointer pointer(row[0]);
+        Json changed = Json::parse(document);
         changed[pointer.parent_pointer()].erase(pointer.back());
-        EXPECT_EQ(loaded(changed.dump()), "malformed") << "without " << member;
-        for (const Values& list : {wrongForAll, values}) {
-            for (const std::string& value : list) {
-                changed[pointer] = "PLACE";
-                std::string text = changed.dump();
-                text.replace(text.find("\"PLACE\""), 7, value);
-                EXPECT_EQ(loaded(text), "malformed") << text;
-            }
+        EXPECT_EQ(loaded(changed.dump()), "malformed") << "without " << row[0];
+        for (const std::string& value : words(row[1] + wrongForAll)) {
+            changed[pointer] = Json::parse(value);
+            EXPECT_EQ(loaded(changed.dump()), "malformed") << changed;
         }
     }
-    const std::string text = valid.dump();
+    const std::string text = document;
     for (const std::string& broken :
          {std::string(), text + 'x', "// comment\n" + text, text.substr(0, text.size() - 1),
           std::string(text).replace(text.find("title\""), 1, "\xC3")}) {
@@ -98,16 +78,22 @@ TEST(RulesCatalog, RefusesEveryMissingMistypedOrMisspeltMember)
 
 TEST(RulesCatalog, RefusesIdsThatAreTheSameTextAndSlashesInExclusions)
 {
-    const std::tuple<Json, const char*> rows[] = {
-        {document({{"cache", {}}, {"between", {}}, {"cache", {}}}), "duplicate rule ids"},
-        {document({{"caf\u00E9", {}}, {"cafe\u0301", {}}}), "duplicate rule ids"},
-        {document({{"cache", {}}, {"Cache", {}}, {"cache ", {}}, {"\uFB01", {}}, {"fi", {}}}),
-         "ok"},
-        {document({{"a", {"x", "a/b"}}, {"b", {"/"}}}), "exclusion with '/' in rule a"},
-        {document({{"same", {"a/b"}}, {"same", {}}}), "duplicate rule ids"},
+    // The ids of rules, an exclusion of the last one, and how loading ends.
+    const std::tuple<const char*, const char*, const char*> rows[] = {
+        {"cache between cache", "x", "duplicate rule ids"},
+        {"caf\u00E9 cafe\u0301", "x", "duplicate rule ids"},
+        {"cache Cache \uFB01 fi", "..", "ok"},
+        {"one two", "a/b", "exclusion with '/' in rule two"},
+        {"same same", "/", "duplicate rule ids"},
     };
-    for (const auto& [catalog, result] : rows) {
-        EXPECT_EQ(loaded(catalog.dump()), result) << catalog;
+    for (const auto& [ids, exclusion, result] : rows) {
+        Json catalog = {{"schemaVersion", 1}, {"rules", Json::array()}};
+        for (const std::string& id : words(ids)) {
+            catalog["rules"].push_back(Json::parse(document)["rules"][0]);
+            catalog["rules"].back()["id"] = id;
+        }
+        catalog["rules"].back()["exclusions"] = {"fine", exclusion};
+        EXPECT_EQ(loaded(catalog.dump()), result) << ids;
     }
 }
 
