@@ -31,16 +31,12 @@ protected:
 
 TEST_F(RemovalOwnership, OthersEntriesStayAndSoDoTheFoldersAboveThem)
 {
-    struct
-    {
-        const char* foreign;
-        const char* removed;
-        const char* left;
-    } const cases[] = {
-        {".cache/entry", ".cache/entry", "entry/a/b/file entry/a/link->nowhere entry/a/sibling"},
+    const std::string all = "entry/a/b/file entry/a/link->nowhere entry/a/sibling";
+    // Whose entry is another's, what is removed, and what is left.
+    const std::tuple<const char*, const char*, std::string> cases[] = {
+        {".cache/entry", ".cache/entry", all},
         {".cache/entry/a/b/file", ".cache/entry", "entry/a/b/file"},
-        {".cache/entry/a/link", ".cache/entry/a/link",
-         "entry/a/b/file entry/a/link->nowhere entry/a/sibling"},
+        {".cache/entry/a/link", ".cache/entry/a/link", all},
     };
     for (const auto& [foreign, removed, left] : cases) {
         for (const uid_t user : {somebody, uid_t{0}}) {
@@ -57,9 +53,9 @@ TEST_F(RemovalOwnership, OfATrashRecordDecidesWhetherItGoesAlong)
     makeOwned("Trash/files/mine Trash/info/mine.trashinfo Trash/files/theirs "
               "Trash/info/theirs.trashinfo");
     give("Trash/info/theirs.trashinfo", somebody, owner);
-    for (const char* name : {"mine", "theirs"}) {
-        const std::string files = home.path("Trash/files");
-        EXPECT_EQ(beginRemoval()->remove(files, files + '/' + name, std::nullopt).error, 0);
+    const std::string files = home.path("Trash/files");
+    for (const char* name : {"/mine", "/theirs"}) {
+        EXPECT_EQ(beginRemoval()->remove(files, files + name, std::nullopt).error, 0);
     }
     EXPECT_EQ(home.tree("Trash"), "files/ info/theirs.trashinfo");
 }
@@ -70,8 +66,8 @@ TEST_F(RemovalOwnership, AFolderKeepsTheGroupBitThatItsOwnerCouldNotGiveBack)
     makeOwned(".cache/others/roots .cache/others/inner/=500 .cache/others/inner/file "
               ".cache/own/roots .cache/own/file");
     give(".cache/others", owner, somebody);
-    for (const char* folder : {".cache/others", ".cache/own"}) {
-        give(std::string(folder) + "/roots", 0, 0);
+    for (const std::string folder : {".cache/others", ".cache/own"}) {
+        give(folder + "/roots", 0, 0);
         home.setMode(folder, 02500);
     }
     inChildProcess([&] {
