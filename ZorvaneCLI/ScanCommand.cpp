@@ -27,6 +27,11 @@ std::int64_t totalBytes(const std::vector<CategoryResult>& results)
                            });
 }
 
+bool isIncomplete(const ScannedItem& item)
+{
+    return item.obstacle == CleanCore::Obstacle::notSeenWhole;
+}
+
 nlohmann::ordered_json itemJson(const ScannedItem& item, bool isSelected)
 {
     nlohmann::ordered_json json;
@@ -37,6 +42,9 @@ nlohmann::ordered_json itemJson(const ScannedItem& item, bool isSelected)
         json["modifiedAt"] = formatTime(item.modifiedAt);
     }
     json["selected"] = isSelected;
+    if (isIncomplete(item)) {
+        json["incomplete"] = true;
+    }
     return json;
 }
 
@@ -71,6 +79,10 @@ std::string note(const CategoryResult& result)
     if (result.hadAccessErrors) {
         text += text.empty() ? "" : ", ";
         text += "partly unreadable";
+    }
+    if (const auto count = std::ranges::count_if(result.items, isIncomplete); count > 0) {
+        text += text.empty() ? "" : ", ";
+        text += counted(static_cast<std::size_t>(count), "item") + " not seen whole";
     }
     return text;
 }
@@ -107,7 +119,7 @@ void printItems(const Workspace& workspace, const CategoryResult& result)
     for (const ScannedItem& item : result.items) {
         const bool isDated = item.modifiedAt != CleanCore::distantPast;
         table.add({"  " + byteCount(item.sizeBytes),
-                   isDated ? formatTime(item.modifiedAt).substr(0, 10) : "", escaped(item.path)});
+                   isDated ? formatTime(item.modifiedAt).substr(0, 10) : "", itemText(item)});
     }
     std::cout << table.text() << '\n';
 }
@@ -136,8 +148,9 @@ ExitStatus scan(const ScanOptions& options, const Interruption& interruption)
     }
     const auto& shown = selection.results();
     const bool wasUnreadable =
-        std::any_of(shown.begin(), shown.end(),
-                    [](const CategoryResult& result) { return result.hadAccessErrors; });
+        std::any_of(shown.begin(), shown.end(), [](const CategoryResult& result) {
+            return result.hadAccessErrors || std::ranges::any_of(result.items, isIncomplete);
+        });
     return wasUnreadable ? ExitStatus::incomplete : ExitStatus::done;
 }
 
