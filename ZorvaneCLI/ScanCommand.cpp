@@ -32,6 +32,11 @@ bool isIncomplete(const ScannedItem& item)
     return item.obstacle == CleanCore::Obstacle::notSeenWhole;
 }
 
+bool isSeenWhole(const CategoryResult& result)
+{
+    return !result.hadAccessErrors && std::ranges::none_of(result.items, isIncomplete);
+}
+
 nlohmann::ordered_json itemJson(const ScannedItem& item, bool isSelected)
 {
     nlohmann::ordered_json json;
@@ -93,8 +98,13 @@ void printAreas(const Workspace& workspace, const SelectionState& selection)
     ColumnTable table({left, right, right, left, left});
     table.add({"AREA", "SIZE", "ITEMS", "ID", ""});
     std::size_t items = 0;
+    std::size_t emptyAreas = 0;
     for (const CategoryResult& result : selection.results()) {
         items += result.items.size();
+        if (result.totalBytes() == 0 && isSeenWhole(result)) {
+            ++emptyAreas;
+            continue;
+        }
         table.add({escaped(workspace.texts.ruleTitle(result.rule.id)),
                    byteCount(result.totalBytes()), std::to_string(result.items.size()),
                    escaped(result.rule.id), note(result)});
@@ -102,6 +112,10 @@ void printAreas(const Workspace& workspace, const SelectionState& selection)
     table.add({"Total", byteCount(totalBytes(selection.results())), std::to_string(items)});
     table.add({"Selected by default", byteCount(selection.selectedBytes())});
     std::cout << table.text();
+    if (emptyAreas > 0) {
+        std::cout << counted(emptyAreas, "area")
+                  << " where no space can be gained not shown; --rule ID shows one\n";
+    }
 }
 
 void printItems(const Workspace& workspace, const CategoryResult& result)
@@ -146,12 +160,8 @@ ExitStatus scan(const ScanOptions& options, const Interruption& interruption)
             printItems(workspace, result);
         }
     }
-    const auto& shown = selection.results();
-    const bool wasUnreadable =
-        std::any_of(shown.begin(), shown.end(), [](const CategoryResult& result) {
-            return result.hadAccessErrors || std::ranges::any_of(result.items, isIncomplete);
-        });
-    return wasUnreadable ? ExitStatus::incomplete : ExitStatus::done;
+    return std::ranges::all_of(selection.results(), isSeenWhole) ? ExitStatus::done
+                                                                 : ExitStatus::incomplete;
 }
 
 } // namespace ZorvaneCLI
