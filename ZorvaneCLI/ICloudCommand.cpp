@@ -35,9 +35,16 @@ constexpr auto noDeadline = ICloudEvictor::Deadline::max() - measuringTime;
 
 std::string absolute(const std::string& path)
 {
-    return PathText::standardized(
-        path.substr(0, 1) == "/" ? path
-                                 : PathText::join(std::filesystem::current_path().native(), path));
+    if (path.starts_with('/')) {
+        return PathText::standardized(path);
+    }
+    std::error_code error;
+    const std::filesystem::path current = std::filesystem::current_path(error);
+    if (error) {
+        throw CommandError(ExitStatus::wrongUsage,
+                           "the current folder cannot be found, so give the whole path of " + path);
+    }
+    return PathText::standardized(PathText::join(current.native(), path));
 }
 
 /// A path on its own: its text, or, where that is not exact, an object as setPath() makes it.

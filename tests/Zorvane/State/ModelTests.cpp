@@ -253,7 +253,7 @@ TEST(Models, TheReportCountsByReason)
     EXPECT_EQ(model.freedText() + model.removedText() + model.visibleFreedText(), QString());
     runClean(*app.state);
     const QStringList texts = {model.freedText(), model.removedText(), model.visibleFreedText(),
-                               model.inUseTitle(), model.protectedTitle()};
+                               model.reasons()[0].title, model.reasons()[1].title};
     EXPECT_EQ(texts.join(QStringLiteral(" | ")).toStdString(),
               "500 bytes | freed — 1 items removed | Visible in Finder right now: 600 bytes | "
               "2 in use by an open app | 1 protected by Zorvane");
