@@ -17,10 +17,12 @@ using Skipped = CleaningReport::SkippedItem;
 
 TEST(CleanEngine, RemovesEntriesOfEveryKindAndName)
 {
-    const CleanableHome home("Documents/kept .cache/file:9k .cache/folder/a/b/c:9k .cache/fifo| "
-                             ".cache/folder/.hidden .cache/empty/ .cache/locked=0 "
-                             ".cache/folder/fifo| .cache/hard==Documents/kept "
-                             ".cache/folder/hard==Documents/kept");
+    const CleanableHome home(
+        "Documents/kept .cache/file:9k .cache/folder/a/b/c:9k .cache/fifo| "
+        ".cache/folder/.hidden .cache/empty/ .cache/locked=0 "
+        ".cache/folder/fifo| .cache/folder/link->~/Documents .cache/bare/=0500 "
+        ".cache/bare/inner/ .cache/hard==Documents/kept "
+        ".cache/folder/hard==Documents/kept");
     for (int byte = 1; byte < 256; ++byte) {
         if (byte != '/') {
             const std::string name(2, static_cast<char>(byte));
@@ -36,9 +38,10 @@ TEST(CleanEngine, RemovesEntriesOfEveryKindAndName)
 
 TEST(CleanEngine, RemovesOnlyWhatTheGuardAllowsInOneOfTheBases)
 {
-    const CleanableHome home(".cache/app/x .cache/folder/x Documents/x .ssh/id second/file plain/x "
-                             "linked->place/.cache place/.cache/x .cache/photos/in/x "
-                             ".cache/linked/desktop/x Desktop->.cache/linked/desktop");
+    const CleanableHome home(
+        ".cache/app/x .cache/folder/x Documents/x .ssh/id second/file plain/x "
+        "linked->place/.cache place/.cache/x Music->. Movies->/ .cache/photos/in/x "
+        ".cache/linked/desktop/x Desktop->.cache/linked/desktop");
     home.makeFile(".config/user-dirs.dirs", "XDG_PICTURES_DIR=\"$HOME/.cache/photos/in\"\n");
     std::vector<OutcomeRow> rows = {
         {".cache/", "~/.cache/app ~/.cache/", "blocked"},
@@ -53,6 +56,7 @@ TEST(CleanEngine, RemovesOnlyWhatTheGuardAllowsInOneOfTheBases)
         {".cache/new/", "~/nowhere ~/Documents ~/.cache/", "removed all"},
         {".cache/new/", "~/*", "removed all"},
         {"linked/new/", "~/linked", "removed all"},
+        {"place/.cache/new/", "~/linked/", "removed all"},
     };
     // Links go themselves, if what they lead to could go as well; most bases are another's.
     for (const std::string target :

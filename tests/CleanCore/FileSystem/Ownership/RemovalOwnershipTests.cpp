@@ -1,12 +1,8 @@
 // Only entries of the home's owner go. Making others' entries takes root; see tests/as-root.
 
-#include "CleanCore/Cleaning/CleanEngine.h"
-#include "CleanCore/FileSystem/LinuxFileManager.h"
-#include "CleanCore/Scanning/ItemEnumerator.h"
-#include "CleanCore/Support/TaskPool.h"
+#include "tests/Support/CleanableHome.h"
 #include "tests/Support/RemovalFixture.h"
 
-#include <cerrno>
 #include <grp.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -56,23 +52,13 @@ TEST_F(RemovalOwnership, OthersEntriesStayAndSoDoTheFoldersAboveThem)
 
 TEST_F(RemovalOwnership, OfAFileDeepInsideIsForetoldByADryRun)
 {
-    makeOwned(".cache/entry/a/theirs .cache/entry/b .cache/mine");
-    give(".cache/entry/a/theirs", somebody, owner);
-    const auto files = std::make_shared<LinuxFileManager>(
-        UserFolders::confinedTo(home.path()), home.path(), std::make_shared<TaskPool>(2));
-    CleaningSelection selection;
-    selection.rule.basePaths = {"~/.cache"};
-    selection.items = ItemEnumerator(files).items(base, 0, {}, {});
-    const CleanEngine engine(home.path(), files);
-    const CleaningReport foretold = engine.clean({&selection, 1}, true);
-    EXPECT_EQ(foretold.skipped,
-              (std::vector<CleaningReport::SkippedItem>{
-                  {home.path(".cache/entry"), CleaningReport::SkipReason::removalFailed,
-                   CleaningReport::SkipCause::foreignEntries}}));
-    const CleaningReport report = engine.clean({&selection, 1}, false);
-    EXPECT_EQ(report.skipped, foretold.skipped);
-    EXPECT_EQ(report.removed, foretold.removed);
-    EXPECT_EQ(home.tree(".cache"), "entry/a/theirs");
+    const CleanableHome own(".cache/entry/a/theirs .cache/entry/b");
+    ASSERT_EQ(std::system(("chown -R 12345 " + own.path()).c_str()), 0);
+    ASSERT_EQ(::chown(own.path(".cache/entry/a/theirs").c_str(), somebody, owner), 0);
+    const CleaningSelection selection = own.scan();
+    EXPECT_EQ(own.outcomeOf(selection), "failed");
+    EXPECT_EQ(own.clean(selection).skipped.at(0).cause, CleaningReport::SkipCause::foreignEntries);
+    EXPECT_EQ(own.tree(".cache"), "entry/a/theirs");
 }
 
 TEST_F(RemovalOwnership, OfATrashRecordDecidesWhetherItGoesAlong)
