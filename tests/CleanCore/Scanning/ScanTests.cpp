@@ -85,24 +85,6 @@ TEST_F(ScanTest, KeepsEntriesWhoseNewestChangeIsOldEnough)
     }
 }
 
-TEST_F(ScanTest, OfManyAreasAtOnceListsEachOnceTheLargestFirst)
-{
-    std::vector<CleaningRule> rules;
-    std::string found, expected;
-    for (int i = 0; i < 40; ++i) {
-        rules.push_back(ruleFor(std::to_string(i), {"/" + std::to_string(i)}));
-        disk->add("/" + rules.back().id, "a", i);
-        disk->add("/" + rules.back().id, "b", i == 39 ? INT64_MAX : 3'000'000'000);
-        expected.insert(0, rules.back().id + ' ');
-    }
-    const Scan scan("/home/me", disk, std::make_shared<TaskPool>(2));
-    const auto results = scan.run(rules, rules, {}, {}, {});
-    for (const CategoryResult& result : *results) {
-        found += result.rule.id + ' ';
-    }
-    EXPECT_EQ(found, expected);
-}
-
 TEST_F(ScanTest, OfAPartFindsTheSameAsOfAllAsksToolsLastAndHasNoResultsOnceStopped)
 {
     disk->add("/home/me/outer", "cut", 100);
@@ -174,7 +156,6 @@ TEST_F(ScanTest, OffersOverlapsOnce)
     // item that is not offered.
     for (const std::string row : {
              "a: /base/1 /base/2 -/base/1 -/base/2 ",
-             "b: -/base/1 /base/2 a: /base/1 ",
              "a: -/base/1 b!: /base/1 ",
              "a: /base/1 /base/2 b: -/link/1 /link/3 ",
              "a: -/link/item b: /to/deep/x ",
