@@ -5,7 +5,7 @@
 #include "CleanCore/FileSystem/FileManager.h"
 #include "CleanCore/Startup/HomeEnvironment.h"
 #include "CleanCore/Support/PathText.h"
-#include "ZorvaneCLI/Output/CloudRefusalText.h"
+#include "Words/CloudRefusalText.h"
 #include "ZorvaneCLI/Output/ColumnTable.h"
 #include "ZorvaneCLI/Output/PathJson.h"
 #include "ZorvaneCLI/Output/TerminalText.h"
@@ -84,7 +84,7 @@ ordered_json refusalsJson(const std::vector<CloudRefusal>& refusals)
     for (const CloudRefusal& refusal : refusals) {
         ordered_json object;
         setPath(object, refusal.path);
-        object["reason"] = refusalText(refusal.failure);
+        object["reason"] = Words::refusalText(refusal.failure);
         array.push_back(std::move(object));
     }
     return array;
@@ -93,7 +93,7 @@ ordered_json refusalsJson(const std::vector<CloudRefusal>& refusals)
 void printRefusals(const std::vector<CloudRefusal>& refusals)
 {
     for (const CloudRefusal& refusal : refusals) {
-        std::cerr << "refused: " << escaped(refusal.path) << ": " << refusalText(refusal.failure)
+        std::cerr << "refused: " << escaped(refusal.path) << ": " << Words::refusalText(refusal.failure)
                   << '\n';
     }
 }

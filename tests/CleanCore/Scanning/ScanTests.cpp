@@ -152,15 +152,16 @@ TEST_F(ScanTest, IsStoppedInsideABase)
 TEST_F(ScanTest, OffersOverlapsOnce)
 {
     disk->links = {{"/link", "/base"}, {"/link/item", "/base/item"}, {"/to/deep", "/base/item"}};
-    // Areas with their items; "!" marks an area that requires review, "$" one of a tool, and "-" an
-    // item that is not offered.
+    // Areas with their items; "!" marks an area that requires review, "$" one of a tool, "-" an
+    // item that is offered elsewhere, ">" one that an area leaves to those that look inside.
     for (const std::string row : {
              "a: /base/1 /base/2 -/base/1 -/base/2 ",
+             "b: -/base/1 /base/2 a: /base/1 ",
              "a: -/base/1 b!: /base/1 ",
              "a: /base/1 /base/2 b: -/link/1 /link/3 ",
-             "a: -/link/item b: /to/deep/x ",
-             "a: -/base/item b: -/base/item/x c: /base/item/x/deep/y ",
-             "a: -/base/item /base/item! /base/item.x b: /base/item/x ",
+             "a: >/link/item b: /to/deep/x ",
+             "a: >/base/item b: >/base/item/x c: /base/item/x/deep/y ",
+             "a: >/base/item /base/item! /base/item.x b: /base/item/x ",
              "a: /base/1 b$: /base/1 x ",
          }) {
         std::vector<CategoryResult> found;
@@ -171,12 +172,16 @@ TEST_F(ScanTest, OffersOverlapsOnce)
                 rule.tier = word.ends_with("!:") ? RuleTier::reviewRequired : RuleTier::safe;
                 rule.kind = word.ends_with("$:") ? RuleKind::command : RuleKind::fileSystem;
             } else {
-                found.back().items.push_back({word.substr(word.starts_with('-') ? 1 : 0), 1});
+                found.back().items.push_back({word.substr(word.find('/') == 1 ? 1 : 0), 1});
             }
         }
         std::string kept;
         for (const CategoryResult& result : withoutOverlaps(found, *disk)) {
             kept += result.rule.id + ' ';
+            for (const ReachedEntry& entry : result.reachedEntries) {
+                kept += '>' + entry.path + ' ';
+                EXPECT_GT(entry.ruleId, result.rule.id);
+            }
             for (const ScannedItem& item : result.items) {
                 kept += item.path + ' ';
             }
