@@ -79,10 +79,9 @@ TEST(TreeMeasurer, AgreesWithASimpleWalkOnTreesOfEveryShape)
         }
         return models;
     };
-    std::vector<Model> expected;
-    for (const std::string& name : names) {
-        expected.push_back(modelOf(root.path(name)));
-    }
+    std::vector<Model> expected(names.size());
+    std::ranges::transform(names, expected.begin(),
+                           [&](const std::string& name) { return modelOf(root.path(name)); });
     rlimit limit = {};
     ASSERT_EQ(::getrlimit(RLIMIT_NOFILE, &limit), 0);
     const rlim_t before = std::exchange(limit.rlim_cur, 160);

@@ -115,7 +115,7 @@ TEST_F(RemovalPermission, AMountDeepInsideKeepsThePermissionsOfEveryFolderAboveI
     std::string tree;
     std::string folder = ".cache/entry";
     for (int i = 0; i < 40; ++i) {
-        tree += folder + "/=0550 " + folder + "/file ";
+        tree.append(folder).append("/=0550 ").append(folder).append("/file ");
         folder += "/d";
     }
     home.make(tree + folder + "/mount/");
@@ -136,11 +136,9 @@ TEST_F(RemovalPermission, AreRestoredOnBothSidesOfAFolderThatWasMoved)
     TemporaryPermissions permissions;
     FolderStack stack(2);
     EntryStatus status;
-    FileDescriptor folder = openFolder(AT_FDCWD, base.c_str());
     for (const char* name : {"", "a", "b", "c", "d"}) {
-        if (*name != '\0') {
-            folder = openFolder(stack.top().folder.get(), name);
-        }
+        FileDescriptor folder = stack.isEmpty() ? openFolder(AT_FDCWD, base.c_str())
+                                                : openFolder(stack.top().folder.get(), name);
         ASSERT_EQ(readStatus(folder.get(), "", status), 0);
         stack.push(std::move(folder), status, name);
         ASSERT_EQ(permissions.unlink(stack.top(), "file", 0), *name == '\0' ? ENOENT : 0);
