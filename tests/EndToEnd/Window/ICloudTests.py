@@ -1,10 +1,12 @@
 """The cloud drive: measuring, releasing, bringing back; after each step the disk is looked at."""
 
 import json
+import os
 import urllib.parse
 
+from gi.repository import Gio
+
 from window_test import WindowTest, byte_count
-from driving import DESKTOP, Gio
 from support import rule
 
 MANAGER = "org.freedesktop.FileManager1"
@@ -42,7 +44,7 @@ class ICloudTests(WindowTest):
         listed = {item["path"].rpartition("/")[2]: item for item in self.icloud("list")["items"]}
         total = byte_count(sum(item["localBytes"] for item in listed.values()))
         program = self.start("--catalog", self.catalog(rule()), *self.tools[2:],
-                             PATH=f"{opener.parent}:{DESKTOP.environment['PATH']}")
+                             PATH=f"{opener.parent}:{os.environ['PATH']}")
         self.scan_in_window(program)
         program.click("Measure")
         program.see("Free up iCloud space")

@@ -3,9 +3,9 @@
 import os
 import subprocess
 
-from driving import DESKTOP
+from driving import run
 from window_test import WINDOW, WindowTest, byte_count
-from support import in_own_mounts, rule
+from support import rule
 
 
 class ScanTests(WindowTest):
@@ -96,7 +96,7 @@ class ScanTests(WindowTest):
         for maximise in (lambda: program.click("Maximize"),
                          lambda: program.click_at(x + 300, y + 12, times=2)):
             maximise()
-            program.wait_for_size(1600, 1100)
+            program.wait_for_size(1600, 1200)
             program.click("Restore")
             program.wait_for_size(520, 640)
         # By its edge and by its bar.
@@ -109,30 +109,26 @@ class ScanTests(WindowTest):
         # The window manager comes to this when it has let go of the window.
         program.resize(300, 200, comes_to=(520, 640))
         # The results need more room, and stay on the screen with it.
-        DESKTOP.run("xdotool", "windowmove", "--sync", program.window(), 1070, 450)
+        run("xdotool", "windowmove", "--sync", program.window(), 1070, 450)
         program.wait_for(lambda: program.place()[:2] == (1070, 450), "the right edge")
         self.scan_in_window(program)
         program.wait_for(lambda: program.place() == (700, 450, 900, 640), "room for the results")
         program.click("Menu")
         program.see("About Zorvane", "menu item")
-        names = [name.split(": ", 1)[1] for name in program.texts() if name.startswith("menu item")]
-        self.assertEqual(names, ["About Zorvane", "Check for Updates…", "Quit"])
+        self.assertEqual(program.rows("menu item"), ["About Zorvane", "Check for Updates…", "Quit"])
         program.click("Quit")
         self.assertEqual(program.wait_for_end(), 0)
 
     def test_refuses_a_command_line_that_it_cannot_start_with(self):
         missing = self.world / "missing\x1b"
-        # Some of it would do in another home only.
-        account = in_own_mounts('mount --bind "$1" /etc/passwd', self.file(
-            "passwd", f"root:x:0:0::{self.home}:/bin/sh\n"))
         for arguments, status, word in (
                 (("--home", missing), 2, "missing"), (("extra",), 2, "--help"),
                 (("--tools", missing), 2, "--tools"), (("--mirror", self.home), 2, "--mirror"),
                 (("--catalog", missing), 3, "catalog"),
                 (("--catalog", self.catalog(rule(bases=["~"]))), 3, "catalog")):
-            process = subprocess.run([*account, WINDOW, *map(str, arguments)], capture_output=True,
+            process = subprocess.run([*self.account(), WINDOW, *map(str, arguments)], capture_output=True,
                                      text=True, check=False,
-                                     env={**DESKTOP.environment, "HOME": str(self.home)})
+                                     env={**os.environ, "HOME": str(self.home)})
             self.assertEqual(process.returncode, status, arguments)
             self.assertRegex(process.stderr, r"\Azorvane: [^\n\x1b]+\n\Z")
             self.assertIn(word, process.stderr)
