@@ -80,4 +80,5 @@ class ICloudTests(WindowTest):
         program.see(byte_count(sum(blocks.values())))
         program.click("iCloud Drive")
         program.see("Rescan")
-        self.close(program)
+        program.click("Close", "push button")
+        program.wait_for_focus("iCloud Drive")
