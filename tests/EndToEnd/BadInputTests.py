@@ -1,5 +1,6 @@
 """Whatever is wrong with the input: one clear line, the right status, nothing on standard output."""
 
+import functools
 import os
 import shutil
 import subprocess
@@ -47,16 +48,12 @@ class BadInput(ProgramTest):
         self.assert_refused(self.run_program("scan", HOME=f"{self.world}/missing"), 2, "missing")
 
     def test_a_program_without_its_resources(self):
-        copy = self.world / "bin/zorvane-cli"
-        copy.parent.mkdir()
+        copy = self.file("bin/zorvane-cli", mode=0o755)
         shutil.copy(CLI, copy)
         planted = self.file("CleanCore_CleanCore.bundle/rules.json", document(rule("planted")))
-
-        def run():
-            # Found on the path, so that its name says nothing of where it is.
-            return subprocess.run(["zorvane-cli", "rules"], capture_output=True, check=False,
-                                  env={"PATH": str(copy.parent)}, cwd=self.world)
-
+        # Found on the path, so that its name says nothing of where it is.
+        rules = ["env", f"PATH={copy.parent}", "zorvane-cli", "rules"]
+        run = functools.partial(subprocess.run, rules, capture_output=True, check=False, cwd=self.world)
         lost = run()
         self.assertEqual((lost.stdout, lost.stderr, lost.returncode),
                          (b"", b"unable to find bundle named CleanCore_CleanCore\n", 3))

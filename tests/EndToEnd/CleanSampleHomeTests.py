@@ -13,7 +13,7 @@ KEPT = """.config/hexchat .config/unity3d/Studio .cache/keepassxc .cache/doc .ca
 class CleanSampleHome(ProgramTest):
     def setUp(self):
         super().setUp()
-        self.sample_home("--scale", "0.2")
+        self.sample_home()
         self.before = snapshot(self.world)
         self.scanned = self.scan("--now", NOW, status=1)
         self.offered = {exact_path(item): item for category in self.scanned["categories"]

@@ -83,10 +83,12 @@ class Confinement(ProgramTest):
             os.symlink(self.home, self.world / name)
         account = self.account() + in_own_mounts('mount --bind "$1" "$2"', self.home,
                                                  self.world / "mounted")
-        for arguments in (["--now", NOW], ["--tools", self.home], ["--home", self.world],
-                          *(["--now", NOW, "--home", self.world / name]
-                            for name in ("home", "again", "mounted"))):
-            self.assert_refused(self.run_program("scan", *arguments, wrapper=account), 2)
+        for word, *arguments in (
+                ("--now", "--now", NOW), ("--tools", "--tools", self.home),
+                (str(self.world), "--home", self.world),
+                *(("--now", "--now", NOW, "--home", self.world / name)
+                  for name in ("home", "again", "mounted"))):
+            self.assert_refused(self.run_program("scan", *arguments, wrapper=account), 2, word)
         for base in ("~", "~/itself", "/etc"):
             catalog = self.catalog(rule("cache-fine", ["~/.cache"]), rule(bases=[base]))
             for command in ("scan", "rules"):

@@ -63,7 +63,7 @@ def independent_scan(rules, home):
 
 class ScanTotals(ProgramTest):
     def test_a_sample_home_is_counted_as_find_counts_it(self):
-        self.sample_home("--scale", "0.2")
+        self.sample_home()
         rules = json.loads((REPOSITORY / "CleanCore/Resources/rules.json").read_text())["rules"]
         expected = independent_scan([r for r in rules if r["kind"] == "fileSystem"], self.home)
         report = self.scan("--now", NOW, "--no-commands", status=1)

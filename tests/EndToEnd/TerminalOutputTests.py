@@ -32,7 +32,7 @@ class TerminalOutput(ProgramTest):
             f"  2 MB  2025-01-25  {self.home}/large/other", ""])
 
     def test_names_from_the_disk_cannot_drive_the_terminal(self):
-        self.sample_home("--scale", "0.05")
+        self.sample_home("0.05")
         # The driving names of the sample, and those that it lacks.
         for number, name in enumerate(("title\x1b]0;gotcha\a", "csi\u009b31m", "isolate\u2066x",
                                        "mark\u200e", "tag\U000e0041", "paragraph\u2029", "bom\ufeff")):

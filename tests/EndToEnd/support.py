@@ -90,11 +90,11 @@ class ProgramTest(unittest.TestCase):
         self.assertEqual(process.returncode, status)
         return json.loads(process.stdout)
 
-    def sample_home(self, *arguments):
+    def sample_home(self, scale="0.2"):
         """The home becomes a sample home; ages count back from NOW."""
         self.home.rmdir()
-        subprocess.run([REPOSITORY / "tools/make-sample-home", self.home, "--now", NOW, *arguments],
-                       check=True, stdout=subprocess.DEVNULL)
+        subprocess.run([REPOSITORY / "tools/make-sample-home", self.home, "--now", NOW, "--scale",
+                        scale], check=True, stdout=subprocess.DEVNULL)
 
     def assert_refused(self, process, status, *words):
         """One clear line on standard error, the status, nothing on standard output."""

@@ -11,7 +11,7 @@ from support import rule
 class ScanTests(WindowTest):
     def test_shows_what_the_terminal_lists_in_the_same_order(self):
         (self.home / ".cache").rmdir()
-        self.sample_home("--scale", "0.2")
+        self.sample_home()
         program = self.start(*self.tools)
         self.scan_in_window(program)
         # A sample home has areas that cannot be read.
@@ -88,28 +88,33 @@ class ScanTests(WindowTest):
 
     def test_the_window_behaves_as_a_window(self):
         program = self.start()
-        program.resize(300, 200, comes_to=(520, 640))
+
+        def resize(width, height):
+            run("xdotool", "windowsize", program.window(), width, height)
+            program.wait_for_place(max(width, 520), max(height, 640))
+
+        resize(300, 200)
         x, y, _, _ = program.place()
         for maximise in (lambda: program.click("Maximize"),
                          lambda: program.click_at(x + 300, y + 12, times=2)):
             maximise()
-            program.wait_for_size(1600, 1200)
+            program.wait_for_place(1600, 1200)
             program.click("Restore")
-            program.wait_for_size(520, 640)
+            program.wait_for_place(520, 640)
         # By its edge and by its bar.
         program.drag(lambda: (sum(program.place()[::2]) - 2, program.place()[1] + 300),
                      lambda: program.place()[2] > 570, "a wider window")
-        program.resize(1000, 700)
+        resize(1000, 700)
         before = program.place()[:2]
         program.drag(lambda: (program.place()[0] + 300, program.place()[1] + 12),
                      lambda: program.place()[:2] != before, "another place")
         # The window manager comes to this when it has let go of the window.
-        program.resize(300, 200, comes_to=(520, 640))
+        resize(300, 200)
         # The results need more room, and stay on the screen with it.
         run("xdotool", "windowmove", "--sync", program.window(), 1070, 450)
-        program.wait_for(lambda: program.place()[:2] == (1070, 450), "the right edge")
+        program.wait_for_place(1070, 450, 520, 640)
         self.scan_in_window(program)
-        program.wait_for(lambda: program.place() == (700, 450, 900, 640), "room for the results")
+        program.wait_for_place(700, 450, 900, 640)
         program.click("Menu")
         program.see("About Zorvane", "menu item")
         self.assertEqual(program.rows("menu item"), ["About Zorvane", "Check for Updates…", "Quit"])

@@ -13,11 +13,8 @@ from gi.repository import Atspi, GLib
 Atspi.init()
 
 # Each wait ends by an event. The ticks are for what tells nobody, such as the end of a process.
-# Milliseconds.
-TICK = 100
-PATIENCE = 60_000
-EVENTS = ("object:children-changed", "object:state-changed", "object:property-change",
-          "object:bounds-changed", "object:text-changed", "object:visible-data-changed", "window:")
+TICK_MILLISECONDS = 100
+PATIENCE_MICROSECONDS = 60_000_000
 
 
 def run(*command):
@@ -34,7 +31,7 @@ class Program:
                 list(map(str, arguments)), stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL,
                 stderr=stderr, env={**os.environ, **environment})
         self.listener = Atspi.EventListener.new(lambda event: None)
-        for event in EVENTS:
+        for event in ("object:", "window:"):
             self.listener.register(event)
         self.application = None
         self.wait_for(self._connect, "the window")
@@ -52,7 +49,7 @@ class Program:
 
     def wait_for(self, condition, what):
         """What `condition` returns once it is true; it is asked again after each event."""
-        end = GLib.get_monotonic_time() + PATIENCE * 1000
+        end = GLib.get_monotonic_time() + PATIENCE_MICROSECONDS
         while GLib.get_monotonic_time() < end:
             try:
                 if result := condition():
@@ -60,7 +57,7 @@ class Program:
             except GLib.Error:
                 pass  # The thing was gone when it was looked at.
             ticked = []
-            source = GLib.timeout_add(TICK, lambda: ticked.append(True))
+            source = GLib.timeout_add(TICK_MILLISECONDS, lambda: ticked.append(True))
             GLib.MainContext.default().iteration(True)
             if not ticked:
                 GLib.source_remove(source)
@@ -141,13 +138,11 @@ class Program:
         def attempt():
             x, y = start()
             run("xdotool", "mousemove", x, y, "mousedown", 1)
-            for step in range(1, 200):
-                # Far enough, and then back and forth.
-                distance = min(step, 29 + step % 2)
+            # Far enough, and then back and forth: the window manager takes over in the middle, and
+            # if the button were let go of before, it would move the window until the next click.
+            for distance in (*range(30), *(29, 30) * 85):
                 run("xdotool", "mousemove", x + 4 * distance, y + 2 * distance)
-                # The window manager takes over in the middle, at the program's request. If the
-                # button were let go of before, it would move the window until the next click.
-                if has_come_about() and step > 29:
+                if distance > 28 and has_come_about():
                     break
             run("xdotool", "mouseup", 1)
             return has_come_about()
@@ -166,17 +161,13 @@ class Program:
         later; nothing while the window is not shown."""
         try:
             facts = run("xwininfo", "-id", self.window())
+            return tuple(map(int, re.findall(r"Absolute upper-left [XY]: +(-?\d+)", facts)))
         except subprocess.CalledProcessError:
             return None
-        return tuple(map(int, re.findall(r"Absolute upper-left [XY]: +(-?\d+)", facts)))
 
-    def wait_for_size(self, *expected):
-        self.wait_for(lambda: self.place()[2:] == expected, f"the size {expected}")
-
-    def resize(self, width, height, comes_to=None):
-        """Asks the window manager for a size, and waits for what it comes to."""
-        run("xdotool", "windowsize", self.window(), width, height)
-        self.wait_for_size(*(comes_to or (width, height)))
+    def wait_for_place(self, *expected):
+        """Waits for its size, or for both."""
+        self.wait_for(lambda: self.place()[-len(expected):] == expected, f"the place {expected}")
 
     def wait_for_end(self):
         self.wait_for(lambda: self.process.poll() is not None, "the end of the program")
