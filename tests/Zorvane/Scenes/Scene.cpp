@@ -21,6 +21,7 @@ results long-titles | area cache-long, safe, a, a=999990M, b=40M; long cache-lon
 results cleaning | typical; results; hold; cleaning
 results closing | typical; results; hold; cleaning; close
 confirmation review-areas | typical; results; select dev-gradle; select trash-user; select whatsapp-media; select tm-local-snapshots; confirm
+confirmation many-areas | area cache-a, safe, fa, a=900M; area cache-b, safe, fb, a=899M; area cache-c, safe, fc, a=898M; area cache-d, safe, fd, a=897M; area cache-e, safe, fe, a=896M; area cache-f, safe, ff, a=895M; area cache-g, safe, fg, a=894M; area cache-h, safe, fh, a=893M; area cache-i, safe, fi, a=892M; area cache-j, safe, fj, a=891M; area cache-k, safe, fk, a=890M; area cache-l, safe, fl, a=889M; area whatsapp-media, review, r, b=2M; area dev-gradle, review, s, b=1M; results; select whatsapp-media; select dev-gradle; confirm
 confirmation long-titles | area cache-long, safe, a, a=999990M; long cache-long; area other-long, review, b, a=largest; long other-long; results; select other-long; confirm
 report nothing-skipped | typical; free 3120M; results; clean
 report details | area temp-npm, safe, npm, hostile=10M, a=9M, b=8M, c=7M; busy npm; protect npm/c; results; clean; details
