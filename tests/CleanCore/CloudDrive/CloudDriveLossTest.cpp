@@ -15,11 +15,10 @@ namespace {
 
 using namespace CleanCore;
 
-/// Whether every byte of `content`, which holds no zero, is in the file at `path`, or else released
-/// there and in `uploaded`, the content of its copy.
-bool isSafe(const std::string& path, const std::string& content, const std::string& uploaded)
+/// Whether every byte of `content`, which holds no zero, is in a file with the content `local`, or
+/// else released there and in `uploaded`, the content of its copy.
+bool isSafe(std::string local, const std::string& content, const std::string& uploaded)
 {
-    std::string local = contentOf(path);
     for (std::size_t i = 0; i < local.size() && i < uploaded.size(); ++i) {
         local[i] = local[i] == '\0' ? uploaded[i] : local[i];
     }
@@ -39,7 +38,7 @@ struct CloudDriveCrashTest : testing::TestWithParam<bool>
     bool crash(bool releases, int calls) const
     {
         const bool isKilled = runUntilCall(calls, [&] { static_cast<void>(succeeds(releases)); });
-        EXPECT_TRUE(isSafe(path, content, content));
+        EXPECT_TRUE(isSafe(folders.content("drive/file"), content, content));
         return isKilled;
     }
 
@@ -48,31 +47,32 @@ struct CloudDriveCrashTest : testing::TestWithParam<bool>
     {
         const FileDescriptor file(::open(path.c_str(), O_RDWR));
         auto marker = readMarker(file.get());
-        timespec time = statusOf(path).st_mtim;
+        timespec time = status().st_mtim;
         time.tv_sec -= 3600;
         marker->changingSince -= 3'600'000'000'000;
         EXPECT_EQ(writeMarker(file.get(), *marker), 0);
         EXPECT_EQ(setModificationTime(file.get(), time), 0);
     }
 
+    [[nodiscard]] struct stat status() const { return folders.status("drive/file"); }
+
     void expectItCanBeFinished(bool releasesToo) const
     {
         if (releasesToo) {
             EXPECT_TRUE(succeeds(true));
-            EXPECT_EQ(statusOf(path).st_blocks, 0);
-            EXPECT_EQ(statusOf(path).st_mtim.tv_sec, 1'600'000'000);
+            EXPECT_EQ(status().st_blocks, 0);
+            EXPECT_EQ(status().st_mtim.tv_sec, 1'600'000'000);
         }
         EXPECT_TRUE(succeeds(false));
         EXPECT_TRUE(snapshot(folders.home.path()) == whole);
     }
 
     const std::string content = bytes(12'000);
-    const CloudFolders folders = CloudFolders(reliabilityFolder());
+    const CloudFolders folders;
     const std::string path = folders.home.path("drive/file");
     std::string whole;
 };
 
-/// ZORVANE_CRASH_STRIDE 1 makes the longest run.
 TEST_P(CloudDriveCrashTest, nothingIsLostAfterWhicheverCallsOneRequestAndTheNextAreKilled)
 {
     folders.makePair("file", content);
@@ -81,18 +81,18 @@ TEST_P(CloudDriveCrashTest, nothingIsLostAfterWhicheverCallsOneRequestAndTheNext
         return succeeds(!GetParam()) && crash(GetParam(), calls);
     };
     // Within a step, a crash looks the same after several calls.
-    const int stride = setting("ZORVANE_CRASH_STRIDE", 8);
+    const int stride = static_cast<int>(scaled(8, 1));
     int killedTwice = 0;
     for (int calls = 1; crashFirst(calls) && !HasFailure(); ++calls) {
         SCOPED_TRACE(calls);
-        const bool isWithinStep = statusOf(path).st_mtim.tv_sec != 1'600'000'000;
+        const bool isWithinStep = status().st_mtim.tv_sec != 1'600'000'000;
         expectItCanBeFinished(calls % 2 == 0);
         for (const bool releasesNext : {true, false}) {
             bool isKilled = isWithinStep;
             for (int more = 1 + calls % stride; isKilled && !HasFailure(); more += stride) {
                 SCOPED_TRACE(more);
                 EXPECT_TRUE(crashFirst(calls));
-                if (statusOf(path).st_mtim.tv_sec == 1'600'000'000) {
+                if (status().st_mtim.tv_sec == 1'600'000'000) {
                     // A sanitizer made calls of its own, so that this crash came at another place.
                     break;
                 }
@@ -164,8 +164,8 @@ struct CloudDriveChangeTest : testing::Test
         return bytes(1 + random() % 60'000, static_cast<unsigned>(random()));
     }
 
-    CloudFolders folders = CloudFolders(reliabilityFolder());
-    std::mt19937 random{static_cast<unsigned>(setting("ZORVANE_CHANGE_SEED", 1))};
+    CloudFolders folders;
+    std::mt19937 random;
     pid_t releaser = -1;
 };
 
@@ -177,22 +177,25 @@ TEST_F(CloudDriveChangeTest, nothingIsLostThatIsWrittenWhileReleasesAndFetchesGo
         folders.makePair(name, content);
         files.push_back({name, content, content});
     }
-    const int operations = setting("ZORVANE_CHANGE_OPERATIONS", 200);
-    int placeholders = 0;
+    const std::size_t operations = scaled(200, 30'000);
+    std::size_t placeholders = 0;
     // Goes on until the releases have kept up with the changes, however busy the machine is.
-    for (int i = 0; i < operations || (placeholders < operations / 100 && i < 20 * operations);
-         ++i) {
+    for (std::size_t i = 0;
+         i < operations || (placeholders < operations / 100 && i < 20 * operations); ++i) {
         if (i % 50 == 0) {
             restart();
         }
         File& file = files[random() % files.size()];
-        const std::string path = folders.home.path("drive/" + file.name);
-        placeholders += !file.content.empty() && statusOf(path).st_blocks == 0 ? 1 : 0;
+        const auto isFileSafe = [&] {
+            return isSafe(folders.content("drive/" + file.name), file.content, file.uploaded);
+        };
+        const bool isReleased = folders.status("drive/" + file.name).st_blocks == 0;
+        placeholders += !file.content.empty() && isReleased ? 1 : 0;
         const unsigned operation = static_cast<unsigned>(random() % 5);
-        ASSERT_TRUE(isSafe(path, file.content, file.uploaded)) << "before " << operation;
+        ASSERT_TRUE(isFileSafe()) << "before " << operation;
         change(file, operation);
-        ASSERT_TRUE(isSafe(path, file.content, file.uploaded)) << "after " << operation;
-        ASSERT_TRUE(contentOf(folders.home.path("mirror/" + file.name)) == file.uploaded);
+        ASSERT_TRUE(isFileSafe()) << "after " << operation;
+        ASSERT_TRUE(folders.content("mirror/" + file.name) == file.uploaded);
     }
     EXPECT_GE(placeholders, operations / 100);
 }
