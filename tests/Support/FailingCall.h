@@ -24,6 +24,14 @@ inline int waitFor(pid_t child)
     return status;
 }
 
+inline void endProcess(pid_t child)
+{
+    if (child > 0) {
+        ::kill(child, SIGKILL);
+        waitFor(child);
+    }
+}
+
 /// Makes the system call `number` fail with `error` from now on.
 inline bool installFilter(long number, int error)
 {
@@ -71,8 +79,7 @@ inline bool installFilter(long number, int error)
         status = waitFor(child);
     }
     if (WIFSTOPPED(status)) {
-        ::kill(child, SIGKILL);
-        waitFor(child);
+        endProcess(child);
         return true;
     }
     return status == 0 ? false : throw std::runtime_error("the child could not start");

@@ -51,26 +51,22 @@ TEST(CloudDriveTests, aTreeWithoutItsApplicationBundlesIsReleasedAndComesBackAsI
     const std::string pad = folders.home.makeFile("drive/Tree/Pad.app/pad", bytes(5000));
     folders.home.setMode("drive/Tree/steps", 0640);
     const std::string before = snapshot(folders.home.path());
-    // Reading has set it; only an old one would be set again.
-    folders.run("touch -a -d @1600000000 */Tree/steps");
-    const auto attributes = [&](const std::string& name) {
-        const struct stat s = folders.status(name);
-        return std::tuple(s.st_size, s.st_ino, s.st_mtim.tv_nsec, s.st_atim.tv_sec);
+    const auto attributes = [&] {
+        const struct stat s = folders.status("drive/Tree/steps");
+        return std::tuple(s.st_size, s.st_mode, s.st_ino, s.st_mtim.tv_sec, s.st_mtim.tv_nsec);
     };
-    const auto steps = attributes("drive/Tree/steps");
-    const auto copy = attributes("mirror/Tree/steps");
+    const auto steps = attributes();
     ASSERT_THAT(folders.drive().release(tree), IsEmpty());
     ASSERT_THAT(folders.drive().release(tree), IsEmpty());
     for (const std::string& name : names) {
         EXPECT_EQ(folders.status("drive/" + name).st_blocks, 0) << name;
     }
-    EXPECT_EQ(attributes("drive/Tree/steps"), steps);
+    EXPECT_EQ(attributes(), steps);
     for (const std::string& kept : {pad, tree + "/Pad.app"}) {
         EXPECT_THAT(folders.drive().release(kept), ElementsAre(Refuses(kept, applicationBundle)));
     }
     ASSERT_THAT(folders.drive().fetch(tree), IsEmpty());
     EXPECT_FALSE(hasMarker(tree + "/steps"));
-    EXPECT_EQ(attributes("mirror/Tree/steps"), copy);
     EXPECT_TRUE(snapshot(folders.home.path()) == before);
 
     // A file that another machine uploaded is only a hole; in a bundle it is fetched too.
@@ -146,16 +142,17 @@ TEST(CloudDriveTests, aRefusedRequestLeavesEverythingUntouched)
     const TemporaryFolder folder;
     folder.make("drive/file drive2/file mirror/file mirror/deep/file");
     const std::string& home = folder.path();
+    const std::string drive = home + "/drive";
     const std::string mirror = home + "/mirror";
-    const auto expect = [&](const StandInDrive& drive, const std::string& path, auto reason) {
-        EXPECT_THAT(drive.release(home + path), ElementsAre(Refuses(home + path, reason)));
+    const auto expect = [&](const StandInDrive& cloud, const std::string& path, auto reason) {
+        EXPECT_THAT(cloud.release(home + path), ElementsAre(Refuses(home + path, reason)));
     };
-    expect({std::nullopt, home + "/drive", mirror}, "/drive/file", accountHome);
-    expect({home, home + "/drive", std::nullopt}, "/drive/file", noMirror);
-    expect({home + "/other", home + "/drive", mirror}, "/drive/file", noContainer);
+    expect({std::nullopt, drive, mirror}, "/drive/file", accountHome);
+    expect({home, drive, std::nullopt}, "/drive/file", noMirror);
+    expect({home + "/other", drive, mirror}, "/drive/file", noContainer);
     expect({home, mirror + "/deep", mirror}, "/mirror/deep/file", foldersOverlap);
     for (const char* path : {"/drive", "/drive2/file", "/mirror/file", "/drive/../mirror/file"}) {
-        expect({home, home + "/drive", mirror}, path, outsideContainer);
+        expect({home, drive, mirror}, path, outsideContainer);
     }
 }
 
@@ -180,15 +177,13 @@ TEST(CloudDriveTests, aRefusedEntryDoesNotKeepTheOthersOfItsFolder)
 /// A system call fails during one request; the later ones succeed.
 TEST(CloudDriveTests, aFailedRequestLosesNothingAndALaterOneSucceeds)
 {
-    using Fault = std::tuple<bool, long, int, CloudRefusalReason>;
     for (const auto& [isRelease, call, error, reason] :
-         {Fault{true, SYS_fallocate, EOPNOTSUPP, notSupported},
-          Fault{true, SYS_fsetxattr, ENOSPC, systemError},
-          Fault{true, SYS_fsync, EIO, mirrorNotDurable},
-          Fault{true, SYS_utimensat, EPERM, systemError},
-          Fault{false, SYS_pwrite64, ENOSPC, systemError},
-          Fault{false, SYS_fsync, EIO, systemError},
-          Fault{false, SYS_utimensat, EPERM, systemError}}) {
+         {std::tuple(true, SYS_fallocate, EOPNOTSUPP, notSupported),
+          {true, SYS_fsetxattr, ENOSPC, systemError},
+          {true, SYS_fsync, EIO, mirrorNotDurable},
+          {true, SYS_utimensat, EPERM, systemError},
+          {false, SYS_pwrite64, ENOSPC, systemError},
+          {false, SYS_utimensat, EPERM, systemError}}) {
         SCOPED_TRACE(call);
         const CloudFolders folders;
         const std::string path = folders.home.path("drive/file");
