@@ -27,6 +27,16 @@ std::int64_t totalBytes(const std::vector<CategoryResult>& results)
                            });
 }
 
+bool isIncomplete(const ScannedItem& item)
+{
+    return item.obstacle == CleanCore::Obstacle::notSeenWhole;
+}
+
+bool isSeenWhole(const CategoryResult& result)
+{
+    return !result.hadAccessErrors && std::ranges::none_of(result.items, isIncomplete);
+}
+
 nlohmann::ordered_json itemJson(const ScannedItem& item, bool isSelected)
 {
     nlohmann::ordered_json json;
@@ -37,6 +47,9 @@ nlohmann::ordered_json itemJson(const ScannedItem& item, bool isSelected)
         json["modifiedAt"] = formatTime(item.modifiedAt);
     }
     json["selected"] = isSelected;
+    if (isIncomplete(item)) {
+        json["incomplete"] = true;
+    }
     return json;
 }
 
@@ -72,6 +85,10 @@ std::string note(const CategoryResult& result)
         text += text.empty() ? "" : ", ";
         text += "partly unreadable";
     }
+    if (const auto count = std::ranges::count_if(result.items, isIncomplete); count > 0) {
+        text += text.empty() ? "" : ", ";
+        text += counted(static_cast<std::size_t>(count), "item") + " not seen whole";
+    }
     return text;
 }
 
@@ -81,8 +98,13 @@ void printAreas(const Workspace& workspace, const SelectionState& selection)
     ColumnTable table({left, right, right, left, left});
     table.add({"AREA", "SIZE", "ITEMS", "ID", ""});
     std::size_t items = 0;
+    std::size_t emptyAreas = 0;
     for (const CategoryResult& result : selection.results()) {
         items += result.items.size();
+        if (result.totalBytes() == 0 && isSeenWhole(result)) {
+            ++emptyAreas;
+            continue;
+        }
         table.add({escaped(workspace.texts.ruleTitle(result.rule.id)),
                    byteCount(result.totalBytes()), std::to_string(result.items.size()),
                    escaped(result.rule.id), note(result)});
@@ -90,6 +112,10 @@ void printAreas(const Workspace& workspace, const SelectionState& selection)
     table.add({"Total", byteCount(totalBytes(selection.results())), std::to_string(items)});
     table.add({"Selected by default", byteCount(selection.selectedBytes())});
     std::cout << table.text();
+    if (emptyAreas > 0) {
+        std::cout << counted(emptyAreas, "area")
+                  << " where no space can be gained not shown; --rule ID shows one\n";
+    }
 }
 
 void printItems(const Workspace& workspace, const CategoryResult& result)
@@ -107,7 +133,7 @@ void printItems(const Workspace& workspace, const CategoryResult& result)
     for (const ScannedItem& item : result.items) {
         const bool isDated = item.modifiedAt != CleanCore::distantPast;
         table.add({"  " + byteCount(item.sizeBytes),
-                   isDated ? formatTime(item.modifiedAt).substr(0, 10) : "", escaped(item.path)});
+                   isDated ? formatTime(item.modifiedAt).substr(0, 10) : "", itemText(item)});
     }
     std::cout << table.text() << '\n';
 }
@@ -134,11 +160,8 @@ ExitStatus scan(const ScanOptions& options, const Interruption& interruption)
             printItems(workspace, result);
         }
     }
-    const auto& shown = selection.results();
-    const bool wasUnreadable =
-        std::any_of(shown.begin(), shown.end(),
-                    [](const CategoryResult& result) { return result.hadAccessErrors; });
-    return wasUnreadable ? ExitStatus::incomplete : ExitStatus::done;
+    return std::ranges::all_of(selection.results(), isSeenWhole) ? ExitStatus::done
+                                                                 : ExitStatus::incomplete;
 }
 
 } // namespace ZorvaneCLI

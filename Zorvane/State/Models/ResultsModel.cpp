@@ -1,5 +1,6 @@
 #include "Zorvane/State/Models/ResultsModel.h"
 
+#include "Words/LeftInPlaceText.h"
 #include "Zorvane/Desktop/DisplayText.h"
 #include "Zorvane/State/AppState.h"
 #include "Zorvane/State/Models/RuleDisplay.h"
@@ -162,6 +163,9 @@ QVariant ResultsModel::dataOfItem(const Place& place, int role) const
     switch (role) {
     case PathRole:
         return displayText(item.path);
+    case ObstacleTextRole:
+        return item.obstacle == CleanCore::Obstacle::none ? QString()
+                                                          : tr(Words::obstacleText(item.obstacle));
     case SizeTextRole:
         return m_state.byteCountFormatter().string(item.sizeBytes);
     case IsSelectedRole:

@@ -53,6 +53,8 @@ public:
 
         /// An item's path as displayText().
         PathRole,
+        /// What a clean will not remove of an item; empty if it removes all.
+        ObstacleTextRole,
     };
     Q_ENUM(Role)
 

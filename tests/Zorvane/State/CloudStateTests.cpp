@@ -34,12 +34,11 @@ TEST(CloudState, EntriesOutOfTimeAreBusyAndCanBeMeasuredAgain)
     // Files at the top are measured without a look at the clock.
     application.addCloudFile("file", 7);
     application.addCloudFile("cloud-only", 0);
-    // The first reading of a batch is for its deadline; all others come too late, or just in time.
-    std::atomic<int> readings = 0;
-    std::atomic<int> later = 91;
+    // Every reading comes too late for the deadline of the one before.
+    std::atomic<int> seconds = 0;
+    std::atomic<int> step = 91;
     application.steadyNow = [&] {
-        return std::chrono::steady_clock::time_point() +
-               std::chrono::seconds(readings++ == 0 ? 0 : later.load());
+        return std::chrono::steady_clock::time_point() + std::chrono::seconds(seconds += step);
     };
     AppState state(application.environment());
     CloudState& cloud = *state.cloud();
@@ -50,8 +49,7 @@ TEST(CloudState, EntriesOutOfTimeAreBusyAndCanBeMeasuredAgain)
     std::ranges::sort(busy);
     EXPECT_EQ(busy, (Strings{entry("Photos"), entry("Videos"), entry("none")}));
 
-    readings = 0;
-    later = 90;
+    step = 0;
     SignalLog log;
     log.note(&cloud, &CloudState::icloudPendingChanged,
              [&] { return std::to_string(cloud.icloudPending()); });
