@@ -74,19 +74,17 @@ void CleanableHome::expectOutcomes(const std::vector<OutcomeRow>& rows) const
 
 std::string describe(const CleaningReport& report, const ScannedItem& item)
 {
+    if (report.removed == std::vector<CleaningReport::RemovedItem>{{item.path, item.sizeBytes}}) {
+        return "removed all";
+    }
     if (report.removed.size() + report.skipped.size() != 1) {
         return "not exactly one entry";
     }
-    if (!report.skipped.empty()) {
-        const auto& [path, reason] = report.skipped.front();
-        return path != item.path                                     ? "another path"
-               : reason == CleaningReport::SkipReason::removalFailed ? "failed"
-                                                                     : "blocked";
+    if (!report.removed.empty()) {
+        return "removed " + std::to_string(report.removed[0].bytes);
     }
-    const auto& [path, bytes] = report.removed.front();
-    return path != item.path
-               ? "another path"
-               : "removed " + (bytes == item.sizeBytes ? "all" : std::to_string(bytes));
+    const bool isFailure = report.skipped[0].reason == CleaningReport::SkipReason::removalFailed;
+    return report.skipped[0].path != item.path ? "another path" : isFailure ? "failed" : "blocked";
 }
 
 } // namespace CleanCoreTests
