@@ -73,12 +73,9 @@ public:
     }
     std::vector<std::string> namesInFolder(const std::string& path) const override
     {
-        const auto folder = folders.find(path);
-        const int error = folder == folders.end() ? ENOENT : folder->second.error;
-        if (error != 0) {
-            throw std::system_error(error, std::generic_category(), path);
-        }
-        return folder->second.names;
+        Folder folder = valueAt(folders, path, {{}, ENOENT});
+        return folder.error == 0 ? folder.names
+                                 : throw std::system_error(folder.error, std::generic_category());
     }
     std::vector<EntryMeasure> measure(const std::string& folder, std::span<const std::string> names,
                                       const std::stop_token& stop) const override
@@ -86,8 +83,7 @@ public:
         onMeasure(folder, stop);
         std::vector<EntryMeasure> result;
         for (const std::string& name : names) {
-            const auto found = measures.find(PathText::join(folder, name));
-            result.push_back(found == measures.end() ? EntryMeasure() : found->second);
+            result.push_back(valueAt(measures, PathText::join(folder, name), {}));
         }
         return result;
     }
@@ -106,21 +102,16 @@ public:
     bool visitTree(const std::string& path, const TreeVisitor& visit) const override
     {
         onVisit(path);
-        const auto tree = trees.find(path);
-        if (tree == trees.end()) {
-            return false;
-        }
-        for (const auto& [name, attributes] : tree->second) {
+        for (const auto& [name, attributes] : valueAt(trees, path, {})) {
             if (!visit({PathText::join(path, name), attributes})) {
                 break;
             }
         }
-        return true;
+        return trees.contains(path);
     }
     std::string resolvingSymbolicLinks(const std::string& path) const override
     {
-        const auto found = links.find(path);
-        return found == links.end() ? path : found->second;
+        return valueAt(links, path, path);
     }
     std::optional<std::int64_t> availableCapacity(const std::string& /*path*/) const override
     {
@@ -134,6 +125,14 @@ public:
     }
 
 private:
+    template <typename Value>
+    static Value valueAt(const std::map<std::string, Value>& all, const std::string& path,
+                         const std::type_identity_t<Value>& otherwise)
+    {
+        const auto found = all.find(path);
+        return found == all.end() ? otherwise : found->second;
+    }
+
     struct Remover : Removal
     {
         explicit Remover(const ScriptedDisk& from) : disk(from) {}

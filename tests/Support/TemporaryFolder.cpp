@@ -160,12 +160,6 @@ std::string TemporaryFolder::tree(std::string_view below) const
     return text.str();
 }
 
-std::string TemporaryFolder::makeFolder(std::string_view relative) const
-{
-    fs::create_directories(path(relative));
-    return path(relative);
-}
-
 std::string TemporaryFolder::makeFile(std::string_view relative, std::string_view content) const
 {
     const fs::path file = path(relative);
@@ -190,17 +184,6 @@ void TemporaryFolder::setTime(std::string_view relative, CleanCore::Timestamp ti
     const timespec times[] = {both, both};
     check(::utimensat(AT_FDCWD, path(relative).c_str(), times, AT_SYMLINK_NOFOLLOW) == 0,
           path(relative));
-}
-
-void TemporaryFolder::setMode(std::string_view relative, unsigned mode) const
-{
-    check(::chmod(path(relative).c_str(), mode) == 0, path(relative));
-}
-
-bool TemporaryFolder::has(std::string_view relative) const
-{
-    std::error_code ignored;
-    return fs::exists(fs::symlink_status(path(relative), ignored));
 }
 
 std::string snapshot(const std::string& folder)

@@ -45,12 +45,19 @@ public:
     /// of what its owner may not read and write (and enter); ages are not told.
     [[nodiscard]] std::string tree(std::string_view below = "") const;
 
-    std::string makeFolder(std::string_view relative) const;
+    std::string makeFolder(std::string_view relative) const
+    {
+        std::filesystem::create_directories(path(relative));
+        return path(relative);
+    }
     std::string makeFile(std::string_view relative, std::string_view content = "content") const;
     std::string makeLink(std::string_view relative, const std::string& target) const;
     /// Sets the modification time of an entry, of a link itself.
     void setTime(std::string_view relative, CleanCore::Timestamp time) const;
-    void setMode(std::string_view relative, unsigned mode) const;
+    void setMode(std::string_view relative, unsigned mode) const
+    {
+        std::filesystem::permissions(path(relative), std::filesystem::perms(mode));
+    }
 
     /// Removes an entry with everything in it.
     void remove(std::string_view relative) const { std::filesystem::remove_all(path(relative)); }
@@ -61,7 +68,11 @@ public:
     }
 
     /// Whether an entry is there; a link counts, wherever it leads.
-    [[nodiscard]] bool has(std::string_view relative) const;
+    [[nodiscard]] bool has(std::string_view relative) const
+    {
+        std::error_code ignored;
+        return std::filesystem::exists(std::filesystem::symlink_status(path(relative), ignored));
+    }
 
 private:
     std::string m_path;

@@ -137,6 +137,7 @@ TEST(CloudDriveTests, aRefusedRequestLeavesEverythingUntouched)
             const bool wasMarked = hasMarker(path);
             EXPECT_THAT(isFetch ? folders.drive().fetch(path) : folders.drive().release(path),
                         ElementsAre(Refuses(path, row.reason)));
+            EXPECT_TRUE(snapshot(folders.home.path()) == before);
             static_cast<void>(folders.drive().release(path));
             EXPECT_TRUE(snapshot(folders.home.path()) == before);
             EXPECT_EQ(hasMarker(path), wasMarked);
