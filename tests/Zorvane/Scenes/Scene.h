@@ -4,25 +4,12 @@
 
 namespace ZorvaneTests {
 
-/// A screen or sheet in one of its states.
-struct Scene
-{
-    /// "SCREEN STATE".
-    std::string name;
-    /// How to get there, for play().
-    std::string steps;
-};
-
-[[nodiscard]] std::vector<Scene> allScenes();
-/// The smallest window that shows it.
-[[nodiscard]] QSize smallestWindow(const Scene& scene);
-
-[[nodiscard]] Strings split(const std::string& text, const std::string& separator);
-/// Plays steps, each "VERB ARGUMENT, ARGUMENT…", separated by ";"; those before the window opens
-/// set up the application. A size may have a unit; "hostile" stands for names as nobody would
-/// choose them. Throws for an unknown verb.
+/// The screens and sheets in their states: "SCREEN STATE".
+[[nodiscard]] Strings allScenes();
+/// Plays statements: what a person or the program does, and before the window opens also those that
+/// set up its application. Throws for an unknown verb.
 void play(MainWindow& window, const std::string& steps);
-/// The same, of the scene with that name.
+/// Plays what leads to a scene.
 void show(MainWindow& window, const std::string& scene);
 
 } // namespace ZorvaneTests

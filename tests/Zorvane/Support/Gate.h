@@ -5,36 +5,33 @@
 
 namespace ZorvaneTests {
 
-/// Holds threads until it is opened. A thread in it may outlive the gate: a cancelled scan is not
-/// waited for.
+/// Holds threads until it is opened. A copy is the same gate: threads that nobody waits for keep
+/// one.
 class Gate
 {
 public:
     /// Waits for the gate to open.
-    void pass()
+    void pass() const
     {
-        const std::shared_ptr<State> state = m_state;
-        state->isReached = true;
-        state->isReached.notify_all();
-        state->isOpen.wait(false);
+        State isFirst = State::closed;
+        m_state->compare_exchange_strong(isFirst, State::reached);
+        m_state->notify_all();
+        m_state->wait(State::reached);
     }
 
     /// Waits until a thread has come to the gate.
-    void waitUntilReached() const { m_state->isReached.wait(false); }
+    void waitUntilReached() const { m_state->wait(State::closed); }
 
-    void open()
+    void open() const
     {
-        m_state->isOpen = true;
-        m_state->isOpen.notify_all();
+        *m_state = State::open;
+        m_state->notify_all();
     }
 
 private:
-    struct State
-    {
-        std::atomic<bool> isReached = false;
-        std::atomic<bool> isOpen = false;
-    };
-    std::shared_ptr<State> m_state = std::make_shared<State>();
+    enum class State { closed, reached, open };
+    std::shared_ptr<std::atomic<State>> m_state =
+        std::make_shared<std::atomic<State>>(State::closed);
 };
 
 } // namespace ZorvaneTests

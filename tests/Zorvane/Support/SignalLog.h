@@ -18,11 +18,6 @@ public:
             m_text += (m_text.empty() ? "" : ", ") + text();
         });
     }
-    template <typename Object, typename Signal>
-    void note(Object* object, Signal signal, const char* text)
-    {
-        note(object, signal, [text] { return std::string(text); });
-    }
 
     /// What was noted since the last call, separated by ", ".
     [[nodiscard]] std::string take() { return std::exchange(m_text, {}); }
