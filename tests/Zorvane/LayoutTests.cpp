@@ -1,4 +1,4 @@
-#include "tests/Zorvane/Scenes/Scene.h"
+#include "tests/Zorvane/Support/TestWindow.h"
 
 #include <gtest/gtest.h>
 

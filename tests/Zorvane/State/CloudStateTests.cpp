@@ -7,7 +7,6 @@ namespace ZorvaneTests {
 namespace {
 
 using testing::ElementsAre;
-using testing::UnorderedElementsAre;
 using Zorvane::AppState;
 using Zorvane::CloudState;
 
@@ -32,8 +31,9 @@ TEST(CloudState, EntriesOutOfTimeAreBusyAndCanBeMeasuredAgain)
     EXPECT_FALSE(cloud.icloudItems());
     measureCloud(state);
     EXPECT_EQ(items(cloud), "at the top 7 ");
-    EXPECT_THAT(cloud.icloudBusyFolders(),
-                UnorderedElementsAre(inCloud("Photos"), inCloud("Videos"), inCloud("none")));
+    EXPECT_THAT(
+        cloud.icloudBusyFolders(),
+        testing::UnorderedElementsAre(inCloud("Photos"), inCloud("Videos"), inCloud("none")));
 
     *application.clock = -90;
     SignalLog log;
@@ -65,8 +65,6 @@ TEST(CloudState, ReleasesTheSelectionLargestFirstAndReports)
         const auto step = cloud.icloudEvictProgress().value_or(CloudState::EvictProgress());
         return std::to_string(step.index) + '/' + std::to_string(step.total) + ' ' + step.name;
     });
-    log.note(&cloud, &CloudState::icloudEvictReportChanged,
-             [&] { return cloud.icloudEvictReport() ? "report" : "no report"; });
     cloud.requestEvict();
     EXPECT_EQ(log.take(), "");
     for (const char* name : {"a", "c", "b", "not-listed"}) {
@@ -81,7 +79,7 @@ TEST(CloudState, ReleasesTheSelectionLargestFirstAndReports)
     cloud.requestEvict();
     cloud.requestEvict();
     waitUntil([&] { return !cloud.isEvicting(); });
-    EXPECT_EQ(log.take(), "releasing, 1/2 b, 2/2 a, 0/0 , report, done");
+    EXPECT_EQ(log.take(), "releasing, 1/2 b, 2/2 a, 0/0 , done");
     EXPECT_THAT(application.drive->released, ElementsAre(inCloud("b"), inCloud("a")));
     EXPECT_EQ(cloud.icloudEvictReport()->freedBytes, 30);
     EXPECT_TRUE(cloud.icloudSelection().empty());
@@ -90,8 +88,7 @@ TEST(CloudState, ReleasesTheSelectionLargestFirstAndReports)
 
     // Opening the sheet again clears the report and keeps the marks; measuring clears them.
     cloud.openICloud();
-    EXPECT_EQ(log.take(), "no report");
-    EXPECT_EQ(cloud.icloudReleasedPaths().size(), 2U);
+    EXPECT_TRUE(!cloud.icloudEvictReport() && cloud.icloudReleasedPaths().size() == 2);
     cloud.setICloudSelected(inCloud("a"), true);
     measureCloud(state);
     EXPECT_TRUE(cloud.icloudReleasedPaths().empty() && cloud.icloudSelection().empty());

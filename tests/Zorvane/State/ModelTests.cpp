@@ -55,23 +55,21 @@ TEST(Models, ResultsOpenTickAndClose)
 {
     Opened app;
     app.prepare("area cache-a, safe, a, 0=300, 1=200; area dev-b, review, b, 0=20, 1=10;"
-                "snapshots 1, 2; tool dev-unavailable-simulators, review; unreadable cache-locked");
+                "tool dev-unavailable-simulators, review; unreadable cache-locked");
     app.script[{"/usr/bin/xcrun", "simctl", "list", "devices", "unavailable", "-j"}] =
         R"({"devices":{"iOS":[{"udid":"A","name":"Phone"},{"udid":"B","name":"Pad"}]}})";
     app.texts = {{"rule.cache-a.title", "Caches"}, {"category.explanation.cache-a", "Kept by A."}};
     app.open();
     Zorvane::ResultsModel& model = *app.models->results();
-    EXPECT_EQ(text(model, {"kind"}), "card");
     scan(*app.state);
     EXPECT_EQ(text(model, {"title", "countText", "sizeText", "isSelected", "isSelectable",
                            "isDiagnostic", "isReviewRequired", "hadAccessErrors", "isLast"}),
               "Caches 2 items 500 bytes isSelected isSelectable isLast | "
               "dev-b 2 items 30 bytes isReviewRequired isLast | "
               "cache-locked 0 items Zero KB isSelectable hadAccessErrors isLast | "
-              "tm-local-snapshots 2 items Zero KB isDiagnostic isReviewRequired isLast | "
               "dev-unavailable-simulators 2 items Zero KB isDiagnostic isReviewRequired isLast | "
               "isLast");
-    for (const int row : {4, 3, 2, 1, 0, 1, -1, 99}) {
+    for (const int row : {3, 2, 1, 0, 1, -1, 99}) {
         model.toggleExpanded(row);
     }
     EXPECT_EQ(text(model, {"kind", "explanation", "offersSelectAll", "isExpanded", "isLast"}),
@@ -79,9 +77,6 @@ TEST(Models, ResultsOpenTickAndClose)
               "category isExpanded | "
               "details category.explanation.dev-b offersSelectAll | item | item isLast | "
               "category isExpanded | details category.explanation.cache-locked isLast | "
-              "category isExpanded | "
-              "details category.explanation.tm-local-snapshots offersSelectAll | "
-              "item | item isLast | "
               "category isExpanded | details category.explanation.dev-unavailable-simulators | "
               "item | item isLast | card isLast");
     EXPECT_EQ(rowText(model, 3, {"path", "sizeText"}), "/home/me/a/1 200 bytes");
@@ -95,10 +90,10 @@ TEST(Models, ResultsOpenTickAndClose)
         /// A letter for each row: X ticked and drawn as selected, x ticked, o drawn so.
         const char* ticks;
     } steps[] = {
-        {3, "untick", "ooXo..............."}, {0, "tick", "XoXX..............."},
-        {0, "untick", "..................."}, {7, "tick", ".......x..........."},
-        {5, "all", "....x.xx..........."},    {5, "none", "..................."},
-        {16, "tick", "..............x.xx."},  {17, "untick", "..................."},
+        {3, "untick", "ooXo..........."}, {0, "tick", "XoXX..........."},
+        {0, "untick", "..............."}, {7, "tick", ".......x......."},
+        {5, "all", "....x.xx......."},    {5, "none", "..............."},
+        {12, "tick", "..........x.xx."},  {13, "untick", "..............."},
     };
     for (const auto& [row, operation, ticks] : steps) {
         if (operation == "all") {
@@ -112,15 +107,13 @@ TEST(Models, ResultsOpenTickAndClose)
         for (int box = 0; box < model.rowCount(); ++box) {
             const bool isTicked = !rowText(model, box, {"isSelected"}).empty();
             const bool hasLook = !rowText(model, box, {"hasSelectedLook"}).empty();
-            boxes += isTicked ? (hasLook ? 'X' : 'x') : (hasLook ? 'o' : '.');
+            boxes += ".xoX"[(isTicked ? 1 : 0) + (hasLook ? 2 : 0)];
         }
         EXPECT_EQ(boxes, ticks) << operation << row;
         EXPECT_EQ(log.take(), "told") << operation << row;
     }
     model.toggleExpanded(0);
     EXPECT_TRUE(text(model, {"kind"}).starts_with("category | category"));
-    scan(*app.state);
-    EXPECT_EQ(model.rowCount(), 6);
 }
 
 TEST(Models, ShowHostileNamesHarmlesslyAndTellThemApart)
@@ -205,15 +198,12 @@ TEST(Models, ConfirmationFollowsTheSelection)
 TEST(Models, TheRingGroupsAreasByTheirIds)
 {
     Opened app;
-    const std::pair<std::string, int> areas[] = {
-        {"whatsapp-media", 10}, {"cache-x", 5}, {"trash-user", 1}, {"dev-y", 0},
-        {"brew-cleanup", 2},    {"logs-a", 20}, {"temp-a", 40},    {"whatsapp-media-2", 100}};
-    for (const auto& [id, bytes] : areas) {
-        app.prepare("area " + id + ", safe, " + id + ", 0=" + std::to_string(bytes));
-    }
+    app.prepare("area whatsapp-media, safe, a, 0=10; area cache-x, safe, b, 0=5;"
+                "area trash-user, safe, c, 0=1; area dev-y, safe, d, 0=0;"
+                "area brew-cleanup, safe, e, 0=2; area logs-a, safe, f, 0=20;"
+                "area temp-a, safe, g, 0=40; area whatsapp-media-2, safe, h, 0=100");
     app.open();
     Zorvane::SummaryModel& model = *app.models->summary();
-    EXPECT_TRUE(model.rows().empty());
     scan(*app.state);
     EXPECT_EQ(model.totalText(), QStringLiteral("178 bytes"));
     QString rows;
@@ -259,32 +249,16 @@ TEST(Models, TheCloudDriveIsMeasuredReleasedAndTried)
     app.open();
     Zorvane::ICloudModel& model = *app.models->icloud();
     Zorvane::CloudState& cloud = *app.state->cloud();
-    SignalLog log;
-    log.note(&model, &Zorvane::ICloudModel::changed,
-             [&] { return (model.measuringText() + model.freeingText()).toStdString(); });
-    const auto expectLogged = [&](const char* text) {
-        const std::string all = log.take();
-        EXPECT_NE(all.find(text), std::string::npos) << all;
-    };
     const Strings roles = {"name",      "isBusy",   "isReleased", "isSelected",
                            "filesText", "sizeText", "appsText"};
-    EXPECT_TRUE(!model.isMeasured() && model.isEmpty());
     model.open();
-    EXPECT_TRUE(cloud.showICloud() && model.isMeasured() && model.isMeasuring());
+    EXPECT_TRUE(cloud.showICloud() && model.isMeasuring());
     waitUntil([&] { return !model.isMeasuring(); });
-    expectLogged("Measuring… 5 files seen · 21 KB on this Mac so far");
     EXPECT_EQ(text(model, roles),
               "Work 4 files 16 KB includes 3 apps (6 KB) that macOS keeps downloaded | "
               "Play 1 files 5 KB includes 1 apps (5 KB) that macOS keeps downloaded | "
               "note.txt 1 files 4 KB");
-    EXPECT_EQ(model.downloadedText(), QStringLiteral("25 KB"));
-    EXPECT_TRUE(model.beforeFreeingText().isEmpty() && model.appsTitle().isEmpty());
-    // Opened again, it does not measure.
-    model.open();
-    EXPECT_FALSE(model.isMeasuring());
-
     model.setSelected(0, true);
-    EXPECT_EQ(model.moreAppsText(), QString());
     model.setSelected(1, true);
     model.setSelected(7, true);
     EXPECT_TRUE(model.canRelease());
@@ -296,13 +270,9 @@ TEST(Models, TheCloudDriveIsMeasuredReleasedAndTried)
               "11 KB are apps stored in iCloud Drive.|4.app 3.app 2.app 5 KB 3 KB 2 KB|and 1 more");
     model.revealApps();
     EXPECT_EQ(app.revealed.at(0).size(), 4U);
-    (void)log.take();
     cloud.requestEvict();
     EXPECT_TRUE(!model.canRelease() && model.beforeFreeingText().isEmpty());
     waitUntil([&] { return !cloud.isEvicting(); });
-    expectLogged("Freeing 1 of 2 — Work… iCloud is removing the downloads; large folders take a "
-                 "while.");
-    EXPECT_FALSE(model.hasFreed());
     EXPECT_EQ(model.reportText(), QStringLiteral("Nothing was released this time."));
     EXPECT_EQ(model.appsTitle(), QStringLiteral("Still on this Mac: 11 KB in apps."));
     EXPECT_EQ(text(model, {"name", "isReleased"}), "Work isReleased | Play isReleased | note.txt");

@@ -14,6 +14,7 @@ namespace {
 
 using CleanCore::EntryKind;
 using CleanCore::RuleKind;
+using CleanCore::RuleTier;
 
 /// The folder of the cloud drive.
 const std::string cloud = inHome("Library/Mobile Documents/com~apple~CloudDocs");
@@ -120,84 +121,68 @@ void ScriptedApplication::prepare(const Strings& statement)
     const auto argument = [&](std::size_t i) {
         return i < statement.size() ? statement[i] : std::string();
     };
+    const std::string verb = argument(0);
     const std::string first = argument(1);
-    const auto from = [&](std::size_t i) {
-        return std::span(statement).subspan(std::min(i, statement.size()));
+    const auto sized = [&] {
+        return sizes(std::span(statement).subspan(std::min<std::size_t>(4, statement.size())));
     };
-    const auto addRule = [&](const std::string& id, RuleKind kind) -> CleanCore::CleaningRule& {
-        catalog.rules.push_back(CleanCoreTests::commandRule(id, kind));
-        catalog.rules.back().tier = argument(2) == "review" ? CleanCore::RuleTier::reviewRequired
-                                                            : CleanCore::RuleTier::safe;
-        return catalog.rules.back();
-    };
-    const auto addArea = [&](const std::string& base) -> ScriptedDisk::Folder& {
-        addRule(first, RuleKind::fileSystem).basePaths = {inHome(base)};
-        return disk->folders[inHome(base)];
-    };
-    const std::map<std::string, std::function<void()>> verbs = {
-        {"area",
-         [&] {
-             addArea(argument(3));
-             for (const auto& [name, size] : sizes(from(4))) {
-                 disk->add(inHome(argument(3)), name, size);
-             }
-         }},
-        {"unreadable", [&] { addArea(first).error = EACCES; }},
-        {"tool", [&] { addRule(first, RuleKind::command); }},
-        {"snapshots",
-         [&] {
-             std::string listing;
-             for (const std::string& date : from(1)) {
-                 listing += "com.apple.TimeMachine." + date + ".local\n";
-                 script[{"/usr/bin/tmutil", "deletelocalsnapshots", date}] = "";
-             }
-             script[{"/usr/bin/tmutil", "listlocalsnapshots", "/"}] = listing;
-             prepare("tool tm-local-snapshots, review");
-         }},
-        {"cloud",
-         [&] {
-             for (const std::string& name : names(first)) {
-                 disk->folders[cloud].names.push_back(name);
-                 auto& tree = disk->trees[inCloud(name)];
-                 for (int file = 0; file < std::stoi(argument(2)); ++file) {
-                     tree.push_back({"file" + std::to_string(file),
-                                     {EntryKind::file, file == 0 ? bytes(argument(3)) : 0}});
-                 }
-                 for (const auto& [bundle, size] : sizes(from(4))) {
-                     tree.push_back({bundle, {EntryKind::folder, 0}});
-                     tree.push_back({bundle + "/binary", {EntryKind::file, size}});
-                 }
-             }
-         }},
-        {"file",
-         [&] {
-             disk->folders[cloud].names.push_back(first);
-             disk->trees[cloud].push_back({first, {EntryKind::file, bytes(argument(2))}});
-         }},
-        {"access", [&] { disk->folders[inHome(".cache")]; }},
-        {"free",
-         [&] {
-             disk->capacities.assign({0, bytes(first)});
-         }},
-        {"busy",
-         [&] {
-             for (const std::string& name : disk->folders[inHome(first)].names) {
-                 disk->irremovable.insert(inHome(first + '/' + name));
-             }
-         }},
-        {"protect", [&] { disk->links[inHome(first)] = inHome("Documents/x"); }},
-        {"hold",
-         [&] {
-             const auto pass = [gate = gate, end = first](const std::string& path, auto&&...) {
-                 if (path.ends_with(end)) {
-                     gate.pass();
-                 }
-             };
-             disk->onMeasure = pass;
-             disk->onVisit = disk->onRemove = drive->onRelease = onTool = pass;
-         }},
-    };
-    verbs.at(statement.front())();
+    if (verb == "area" || verb == "tool") {
+        const RuleKind kind = verb == "area" ? RuleKind::fileSystem : RuleKind::command;
+        CleanCore::CleaningRule rule = CleanCoreTests::commandRule(first, kind);
+        rule.tier = argument(2) == "safe" ? RuleTier::safe : RuleTier::reviewRequired;
+        rule.basePaths = {inHome(argument(3))};
+        disk->folders[inHome(argument(3))];
+        for (const auto& [name, size] : sized()) {
+            disk->add(inHome(argument(3)), name, size);
+        }
+        catalog.rules.push_back(rule);
+    } else if (verb == "unreadable") {
+        prepare("area " + first + ", safe, " + first);
+        disk->folders[inHome(first)].error = EACCES;
+    } else if (verb == "snapshots") {
+        std::string& listing = script[{"/usr/bin/tmutil", "listlocalsnapshots", "/"}].emplace();
+        for (const std::string& date : std::span(statement).subspan(1)) {
+            listing += "com.apple.TimeMachine." + date + ".local\n";
+            script[{"/usr/bin/tmutil", "deletelocalsnapshots", date}] = "";
+        }
+        prepare("tool tm-local-snapshots, review");
+    } else if (verb == "cloud") {
+        for (const std::string& name : names(first)) {
+            disk->folders[cloud].names.push_back(name);
+            auto& tree = disk->trees[inCloud(name)];
+            for (int file = 0; file < std::stoi(argument(2)); ++file) {
+                tree.push_back({"file" + std::to_string(file),
+                                {EntryKind::file, file == 0 ? bytes(argument(3)) : 0}});
+            }
+            for (const auto& [bundle, size] : sized()) {
+                tree.push_back({bundle, {EntryKind::folder, 0}});
+                tree.push_back({bundle + "/binary", {EntryKind::file, size}});
+            }
+        }
+    } else if (verb == "file") {
+        disk->folders[cloud].names.push_back(first);
+        disk->trees[cloud].push_back({first, {EntryKind::file, bytes(argument(2))}});
+    } else if (verb == "access") {
+        disk->folders[inHome(".cache")];
+    } else if (verb == "free") {
+        disk->capacities = {0, bytes(first)};
+    } else if (verb == "busy") {
+        for (const std::string& name : disk->folders[inHome(first)].names) {
+            disk->irremovable.insert(inHome(first + '/' + name));
+        }
+    } else if (verb == "protect") {
+        disk->links[inHome(first)] = inHome("Documents/x");
+    } else if (verb == "hold") {
+        const auto pass = [gate = gate, first](const std::string& path, auto&&...) {
+            if (path.ends_with(first)) {
+                gate.pass();
+            }
+        };
+        disk->onMeasure = pass;
+        disk->onVisit = disk->onRemove = drive->onRelease = onTool = pass;
+    } else {
+        throw std::invalid_argument(verb);
+    }
 }
 
 Strings split(const std::string& text, const std::string& separator)

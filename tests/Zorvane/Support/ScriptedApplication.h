@@ -5,7 +5,6 @@
 #include "tests/Support/ScriptedCommandRunner.h"
 #include "tests/Support/ScriptedDisk.h"
 #include "tests/Support/TemporaryFolder.h"
-#include "tests/Zorvane/Support/Gate.h"
 
 #include <QString>
 #include <atomic>
@@ -15,6 +14,35 @@ namespace ZorvaneTests {
 
 using CleanCoreTests::ScriptedDisk;
 using Strings = std::vector<std::string>;
+
+/// Holds threads until it is opened. A copy is the same gate: threads that nobody waits for keep
+/// one.
+class Gate
+{
+public:
+    /// Waits for the gate to open.
+    void pass() const
+    {
+        State isFirst = State::closed;
+        m_state->compare_exchange_strong(isFirst, State::reached);
+        m_state->notify_all();
+        m_state->wait(State::reached);
+    }
+
+    /// Waits until a thread has come to the gate.
+    void waitUntilReached() const { m_state->wait(State::closed); }
+
+    void open() const
+    {
+        *m_state = State::open;
+        m_state->notify_all();
+    }
+
+private:
+    enum class State { closed, reached, open };
+    std::shared_ptr<std::atomic<State>> m_state =
+        std::make_shared<std::atomic<State>>(State::closed);
+};
 
 /// A cloud drive that writes down which items it was asked to release.
 class ScriptedDrive : public CleanCore::CloudDrive

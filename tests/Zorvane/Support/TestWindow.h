@@ -90,4 +90,12 @@ private:
     std::unique_ptr<Zorvane::Models> m_models;
 };
 
+/// The screens and sheets in their states: "SCREEN STATE".
+[[nodiscard]] Strings allScenes();
+/// Plays statements: what a person or the program does, and before the window opens also those that
+/// set up its application. Throws for an unknown verb.
+void play(MainWindow& window, const std::string& steps);
+/// Plays what leads to a scene.
+void show(MainWindow& window, const std::string& scene);
+
 } // namespace ZorvaneTests

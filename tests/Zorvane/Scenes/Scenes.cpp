@@ -1,4 +1,4 @@
-#include "tests/Zorvane/Scenes/Scene.h"
+#include "tests/Zorvane/Support/TestWindow.h"
 
 #include "Zorvane/Desktop/UpdaterController.h"
 #include "tests/Support/Table.h"
