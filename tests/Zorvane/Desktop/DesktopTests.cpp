@@ -1,20 +1,16 @@
 #include "Zorvane/Desktop/ByteCountFormatter.h"
 #include "Zorvane/Desktop/DisplayText.h"
-#include "Zorvane/Desktop/Preferences.h"
 #include "Zorvane/Desktop/StyledText.h"
 #include "Zorvane/Desktop/UpdateFeed.h"
 #include "Zorvane/Desktop/UpdaterController.h"
 #include "Zorvane/Desktop/UserAccount.h"
 #include "tests/Support/Table.h"
-#include "tests/Support/TemporaryFolder.h"
-#include "tests/Zorvane/Support/ScriptedApplication.h"
 
 #include <gtest/gtest.h>
 
 namespace ZorvaneTests {
 namespace {
 
-using Zorvane::Preferences;
 using Zorvane::UpdateFeed;
 using Zorvane::UpdaterController;
 
@@ -41,21 +37,6 @@ TEST(Desktop, Texts)
     for (const auto& [text, expected] : cases) {
         EXPECT_EQ(text.toStdString(), expected);
     }
-}
-
-TEST(Desktop, PreferencesKeepWhatIsWrittenWhole)
-{
-    const CleanCoreTests::TemporaryFolder folder;
-    const Preferences preferences(QString::fromStdString(folder.path("new/preferences.ini")));
-    EXPECT_FALSE(preferences.acceptedTermsVersion());
-    for (const char* version : {"0.1 ", "a=b;c,\"d\""}) {
-        preferences.storeAcceptedTerms(QString::fromUtf8(version), QDateTime::currentDateTime());
-        EXPECT_EQ(preferences.acceptedTermsVersion(), QString::fromUtf8(version));
-    }
-    const std::string before = CleanCoreTests::snapshot(folder.path("new"));
-    folder.setMode("new", 0500);
-    preferences.storeAcceptedTerms(QStringLiteral("3"), {});
-    EXPECT_EQ(CleanCoreTests::snapshot(folder.path("new")), before);
 }
 
 TEST(Desktop, UpdateFeedsAreWholeSafeAndNewer)

@@ -28,13 +28,11 @@ results closing | typical; results; hold; cleaning; close
 confirmation review-areas | typical; results; select dev-gradle; select trash-user; select whatsapp-media; select tm-local-snapshots; confirm
 confirmation long-titles | area cache-long, safe, a, a=999990M; long cache-long; area other-long, review, b, a=largest; long other-long; results; select other-long; confirm
 report details | area temp-npm, safe, npm, hostile=10M, a=9M, b=8M, c=7M; busy npm; protect npm/c; results; clean; details
-report huge-figures | area cache-a, safe, a, a=largest, b=2; free largest; results; clean
 icloud measuring | cloud Photos, 4, 1G; cloud Design, 3200, 6250M; hold Photos; results; sheet; measured 1
 icloud empty | results; sheet; measured
 icloud selected | drive; results; sheet; measured; tick Photos; tick Design
 icloud freed | drive; free 18448M; results; sheet; measured; tick Photos; tick Scans; release
 icloud hostile-names | cloud hostile, 2, 6M, hostile.app=3M; results; sheet; measured; tick a
-icloud huge-figures | cloud Everything, 6, 9000000T, Giant.app=100000T; results; sheet; measured; tick Everything
 shell menu | access; open; menu
 shell about | access; open; menu; about
 shell update-offered | access; open; update Finds the caches of more managers.

@@ -1,9 +1,8 @@
 #include "CleanCore/Support/TaskPool.h"
+#include "Zorvane/State/MainThreadQueue.h"
 #include "tests/Zorvane/Support/ScriptedApplication.h"
-#include "tests/Zorvane/Support/SignalLog.h"
 
 #include <QCoreApplication>
-#include <QSettings>
 #include <gtest/gtest.h>
 
 namespace ZorvaneTests {
@@ -11,6 +10,7 @@ namespace {
 
 using Zorvane::AppState;
 using Zorvane::BooleanBinding;
+using Zorvane::MainThreadRunner;
 
 /// A log of every published field of the state but the cloud drive's.
 struct StateLog : SignalLog
@@ -72,10 +72,6 @@ TEST(AppStateFirstRun, AcceptsTheTermsAndProbesTheDisk)
         (state.*operation)();
         EXPECT_EQ(log.take(), expected);
     }
-    // A million hours after 1970.
-    const QSettings settings(application.preferencesFile(), QSettings::IniFormat);
-    EXPECT_EQ(settings.value(QStringLiteral("zorvane.acceptedTermsDate")),
-              "2084-01-29T16:00:00.000Z");
 }
 
 TEST(AppStateScanning, TellsTheStepsAndReplacesTheResults)
@@ -265,6 +261,41 @@ TEST(AppStateLife, ScansCleansMeasuresReleasesAndGoes)
         }
         EXPECT_EQ(state.isClosing(), round % std::size(steps) == 7);
     }
+}
+
+struct MainThreadQueue : testing::Test
+{
+    const std::shared_ptr<Zorvane::MainThreadQueue> queue =
+        std::make_shared<Zorvane::MainThreadQueue>();
+    std::unique_ptr<MainThreadRunner> runner = std::make_unique<MainThreadRunner>(queue);
+    /// The tasks that ran.
+    std::string order;
+};
+
+TEST_F(MainThreadQueue, LetsOtherEventsHaveTheirTurn)
+{
+    queue->post([&] {
+        QMetaObject::invokeMethod(
+            runner.get(), [&] { order += "event "; }, Qt::QueuedConnection);
+        const auto end = std::chrono::steady_clock::now() + 2 * MainThreadRunner::longestTurn;
+        while (std::chrono::steady_clock::now() < end) {
+        }
+    });
+    queue->post([&] { order += "task "; });
+    waitUntil([&] { return order.size() == 11; });
+    EXPECT_EQ(order, "event task ");
+}
+
+TEST_F(MainThreadQueue, DropsTasksWithoutARunner)
+{
+    const auto held = std::make_shared<int>(0);
+    queue->post([&] { runner.reset(); });
+    queue->post([&, held] { order += "second "; });
+    waitUntil([&] { return runner == nullptr; });
+    queue->post([&, held] { order += "third "; });
+    QCoreApplication::processEvents();
+    EXPECT_EQ(order, "");
+    EXPECT_EQ(held.use_count(), 1);
 }
 
 } // namespace

@@ -1,5 +1,4 @@
 #include "tests/Zorvane/Support/ScriptedApplication.h"
-#include "tests/Zorvane/Support/SignalLog.h"
 
 #include <gmock/gmock.h>
 

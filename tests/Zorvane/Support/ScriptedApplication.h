@@ -6,6 +6,7 @@
 #include "tests/Support/ScriptedDisk.h"
 #include "tests/Support/TemporaryFolder.h"
 
+#include <QObject>
 #include <QString>
 #include <atomic>
 #include <stdexcept>
@@ -42,6 +43,26 @@ private:
     enum class State { closed, reached, open };
     std::shared_ptr<std::atomic<State>> m_state =
         std::make_shared<std::atomic<State>>(State::closed);
+};
+
+/// The signals of objects in the order in which they were emitted, each as a text.
+class SignalLog
+{
+public:
+    template <typename Object, typename Signal>
+    void note(Object* object, Signal signal, std::function<std::string()> text)
+    {
+        QObject::connect(object, signal, &m_context, [this, text = std::move(text)] {
+            m_text += (m_text.empty() ? "" : ", ") + text();
+        });
+    }
+
+    /// What was noted since the last call, separated by ", ".
+    [[nodiscard]] std::string take() { return std::exchange(m_text, {}); }
+
+private:
+    QObject m_context;
+    std::string m_text;
 };
 
 /// A cloud drive that writes down which items it was asked to release.
