@@ -5,7 +5,7 @@
 #include "CleanCore/FileSystem/FileManager.h"
 #include "CleanCore/Startup/HomeEnvironment.h"
 #include "CleanCore/Support/PathText.h"
-#include "ZorvaneCLI/Output/CloudRefusalText.h"
+#include "Words/CloudRefusalText.h"
 #include "ZorvaneCLI/Output/ColumnTable.h"
 #include "ZorvaneCLI/Output/PathJson.h"
 #include "ZorvaneCLI/Output/TerminalText.h"
@@ -35,9 +35,16 @@ constexpr auto noDeadline = ICloudEvictor::Deadline::max() - measuringTime;
 
 std::string absolute(const std::string& path)
 {
-    return PathText::standardized(
-        path.substr(0, 1) == "/" ? path
-                                 : PathText::join(std::filesystem::current_path().native(), path));
+    if (path.starts_with('/')) {
+        return PathText::standardized(path);
+    }
+    std::error_code error;
+    const std::filesystem::path current = std::filesystem::current_path(error);
+    if (error) {
+        throw CommandError(ExitStatus::wrongUsage,
+                           "the current folder cannot be found, so give the whole path of " + path);
+    }
+    return PathText::standardized(PathText::join(current.native(), path));
 }
 
 /// A path on its own: its text, or, where that is not exact, an object as setPath() makes it.
@@ -77,7 +84,7 @@ ordered_json refusalsJson(const std::vector<CloudRefusal>& refusals)
     for (const CloudRefusal& refusal : refusals) {
         ordered_json object;
         setPath(object, refusal.path);
-        object["reason"] = refusalText(refusal.failure);
+        object["reason"] = Words::refusalText(refusal.failure);
         array.push_back(std::move(object));
     }
     return array;
@@ -86,7 +93,7 @@ ordered_json refusalsJson(const std::vector<CloudRefusal>& refusals)
 void printRefusals(const std::vector<CloudRefusal>& refusals)
 {
     for (const CloudRefusal& refusal : refusals) {
-        std::cerr << "refused: " << escaped(refusal.path) << ": " << refusalText(refusal.failure)
+        std::cerr << "refused: " << escaped(refusal.path) << ": " << Words::refusalText(refusal.failure)
                   << '\n';
     }
 }

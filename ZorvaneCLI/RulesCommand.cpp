@@ -1,4 +1,5 @@
 #include "CleanCore/Startup/Startup.h"
+#include "Words/StartErrorText.h"
 #include "ZorvaneCLI/Commands.h"
 #include "ZorvaneCLI/Output/ColumnTable.h"
 #include "ZorvaneCLI/Output/TerminalText.h"
@@ -6,6 +7,7 @@
 
 #include <iostream>
 #include <nlohmann/json.hpp>
+#include <optional>
 
 namespace ZorvaneCLI {
 
@@ -41,13 +43,30 @@ void printTable(const CleanCore::RulesCatalog& catalog, const CleanCore::TextTab
     std::cout << table.text() << '\n' << counted(catalog.rules.size(), "area") << '\n';
 }
 
+/// Judges a catalog by a home. Listing it needs none, so the account may be without one.
+void requireHarmless(const CleanCore::RulesCatalog& catalog, const CommonOptions& options)
+{
+    std::optional<CleanCore::HomeEnvironment> home;
+    try {
+        home = Startup::openHome(options.home);
+    } catch (const CleanCore::StartError& error) {
+        if (options.home) {
+            throw;
+        }
+        Words::printError("zorvane-cli", "the catalog was not checked for what it would clean: " +
+                                             Words::startErrorText(error));
+        return;
+    }
+    Startup::requireHarmless(catalog, options.catalog, *home);
+}
+
 } // namespace
 
 ExitStatus listRules(const CommonOptions& options)
 {
     const CleanCore::RulesCatalog catalog = Startup::openCatalog(options.catalog);
     if (options.catalog) {
-        Startup::requireHarmless(catalog, options.catalog, Startup::openHome(options.home));
+        requireHarmless(catalog, options);
     }
     const CleanCore::TextTable texts = loadTexts();
     options.json ? printJson(catalog, texts) : printTable(catalog, texts);

@@ -27,6 +27,16 @@ std::int64_t totalBytes(const std::vector<CategoryResult>& results)
                            });
 }
 
+bool isIncomplete(const ScannedItem& item)
+{
+    return item.obstacle == CleanCore::Obstacle::notSeenWhole;
+}
+
+bool isSeenWhole(const CategoryResult& result)
+{
+    return !result.hadAccessErrors && std::ranges::none_of(result.items, isIncomplete);
+}
+
 nlohmann::ordered_json itemJson(const ScannedItem& item, bool isSelected)
 {
     nlohmann::ordered_json json;
@@ -37,6 +47,9 @@ nlohmann::ordered_json itemJson(const ScannedItem& item, bool isSelected)
         json["modifiedAt"] = formatTime(item.modifiedAt);
     }
     json["selected"] = isSelected;
+    if (isIncomplete(item)) {
+        json["incomplete"] = true;
+    }
     return json;
 }
 
@@ -58,6 +71,12 @@ void printJson(const Workspace& workspace, const SelectionState& selection)
             category["items"].push_back(
                 itemJson(item, selection.isSelected(result.rule.id, item.path)));
         }
+        for (const CleanCore::ReachedEntry& entry : result.reachedEntries) {
+            nlohmann::ordered_json json;
+            setPath(json, entry.path);
+            json["ruleId"] = entry.ruleId;
+            category["reachedEntries"].push_back(std::move(json));
+        }
         document["categories"].push_back(std::move(category));
     }
     document["totalBytes"] = totalBytes(selection.results());
@@ -72,6 +91,14 @@ std::string note(const CategoryResult& result)
         text += text.empty() ? "" : ", ";
         text += "partly unreadable";
     }
+    if (!result.reachedEntries.empty()) {
+        text += text.empty() ? "" : ", ";
+        text += counted(result.reachedEntries.size(), "item") + " left to other areas";
+    }
+    if (const auto count = std::ranges::count_if(result.items, isIncomplete); count > 0) {
+        text += text.empty() ? "" : ", ";
+        text += counted(static_cast<std::size_t>(count), "item") + " not seen whole";
+    }
     return text;
 }
 
@@ -81,8 +108,13 @@ void printAreas(const Workspace& workspace, const SelectionState& selection)
     ColumnTable table({left, right, right, left, left});
     table.add({"AREA", "SIZE", "ITEMS", "ID", ""});
     std::size_t items = 0;
+    std::size_t emptyAreas = 0;
     for (const CategoryResult& result : selection.results()) {
         items += result.items.size();
+        if (result.totalBytes() == 0 && isSeenWhole(result) && result.reachedEntries.empty()) {
+            ++emptyAreas;
+            continue;
+        }
         table.add({escaped(workspace.texts.ruleTitle(result.rule.id)),
                    byteCount(result.totalBytes()), std::to_string(result.items.size()),
                    escaped(result.rule.id), note(result)});
@@ -90,6 +122,10 @@ void printAreas(const Workspace& workspace, const SelectionState& selection)
     table.add({"Total", byteCount(totalBytes(selection.results())), std::to_string(items)});
     table.add({"Selected by default", byteCount(selection.selectedBytes())});
     std::cout << table.text();
+    if (emptyAreas > 0) {
+        std::cout << counted(emptyAreas, "area")
+                  << " where no space can be gained not shown; --rule ID shows one\n";
+    }
 }
 
 void printItems(const Workspace& workspace, const CategoryResult& result)
@@ -107,9 +143,15 @@ void printItems(const Workspace& workspace, const CategoryResult& result)
     for (const ScannedItem& item : result.items) {
         const bool isDated = item.modifiedAt != CleanCore::distantPast;
         table.add({"  " + byteCount(item.sizeBytes),
-                   isDated ? formatTime(item.modifiedAt).substr(0, 10) : "", escaped(item.path)});
+                   isDated ? formatTime(item.modifiedAt).substr(0, 10) : "", itemText(item)});
     }
-    std::cout << table.text() << '\n';
+    std::cout << table.text();
+    for (const CleanCore::ReachedEntry& entry : result.reachedEntries) {
+        std::cout << "  not listed here: " << escaped(entry.path) << ", which holds items of "
+                  << escaped(workspace.texts.ruleTitle(entry.ruleId)) << " ("
+                  << escaped(entry.ruleId) << ")\n";
+    }
+    std::cout << '\n';
 }
 
 } // namespace
@@ -134,11 +176,8 @@ ExitStatus scan(const ScanOptions& options, const Interruption& interruption)
             printItems(workspace, result);
         }
     }
-    const auto& shown = selection.results();
-    const bool wasUnreadable =
-        std::any_of(shown.begin(), shown.end(),
-                    [](const CategoryResult& result) { return result.hadAccessErrors; });
-    return wasUnreadable ? ExitStatus::incomplete : ExitStatus::done;
+    return std::ranges::all_of(selection.results(), isSeenWhole) ? ExitStatus::done
+                                                                 : ExitStatus::incomplete;
 }
 
 } // namespace ZorvaneCLI

@@ -5,11 +5,13 @@
 #include "CleanCore/Support/PathText.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <utility>
 
 namespace CleanCore {
 
 using SkipReason = CleaningReport::SkipReason;
+using SkipCause = CleaningReport::SkipCause;
 
 namespace {
 
@@ -25,11 +27,20 @@ const std::string& holdingBase(const std::string& path, std::span<const std::str
     return base == bases.end() ? otherwise : *base;
 }
 
-/// Attributes a protected entry inside an item to the guard, which cannot look inside.
-SkipReason reasonFor(int removalError)
+CleaningReport::SkippedItem skipped(const std::string& path, int removalError)
 {
-    return removalError == protectedEntryError ? SkipReason::blockedBySafetyGuard
-                                               : SkipReason::removalFailed;
+    switch (removalError) {
+    case protectedEntryError:
+        // Something protected inside the item; the guard cannot look inside.
+        return {path, SkipReason::blockedBySafetyGuard};
+    case foreignEntryError:
+    case EXDEV:
+        return {path, SkipReason::removalFailed, SkipCause::foreignEntries};
+    case ESTALE:
+        return {path, SkipReason::removalFailed, SkipCause::changedSinceScan};
+    default:
+        return {path, SkipReason::removalFailed};
+    }
 }
 
 } // namespace
@@ -56,17 +67,25 @@ CleaningReport CleanEngine::clean(std::span<const CleaningSelection> selections,
             }
             const std::string* const base = allowingBase(item.path, bases);
             if (base == nullptr) {
-                report.skipped.push_back({item.path, SkipReason::blockedBySafetyGuard});
+                report.skipped.push_back(skipped(item.path, protectedEntryError));
+                continue;
+            }
+            if (item.obstacle == Obstacle::notSeenWhole) {
+                report.skipped.push_back(
+                    {item.path, SkipReason::removalFailed, SkipCause::notSeenWhole});
                 continue;
             }
             const std::string& holding = holdingBase(item.path, bases, *base);
             // A dry run credits a link with its scanned size; only the removal finds out that it
             // frees nothing.
-            const RemovalOutcome outcome =
+            RemovalOutcome outcome =
                 dryRun ? RemovalOutcome{removal->check(holding, item.path, item.identity)}
                        : removal->remove(holding, item.path, item.identity);
+            if (dryRun && outcome.error == 0 && item.obstacle == Obstacle::foreignEntries) {
+                outcome.error = foreignEntryError;
+            }
             if (outcome.error != 0) {
-                report.skipped.push_back({item.path, reasonFor(outcome.error)});
+                report.skipped.push_back(skipped(item.path, outcome.error));
             } else {
                 report.removed.push_back({item.path, outcome.wasSymbolicLink ? 0 : item.sizeBytes});
             }

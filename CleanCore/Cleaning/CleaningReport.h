@@ -2,6 +2,7 @@
 
 #include "CleanCore/Support/SaturatingSum.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <numeric>
 #include <string>
@@ -30,10 +31,22 @@ struct CleaningReport
         removalFailed,
     };
 
+    /// Why a removal failed, as far as it is known.
+    enum class SkipCause {
+        unknown,
+        /// The scan could not look everywhere in the item, so it was left whole.
+        notSeenWhole,
+        /// It belongs to another user, or holds entries of one or another mount.
+        foreignEntries,
+        /// It is not the entry that the scan saw, or was moved meanwhile.
+        changedSinceScan,
+    };
+
     struct SkippedItem
     {
         std::string path;
         SkipReason reason = SkipReason::removalFailed;
+        SkipCause cause = SkipCause::unknown;
         [[nodiscard]] bool operator==(const SkippedItem&) const = default;
     };
 
@@ -42,6 +55,14 @@ struct CleaningReport
     {
         return reason == SkipReason::blockedBySafetyGuard ? "blockedBySafetyGuard"
                                                           : "removalFailed";
+    }
+
+    /// The name of the case; empty for `unknown`.
+    [[nodiscard]] static std::string_view name(SkipCause cause)
+    {
+        constexpr std::string_view names[] = {"", "notSeenWhole", "foreignEntries",
+                                              "changedSinceScan"};
+        return names[static_cast<std::size_t>(cause)];
     }
 
     std::vector<RemovedItem> removed;

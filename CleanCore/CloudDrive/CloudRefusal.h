@@ -27,6 +27,8 @@ enum class CloudRefusalReason {
     notSupported,
     changedMeanwhile,
     notProven,
+    /// Its content was written to while parts of it were only in the cloud.
+    changedAfterRelease,
     systemError,
 };
 

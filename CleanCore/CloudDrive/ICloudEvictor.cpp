@@ -92,7 +92,7 @@ ICloudEvictor::MeasureResult ICloudEvictor::measureChild(const std::string& path
     if (isLate()) {
         return {{path, 0, 0, {}}, true};
     }
-    TreeCount count;
+    TreeCount count(path);
     bool timedOut = false;
     const bool wasWalked = m_fileManager->visitTree(path, [&](const TreeEntry& entry) {
         if (count.add(entry)) {

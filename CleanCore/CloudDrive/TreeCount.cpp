@@ -7,6 +7,12 @@
 
 namespace CleanCore {
 
+TreeCount::TreeCount(std::string_view root)
+    : m_isBundleOpen(isAppBundleName(PathText::lastComponent(root)))
+{
+    m_bundle.path = root;
+}
+
 bool TreeCount::add(const TreeEntry& entry)
 {
     if (entry.attributes.kind == EntryKind::symbolicLink) {

@@ -14,6 +14,9 @@ namespace CleanCore {
 class TreeCount
 {
 public:
+    /// `root`: the folder that is walked, which may be a bundle itself.
+    explicit TreeCount(std::string_view root);
+
     /// Counts one entry. Returns whether it was a file, and the figures have changed.
     bool add(const TreeEntry& entry);
 

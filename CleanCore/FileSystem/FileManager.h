@@ -1,6 +1,7 @@
 #pragma once
 
 #include "CleanCore/FileSystem/EntryIdentity.h"
+#include "CleanCore/FileSystem/Obstacle.h"
 #include "CleanCore/FileSystem/Removing/Removal.h"
 #include "CleanCore/Support/Timestamp.h"
 
@@ -27,6 +28,7 @@ struct EntryMeasure
     Timestamp latestModification = distantPast;
     /// The entry that was measured; absent when its attributes could not be read.
     std::optional<EntryIdentity> identity;
+    Obstacle obstacle = Obstacle::none;
 };
 
 /// The attributes of one entry that the engines need, a link's own.
@@ -75,7 +77,7 @@ public:
 
     /// Measures the named entries of `folder`, in the order of `names`; see TreeMeasurer. An entry
     /// that cannot be read counts as 0 bytes. Figures are incomplete after a stop request. Throws
-    /// std::system_error when the system lacks the descriptors or the memory to open `folder`.
+    /// std::system_error when `folder` exists and cannot be opened.
     [[nodiscard]] virtual std::vector<EntryMeasure> measure(const std::string& folder,
                                                             std::span<const std::string> names,
                                                             const std::stop_token& stop) const = 0;

@@ -91,13 +91,13 @@ std::vector<EntryMeasure> LinuxFileManager::measure(const std::string& folder,
                                                     const std::stop_token& stop) const
 {
     FileDescriptor directory = open(folder, O_RDONLY | O_DIRECTORY);
-    if (!directory.isOpen() && isShortage(errno)) {
+    if (!directory.isOpen() && errno != ENOENT) {
         throw std::system_error(errno, std::generic_category(), folder);
     }
-    if (!directory.isOpen()) {
-        return std::vector<EntryMeasure>(names.size());
-    }
-    return TreeMeasurer(m_pool).measure(std::move(directory), names, stop);
+    EntryStatus home;
+    const bool isHomeKnown = readStatus(AT_FDCWD, m_folders.home.c_str(), home) == 0;
+    return TreeMeasurer(m_pool).measure(std::move(directory), names, stop,
+                                        isHomeKnown ? std::optional(home.owner) : std::nullopt);
 }
 
 std::optional<EntryAttributes> LinuxFileManager::attributes(const std::string& path) const

@@ -64,7 +64,8 @@ std::vector<ScannedItem> ItemEnumerator::items(const std::string& inBase, std::i
     for (std::size_t i = 0; i < names.size(); ++i) {
         if (measures[i].latestModification <= latestAllowed) {
             items.push_back({PathText::join(inBase, names[i]), measures[i].sizeBytes,
-                             measures[i].latestModification, measures[i].identity});
+                             measures[i].latestModification, measures[i].identity,
+                             measures[i].obstacle});
         }
     }
     std::stable_sort(items.begin(), items.end(), [](const ScannedItem& a, const ScannedItem& b) {

@@ -4,6 +4,7 @@
 #include "CleanCore/Scanning/ResultList.h"
 #include "CleanCore/Scanning/ScanEngine.h"
 
+#include <algorithm>
 #include <iterator>
 #include <set>
 #include <string_view>
@@ -71,6 +72,8 @@ std::optional<std::vector<CategoryResult>> Scan::run(std::span<const CleaningRul
     std::erase_if(results, [&](const CategoryResult& result) {
         return !requestedIds.contains(result.rule.id);
     });
+    // They come in the order of their completion, which differs from run to run.
+    std::ranges::sort(results, {}, [](const CategoryResult& result) { return result.rule.id; });
     progress.filesScanned();
     if (m_toolAreas) {
         std::vector<CategoryResult> ofTools = m_toolAreas(rules, stop);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "CleanCore/FileSystem/EntryIdentity.h"
+#include "CleanCore/FileSystem/Obstacle.h"
 #include "CleanCore/Support/Timestamp.h"
 
 #include <cstdint>
@@ -22,6 +23,8 @@ struct ScannedItem
     /// Identifies the entry that the scan saw, so that a clean notices a replacement. It does not
     /// count for equality.
     std::optional<EntryIdentity> identity = std::nullopt;
+    /// Why a clean will not remove all of it. It does not count for equality either.
+    Obstacle obstacle = Obstacle::none;
 
     [[nodiscard]] bool operator==(const ScannedItem& other) const
     {

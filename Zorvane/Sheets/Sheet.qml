@@ -29,7 +29,9 @@ Item {
         previousFocus = Window.activeFocusItem;
         const control = previousFocus as T.Control;
         focusReason = control?.visualFocus ? Qt.TabFocusReason : Qt.OtherFocusReason;
-        const made = panel.createObject(place) as SheetPanel;
+        const made = panel.createObject(place, {
+            maximumHeight: Qt.binding(() => sheet.height - 2 * Theme.spacingHuge)
+        }) as SheetPanel;
         // Take the focus before the owner disables the focused item. If the sheet itself is covered,
         // it gets the focus later.
         if (enabled)

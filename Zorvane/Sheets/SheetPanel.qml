@@ -11,6 +11,7 @@ FocusScope {
 
     required property string name
     property real columnWidth: 440
+    property real maximumHeight: Infinity
     property real spacing: 18
     /// The block to scroll to when the height of the column changes.
     property Item inSight: null
@@ -20,6 +21,17 @@ FocusScope {
     readonly property int margin: 28
     readonly property int cornerRadius: 18
     readonly property bool scrolls: scroller.height < column.y + column.height
+
+    /// The height that is left for a block when all others are shown whole.
+    function roomFor(block: Item): real {
+        let room = maximumHeight - 2 * margin - footer.height - spacing;
+        for (let i = 0; i < column.children.length; ++i) {
+            const other = column.children[i];
+            if (other !== block && other?.visible && other.height > 0)
+                room -= other.height + spacing;
+        }
+        return room;
+    }
 
     /// Scrolls an item of the column into view, with its whole block if that fits.
     function follow(item: Item) {

@@ -1,12 +1,15 @@
 #include "Zorvane/State/CloudState.h"
 
+#include "CleanCore/FileSystem/FileManager.h"
 #include "CleanCore/Support/PathText.h"
 #include "CleanCore/Support/SaturatingSum.h"
 #include "CleanCore/Support/TaskPool.h"
 #include "Zorvane/State/MainThreadQueue.h"
 
+#include <QTimer>
 #include <algorithm>
 #include <functional>
+#include <iterator>
 #include <utility>
 
 namespace Zorvane {
@@ -18,6 +21,7 @@ using CleanCore::ICloudItem;
 using CleanCore::saturatingSum;
 
 constexpr std::chrono::seconds measuringLimit{90};
+constexpr std::size_t measuringThreads = 32;
 
 constexpr auto byLocalBytes = [](const auto& a, const auto& b) {
     return a.localBytes > b.localBytes;
@@ -71,6 +75,22 @@ const std::optional<CloudState::EvictProgress>& CloudState::icloudEvictProgress(
 const std::optional<CloudState::EvictReport>& CloudState::icloudEvictReport() const
 {
     return m_icloudEvictReport;
+}
+
+std::string CloudState::container() const
+{
+    return m_environment.home.cloudContainer();
+}
+
+std::int64_t CloudState::refusedFiles(const std::string& path) const
+{
+    return m_icloudEvictReport
+               ? std::ranges::count_if(m_icloudEvictReport->refused,
+                                       [&](const CleanCore::CloudRefusal& refusal) {
+                                           return CleanCore::PathText::isSameOrInside(refusal.path,
+                                                                                      path);
+                                       })
+               : 0;
 }
 
 std::int64_t CloudState::icloudDownloadedBytes() const
@@ -150,6 +170,7 @@ void CloudState::reloadICloud()
     m_icloudMeasured = {};
     emit icloudMeasuredChanged();
     m_icloudMeasureByChild.clear();
+    m_hasDrive = m_environment.home.fileManager->exists(container());
     measureICloudChildren(m_icloudEvictor.topLevelChildren());
 }
 
@@ -167,19 +188,47 @@ void CloudState::measureICloudChildren(std::vector<std::string> children)
 {
     m_icloudPending += static_cast<std::int64_t>(children.size());
     emit icloudPendingChanged();
-    const auto deadline = m_environment.steadyNow() + measuringLimit;
+    // A folder that hangs may hold its thread for good. So measuring has threads that nothing else
+    // waits for, each batch its own, and the time of an entry runs from its own beginning.
+    const int batch = ++m_batch;
+    const auto pool = std::make_shared<CleanCore::TaskPool>(
+        static_cast<unsigned>(std::clamp<std::size_t>(children.size(), 1, measuringThreads)));
     for (std::string& child : children) {
-        m_environment.home.pool->submit(
-            [this, evictor = m_icloudEvictor, queue = m_queue, deadline, path = std::move(child)] {
-                const auto progress = [&](std::int64_t files, std::int64_t bytes) {
-                    queue->post([this, path, files, bytes] {
-                        handleMeasureProgress(path, {files, bytes});
-                    });
-                };
-                const auto result = evictor.measureChild(path, deadline, progress);
-                queue->post([this, result] { handleMeasureResult(result); });
-            });
+        m_beingMeasured.emplace(batch, child);
+        pool->submit([this, pool, batch, evictor = m_icloudEvictor, queue = m_queue,
+                      clock = m_environment.steadyNow, path = std::move(child)] {
+            const auto deadline = clock() + measuringLimit;
+            const auto progress = [&](std::int64_t files, std::int64_t bytes) {
+                queue->post([this, path, files, bytes] {
+                    handleMeasureProgress(path, {files, bytes});
+                });
+            };
+            const auto result = evictor.measureChild(path, deadline, progress);
+            queue->post([this, batch, result] { handleMeasureResult(batch, result); });
+        });
     }
+    QTimer::singleShot(m_environment.cloudPatience, this, [this, batch] { giveUp(batch); });
+}
+
+/// Calls those entries of a batch busy that hang where no deadline reaches them.
+void CloudState::giveUp(int batch)
+{
+    for (auto entry = m_beingMeasured.begin(); entry != m_beingMeasured.end();) {
+        if (entry->first != batch) {
+            ++entry;
+            continue;
+        }
+        addBusy(entry->second);
+        entry = m_beingMeasured.erase(entry);
+        --m_icloudPending;
+    }
+    emit icloudPendingChanged();
+}
+
+void CloudState::addBusy(const std::string& path)
+{
+    m_icloudBusyFolders.push_back(path);
+    emit icloudBusyFoldersChanged();
 }
 
 void CloudState::handleMeasureProgress(const std::string& path, MeasureProgress progress)
@@ -191,13 +240,17 @@ void CloudState::handleMeasureProgress(const std::string& path, MeasureProgress 
     emit icloudMeasuredChanged();
 }
 
-void CloudState::handleMeasureResult(const CleanCore::ICloudEvictor::MeasureResult& result)
+void CloudState::handleMeasureResult(int batch,
+                                     const CleanCore::ICloudEvictor::MeasureResult& result)
 {
+    if (m_beingMeasured.erase({batch, result.item.path}) == 0) {
+        // Given up by now.
+        return;
+    }
     --m_icloudPending;
     emit icloudPendingChanged();
     if (result.timedOut) {
-        m_icloudBusyFolders.push_back(result.item.path);
-        emit icloudBusyFoldersChanged();
+        addBusy(result.item.path);
     } else if (result.item.localBytes >= 1 && m_icloudItems) {
         const auto place = std::ranges::upper_bound(*m_icloudItems, result.item, byLocalBytes);
         m_icloudItems->insert(place, result.item);
@@ -245,7 +298,9 @@ void CloudState::finishRelease(const EvictReport& report)
 {
     setReleaseProgress(std::nullopt);
     setReleaseReport(report);
-    m_icloudReleasedPaths.insert(report.released.begin(), report.released.end());
+    std::ranges::copy_if(report.released,
+                         std::inserter(m_icloudReleasedPaths, m_icloudReleasedPaths.end()),
+                         [this](const std::string& path) { return refusedFiles(path) == 0; });
     emit icloudReleasedPathsChanged();
     m_icloudSelection.clear();
     emit icloudSelectionChanged();

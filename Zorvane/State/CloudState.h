@@ -13,6 +13,7 @@
 #include <span>
 #include <string>
 #include <thread>
+#include <utility>
 #include <vector>
 
 namespace Zorvane {
@@ -61,7 +62,8 @@ public:
     [[nodiscard]] bool isEvicting() const { return m_isEvicting; }
     /// Paths of entries whose measuring ran into the time limit.
     [[nodiscard]] const std::vector<std::string>& icloudBusyFolders() const;
-    /// Paths of entries that were released since the last full measuring.
+    /// Paths of entries that were released since the last full measuring. Those of which files were
+    /// refused are not among them.
     [[nodiscard]] const std::set<std::string>& icloudReleasedPaths() const;
     /// The number of entries that are being measured.
     [[nodiscard]] std::int64_t icloudPending() const { return m_icloudPending; }
@@ -69,6 +71,12 @@ public:
     [[nodiscard]] std::int64_t icloudMeasuredBytes() const { return m_icloudMeasured.bytes; }
     [[nodiscard]] const std::optional<EvictProgress>& icloudEvictProgress() const;
     [[nodiscard]] const std::optional<EvictReport>& icloudEvictReport() const;
+    /// Whether the drive's folder was there when it was measured last.
+    [[nodiscard]] bool hasDrive() const { return m_hasDrive; }
+    /// Where the drive's folder belongs.
+    [[nodiscard]] std::string container() const;
+    /// The number of files in the entry at `path` that the last release left.
+    [[nodiscard]] std::int64_t refusedFiles(const std::string& path) const;
     [[nodiscard]] std::int64_t icloudDownloadedBytes() const;
     [[nodiscard]] std::vector<CleanCore::ICloudItem> icloudSelectedItems() const;
     [[nodiscard]] std::int64_t icloudSelectedBytes() const;
@@ -105,7 +113,9 @@ private:
     void setReleaseReport(std::optional<EvictReport> report);
     void measureICloudChildren(std::vector<std::string> children);
     void handleMeasureProgress(const std::string& path, MeasureProgress progress);
-    void handleMeasureResult(const CleanCore::ICloudEvictor::MeasureResult& result);
+    void handleMeasureResult(int batch, const CleanCore::ICloudEvictor::MeasureResult& result);
+    void giveUp(int batch);
+    void addBusy(const std::string& path);
     void performEvict();
     void setReleaseProgress(std::optional<EvictProgress> progress);
     void finishRelease(const EvictReport& report);
@@ -121,6 +131,10 @@ private:
     std::vector<std::string> m_icloudBusyFolders;
     std::set<std::string> m_icloudReleasedPaths;
     std::int64_t m_icloudPending = 0;
+    bool m_hasDrive = false;
+    int m_batch = 0;
+    /// What is being measured: the number of its batch, and its path.
+    std::set<std::pair<int, std::string>> m_beingMeasured;
     MeasureProgress m_icloudMeasured;
     std::map<std::string, MeasureProgress> m_icloudMeasureByChild;
     std::optional<EvictProgress> m_icloudEvictProgress;

@@ -41,6 +41,8 @@ struct Environment
     std::function<CleanCore::Timestamp()> now = std::chrono::system_clock::now;
     std::function<std::chrono::steady_clock::time_point()> steadyNow =
         std::chrono::steady_clock::now;
+    /// How long an entry of the cloud drive may take that does not notice its deadline.
+    std::chrono::milliseconds cloudPatience{std::chrono::seconds(95)};
     /// Shows files in the desktop's file manager, selected. Main thread; returns at once.
     std::function<void(const std::vector<std::string>& paths)> reveal;
     /// Opens the desktop's settings for the permissions of applications. Main thread; returns at

@@ -33,7 +33,7 @@ std::string areaText(const CleaningSelection& selection, const CleanCore::TextTa
     using enum ColumnTable::Alignment;
     ColumnTable table({right, left});
     for (const ScannedItem& item : selection.items) {
-        table.add({"  " + byteCount(item.sizeBytes), escaped(item.path)});
+        table.add({"  " + byteCount(item.sizeBytes), itemText(item)});
     }
     return escaped(texts.ruleTitle(selection.rule.id)) + ": " + byteCount(bytesOf(selection)) +
            ", " + counted(selection.items.size(), "item") +

@@ -1,10 +1,11 @@
 #include "ZorvaneCLI/Output/CleanReport.h"
 
+#include "Words/LeftInPlaceText.h"
 #include "ZorvaneCLI/Output/PathJson.h"
 #include "ZorvaneCLI/Output/TerminalText.h"
 
-#include <algorithm>
 #include <iostream>
+#include <string>
 
 namespace ZorvaneCLI {
 
@@ -13,20 +14,18 @@ using CleanCore::CleaningReport;
 
 namespace {
 
-void printSkipped(const CleaningReport& report, CleaningReport::SkipReason reason,
-                  const char* title, const char* detail)
+void printSkipped(const CleaningReport& report)
 {
-    const auto count = std::count_if(
-        report.skipped.begin(), report.skipped.end(),
-        [&](const CleaningReport::SkippedItem& item) { return item.reason == reason; });
-    if (count == 0) {
-        return;
-    }
-    std::cout << count << ' ' << title << '\n' << "  " << detail << '\n';
-    for (const CleaningReport::SkippedItem& item : report.skipped) {
-        if (item.reason == reason) {
-            std::cout << "    " << escaped(item.path) << '\n';
+    for (const Words::SkippedGroup& group : Words::skippedGroups(report)) {
+        std::string title = group.title;
+        title.replace(title.find("%1"), 2, std::to_string(group.items.size()));
+        std::cout << title << "\n  " << group.detail << '\n';
+        for (const CleaningReport::SkippedItem* item : group.items) {
+            std::cout << "    " << escaped(item->path) << '\n';
         }
+    }
+    if (!report.skipped.empty()) {
+        std::cout << "That's why the freed total is smaller than the estimate.\n";
     }
 }
 
@@ -46,16 +45,7 @@ void printReport(const Clean::Outcome& outcome, bool dryRun)
                   << counted(report.removed.size(), "item") << " removed\n"
                   << "Free space has grown by " << byteCount(outcome.visibleFreedBytes) << '\n';
     }
-    using enum CleaningReport::SkipReason;
-    printSkipped(report, removalFailed, "in use by an open app",
-                 "They were being written to right now. Close the app and run Zorvane again to "
-                 "clear them.");
-    printSkipped(report, blockedBySafetyGuard, "protected by Zorvane",
-                 "They pointed into personal areas (like Documents or Photos). Zorvane refused to "
-                 "touch them.");
-    if (!report.skipped.empty()) {
-        std::cout << "That's why the freed total is smaller than the estimate.\n";
-    }
+    printSkipped(report);
 }
 
 void printJsonReport(const Clean::Outcome& outcome, bool dryRun)
@@ -73,6 +63,9 @@ void printJsonReport(const Clean::Outcome& outcome, bool dryRun)
         nlohmann::ordered_json json;
         setPath(json, item.path);
         json["reason"] = CleaningReport::name(item.reason);
+        if (item.cause != CleaningReport::SkipCause::unknown) {
+            json["cause"] = CleaningReport::name(item.cause);
+        }
         document["skipped"].push_back(std::move(json));
     }
     document["totalBytesFreed"] = outcome.report.totalBytesFreed();

@@ -2,6 +2,7 @@
 
 #include "CleanCore/Support/ByteCount.h"
 #include "CleanCore/Support/Utf8.h"
+#include "Words/LeftInPlaceText.h"
 
 #include <algorithm>
 #include <langinfo.h>
@@ -40,6 +41,12 @@ std::size_t displayWidth(std::string_view text)
 std::string byteCount(std::int64_t bytes)
 {
     return CleanCore::formatByteCount(bytes, decimalSeparator());
+}
+
+std::string itemText(const CleanCore::ScannedItem& item)
+{
+    const std::string remark = Words::obstacleText(item.obstacle);
+    return escaped(item.path) + (remark.empty() ? "" : "  (" + remark + ')');
 }
 
 std::string counted(std::size_t count, std::string_view singular)

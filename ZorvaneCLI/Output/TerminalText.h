@@ -1,5 +1,6 @@
 #pragma once
 
+#include "CleanCore/Scanning/ScannedItem.h"
 #include "CleanCore/Support/EscapedText.h"
 
 #include <cstddef>
@@ -17,6 +18,9 @@ using CleanCore::escaped;
 
 /// A byte count in the file style with the locale's decimal separator.
 [[nodiscard]] std::string byteCount(std::int64_t bytes);
+
+/// The path of an item for a terminal, with a remark if a clean will not remove all of it.
+[[nodiscard]] std::string itemText(const CleanCore::ScannedItem& item);
 
 /// "1 item", "2 items".
 [[nodiscard]] std::string counted(std::size_t count, std::string_view singular);

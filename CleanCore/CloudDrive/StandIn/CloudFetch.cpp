@@ -29,10 +29,10 @@ int readIsLocal(const CloudEntry& entry, bool& isLocal)
         return errno;
     }
     const std::optional<CloudMarker> marker = readMarker(file.get());
-    // Without a marker, holes are the user's own unless the file is nothing but one. A file with a
-    // marker that no longer fits, and without holes, was written anew.
-    isLocal = marker ? !marker->explains(status) && !hasHole(file.get(), status.st_size)
-                     : status.st_blocks > 0 || hasData(file.get());
+    // Without a marker, holes are the user's own unless the file is nothing but one. A file that
+    // was written to since its release has a marker that no longer fits, and may have zeros in the
+    // place of its content even where it has no holes.
+    isLocal = !marker && (status.st_blocks > 0 || hasData(file.get()));
     return 0;
 }
 
@@ -87,8 +87,18 @@ std::optional<CloudFailure> CloudFetch::prove(const CloudFilePair& pair, CloudMa
     const std::optional<CloudMarker> found = readMarker(pair.local());
     if (found) {
         marker = *found;
-        if (!marker.explains(status) || !comparison.isSameButForHoles ||
-            !marker.missing.contains(comparison.missing)) {
+        if (!marker.explains(status)) {
+            if (!comparison.isSame()) {
+                return CloudFailure{Reason::changedAfterRelease, 0};
+            }
+            // Written anew, and by now the same as the copy.
+            marker.length = status.st_size;
+            marker.modifiedAt = status.st_mtim;
+            marker.checksum = comparison.checksum;
+            marker.missing = {};
+            return std::nullopt;
+        }
+        if (!comparison.isSameButForHoles || !marker.missing.contains(comparison.missing)) {
             return CloudFailure{Reason::notProven, 0};
         }
         if (marker.checksum != comparison.checksum) {

@@ -1,5 +1,6 @@
 #include "CleanCore/FileSystem/Removing/EmptyingWalk.h"
 
+#include "CleanCore/FileSystem/OpenWithoutLinks.h"
 #include "CleanCore/FileSystem/Walking/Climb.h"
 
 #include <algorithm>
@@ -82,6 +83,24 @@ void EmptyingWalk::abandon()
     m_permissions.restoreAll(m_stack);
 }
 
+/// Opens a subfolder of the top folder, unless there is a reason to keep it. Returns an error, 0
+/// for success.
+int EmptyingWalk::open(const std::string& name, FileDescriptor& folder, EntryStatus& status)
+{
+    const FolderStack::Level& parent = m_stack.top();
+    folder = openFolder(parent.folder.get(), name.c_str());
+    if (folder.isOpen()) {
+        const int error = readStatus(folder.get(), "", status);
+        return error != 0 ? error : m_job.limits.reasonToKeep(status, parent.status);
+    }
+    const int error = errno;
+    if (error != EACCES || readStatus(parent.folder.get(), name.c_str(), status) != 0) {
+        return error;
+    }
+    const int reason = m_job.limits.reasonToKeep(status, parent.status);
+    return reason != 0 ? reason : error;
+}
+
 void EmptyingWalk::enter(std::string name, std::size_t rescans)
 {
     // The check costs as many steps as the tree is deep, so it is made less often in deep trees.
@@ -92,8 +111,7 @@ void EmptyingWalk::enter(std::string name, std::size_t rescans)
     }
     FileDescriptor folder;
     EntryStatus status;
-    const int error =
-        m_permissions.openSubfolder(m_stack.top(), name, m_job.limits, folder, status);
+    const int error = open(name, folder, status);
     if (error == ENOENT || error == ENOTDIR || error == ELOOP) {
         // Gone, or no longer a folder, which the next reading of the folder above will find.
         return;
@@ -149,7 +167,7 @@ void EmptyingWalk::removeOrDefer(const char* name, bool isKnownFolder)
         return;
     }
     EntryStatus status;
-    int error = m_permissions.readEntryStatus(level, name, status);
+    int error = readStatus(level.folder.get(), name, status);
     if (error == 0) {
         error = m_job.limits.reasonToKeep(status, level.status);
     }
@@ -174,7 +192,6 @@ void EmptyingWalk::removeTop()
     FolderStack::Level& level = m_stack.top();
     const Progress progress = m_progress.back();
     std::string name = level.name;
-    // First, since the permissions to be restored may not allow the way to "..".
     if (!m_stack.openParent()) {
         abandon();
         return;

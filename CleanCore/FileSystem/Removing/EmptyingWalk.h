@@ -32,6 +32,7 @@ private:
     };
 
     void push(FileDescriptor folder, const EntryStatus& status, std::string name);
+    [[nodiscard]] int open(const std::string& name, FileDescriptor& folder, EntryStatus& status);
     void enter(std::string name, std::size_t rescans = 0);
     void readTop();
     void removeOrDefer(const char* name, bool isKnownFolder);

@@ -139,7 +139,7 @@ int LinuxRemoval::reasonToKeep(const EntryPin& pin, const std::optional<EntryIde
         return ESTALE;
     }
     if (!m_owner || pin.status.owner != *m_owner) {
-        return EPERM;
+        return foreignEntryError;
     }
     if (pin.status.isBeyondBoundaryOf(pin.parentStatus)) {
         return EXDEV;
@@ -152,12 +152,12 @@ int LinuxRemoval::reasonToKeep(const EntryPin& pin, const std::optional<EntryIde
 
 int LinuxRemoval::removeFolder(const Base& base, const EntryPin& pin) const
 {
-    TemporaryPermissions permissions;
-    FileDescriptor folder;
-    int error = permissions.openHeldFolder(pin.entry.get(), pin.status, folder);
-    if (error != 0) {
-        return error;
+    const FileDescriptor folder = openFolder(pin.entry.get(), ".");
+    if (!folder.isOpen()) {
+        return errno;
     }
+    TemporaryPermissions permissions;
+    int error = 0;
     const auto isInPlace = [&] {
         EntryStatus entry;
         struct stat now = {};

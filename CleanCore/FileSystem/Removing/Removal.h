@@ -11,11 +11,15 @@ namespace CleanCore {
 /// lies in a protected folder. No errno has this value.
 constexpr int protectedEntryError = -1;
 
+/// The error of an entry that stays because it, or something inside it, belongs to another user
+/// than home.
+constexpr int foreignEntryError = -2;
+
 /// How the removal of one entry ended.
 struct RemovalOutcome
 {
-    /// 0 when the entry is wholly gone; else protectedEntryError, or the errno that tells why all
-    /// or a part of it stays.
+    /// 0 when the entry is wholly gone; else one of the errors above, or the errno that tells why
+    /// all or a part of it stays.
     int error = 0;
     /// Whether the entry was a symbolic link (which was, or would have been, removed itself).
     bool wasSymbolicLink = false;

@@ -1,7 +1,6 @@
 #include "CleanCore/FileSystem/Removing/TemporaryPermissions.h"
 
 #include "CleanCore/FileSystem/OpenWithoutLinks.h"
-#include "CleanCore/FileSystem/Removing/TreeEmptier.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -16,7 +15,7 @@ namespace CleanCore {
 namespace {
 
 constexpr mode_t permissionBits = 07777;
-constexpr mode_t grantedBits = S_IRWXU;
+constexpr mode_t grantedBits = S_IWUSR;
 
 /// Changes the mode by the folder's entry in /proc, which leads to the very same inode: fchmod(2)
 /// refuses O_PATH descriptors.
@@ -47,7 +46,7 @@ bool TemporaryPermissions::grant(int folder, const EntryStatus& status)
 {
     EntryStatus current;
     if (readStatus(folder, "", current) != 0 || current.identity != status.identity ||
-        (current.mode & grantedBits) == grantedBits || wouldLoseGroupBit(folder, current.mode)) {
+        (current.mode & grantedBits) != 0 || wouldLoseGroupBit(folder, current.mode)) {
         return false;
     }
     const mode_t mode = current.mode & permissionBits;
@@ -60,55 +59,6 @@ bool TemporaryPermissions::hasGranted() const
 {
     const std::lock_guard lock(m_mutex);
     return !m_formerModes.empty();
-}
-
-int TemporaryPermissions::openHeldFolder(int held, const EntryStatus& status,
-                                         FileDescriptor& folder)
-{
-    folder = openFolder(held, ".");
-    if (!folder.isOpen() && errno == EACCES && grant(held, status)) {
-        folder = openFolder(held, ".");
-    }
-    if (folder.isOpen()) {
-        return 0;
-    }
-    const int error = errno;
-    restore(held, status);
-    return error;
-}
-
-int TemporaryPermissions::openSubfolder(const Folder& parent, const std::string& name,
-                                        const EmptyingLimits& limits, FileDescriptor& folder,
-                                        EntryStatus& status)
-{
-    const int above = parent.folder.get();
-    folder = openFolder(above, name.c_str());
-    if (!folder.isOpen() && errno == EACCES && grant(above, parent.status)) {
-        folder = openFolder(above, name.c_str());
-    }
-    if (!folder.isOpen() && errno == EACCES) {
-        const FileDescriptor held = holdFolder(above, name.c_str());
-        if (!held.isOpen() || readStatus(held.get(), "", status) != 0) {
-            return errno;
-        }
-        const int reason = limits.reasonToKeep(status, parent.status);
-        return reason != 0 ? reason : openHeldFolder(held.get(), status, folder);
-    }
-    if (!folder.isOpen()) {
-        return errno;
-    }
-    const int error = readStatus(folder.get(), "", status);
-    return error != 0 ? error : limits.reasonToKeep(status, parent.status);
-}
-
-int TemporaryPermissions::readEntryStatus(const Folder& folder, const char* name,
-                                          EntryStatus& status)
-{
-    const int error = readStatus(folder.folder.get(), name, status);
-    if (error == EACCES && grant(folder.folder.get(), folder.status)) {
-        return readStatus(folder.folder.get(), name, status);
-    }
-    return error;
 }
 
 int TemporaryPermissions::unlink(const Folder& folder, const char* name, int flags)
@@ -143,11 +93,9 @@ void TemporaryPermissions::restore(const Folder& parent, const std::string& name
 
 void TemporaryPermissions::restoreAll(FolderStack& stack)
 {
-    // The next folder is always opened first: the permission to reach it may be the one to restore.
     while (!stack.isEmpty() && hasGranted()) {
-        const bool isParentOpen = stack.openParent();
         restore(stack.top().folder.get(), stack.top().status);
-        if (!isParentOpen) {
+        if (!stack.openParent()) {
             restoreFromRoot(stack);
             break;
         }

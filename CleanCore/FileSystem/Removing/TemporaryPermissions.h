@@ -10,28 +10,17 @@
 
 namespace CleanCore {
 
-struct EmptyingLimits;
-
-/// The permissions that folders of the owner lack while their tree is removed (package stores are
-/// shipped read-only): granted when a step fails for want of them, and restored on every folder
-/// that stays. Serves one removal; safe from any thread.
-///
-/// Steps return an errno, 0 for success. Each is tried without a change first, and once more after
-/// the permissions were granted.
+/// The permission to write that folders of the owner lack while their tree is removed (package
+/// stores are shipped read-only): granted when an unlink fails for want of it, and taken back on
+/// every folder that stays. The permissions to read and to search are never granted: nobody can
+/// have seen what lies behind them. Serves one removal; safe from any thread.
 class TemporaryPermissions
 {
 public:
     using Folder = FolderStack::Level;
 
-    /// Opens the folder held as `held` (O_PATH will do) for reading. When that fails its
-    /// permissions are restored.
-    [[nodiscard]] int openHeldFolder(int held, const EntryStatus& status, FileDescriptor& folder);
-
-    /// Opens a subfolder for reading, through no link, unless `limits` have a reason to keep it.
-    [[nodiscard]] int openSubfolder(const Folder& parent, const std::string& name,
-                                    const EmptyingLimits& limits, FileDescriptor& folder,
-                                    EntryStatus& status);
-    [[nodiscard]] int readEntryStatus(const Folder& folder, const char* name, EntryStatus& status);
+    /// Like unlinkat(2) without a change first, and once more after one. Returns an errno, 0 for
+    /// success.
     [[nodiscard]] int unlink(const Folder& folder, const char* name, int flags);
 
     /// Restores the permissions of the folder open as `folder`, if any were granted.
@@ -43,7 +32,7 @@ public:
     void restoreAll(FolderStack& stack);
 
 private:
-    /// False when the folder has the permissions already or the system refuses, and for one whose
+    /// False when the folder has the permission already or the system refuses, and for one whose
     /// set-group-id bit the system would drop for good.
     [[nodiscard]] bool grant(int folder, const EntryStatus& status);
     [[nodiscard]] bool hasGranted() const;

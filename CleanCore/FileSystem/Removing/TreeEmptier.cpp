@@ -3,6 +3,7 @@
 #include "CleanCore/FileSystem/OpenWithoutLinks.h"
 #include "CleanCore/FileSystem/Removing/EmptyingWalk.h"
 #include "CleanCore/FileSystem/Removing/ProtectedIdentities.h"
+#include "CleanCore/FileSystem/Removing/Removal.h"
 
 #include <cerrno>
 #include <utility>
@@ -20,11 +21,10 @@ int EmptyingLimits::reasonToKeep(const EntryStatus& entry, const EntryStatus& fo
     if (entry.isBeyondBoundaryOf(folder)) {
         return EXDEV;
     }
-    if (entry.owner != owner ||
-        (entry.isFolder() && protectedIdentities->holdsOrLeadsTo(entry.identity))) {
+    if (entry.isFolder() && protectedIdentities->holdsOrLeadsTo(entry.identity)) {
         return EPERM;
     }
-    return 0;
+    return entry.owner != owner ? foreignEntryError : 0;
 }
 
 void EmptyingJob::recordError(int error)

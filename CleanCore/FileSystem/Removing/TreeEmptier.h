@@ -26,7 +26,7 @@ struct EmptyingLimits
     /// thread.
     std::function<bool()> isInPlace;
 
-    /// The errno that tells why `entry`, found in `folder`, must stay; 0 when it may go.
+    /// The error that tells why `entry`, found in `folder`, must stay; 0 when it may go.
     [[nodiscard]] int reasonToKeep(const EntryStatus& entry, const EntryStatus& folder) const;
 };
 
@@ -77,8 +77,8 @@ protected:
 /// above them: entries of another owner, protected folders and all folders above those, other
 /// mounts and devices, and whatever the system refuses to remove. Links, FIFOs, sockets and devices
 /// are removed and never opened. A folder that is moved away while it is emptied is left alone from
-/// then on. One that is refilled is emptied again a bounded number of times. Folders of the owner
-/// that lack the owner's permissions get them, and get their former ones back if they stay.
+/// then on. One that is refilled is emptied again a bounded number of times. Folders that may be
+/// read and searched but not written are made writable, and are as they were if they stay.
 class TreeEmptier
 {
 public:
@@ -89,7 +89,7 @@ public:
     }
 
     /// Empties the folder open as `folder` (for reading). Returns 0 when nothing is left in it,
-    /// else the errno of the first entry that had to stay. EIO and EROFS end the work at once.
+    /// else the error of the first entry that had to stay. EIO and EROFS end the work at once.
     [[nodiscard]] int empty(const FileDescriptor& folder, const EntryStatus& status,
                             const EmptyingLimits& limits, TemporaryPermissions& permissions) const;
 

@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <atomic>
+#include <cerrno>
 #include <optional>
 #include <utility>
 
@@ -15,8 +16,7 @@ namespace CleanCore {
 
 namespace {
 
-// All workers together have to stay below the usual limit of 1024 descriptors, since a folder that
-// cannot be opened is not counted.
+// All workers together have to stay below the usual limit of 1024 descriptors.
 constexpr std::size_t openFolderLimit = 12;
 constexpr unsigned entriesBetweenStopChecks = 64;
 
@@ -27,8 +27,18 @@ struct Total
 {
     std::atomic<std::int64_t> sizeBytes = 0;
     std::atomic<std::int64_t> latest = distantPast.time_since_epoch().count();
+    std::atomic<Obstacle> obstacle = Obstacle::none;
     std::optional<EntryIdentity> identity;
 };
+
+/// Raises `value` to `other` if that is more.
+template <typename Value>
+void raise(std::atomic<Value>& value, Value other)
+{
+    Value seen = value.load(std::memory_order_relaxed);
+    while (seen < other && !value.compare_exchange_weak(seen, other, std::memory_order_relaxed)) {
+    }
+}
 
 /// A part of the work that any worker can take: entries of the job, subfolders, or a batch of
 /// names.
@@ -49,14 +59,16 @@ struct Piece
 class Job : public SharedWork<Piece>
 {
 public:
-    Job(std::shared_ptr<TaskPool> pool, std::span<const std::string> names, std::stop_token stop)
+    Job(std::shared_ptr<TaskPool> pool, std::span<const std::string> names,
+        std::optional<uid_t> owner, std::stop_token stop)
         : SharedWork(std::move(pool)), totals(names.size()), names(names.begin(), names.end()),
-          stop(std::move(stop))
+          owner(owner), stop(std::move(stop))
     {
     }
 
     std::vector<Total> totals;
     const std::vector<std::string> names;
+    const std::optional<uid_t> owner;
     const std::stop_token stop;
 
 protected:
@@ -77,6 +89,8 @@ private:
     void readTop();
     void count(int folder, const EntryStatus& folderStatus, const char* name, NameList& pending);
     void shareWork();
+    void judge(const EntryStatus& status, const EntryStatus& folder);
+    void note(Obstacle obstacle) { m_obstacle = std::max(m_obstacle, obstacle); }
     void flush(std::size_t entry);
     [[nodiscard]] bool isStopped();
 
@@ -87,6 +101,7 @@ private:
     std::size_t m_entry = 0;
     std::int64_t m_sizeBytes = 0;
     Timestamp m_latest = distantPast;
+    Obstacle m_obstacle = Obstacle::none;
     unsigned m_entriesSinceCheck = 0;
     bool m_hasStopped = false;
 };
@@ -138,10 +153,12 @@ void PieceWalk::measureEntries(Piece& piece)
         }
         EntryStatus status;
         if (readStatus(piece.folder->get(), m_job.names[i].c_str(), status) != 0) {
+            m_job.totals[i].obstacle = Obstacle::notSeenWhole;
             continue;
         }
         m_entry = i;
         m_job.totals[i].identity = status.identity;
+        judge(status, piece.folderStatus);
         m_latest = status.modifiedAt;
         if (status.isFolder()) {
             enterSubfolder(piece.folder->get(), piece.folderStatus, m_job.names[i]);
@@ -153,13 +170,26 @@ void PieceWalk::measureEntries(Piece& piece)
     }
 }
 
+/// Looks for what would keep a removal from taking this entry of `folder`.
+void PieceWalk::judge(const EntryStatus& status, const EntryStatus& folder)
+{
+    if (status.owner != m_job.owner.value_or(status.owner) || status.isBeyondBoundaryOf(folder)) {
+        note(Obstacle::foreignEntries);
+    }
+}
+
 /// Opens a subfolder and reads it; it becomes the top of the stack.
 void PieceWalk::enterSubfolder(int parent, const EntryStatus& parentStatus, const std::string& name)
 {
     FileDescriptor folder = openFolder(parent, name.c_str());
     EntryStatus status;
-    if (!folder.isOpen() || readStatus(folder.get(), "", status) != 0 ||
-        status.isBeyondBoundaryOf(parentStatus)) {
+    if (!folder.isOpen() || readStatus(folder.get(), "", status) != 0) {
+        // A folder that has gone since its name was read is nothing that was missed.
+        note(folder.isOpen() || errno != ENOENT ? Obstacle::notSeenWhole : Obstacle::none);
+        return;
+    }
+    if (status.isBeyondBoundaryOf(parentStatus)) {
+        note(Obstacle::foreignEntries);
         return;
     }
     m_stack.push(std::move(folder), status);
@@ -179,6 +209,7 @@ void PieceWalk::walk()
         FolderStack::Level& level = m_stack.top();
         if (level.pending.isEmpty()) {
             if (!m_stack.pop()) {
+                note(Obstacle::notSeenWhole);
                 return;
             }
             continue;
@@ -192,7 +223,8 @@ void PieceWalk::readTop()
 {
     SharedFolder handedOut;
     FolderStack::Level& level = m_stack.top();
-    while (m_reader.readBatch(level.folder.get()) > 0) {
+    int more = 0;
+    while ((more = m_reader.readBatch(level.folder.get())) > 0) {
         // A flat folder has no subfolders to share, so its names are shared.
         if (m_job.wantsPieces() && m_reader.isLarge()) {
             if (!handedOut) {
@@ -211,6 +243,9 @@ void PieceWalk::readTop()
             return;
         }
     }
+    if (more < 0) {
+        note(Obstacle::notSeenWhole);
+    }
 }
 
 void PieceWalk::count(int folder, const EntryStatus& folderStatus, const char* name,
@@ -220,8 +255,12 @@ void PieceWalk::count(int folder, const EntryStatus& folderStatus, const char* n
         return;
     }
     EntryStatus status;
-    if (readStatus(folder, name, status) != 0 || status.isSymbolicLink() ||
-        status.isBeyondBoundaryOf(folderStatus)) {
+    if (const int error = readStatus(folder, name, status); error != 0) {
+        note(error != ENOENT ? Obstacle::notSeenWhole : Obstacle::none);
+        return;
+    }
+    judge(status, folderStatus);
+    if (status.isSymbolicLink() || status.isBeyondBoundaryOf(folderStatus)) {
         return;
     }
     m_sizeBytes += status.allocatedBytes;
@@ -247,25 +286,24 @@ void PieceWalk::flush(std::size_t entry)
 {
     Total& total = m_job.totals[entry];
     total.sizeBytes.fetch_add(std::exchange(m_sizeBytes, 0), std::memory_order_relaxed);
-    const std::int64_t latest = std::exchange(m_latest, distantPast).time_since_epoch().count();
-    std::int64_t seen = total.latest.load(std::memory_order_relaxed);
-    while (seen < latest &&
-           !total.latest.compare_exchange_weak(seen, latest, std::memory_order_relaxed)) {
-    }
+    raise(total.latest, std::exchange(m_latest, distantPast).time_since_epoch().count());
+    raise(total.obstacle, std::exchange(m_obstacle, Obstacle::none));
 }
 
 } // namespace
 
 std::vector<EntryMeasure> TreeMeasurer::measure(FileDescriptor folder,
                                                 std::span<const std::string> names,
-                                                const std::stop_token& stop) const
+                                                const std::stop_token& stop,
+                                                std::optional<uid_t> owner) const
 {
-    std::vector<EntryMeasure> measures(names.size());
+    std::vector<EntryMeasure> measures(names.size(),
+                                       {0, distantPast, std::nullopt, Obstacle::notSeenWhole});
     EntryStatus status;
     if (names.empty() || readStatus(folder.get(), "", status) != 0) {
         return measures;
     }
-    const auto job = std::make_shared<Job>(m_pool, names, stop);
+    const auto job = std::make_shared<Job>(m_pool, names, owner, stop);
     job->run({std::make_shared<const FileDescriptor>(std::move(folder)),
               status,
               0,
@@ -276,7 +314,7 @@ std::vector<EntryMeasure> TreeMeasurer::measure(FileDescriptor folder,
         const Total& total = job->totals[i];
         measures[i] = {total.sizeBytes.load(std::memory_order_relaxed),
                        Timestamp(Timestamp::duration(total.latest.load(std::memory_order_relaxed))),
-                       total.identity};
+                       total.identity, total.obstacle};
     }
     return measures;
 }

@@ -9,6 +9,14 @@ ScreenStack {
     property url termsURL
     property url privacyURL
 
+    /// The page that was asked for last. Nobody can tell whether a browser has opened it.
+    property url openedURL
+
+    function open(page: url) {
+        openedURL = page;
+        Qt.openUrlExternally(page);
+    }
+
     padding: 40
     spacing: 24
 
@@ -62,13 +70,24 @@ ScreenStack {
 
             LinkButton {
                 text: qsTr("Terms of Service")
-                onClicked: Qt.openUrlExternally(view.termsURL)
+                onClicked: view.open(view.termsURL)
             }
 
             LinkButton {
                 text: qsTr("Privacy Policy")
-                onClicked: Qt.openUrlExternally(view.privacyURL)
+                onClicked: view.open(view.privacyURL)
             }
+        }
+
+        Label {
+            anchors.horizontalCenter: parent.horizontalCenter
+            visible: view.openedURL.toString() !== ""
+            width: Math.min(implicitWidth, view.availableWidth)
+            text: qsTr("If no browser opens, you find the page here: %1").arg(view.openedURL)
+            font: Theme.caption
+            color: Theme.textTertiary
+            horizontalAlignment: Text.AlignHCenter
+            wrapMode: Text.WrapAnywhere
         }
     }
 

@@ -7,6 +7,7 @@ ResultsRow {
 
     required property string path
     required property string sizeText
+    required property string obstacleText
     required property bool isSelected
 
     readonly property real lineHeight: 30
@@ -33,7 +34,7 @@ ResultsRow {
         focus: true
         focusPolicy: row.controlFocusPolicy
         checked: row.isSelected
-        accessibleName: row.path
+        accessibleName: row.obstacleText === "" ? row.path : qsTr("%2: %1").arg(row.obstacleText).arg(row.path)
         onToggled: row.selectionToggled(!row.isSelected)
     }
 
@@ -41,7 +42,7 @@ ResultsRow {
         id: pathText
 
         x: 72
-        width: size.x - x - Theme.spacingMedium
+        width: Math.min(implicitWidth, lock.x - x - 6)
         height: row.lineHeight
         verticalAlignment: Text.AlignVCenter
         text: row.path
@@ -49,6 +50,19 @@ ResultsRow {
         color: Theme.textSecondary
         elide: Text.ElideMiddle
         Accessible.ignored: true
+    }
+
+    Symbol {
+        id: lock
+
+        readonly property real end: size.x - Theme.spacingMedium
+
+        visible: row.obstacleText !== ""
+        x: visible ? end - width : end + 6
+        y: (row.lineHeight - height) / 2
+        name: "lock.fill"
+        size: 10
+        color: Theme.warning
     }
 
     Label {
@@ -69,6 +83,6 @@ ResultsRow {
     HoverHelp {
         parent: row
         focusItem: box
-        text: pathText.truncated ? row.path : ""
+        text: row.obstacleText !== "" ? box.accessibleName : pathText.truncated ? row.path : ""
     }
 }

@@ -52,7 +52,10 @@ Sheet {
         }
 
         ConfirmationSummary {
+            id: summary
+
             width: parent.width
+            maximumHeight: panel.roomFor(summary)
             model: sheet.model
         }
 

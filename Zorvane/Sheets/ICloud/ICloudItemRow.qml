@@ -10,17 +10,19 @@ KeyboardRow {
     required property bool isBusy
     required property bool isReleased
     required property bool isSelected
-    required property var appsText
+    required property bool isOffered
+    required property var restText
     required property var filesText
     required property var sizeText
 
     readonly property bool isMeasured: !isBusy && !isReleased
+    readonly property bool canBeSelected: isMeasured && isOffered
 
     signal toggled
 
     implicitHeight: content.implicitHeight + 18
     focusTarget: box
-    activeFocusOnTab: isTabStop && !isMeasured
+    activeFocusOnTab: isTabStop && !canBeSelected
 
     GlassSurface {
         anchors.fill: parent
@@ -29,7 +31,7 @@ KeyboardRow {
     }
 
     FocusRing {
-        shown: row.activeFocus && !row.isMeasured
+        shown: row.activeFocus && !row.canBeSelected
         gap: -2
         cornerRadius: Theme.radiusSmall
     }
@@ -50,9 +52,9 @@ KeyboardRow {
             focusPolicy: row.controlFocusPolicy
             accessibleName: row.name
             checked: row.isSelected
-            enabled: row.isMeasured
-            opacity: row.isMeasured ? 1 : 0
-            Accessible.ignored: !row.isMeasured
+            enabled: row.canBeSelected
+            opacity: row.canBeSelected ? 1 : 0
+            Accessible.ignored: !row.canBeSelected
             onToggled: row.toggled()
         }
 
@@ -92,7 +94,7 @@ KeyboardRow {
             Label {
                 visible: row.isMeasured && text !== ""
                 Layout.fillWidth: true
-                text: row.appsText ?? ""
+                text: row.restText ?? ""
                 font: Theme.caption
                 color: Theme.warning
             }

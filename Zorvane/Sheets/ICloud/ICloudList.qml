@@ -9,6 +9,8 @@ Item {
     id: frame
 
     required property ICloudModel model
+    /// Two rows and a half are always in sight.
+    property real maximumHeight: 220
 
     implicitHeight: list.height
     visible: list.count > 0
@@ -17,7 +19,7 @@ Item {
         id: list
 
         width: parent.width
-        height: Math.min(contentHeight, 220)
+        height: Math.min(contentHeight, 220, Math.max(115, frame.maximumHeight))
         model: frame.model
         spacing: 6
         Accessible.name: qsTr("iCloud Drive")

@@ -13,6 +13,8 @@ Sheet {
     onDismissed: cloud.showICloud = false
 
     panel: SheetPanel {
+        id: panel
+
         name: header.title
         columnWidth: 500
         spacing: 16
@@ -73,16 +75,19 @@ Sheet {
         }
 
         CentredText {
-            visible: sheet.model.isEmpty
+            visible: text !== ""
             topPadding: 30
             bottomPadding: 30
-            text: qsTr("Nothing downloaded — your iCloud Drive is already optimized.")
+            text: sheet.model.emptyText
             font: Theme.body
             color: Theme.textSecondary
         }
 
         ICloudList {
+            id: list
+
             width: parent.width
+            maximumHeight: panel.roomFor(list)
             model: sheet.model
         }
 

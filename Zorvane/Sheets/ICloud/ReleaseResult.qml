@@ -1,3 +1,5 @@
+pragma ComponentBehavior: Bound
+
 import QtQuick
 import Zorvane
 
@@ -10,14 +12,35 @@ GlassCard {
     padding: 12
     cornerRadius: Theme.radiusMedium
 
-    ReasonRow {
+    Column {
         width: parent.width
-        symbol: evictResult.model.hasFreed ? "checkmark.circle.fill" : "minus.circle.fill"
-        symbolColor: evictResult.model.hasFreed ? Theme.success : Theme.warning
-        symbolSize: 13
-        title: evictResult.model.reportText
-        titleFont: Theme.bodySemibold
-        detail: qsTr("Measured by this Mac's free space right now. iCloud keeps tidying the folder for a few minutes — the list updates when you measure again.")
-        detailColor: Theme.textTertiary
+        spacing: Theme.spacingSmall
+
+        ReasonRow {
+            width: parent.width
+            symbol: evictResult.model.hasFreed ? "checkmark.circle.fill" : "minus.circle.fill"
+            symbolColor: evictResult.model.hasFreed ? Theme.success : Theme.warning
+            symbolSize: 13
+            title: evictResult.model.reportText
+            titleFont: Theme.bodySemibold
+            detail: qsTr("Measured by this Mac's free space right now. iCloud keeps tidying the folder for a few minutes — the list updates when you measure again.")
+            detailColor: Theme.textTertiary
+        }
+
+        Repeater {
+            model: evictResult.model.refusals
+
+            SymbolText {
+                required property string modelData
+
+                width: parent?.width ?? 0
+                symbol: "exclamationmark.triangle"
+                symbolColor: Theme.warning
+                symbolSize: 13
+                text: modelData
+                font: Theme.caption
+                color: Theme.textSecondary
+            }
+        }
     }
 }

@@ -1,3 +1,5 @@
+pragma ComponentBehavior: Bound
+
 import QtQuick
 import Zorvane
 
@@ -12,20 +14,17 @@ GlassCard {
         width: parent.width
         spacing: 10
 
-        ReasonRow {
-            visible: title !== ""
-            width: parent.width
-            symbol: "lock.fill"
-            title: summary.model.inUseTitle
-            detail: qsTr("They were being written to right now. Close the app and run Zorvane again to clear them.")
-        }
+        Repeater {
+            model: summary.model.reasons
 
-        ReasonRow {
-            visible: title !== ""
-            width: parent.width
-            symbol: "shield.fill"
-            title: summary.model.protectedTitle
-            detail: qsTr("They pointed into personal areas (like Documents or Photos). Zorvane refused to touch them.")
+            ReasonRow {
+                required property skippedReason modelData
+
+                width: parent.width
+                symbol: modelData.symbol
+                title: modelData.title
+                detail: modelData.detail
+            }
         }
 
         Label {

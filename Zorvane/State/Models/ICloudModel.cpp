@@ -1,11 +1,13 @@
 #include "Zorvane/State/Models/ICloudModel.h"
 
+#include "Words/CloudRefusalText.h"
 #include "Zorvane/Desktop/ByteCountFormatter.h"
 #include "Zorvane/Desktop/DisplayText.h"
 #include "Zorvane/State/CloudState.h"
 
 #include <algorithm>
 #include <cmath>
+#include <map>
 
 namespace Zorvane {
 
@@ -18,6 +20,12 @@ constexpr double secondsPerFile = 0.0005;
 constexpr double shortRelease = 45;
 constexpr double secondsPerMinute = 60;
 constexpr std::size_t listedApps = 3;
+
+/// Whether the whole item is an application, which is never released.
+bool isApp(const ICloudItem& item)
+{
+    return item.apps.size() == 1 && item.apps.front().path == item.path;
+}
 
 std::vector<ICloudAppBundle> firstOf(std::vector<ICloudAppBundle> apps)
 {
@@ -97,9 +105,17 @@ QString ICloudModel::freeingText() const
         .arg(count(progress.index), count(progress.total), displayText(progress.name));
 }
 
-bool ICloudModel::isEmpty() const
+QString ICloudModel::emptyText() const
 {
-    return items().empty() && m_cloud.icloudBusyFolders().empty() && !isMeasuring();
+    if (!items().empty() || !m_cloud.icloudBusyFolders().empty() || isMeasuring()) {
+        return {};
+    }
+    return m_cloud.hasDrive() || !isMeasured()
+               ? tr("Nothing downloaded — your iCloud Drive is already optimized.")
+               : tr("No cloud drive was found. Zorvane works with a drive in %1, and so far only "
+                    "in a "
+                    "sample home, where a second folder stands for the cloud.")
+                     .arg(displayText(m_cloud.container()));
 }
 
 QString ICloudModel::busyText() const
@@ -163,6 +179,28 @@ QString ICloudModel::reportText() const
     }
     return tr("Freed %1 — your files stay in iCloud.")
         .arg(bytes(m_cloud.icloudEvictReport()->freedBytes));
+}
+
+QStringList ICloudModel::refusals() const
+{
+    std::map<std::string, std::vector<std::string>> pathsByReason;
+    if (hasReport()) {
+        for (const CleanCore::CloudRefusal& refusal : m_cloud.icloudEvictReport()->refused) {
+            pathsByReason[Words::refusalText(refusal.failure)].push_back(refusal.path);
+        }
+    }
+    QStringList sentences;
+    for (const auto& [reason, paths] : pathsByReason) {
+        const auto others = static_cast<std::int64_t>(paths.size()) - 1;
+        const QString name = displayName(paths.front());
+        // The name comes last, since it may contain "%1".
+        sentences.push_back(
+            (others == 0
+                 ? tr("%2: %1").arg(QString::fromStdString(reason))
+                 : tr("%3 and %1 more: %2").arg(count(others), QString::fromStdString(reason)))
+                .arg(name));
+    }
+    return sentences;
 }
 
 std::vector<ICloudAppBundle> ICloudModel::noticeApps() const
@@ -234,19 +272,29 @@ QVariant ICloudModel::value(std::size_t row, int role) const
         return !isBusy && m_cloud.icloudReleasedPaths().contains(m_paths[row]);
     case IsSelectedRole:
         return !isBusy && m_cloud.icloudSelection().contains(m_paths[row]);
+    case IsOfferedRole:
+        return !isBusy && !isApp(items()[row]);
     default:
         return isBusy ? QVariant() : dataOfItem(items()[row], role);
     }
 }
 
+QString ICloudModel::restText(const ICloudItem& item) const
+{
+    if (const std::int64_t files = m_cloud.refusedFiles(item.path); files > 0) {
+        return tr("not wholly released: %1 files stayed").arg(count(files));
+    }
+    return item.apps.empty() ? QString()
+                             : tr("includes %1 apps (%2) that macOS keeps downloaded")
+                                   .arg(count(static_cast<std::int64_t>(item.apps.size())),
+                                        bytes(item.appBytes()));
+}
+
 QVariant ICloudModel::dataOfItem(const ICloudItem& item, int role) const
 {
     switch (role) {
-    case AppsTextRole:
-        return item.apps.empty() ? QString()
-                                 : tr("includes %1 apps (%2) that macOS keeps downloaded")
-                                       .arg(count(static_cast<std::int64_t>(item.apps.size())),
-                                            bytes(item.appBytes()));
+    case RestTextRole:
+        return restText(item);
     case FilesTextRole:
         return item.fileCount < 1 ? QString() : tr("%1 files").arg(count(item.fileCount));
     case SizeTextRole:
@@ -267,7 +315,8 @@ void ICloudModel::open()
 
 void ICloudModel::setSelected(int row, bool isSelected)
 {
-    if (row >= 0 && static_cast<std::size_t>(row) < m_itemCount) {
+    if (row >= 0 && static_cast<std::size_t>(row) < m_itemCount &&
+        !isApp(items()[static_cast<std::size_t>(row)])) {
         m_cloud.setICloudSelected(m_paths[static_cast<std::size_t>(row)], isSelected);
     }
 }
@@ -318,7 +367,8 @@ void ICloudModel::updateRows()
 void ICloudModel::refreshRows()
 {
     if (!m_paths.empty()) {
-        emit dataChanged(index(0), index(rowCount() - 1), {IsReleasedRole, IsSelectedRole});
+        emit dataChanged(index(0), index(rowCount() - 1),
+                         {IsReleasedRole, IsSelectedRole, RestTextRole});
     }
     emit changed();
 }

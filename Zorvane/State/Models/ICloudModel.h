@@ -27,8 +27,8 @@ class ICloudModel : public Zorvane::RowModel
     Q_PROPERTY(QString downloadedText READ downloadedText NOTIFY changed)
     /// Empty unless a release has reported its progress.
     Q_PROPERTY(QString freeingText READ freeingText NOTIFY changed)
-    /// Whether everything is measured and nothing is downloaded.
-    Q_PROPERTY(bool isEmpty READ isEmpty NOTIFY changed)
+    /// Told when everything is measured and nothing is downloaded; else empty.
+    Q_PROPERTY(QString emptyText READ emptyText NOTIFY changed)
     /// Empty unless there are entries to measure again because they ran out of time.
     Q_PROPERTY(QString busyText READ busyText NOTIFY changed)
     Q_PROPERTY(QString selectedText READ selectedText NOTIFY changed)
@@ -39,6 +39,8 @@ class ICloudModel : public Zorvane::RowModel
     Q_PROPERTY(bool hasReport READ hasReport NOTIFY changed)
     Q_PROPERTY(bool hasFreed READ hasFreed NOTIFY changed)
     Q_PROPERTY(QString reportText READ reportText NOTIFY changed)
+    /// Why files stayed, a sentence for each reason.
+    Q_PROPERTY(QStringList refusals READ refusals NOTIFY changed)
     /// The applications that a release leaves: before it those of the selected entries, after it
     /// those still downloaded. The title is empty if there are none.
     Q_PROPERTY(QString appsTitle READ appsTitle NOTIFY changed)
@@ -53,8 +55,10 @@ public:
         IsBusyRole,
         IsReleasedRole,
         IsSelectedRole,
-        /// About the applications in it; may be empty.
-        AppsTextRole,
+        /// Whether it can be selected. An application itself cannot.
+        IsOfferedRole,
+        /// About what stays of it; may be empty.
+        RestTextRole,
         /// May be empty.
         FilesTextRole,
         SizeTextRole,
@@ -68,7 +72,7 @@ public:
     [[nodiscard]] QString measuringText() const;
     [[nodiscard]] QString downloadedText() const;
     [[nodiscard]] QString freeingText() const;
-    [[nodiscard]] bool isEmpty() const;
+    [[nodiscard]] QString emptyText() const;
     [[nodiscard]] QString busyText() const;
     [[nodiscard]] QString selectedText() const;
     [[nodiscard]] bool hasSelectedBytes() const;
@@ -77,6 +81,7 @@ public:
     [[nodiscard]] bool hasReport() const;
     [[nodiscard]] bool hasFreed() const;
     [[nodiscard]] QString reportText() const;
+    [[nodiscard]] QStringList refusals() const;
     [[nodiscard]] QString appsTitle() const;
     [[nodiscard]] QStringList appNames() const;
     [[nodiscard]] QStringList appSizes() const;
@@ -102,6 +107,7 @@ private:
     [[nodiscard]] bool showsSelection() const;
     [[nodiscard]] QString bytes(std::int64_t count) const;
     [[nodiscard]] QString count(std::int64_t number) const;
+    [[nodiscard]] QString restText(const CleanCore::ICloudItem& item) const;
     [[nodiscard]] QVariant dataOfItem(const CleanCore::ICloudItem& item, int role) const;
     /// The path that belongs in a row according to the state.
     [[nodiscard]] const std::string& pathAt(std::size_t row) const;

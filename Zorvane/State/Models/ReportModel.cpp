@@ -1,9 +1,8 @@
 #include "Zorvane/State/Models/ReportModel.h"
 
+#include "Words/LeftInPlaceText.h"
 #include "Zorvane/Desktop/DisplayText.h"
 #include "Zorvane/State/AppState.h"
-
-#include <algorithm>
 
 namespace Zorvane {
 
@@ -40,23 +39,26 @@ QString ReportModel::visibleFreedText() const
                  : QString();
 }
 
-QString ReportModel::inUseTitle() const
+QList<SkippedReason> ReportModel::reasons() const
 {
-    return m_inUse == 0
-               ? QString()
-               : tr("%1 in use by an open app").arg(m_state.byteCountFormatter().count(m_inUse));
-}
-
-QString ReportModel::protectedTitle() const
-{
-    return m_protected == 0
-               ? QString()
-               : tr("%1 protected by Zorvane").arg(m_state.byteCountFormatter().count(m_protected));
+    QList<SkippedReason> reasons;
+    if (const auto& report = m_state.cleaningReport()) {
+        for (const Words::SkippedGroup& group : Words::skippedGroups(*report)) {
+            const bool isProtected =
+                group.reason == CleaningReport::SkipReason::blockedBySafetyGuard;
+            const auto count = static_cast<std::int64_t>(group.items.size());
+            reasons.push_back(
+                {isProtected ? QStringLiteral("shield.fill") : QStringLiteral("lock.fill"),
+                 tr(group.title).arg(m_state.byteCountFormatter().count(count)), tr(group.detail)});
+        }
+    }
+    return reasons;
 }
 
 std::size_t ReportModel::rows() const
 {
-    return static_cast<std::size_t>(m_inUse + m_protected);
+    const auto& report = m_state.cleaningReport();
+    return report ? report->skipped.size() : 0;
 }
 
 QVariant ReportModel::value(std::size_t row, int role) const
@@ -67,13 +69,6 @@ QVariant ReportModel::value(std::size_t row, int role) const
 void ReportModel::rebuild()
 {
     beginResetModel();
-    m_inUse = 0;
-    m_protected = 0;
-    if (const auto& report = m_state.cleaningReport()) {
-        m_inUse = std::ranges::count(report->skipped, CleaningReport::SkipReason::removalFailed,
-                                     &CleaningReport::SkippedItem::reason);
-        m_protected = static_cast<std::int64_t>(report->skipped.size()) - m_inUse;
-    }
     endResetModel();
     emit changed();
 }

@@ -2,12 +2,26 @@
 
 #include "Zorvane/State/Models/RowModel.h"
 
+#include <QList>
 #include <QtQml/qqmlregistration.h>
-#include <cstdint>
 
 namespace Zorvane {
 
 class AppState;
+
+/// The items of a report that were skipped for one reason.
+struct SkippedReason
+{
+    Q_GADGET
+    QML_VALUE_TYPE(skippedReason)
+    Q_PROPERTY(QString symbol MEMBER symbol)
+    Q_PROPERTY(QString title MEMBER title)
+    Q_PROPERTY(QString detail MEMBER detail)
+public:
+    QString symbol;
+    QString title;
+    QString detail;
+};
 
 /// The outcome of the last clean; its rows are the paths of all skipped items, in the order of the
 /// report. Main thread only.
@@ -22,9 +36,7 @@ class ReportModel : public Zorvane::RowModel
     /// Empty when the growth of the volume's free space is not known.
     Q_PROPERTY(QString visibleFreedText READ visibleFreedText NOTIFY changed)
     Q_PROPERTY(bool hasSkipped READ hasSkipped NOTIFY changed)
-    /// Empty when no item was skipped for this reason, as is protectedTitle.
-    Q_PROPERTY(QString inUseTitle READ inUseTitle NOTIFY changed)
-    Q_PROPERTY(QString protectedTitle READ protectedTitle NOTIFY changed)
+    Q_PROPERTY(QList<Zorvane::SkippedReason> reasons READ reasons NOTIFY changed)
 public:
     enum Role { PathRole = firstRole };
     Q_ENUM(Role)
@@ -35,8 +47,7 @@ public:
     [[nodiscard]] QString removedText() const;
     [[nodiscard]] QString visibleFreedText() const;
     [[nodiscard]] bool hasSkipped() const { return rows() > 0; }
-    [[nodiscard]] QString inUseTitle() const;
-    [[nodiscard]] QString protectedTitle() const;
+    [[nodiscard]] QList<SkippedReason> reasons() const;
 
 protected:
     [[nodiscard]] std::size_t rows() const override;
@@ -46,8 +57,6 @@ private:
     void rebuild();
 
     const AppState& m_state;
-    std::int64_t m_inUse = 0;
-    std::int64_t m_protected = 0;
 };
 
 } // namespace Zorvane

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "CleanCore/Scanning/CategoryResult.h"
 #include "Zorvane/State/Models/RowModel.h"
 
 #include <QtQml/qqmlregistration.h>
@@ -53,6 +54,8 @@ public:
 
         /// An item's path as displayText().
         PathRole,
+        /// What a clean will not remove of an item; empty if it removes all.
+        ObstacleTextRole,
     };
     Q_ENUM(Role)
 
@@ -87,6 +90,7 @@ private:
     [[nodiscard]] QVariant dataOfCategory(std::size_t category, int role) const;
     [[nodiscard]] QVariant dataOfDetails(std::size_t category, int role) const;
     [[nodiscard]] QVariant dataOfItem(const Place& place, int role) const;
+    [[nodiscard]] QString reachedText(const CleanCore::CategoryResult& result) const;
     void rebuild();
     void refreshSelection();
     void updateSelectedLooks();

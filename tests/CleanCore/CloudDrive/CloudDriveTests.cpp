@@ -120,7 +120,10 @@ TEST(CloudDriveTests, aRefusedRequestLeavesEverythingUntouched)
     // Somebody changes a placeholder or its copy, so that nothing proves any more that its holes
     // may be filled.
     const std::vector<Row> fetches = {
-        {changeByte("drive/file", 10'000), notProven},
+        {changeByte("drive/file", 10'000), changedAfterRelease},
+        // Without any hole, and nothing but zeros in the place of its content.
+        {"dd status=none conv=notrunc if=/dev/zero bs=30000 count=1 of=drive/file",
+         changedAfterRelease},
         {changeByte("drive/file", 10'000) + " && touch -r reference drive/file", notProven},
         {"printf mine >> drive/file", differsFromMirror},
         {changeByte("mirror/file", 10'000), differsFromMirror},

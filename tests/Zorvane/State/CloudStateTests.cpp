@@ -23,8 +23,8 @@ TEST(CloudState, EntriesOutOfTimeAreBusyAndCanBeMeasuredAgain)
     ScriptedApplication application;
     application.prepare("cloud Photos, 1, 10; cloud Videos, 1, 20, Tool.app=5; cloud none, 1, 0;"
                         "file at the top, 7; file in the cloud only, 0");
-    // The first reading is for the time limit.
-    *application.clock = -91;
+    // Every reading comes too late for the time limit of the one before.
+    *application.clockStep = 91;
     AppState state(application.environment());
     CloudState& cloud = *state.cloud();
     EXPECT_FALSE(cloud.icloudItems());
@@ -34,7 +34,7 @@ TEST(CloudState, EntriesOutOfTimeAreBusyAndCanBeMeasuredAgain)
         cloud.icloudBusyFolders(),
         testing::UnorderedElementsAre(inCloud("Photos"), inCloud("Videos"), inCloud("none")));
 
-    *application.clock = -90;
+    *application.clockStep = 0;
     SignalLog log;
     log.note(&cloud, &CloudState::icloudPendingChanged,
              [&] { return std::to_string(cloud.icloudPending()); });

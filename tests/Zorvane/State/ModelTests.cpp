@@ -141,7 +141,7 @@ TEST(Models, ResultsAndReportShowHostileNamesHarmlesslyAndTellThemApart)
     EXPECT_EQ(text(report, {"path"}), shown + " | /home/me/a/c");
     EXPECT_EQ(app.state->cleaningReport()->skipped.at(0).path, inHome("a/" + name));
     const QStringList texts = {report.freedText(), report.removedText(), report.visibleFreedText(),
-                               report.inUseTitle(), report.protectedTitle()};
+                               report.reasons()[0].title, report.reasons()[1].title};
     EXPECT_EQ(texts.join(QStringLiteral(" | ")).toStdString(),
               "1 byte | freed — 1 items removed | Visible in Finder right now: 600 bytes | "
               "1 in use by an open app | 1 protected by Zorvane");
@@ -236,7 +236,7 @@ TEST(Models, TheCloudDriveIsMeasuredReleasedAndTried)
     Zorvane::ICloudModel& model = *app.models->icloud();
     Zorvane::CloudState& cloud = *app.state->cloud();
     const Strings roles = {"name",      "isBusy",   "isReleased", "isSelected",
-                           "filesText", "sizeText", "appsText"};
+                           "filesText", "sizeText", "restText"};
     model.open();
     EXPECT_TRUE(cloud.showICloud() && model.isMeasuring());
     waitUntil([&] { return !model.isMeasuring(); });
@@ -264,7 +264,7 @@ TEST(Models, TheCloudDriveIsMeasuredReleasedAndTried)
     EXPECT_EQ(text(model, {"name", "isReleased"}), "Work isReleased | Play isReleased | note.txt");
 
     app.disk->trees.erase(inCloud("Play"));
-    *app.clock = -91;
+    *app.clockStep = 91;
     measureCloud(*app.state);
     EXPECT_EQ(text(model, {"name", "isBusy"}), "note.txt | Work isBusy");
     EXPECT_TRUE(model.busyText().startsWith(QStringLiteral("“Work” went past 90 seconds")));

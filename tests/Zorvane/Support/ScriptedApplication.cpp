@@ -98,11 +98,8 @@ Zorvane::Environment ScriptedApplication::environment()
         .account = {fullName, QStringLiteral("ada")},
         .now = [] { return CleanCore::Timestamp(std::chrono::hours(1'000'000)); },
         .steadyNow =
-            [clock = clock] {
-                const int time = *clock;
-                *clock = std::abs(time);
-                return std::chrono::steady_clock::time_point(
-                    std::chrono::seconds(std::max(0, time)));
+            [step = clockStep, time = std::make_shared<std::atomic<int>>(0)] {
+                return std::chrono::steady_clock::time_point(std::chrono::seconds(*time += *step));
             },
         .reveal = [this](const Strings& paths) { revealed.push_back(paths); },
         .openPermissionSettings = [] {},

@@ -97,8 +97,8 @@ struct ScriptedApplication
     // What scans use is shared with them: they may outlive the test.
     std::shared_ptr<ScriptedDisk> disk = std::make_shared<ScriptedDisk>();
     std::shared_ptr<ScriptedDrive> drive = std::make_shared<ScriptedDrive>();
-    /// The seconds that the clock shows; if negative, it shows 0 once, and then so many.
-    std::shared_ptr<std::atomic<int>> clock = std::make_shared<std::atomic<int>>(0);
+    /// The seconds that pass before each reading of the clock.
+    std::shared_ptr<std::atomic<int>> clockStep = std::make_shared<std::atomic<int>>(0);
     /// For work to be held at.
     const Gate gate;
     CleanCore::RulesCatalog catalog;

@@ -1,5 +1,9 @@
 // Only entries of the home's owner go. Making others' entries takes root; see tests/as-root.
 
+#include "CleanCore/Cleaning/CleanEngine.h"
+#include "CleanCore/FileSystem/LinuxFileManager.h"
+#include "CleanCore/Scanning/ItemEnumerator.h"
+#include "CleanCore/Support/TaskPool.h"
 #include "tests/Support/RemovalFixture.h"
 
 #include <cerrno>
@@ -9,6 +13,8 @@
 
 namespace CleanCoreTests {
 namespace {
+
+using namespace CleanCore;
 
 constexpr uid_t owner = 12345;
 constexpr uid_t somebody = 23456;
@@ -46,10 +52,31 @@ TEST_F(RemovalOwnership, OthersEntriesStayAndSoDoTheFoldersAboveThem)
         for (const uid_t user : {somebody, uid_t{0}}) {
             makeOwned(".cache/entry/a/b/file .cache/entry/a/sibling .cache/entry/a/link->nowhere");
             give(foreign, user, owner);
-            EXPECT_EQ(remove(removed), EPERM) << foreign;
+            EXPECT_EQ(remove(removed), foreignEntryError) << foreign;
             EXPECT_EQ(home.tree(".cache"), left) << foreign;
         }
     }
+}
+
+TEST_F(RemovalOwnership, OfAFileDeepInsideIsForetoldByADryRun)
+{
+    makeOwned(".cache/entry/a/theirs .cache/entry/b .cache/mine");
+    give(".cache/entry/a/theirs", somebody, owner);
+    const auto files = std::make_shared<LinuxFileManager>(
+        UserFolders::confinedTo(home.path()), home.path(), std::make_shared<TaskPool>(2));
+    CleaningSelection selection;
+    selection.rule.basePaths = {"~/.cache"};
+    selection.items = ItemEnumerator(files).items(base, 0, {}, {});
+    const CleanEngine engine(home.path(), files);
+    const CleaningReport foretold = engine.clean({&selection, 1}, true);
+    EXPECT_EQ(foretold.skipped,
+              (std::vector<CleaningReport::SkippedItem>{
+                  {home.path(".cache/entry"), CleaningReport::SkipReason::removalFailed,
+                   CleaningReport::SkipCause::foreignEntries}}));
+    const CleaningReport report = engine.clean({&selection, 1}, false);
+    EXPECT_EQ(report.skipped, foretold.skipped);
+    EXPECT_EQ(report.removed, foretold.removed);
+    EXPECT_EQ(home.tree(".cache"), "entry/a/theirs");
 }
 
 TEST_F(RemovalOwnership, OfATrashRecordDecidesWhetherItGoesAlong)
@@ -79,7 +106,7 @@ TEST_F(RemovalOwnership, AFolderKeepsTheGroupBitThatItsOwnerCouldNotGiveBack)
         ASSERT_EQ(::setresgid(owner, owner, owner), 0);
         ASSERT_EQ(::setresuid(owner, owner, owner), 0);
         EXPECT_NE(remove(".cache/others"), 0);
-        EXPECT_EQ(remove(".cache/own"), EPERM);
+        EXPECT_EQ(remove(".cache/own"), foreignEntryError);
     });
     EXPECT_EQ(home.tree(".cache"),
               "others/=02500 others/inner/=0500 others/roots own/=02500 own/roots");

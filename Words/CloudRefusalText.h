@@ -4,9 +4,9 @@
 
 #include <string>
 
-namespace ZorvaneCLI {
+namespace Words {
 
 /// Why the cloud drive refused a file, as one clause for people, without the path.
 [[nodiscard]] std::string refusalText(const CleanCore::CloudFailure& failure);
 
-} // namespace ZorvaneCLI
+} // namespace Words

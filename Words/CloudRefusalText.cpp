@@ -1,8 +1,8 @@
-#include "ZorvaneCLI/Output/CloudRefusalText.h"
+#include "Words/CloudRefusalText.h"
 
 #include <system_error>
 
-namespace ZorvaneCLI {
+namespace Words {
 
 namespace {
 
@@ -52,6 +52,8 @@ const char* textOf(CleanCore::CloudRefusalReason reason)
         return "it changed during the request";
     case notProven:
         return "nothing proves that its missing parts are those of the mirror's copy";
+    case changedAfterRelease:
+        return "it was written to after its release; it and the mirror's copy stay as they are";
     case systemError:
         break;
     }
@@ -67,4 +69,4 @@ std::string refusalText(const CleanCore::CloudFailure& failure)
                               : text + " (" + std::generic_category().message(failure.error) + ")";
 }
 
-} // namespace ZorvaneCLI
+} // namespace Words
