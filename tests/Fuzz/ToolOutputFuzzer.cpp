@@ -2,12 +2,7 @@
 #include "CleanCore/Commands/Parsing/ToolText.h"
 
 #include <algorithm>
-#include <cstddef>
-#include <cstdint>
 #include <cstdlib>
-#include <string>
-#include <string_view>
-#include <vector>
 
 namespace {
 

@@ -4,7 +4,6 @@
 #include "CleanCore/Scanning/ItemEnumerator.h"
 #include "CleanCore/Support/PathText.h"
 #include "tests/Support/Table.h"
-#include "tests/Support/TreeText.h"
 
 #include <algorithm>
 #include <gtest/gtest.h>
@@ -20,8 +19,7 @@ CleaningSelection CleanableHome::scan(const Bases& bases) const
     selection.rule.basePaths = bases;
     for (const std::string& base : PathExpander::expandAll(bases, path(), *files)) {
         std::vector<ScannedItem> items = ItemEnumerator(files).items(base, 0, {}, distantPast);
-        std::sort(items.begin(), items.end(),
-                  [](const ScannedItem& a, const ScannedItem& b) { return a.path < b.path; });
+        std::ranges::sort(items, {}, &ScannedItem::path);
         selection.items.insert(selection.items.end(), items.begin(), items.end());
     }
     return selection;
@@ -54,22 +52,21 @@ std::string CleanableHome::outcomeOf(const CleaningSelection& selection) const
 
 void CleanableHome::expectOutcomes(const std::vector<OutcomeRow>& rows) const
 {
-    for (const OutcomeRow& row : rows) {
-        const std::string name = treeEntries(row.entry).front().path;
+    for (const auto& [entry, bases, outcome] : rows) {
+        SCOPED_TRACE(entry + " from " + bases);
+        const std::string name =
+            entry.substr(0, std::min(entry.find("->"), entry.find_last_not_of('/') + 1));
         const bool wasThere = has(name);
         const std::string before = snapshot(path());
-        make(row.entry);
+        make(entry);
         const std::string made = snapshot(path());
-        EXPECT_EQ(outcomeOf(name, words(row.bases)), row.outcome)
-            << row.entry << " from " << row.bases;
-        const bool isRemoved = row.outcome.starts_with("removed");
-        EXPECT_NE(has(name), isRemoved) << row.entry;
-        if (!isRemoved) {
-            EXPECT_EQ(snapshot(path()), made) << row.entry;
-        } else if (!wasThere) {
-            EXPECT_EQ(snapshot(path()), before) << row.entry;
+        EXPECT_EQ(outcomeOf(name, words(bases)), outcome);
+        const bool isRemoved = outcome.starts_with("removed");
+        EXPECT_NE(has(name), isRemoved);
+        if (!isRemoved || !wasThere) {
+            EXPECT_EQ(snapshot(path()), isRemoved ? before : made);
         }
-        if (!isRemoved && !wasThere) {
+        if (!wasThere) {
             remove(name);
         }
     }
@@ -77,19 +74,17 @@ void CleanableHome::expectOutcomes(const std::vector<OutcomeRow>& rows) const
 
 std::string describe(const CleaningReport& report, const ScannedItem& item)
 {
+    if (report.removed == std::vector<CleaningReport::RemovedItem>{{item.path, item.sizeBytes}}) {
+        return "removed all";
+    }
     if (report.removed.size() + report.skipped.size() != 1) {
         return "not exactly one entry";
     }
-    const bool isRemoved = !report.removed.empty();
-    if ((isRemoved ? report.removed[0].path : report.skipped[0].path) != item.path) {
-        return "another path";
+    if (!report.removed.empty()) {
+        return "removed " + std::to_string(report.removed[0].bytes);
     }
-    if (isRemoved) {
-        const std::int64_t bytes = report.removed[0].bytes;
-        return "removed " + (bytes == item.sizeBytes ? "all" : std::to_string(bytes));
-    }
-    return report.skipped[0].reason == CleaningReport::SkipReason::removalFailed ? "failed"
-                                                                                 : "blocked";
+    const bool isFailure = report.skipped[0].reason == CleaningReport::SkipReason::removalFailed;
+    return report.skipped[0].path != item.path ? "another path" : isFailure ? "failed" : "blocked";
 }
 
 } // namespace CleanCoreTests

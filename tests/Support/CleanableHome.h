@@ -14,7 +14,7 @@ namespace CleanCoreTests {
 /// What becomes of one entry when it is cleaned.
 struct OutcomeRow
 {
-    /// The entry, as a tree's text: it is made first.
+    /// A file, folder or link without a mode, as a tree's text: it is made first.
     std::string entry;
     /// The bases of its rule, separated by blanks.
     std::string bases;

@@ -24,27 +24,11 @@ namespace CleanCoreTests {
     return text;
 }
 
-[[nodiscard]] inline std::string contentOf(const std::string& path)
-{
-    std::ifstream file(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
-}
-
-[[nodiscard]] inline struct stat statusOf(const std::string& path)
-{
-    struct stat status = {};
-    ::lstat(path.c_str(), &status);
-    return status;
-}
-
 /// A home of the test's own with a cloud drive in it: "drive" is the container, "mirror" the
 /// cloud's side.
 struct CloudFolders
 {
-    explicit CloudFolders(const std::string& below = "/tmp") : home(below)
-    {
-        home.make("drive/ mirror/");
-    }
+    CloudFolders() { home.make("drive/ mirror/"); }
 
     /// Its steps are so small that most files take more than one.
     [[nodiscard]] CleanCore::StandInDrive drive() const
@@ -54,12 +38,23 @@ struct CloudFolders
     /// Makes a file with its copy in the mirror, of equal content and different times.
     void makePair(const std::string& name, const std::string& content) const
     {
+        using namespace std::chrono_literals;
         home.makeFile("drive/" + name, content);
         home.makeFile("mirror/" + name, content);
-        home.setTime("drive/" + name, 1'600'000'000, 123'456'789);
-        home.setTime("mirror/" + name, 1'600'000'100);
+        home.setTime("drive/" + name, CleanCore::Timestamp(1'600'000'000s + 123'456'789ns));
+        home.setTime("mirror/" + name, CleanCore::Timestamp(1'600'000'100s));
     }
-
+    [[nodiscard]] std::string content(const std::string& name) const
+    {
+        std::ifstream file(home.path(name), std::ios::binary);
+        return {std::istreambuf_iterator<char>(file), {}};
+    }
+    [[nodiscard]] struct stat status(const std::string& name) const
+    {
+        struct stat status = {};
+        ::lstat(home.path(name).c_str(), &status);
+        return status;
+    }
     /// Runs a shell command in the home. Throws std::runtime_error when it fails.
     void run(const std::string& command) const
     {

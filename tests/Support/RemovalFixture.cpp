@@ -3,7 +3,6 @@
 #include "CleanCore/Support/TaskPool.h"
 #include "tests/Support/Table.h"
 
-#include <fcntl.h>
 #include <fstream>
 #include <gmock/gmock.h>
 #include <linux/capability.h>
@@ -15,8 +14,7 @@
 
 namespace CleanCoreTests {
 
-RemovalFixture::RemovalFixture(const std::string& below)
-    : home(below), base(home.makeFolder(".cache")), documents(home.makeFolder("Documents"))
+RemovalFixture::RemovalFixture(const std::string& below) : home(below)
 {
     // Names that the attacks use inside the base: a redirected removal would find them here.
     home.make("Documents/canary Documents/entry/canary Documents/entry/deep/canary Documents/0 "
@@ -85,8 +83,7 @@ void makeFiles(const TemporaryFolder& folder, const std::string& relative, std::
 {
     const std::string path = folder.makeFolder(relative);
     for (std::size_t i = 0; i < count; ++i) {
-        const std::string file = path + '/' + std::to_string(i);
-        ::close(::open(file.c_str(), O_CREAT | O_WRONLY | O_CLOEXEC, 0644));
+        std::ofstream(path + '/' + std::to_string(i));
     }
 }
 

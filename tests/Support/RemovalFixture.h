@@ -1,9 +1,9 @@
 #pragma once
 
 #include "CleanCore/FileSystem/Removing/LinuxRemoval.h"
+#include "tests/Support/Setting.h"
 #include "tests/Support/TemporaryFolder.h"
 
-#include <cstdlib>
 #include <functional>
 #include <gtest/gtest.h>
 #include <memory>
@@ -30,26 +30,19 @@ protected:
     void expectCanaries() const;
 
     TemporaryFolder home;
-    const std::string base;
-    const std::string documents;
+    const std::string base = home.makeFolder(".cache");
+    const std::string documents = home.makeFolder("Documents");
 
 private:
     std::vector<std::string> m_canaries;
 };
 
-/// How much of the long runs to do: 1 for everyday runs, more with ZORVANE_RELIABILITY=long.
-[[nodiscard]] inline std::size_t scaled(std::size_t everyday, std::size_t whole)
-{
-    const char* const mode = std::getenv("ZORVANE_RELIABILITY");
-    return mode != nullptr && std::string(mode) == "long" ? whole : everyday;
-}
+/// Runs `body` in a child process.
+void inChildProcess(const std::function<void()>& body);
 
 /// Runs `body` in a child process in user and mount namespaces of its own, where it may mount, and
 /// fails the test if anything in it failed. The test must not have started a thread.
 void inMountNamespace(const std::function<void()>& body);
-
-/// Runs `body` in a child process.
-void inChildProcess(const std::function<void()>& body);
 
 /// Takes from this process what lets it pass over permissions in its own namespaces.
 void dropCapabilities();

@@ -14,9 +14,11 @@
 
 namespace CleanCoreTests {
 
+using namespace CleanCore;
+
 /// A file system that a test writes down. It changes nothing, and keeps what it was asked to
 /// remove. What is not written down is missing.
-class ScriptedDisk : public CleanCore::FileManager
+class ScriptedDisk : public FileManager
 {
 public:
     struct Folder
@@ -26,11 +28,11 @@ public:
         /// Not 0: listing it fails with this errno.
         int error = 0;
     };
-    using Entries = std::vector<std::pair<std::string, CleanCore::EntryAttributes>>;
+    using Entries = std::vector<std::pair<std::string, EntryAttributes>>;
 
     std::map<std::string, Folder> folders;
     /// By path. An entry without one is a file of 0 bytes dated the distant past.
-    std::map<std::string, CleanCore::EntryMeasure> measures;
+    std::map<std::string, EntryMeasure> measures;
     /// What a path that is a link, or leads through one, resolves to.
     std::map<std::string, std::string> links;
     /// What a walk of a folder comes to, by paths relative to it, in order.
@@ -48,116 +50,106 @@ public:
 
     /// Adds an entry to the end of the folder `base`.
     void add(const std::string& base, const std::string& name, std::int64_t size,
-             CleanCore::Timestamp modifiedAt = {})
+             Timestamp modifiedAt = {})
     {
         folders[base].names.push_back(name);
-        measures[CleanCore::PathText::join(base, name)] = {size, modifiedAt, std::nullopt};
+        measures[PathText::join(base, name)] = {size, modifiedAt, std::nullopt};
     }
 
     /// The paths of what was removed, in order.
-    [[nodiscard]] std::vector<std::string> removed() const
+    std::vector<std::string> removed() const
     {
         const std::lock_guard lock(m_mutex);
         return m_removed;
     }
 
-    [[nodiscard]] std::optional<std::string>
-    perUserFolder(CleanCore::PerUserFolder folder) const override
+    std::optional<std::string> perUserFolder(PerUserFolder folder) const override
     {
-        return folder == CleanCore::PerUserFolder::cache ? "/per-user/cache" : "/per-user/tmp";
+        return folder == PerUserFolder::cache ? "/per-user/cache" : "/per-user/tmp";
     }
-    [[nodiscard]] bool exists(const std::string& path) const override
+    bool exists(const std::string& path) const override
     {
         return folders.contains(path) || measures.contains(path);
     }
-    [[nodiscard]] std::vector<std::string> namesInFolder(const std::string& path) const override
+    std::vector<std::string> namesInFolder(const std::string& path) const override
     {
-        const auto folder = folders.find(path);
-        const int error = folder == folders.end() ? ENOENT : folder->second.error;
-        if (error != 0) {
-            throw std::system_error(error, std::generic_category(), path);
-        }
-        return folder->second.names;
+        Folder folder = valueAt(folders, path, {{}, ENOENT});
+        return folder.error == 0 ? folder.names
+                                 : throw std::system_error(folder.error, std::generic_category());
     }
-    [[nodiscard]] std::vector<CleanCore::EntryMeasure>
-    measure(const std::string& folder, std::span<const std::string> names,
-            const std::stop_token& stop) const override
+    std::vector<EntryMeasure> measure(const std::string& folder, std::span<const std::string> names,
+                                      const std::stop_token& stop) const override
     {
         onMeasure(folder, stop);
-        std::vector<CleanCore::EntryMeasure> result;
+        std::vector<EntryMeasure> result;
         for (const std::string& name : names) {
-            const auto found = measures.find(CleanCore::PathText::join(folder, name));
-            result.push_back(found == measures.end() ? CleanCore::EntryMeasure() : found->second);
+            result.push_back(valueAt(measures, PathText::join(folder, name), {}));
         }
         return result;
     }
-    [[nodiscard]] std::optional<CleanCore::EntryAttributes>
-    attributes(const std::string& path) const override
+    std::optional<EntryAttributes> attributes(const std::string& path) const override
     {
         for (const auto& [folder, entries] : trees) {
             for (const auto& [name, attributes] : entries) {
-                if (CleanCore::PathText::join(folder, name) == path) {
+                if (PathText::join(folder, name) == path) {
                     return attributes;
                 }
             }
         }
-        return trees.contains(path)
-                   ? std::optional(CleanCore::EntryAttributes{CleanCore::EntryKind::folder, 0})
-                   : std::nullopt;
+        return trees.contains(path) ? std::optional<EntryAttributes>({EntryKind::folder, 0})
+                                    : std::nullopt;
     }
-    bool visitTree(const std::string& path, const CleanCore::TreeVisitor& visit) const override
+    bool visitTree(const std::string& path, const TreeVisitor& visit) const override
     {
         onVisit(path);
-        const auto tree = trees.find(path);
-        if (tree != trees.end()) {
-            for (const auto& [name, attributes] : tree->second) {
-                const std::string entry = CleanCore::PathText::join(path, name);
-                if (!visit({entry, attributes})) {
-                    break;
-                }
+        for (const auto& [name, attributes] : valueAt(trees, path, {})) {
+            if (!visit({PathText::join(path, name), attributes})) {
+                break;
             }
         }
-        return tree != trees.end();
+        return trees.contains(path);
     }
-    [[nodiscard]] std::string resolvingSymbolicLinks(const std::string& path) const override
+    std::string resolvingSymbolicLinks(const std::string& path) const override
     {
-        const auto found = links.find(path);
-        return found == links.end() ? path : found->second;
+        return valueAt(links, path, path);
     }
-    [[nodiscard]] std::optional<std::int64_t>
-    availableCapacity(const std::string& /*path*/) const override
+    std::optional<std::int64_t> availableCapacity(const std::string& /*path*/) const override
     {
         const std::lock_guard lock(m_mutex);
         return capacities.at(std::min(m_capacityCalls++, capacities.size() - 1));
     }
-    [[nodiscard]] std::unique_ptr<CleanCore::Removal>
-    beginRemoval(const std::string& /*home*/,
-                 std::span<const std::string> /*protectedFolders*/) const override
+    std::unique_ptr<Removal> beginRemoval(const std::string&,
+                                          std::span<const std::string>) const override
     {
         return std::make_unique<Remover>(*this);
     }
 
 private:
-    class Remover : public CleanCore::Removal
+    template <typename Value>
+    static Value valueAt(const std::map<std::string, Value>& all, const std::string& path,
+                         const std::type_identity_t<Value>& otherwise)
     {
-    public:
-        explicit Remover(const ScriptedDisk& disk) : m_disk(disk) {}
+        const auto found = all.find(path);
+        return found == all.end() ? otherwise : found->second;
+    }
 
-        [[nodiscard]] CleanCore::RemovalOutcome
-        remove(const std::string& /*base*/, const std::string& path,
-               const std::optional<CleanCore::EntryIdentity>& /*seen*/) override
+    struct Remover : Removal
+    {
+        explicit Remover(const ScriptedDisk& from) : disk(from) {}
+
+        RemovalOutcome remove(const std::string&, const std::string& path,
+                              const std::optional<EntryIdentity>&) override
         {
-            m_disk.onRemove(path);
-            const std::lock_guard lock(m_disk.m_mutex);
-            if (m_disk.irremovable.contains(path)) {
+            disk.onRemove(path);
+            const std::lock_guard lock(disk.m_mutex);
+            if (disk.irremovable.contains(path)) {
                 return {.error = EBUSY};
             }
-            m_disk.m_removed.push_back(path);
+            disk.m_removed.push_back(path);
             return {};
         }
 
-    private:
-        const ScriptedDisk& m_disk;
+        const ScriptedDisk& disk;
     };
 
     mutable std::mutex m_mutex;

@@ -1,18 +1,16 @@
 #include "tests/Support/TemporaryFolder.h"
 
-#include "tests/Support/TreeText.h"
-
 #include <algorithm>
 #include <cerrno>
 #include <cstdlib>
 #include <fcntl.h>
 #include <filesystem>
 #include <fstream>
-#include <functional>
+#include <regex>
 #include <sstream>
+#include <stdexcept>
 #include <sys/stat.h>
 #include <system_error>
-#include <unistd.h>
 #include <vector>
 
 namespace CleanCoreTests {
@@ -21,8 +19,6 @@ namespace fs = std::filesystem;
 
 namespace {
 
-constexpr std::string_view fileContent = "content";
-
 void check(bool isOk, const std::string& path)
 {
     if (!isOk) {
@@ -30,155 +26,138 @@ void check(bool isOk, const std::string& path)
     }
 }
 
-/// Gives back what keeps a folder from being removed.
-void openUp(const fs::path& folder)
+struct stat statusOf(const fs::path& path)
 {
-    ::chmod(folder.c_str(), S_IRWXU);
-    std::error_code ignored;
-    for (const auto& entry : fs::directory_iterator(folder, ignored)) {
-        if (entry.is_directory(ignored) && !entry.is_symlink(ignored)) {
-            openUp(entry.path());
-        }
-    }
+    struct stat status = {};
+    check(::lstat(path.c_str(), &status) == 0, path);
+    return status;
 }
 
-/// An entry, by its path in the tree.
-using Visitor = std::function<void(const std::string& relative, const fs::path& path,
-                                   const struct stat& status, bool isEmpty)>;
-
-/// Visits everything below a folder in the order of the names, a folder before what is in it. A
-/// folder that cannot be read counts as empty.
-void visitTree(const fs::path& folder, const std::string& prefix, const Visitor& visit)
+/// Everything below a folder in the order of the names, a folder before what is in it. A folder
+/// that cannot be read counts as empty.
+std::vector<fs::path> pathsBelow(const fs::path& folder)
 {
-    std::vector<std::string> names;
+    std::vector<fs::path> paths;
     std::error_code unreadable;
-    for (const auto& entry : fs::directory_iterator(folder, unreadable)) {
-        names.push_back(entry.path().filename());
+    for (const auto& entry : fs::recursive_directory_iterator(
+             folder, fs::directory_options::skip_permission_denied, unreadable)) {
+        paths.push_back(entry.path());
     }
-    std::sort(names.begin(), names.end());
-    for (const std::string& name : names) {
-        const fs::path path = folder / name;
-        struct stat status = {};
-        check(::lstat(path.c_str(), &status) == 0, path);
-        const bool isFolder = S_ISDIR(status.st_mode);
-        std::error_code error;
-        visit(prefix + name, path, status, !isFolder || fs::is_empty(path, error) || error);
-        if (isFolder) {
-            visitTree(path, prefix + name + '/', visit);
-        }
-    }
+    std::sort(paths.begin(), paths.end());
+    return paths;
 }
 
-/// An entry as the text of a tree tells it.
-std::string entryText(const std::string& relative, const fs::path& path, const struct stat& status,
-                      const std::string& root)
+std::string unquoted(std::string name)
 {
-    std::string text = quoted(relative);
-    mode_t expected = S_IRUSR | S_IWUSR;
-    if (S_ISLNK(status.st_mode)) {
-        const std::string target = fs::read_symlink(path);
-        return text + "->" +
-               quoted(target.starts_with(root) ? '~' + target.substr(root.size()) : target);
-    }
-    if (S_ISDIR(status.st_mode)) {
-        text += '/';
-        expected |= S_IXUSR;
-    } else if (!S_ISREG(status.st_mode)) {
-        text += S_ISFIFO(status.st_mode) ? '|' : '?';
-    } else if (const auto size = status.st_size; size != static_cast<off_t>(fileContent.size())) {
-        text += ':' + (size % 1024 == 0 && size > 0 ? std::to_string(size / 1024) + 'k'
-                                                    : std::to_string(size));
-    }
-    if ((status.st_mode & expected) != expected) {
-        std::ostringstream mode;
-        mode << "=0" << std::oct << (status.st_mode & 07777U);
-        text += mode.str();
-    }
-    return text;
+    std::erase(name, '\'');
+    return name;
+}
+
+CleanCore::Timestamp::duration ageOf(const std::csub_match& days, const std::csub_match& fraction)
+{
+    const auto age = std::abs(std::stoll(days)) * std::chrono::hours(24) +
+                     std::chrono::nanoseconds(fraction.matched ? std::stoll(fraction) : 0);
+    return *days.first == '-' ? -age : age;
 }
 
 } // namespace
 
 TemporaryFolder::TemporaryFolder(const std::string& below)
+    : m_path(fs::canonical(below).string() + "/zorvane-test-XXXXXX")
 {
-    std::string pattern = fs::canonical(below).string() + "/zorvane-test-XXXXXX";
-    check(::mkdtemp(pattern.data()) != nullptr, pattern);
-    m_path = pattern;
+    check(::mkdtemp(m_path.data()) != nullptr, m_path);
 }
 
 TemporaryFolder::~TemporaryFolder()
 {
-    openUp(m_path);
     std::error_code ignored;
+    ::chmod(m_path.c_str(), S_IRWXU);
+    // A folder is opened up before it is entered.
+    for (fs::recursive_directory_iterator entry(m_path, ignored), end; entry != end;
+         entry.increment(ignored)) {
+        if (entry->symlink_status(ignored).type() == fs::file_type::directory) {
+            ::chmod(entry->path().c_str(), S_IRWXU);
+        }
+    }
     fs::remove_all(m_path, ignored);
-}
-
-std::string TemporaryFolder::path(std::string_view relative) const
-{
-    return relative.empty() ? m_path : m_path + '/' + std::string(relative);
 }
 
 void TemporaryFolder::make(std::string_view tree, CleanCore::Timestamp now) const
 {
-    using enum TreeTextEntry::Kind;
-    const std::vector<TreeTextEntry> entries = treeEntries(tree);
-    for (const TreeTextEntry& entry : entries) {
-        const std::string where = path(entry.path);
-        switch (entry.kind) {
-        case file:
-            makeFile(entry.path, entry.length
-                                     ? std::string(static_cast<std::size_t>(*entry.length), 'x')
-                                     : std::string(fileContent));
-            break;
-        case folder:
-            makeFolder(entry.path);
-            break;
-        case link:
+    const std::string name = "((?:[^\\s':|@=-]|-(?!>)|'[^']*')+)";
+    static const std::regex pattern("\\s*" + name + "(?:(->|==)" + name +
+                                    "|(\\|)|:(\\d+)(k?))?(?:=([0-7]+))?"
+                                    "(?:@(-?\\d+)d(?:(\\d+)ns)?)?(?:\\s+|$)");
+    std::vector<std::cmatch> entries;
+    const char* const end = tree.data() + tree.size();
+    for (const char* at = tree.data(); at != end; at = entries.back()[0].second) {
+        std::cmatch& entry = entries.emplace_back();
+        if (!std::regex_search(at, end, entry, pattern, std::regex_constants::match_continuous)) {
+            throw std::invalid_argument("no tree from here on: " + std::string(at, end));
+        }
+        const std::string path = unquoted(entry[1]);
+        const std::string target = unquoted(entry[3]);
+        const fs::path where = this->path(path);
+        fs::create_directories(where.parent_path());
+        if (entry[2] == "->") {
             if (fs::is_symlink(where)) {
-                remove(entry.path);
+                fs::remove(where);
             }
-            makeLink(entry.path, entry.target.starts_with('~') ? m_path + entry.target.substr(1)
-                                                               : entry.target);
-            break;
-        case twin:
-            fs::create_directories(fs::path(where).parent_path());
-            fs::create_hard_link(path(entry.target), where);
-            break;
-        case pipe:
-            fs::create_directories(fs::path(where).parent_path());
+            makeLink(path, target.starts_with('~') ? m_path + target.substr(1) : target);
+        } else if (entry[2] == "==") {
+            fs::create_hard_link(this->path(target), where);
+        } else if (entry[4].matched) {
             check(::mkfifo(where.c_str(), S_IRUSR | S_IWUSR) == 0, where);
-            break;
+        } else if (entry[5].matched) {
+            makeFile(path, std::string(std::stoul(entry[5]) * (entry[6] == "k" ? 1024 : 1), 'x'));
+        } else if (!path.ends_with('/')) {
+            makeFile(path);
         }
     }
     for (auto entry = entries.rbegin(); entry != entries.rend(); ++entry) {
-        if (entry->age) {
-            const CleanCore::Timestamp time = now - *entry->age;
-            const auto seconds = std::chrono::floor<std::chrono::seconds>(time);
-            setTime(entry->path, seconds.time_since_epoch().count(), (time - seconds).count());
+        if ((*entry)[8].matched) {
+            setTime(unquoted((*entry)[1]), now - ageOf((*entry)[8], (*entry)[9]));
         }
-        if (entry->mode) {
-            setMode(entry->path, *entry->mode);
+        if ((*entry)[7].matched) {
+            setMode(unquoted((*entry)[1]), static_cast<unsigned>(std::stoul((*entry)[7], {}, 8)));
         }
     }
 }
 
 std::string TemporaryFolder::tree(std::string_view below) const
 {
-    std::string text;
-    visitTree(path(below), "", [&](auto& relative, auto& path, auto& status, bool isEmpty) {
-        // A folder with something in it is told by that, if there is no more to tell of it.
-        const std::string own = entryText(relative, path, status, m_path);
-        if (isEmpty || !own.ends_with('/')) {
-            text += (text.empty() ? "" : " ") + own;
+    std::ostringstream text;
+    const fs::path top = path(below);
+    const std::vector<fs::path> all = pathsBelow(top);
+    for (std::size_t i = 0; i < all.size(); ++i) {
+        const struct stat status = statusOf(all[i]);
+        mode_t expected = S_IRUSR | S_IWUSR;
+        std::string kind;
+        if (S_ISLNK(status.st_mode)) {
+            const std::string target = fs::read_symlink(all[i]);
+            kind =
+                "->" + (target.starts_with(m_path) ? '~' + target.substr(m_path.size()) : target);
+            expected = 0;
+        } else if (S_ISDIR(status.st_mode)) {
+            kind = "/";
+            expected |= S_IXUSR;
+        } else if (!S_ISREG(status.st_mode)) {
+            kind = S_ISFIFO(status.st_mode) ? "|" : "?";
+        } else if (const auto size = status.st_size; size != 7) {
+            kind = ':' + (size % 1024 == 0 && size > 0 ? std::to_string(size / 1024) + 'k'
+                                                       : std::to_string(size));
         }
-    });
-    return text;
-}
-
-std::string TemporaryFolder::makeFolder(std::string_view relative) const
-{
-    fs::create_directories(path(relative));
-    return path(relative);
+        const bool isUsual = (status.st_mode & expected) == expected;
+        // A folder with something in it is told by that, if there is no more to tell of it.
+        if (!isUsual || kind != "/" || i + 1 == all.size() || all[i + 1].parent_path() != all[i]) {
+            text << (text.tellp() == 0 ? "" : " ") << all[i].lexically_relative(top).native()
+                 << kind;
+            if (!isUsual) {
+                text << "=0" << std::oct << (status.st_mode & 07777U);
+            }
+        }
+    }
+    return text.str();
 }
 
 std::string TemporaryFolder::makeFile(std::string_view relative, std::string_view content) const
@@ -186,9 +165,7 @@ std::string TemporaryFolder::makeFile(std::string_view relative, std::string_vie
     const fs::path file = path(relative);
     fs::create_directories(file.parent_path());
     std::ofstream stream(file, std::ios::binary);
-    stream << content;
-    stream.close();
-    check(stream.good(), file);
+    check((stream << content).flush().good(), file);
     return file;
 }
 
@@ -200,40 +177,21 @@ std::string TemporaryFolder::makeLink(std::string_view relative, const std::stri
     return link;
 }
 
-void TemporaryFolder::setTime(std::string_view relative, std::int64_t seconds,
-                              long nanoseconds) const
+void TemporaryFolder::setTime(std::string_view relative, CleanCore::Timestamp time) const
 {
-    const timespec times[] = {{seconds, nanoseconds}, {seconds, nanoseconds}};
+    const auto seconds = std::chrono::floor<std::chrono::seconds>(time);
+    const timespec both = {seconds.time_since_epoch().count(), (time - seconds).count()};
+    const timespec times[] = {both, both};
     check(::utimensat(AT_FDCWD, path(relative).c_str(), times, AT_SYMLINK_NOFOLLOW) == 0,
           path(relative));
-}
-
-void TemporaryFolder::setMode(std::string_view relative, unsigned mode) const
-{
-    check(::chmod(path(relative).c_str(), mode) == 0, path(relative));
-}
-
-void TemporaryFolder::remove(std::string_view relative) const
-{
-    fs::remove_all(path(relative));
-}
-
-void TemporaryFolder::move(std::string_view from, std::string_view to) const
-{
-    fs::rename(path(from), path(to));
-}
-
-bool TemporaryFolder::has(std::string_view relative) const
-{
-    struct stat status = {};
-    return ::lstat(path(relative).c_str(), &status) == 0;
 }
 
 std::string snapshot(const std::string& folder)
 {
     std::ostringstream text;
-    visitTree(folder, "", [&](auto& relative, auto& path, auto& status, bool) {
-        text << relative << '|' << status.st_mode << '|' << status.st_uid << '|';
+    for (const fs::path& path : pathsBelow(folder)) {
+        const struct stat status = statusOf(path);
+        text << path.native() << '|' << status.st_mode << '|' << status.st_uid << '|';
         if (!S_ISDIR(status.st_mode)) {
             text << status.st_mtim.tv_sec << '.' << status.st_mtim.tv_nsec << '|'
                  << status.st_blocks << '|';
@@ -245,7 +203,7 @@ std::string snapshot(const std::string& folder)
             text.clear();
         }
         text << '\n';
-    });
+    }
     return text.str();
 }
 

