@@ -51,7 +51,7 @@ TEST(Desktop, UpdateFeedsAreWholeSafeAndNewer)
 "1.2"    | file:///bin/sh          | 0     | no
 "1.2"    | https:///nowhere        | 0     | no
 )")) {
-        const auto cell = [&](int i) { return QString::fromStdString(row[i]).trimmed(); };
+        const auto cell = [&](std::size_t i) { return QString::fromStdString(row[i]).trimmed(); };
         const auto feed =
             UpdateFeed::parse(QStringLiteral(R"({"notes": "", "version": %1, "link": "%2"})")
                                   .arg(cell(0), cell(1))

@@ -238,7 +238,7 @@ TEST(AppStateCleaning, ClosingWaitsForTheItemInHandOnly)
 /// Sittings that end at different moments, for the thread sanitizer.
 TEST(AppStateLife, ScansCleansMeasuresReleasesAndGoes)
 {
-    for (int round = 0; round < 50; ++round) {
+    for (std::size_t round = 0; round < 50; ++round) {
         ScriptedApplication application;
         application.prepare("area cache-a, safe, a, 0=30, 1=20; snapshots 1;"
                             "cloud a, 1, 4096; cloud b, 1, 4096");

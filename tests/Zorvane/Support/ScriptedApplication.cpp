@@ -165,7 +165,7 @@ void ScriptedApplication::prepare(const Strings& statement)
         disk->capacities = {0, bytes(first)};
     } else if (verb == "busy") {
         for (const std::string& name : disk->folders[inHome(first)].names) {
-            disk->irremovable.insert(inHome(first + '/' + name));
+            disk->irremovable.insert(CleanCore::PathText::join(inHome(first), name));
         }
     } else if (verb == "protect") {
         disk->links[inHome(first)] = inHome("Documents/x");

@@ -114,15 +114,17 @@ struct ScriptedApplication
 
     /// Sets up what statements() describe. Paths are in the home, sizes may have a unit, and the
     /// name "hostile" stands for several as nobody would choose them.
-    ///     area ID, safe|review, FOLDER, ITEM=SIZE…   a rule of files in this folder
-    ///     unreadable ID                              a rule whose base cannot be read
-    ///     tool ID, safe|review                       a rule of the tool that the script answers
-    ///     for snapshots DATE…                            which tmutil lists and deletes cloud
-    ///     NAME, FILES, SIZE, BUNDLE=SIZE…      a folder of the cloud drive file NAME, SIZE a file
-    ///     at its top access, free SIZE                          to the home's files; what a clean
-    ///     frees busy FOLDER, protect PATH                  nothing in it can be removed; a link
-    ///     away hold END                                   work on paths that end so waits at the
-    ///     gate
+    /// - area ID, safe|review, FOLDER, ITEM=SIZE…: a rule of files in this folder
+    /// - unreadable ID: a rule whose base cannot be read
+    /// - tool ID, safe|review: a rule of the tool that the script answers for
+    /// - snapshots DATE…: which tmutil lists and deletes
+    /// - cloud NAME, FILES, SIZE, BUNDLE=SIZE…: a folder of the cloud drive
+    /// - file NAME, SIZE: a file at its top
+    /// - access: to the home's files
+    /// - free SIZE: by which a clean makes the free space grow
+    /// - busy FOLDER: nothing in it can be removed
+    /// - protect PATH: it leads to another folder
+    /// - hold END: work on paths that end so waits at the gate
     void prepare(const std::string& text);
     void prepare(const Strings& statement);
 };
