@@ -25,6 +25,7 @@ TEST(Sheets, AssistiveToolsCanUseNothingBelow)
         MainWindow window;
         show(window, scene);
         window.activate();
+        EXPECT_TRUE(window.window().isVisible());
         const auto phase = window.state().phase();
         for (const QQuickItem* item : window.items("QQuickAbstractButton")) {
             const QString description = accessible(*item).text(QAccessible::Description);

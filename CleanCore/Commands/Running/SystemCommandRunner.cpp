@@ -23,20 +23,6 @@ namespace {
     throw std::system_error(error, std::generic_category(), what);
 }
 
-/// A program that was started with a closed standard stream gets a pipe with its number. Such a
-/// pipe would be overwritten while the child's standard streams are set one by one.
-FileDescriptor aboveStandardStreams(FileDescriptor descriptor)
-{
-    if (descriptor.get() > STDERR_FILENO) {
-        return descriptor;
-    }
-    FileDescriptor moved(::fcntl(descriptor.get(), F_DUPFD_CLOEXEC, STDERR_FILENO + 1));
-    if (!moved.isOpen()) {
-        fail(errno, "fcntl");
-    }
-    return moved;
-}
-
 struct Pipe
 {
     FileDescriptor readEnd;
@@ -48,10 +34,7 @@ struct Pipe
         if (::pipe2(ends.data(), O_CLOEXEC) != 0) {
             fail(errno, "pipe2");
         }
-        FileDescriptor readEnd(ends[0]);
-        FileDescriptor writeEnd(ends[1]);
-        return {aboveStandardStreams(std::move(readEnd)),
-                aboveStandardStreams(std::move(writeEnd))};
+        return {FileDescriptor(ends[0]), FileDescriptor(ends[1])};
     }
 };
 

@@ -96,7 +96,7 @@ void playStep(MainWindow& window, const Strings& step)
         {"confirm", [&] { state().requestClean(); }},
         {"clean", [&] { runClean(state()); }},
         {"cleaning", [&] { state().performClean(), application.gate.waitUntilReached(); }},
-        {"close", [&] { state().requestClose(); }},
+        {"close", [&] { window.window().close(); }},
         {"details", [&] { window.item("SkippedSummary").setProperty("showDetails", true); }},
         {"sheet", [&] { state().cloud()->openICloud(), state().cloud()->reloadICloud(); }},
         {"measured",

@@ -49,6 +49,29 @@ TEST(CloudState, EntriesOutOfTimeAreBusyAndCanBeMeasuredAgain)
     EXPECT_EQ(cloud.icloudMeasuredBytes(), 35);
 }
 
+TEST(CloudState, AnEntryThatHangsHoldsNothingAndIsGivenUp)
+{
+    for (const bool isPatient : {true, false}) {
+        ScriptedApplication application;
+        application.prepare("cloud Stuck, 1, 9; hold Stuck; area cache-a, safe, a, 0=1");
+        Zorvane::Environment environment = application.environment();
+        if (isPatient) {
+            application.prepare("cloud 1, 1, 1; cloud 2, 1, 2; cloud 3, 1, 3; cloud 4, 1, 4");
+        } else {
+            environment.cloudPatience = {};
+        }
+        AppState state(environment);
+        CloudState& cloud = *state.cloud();
+        cloud.reloadICloud();
+        application.gate.waitUntilReached();
+        waitUntil([&] { return cloud.icloudPending() == (isPatient ? 1 : 0); });
+        EXPECT_EQ(items(cloud), isPatient ? "4 4 3 3 2 2 1 1 " : "");
+        EXPECT_EQ(cloud.icloudBusyFolders(), isPatient ? Strings() : Strings{inCloud("Stuck")});
+        scan(state);
+        application.gate.open();
+    }
+}
+
 TEST(CloudState, ReleasesTheSelectionLargestFirstAndReports)
 {
     ScriptedApplication application;

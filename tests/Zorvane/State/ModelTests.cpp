@@ -231,7 +231,9 @@ TEST(Models, TheCloudDriveIsMeasuredReleasedAndTried)
     }
     Opened app;
     app.prepare("cloud Work, 1, 10k, 1.app=1k, 2.app=2k, 3.app=3k; cloud Play, 0, 0, 4.app=5k;"
-                "file note.txt, 4k");
+                "file note.txt, 4k; cloud Tool.app, 1, 1k");
+    // A file of one entry stays.
+    app.drive->refusals = {{inCloud("Work/file"), {CleanCore::CloudRefusalReason::inUse}}};
     app.open();
     Zorvane::ICloudModel& model = *app.models->icloud();
     Zorvane::CloudState& cloud = *app.state->cloud();
@@ -243,7 +245,10 @@ TEST(Models, TheCloudDriveIsMeasuredReleasedAndTried)
     EXPECT_EQ(text(model, roles),
               "Work 4 files 16 KB includes 3 apps (6 KB) that macOS keeps downloaded | "
               "Play 1 files 5 KB includes 1 apps (5 KB) that macOS keeps downloaded | "
-              "note.txt 1 files 4 KB");
+              "note.txt 1 files 4 KB | "
+              "Tool.app 1 files 1 KB includes 1 apps (1 KB) that macOS keeps downloaded");
+    // An application is never released.
+    model.setSelected(3, true);
     model.setSelected(0, true);
     model.setSelected(1, true);
     model.setSelected(7, true);
@@ -261,15 +266,24 @@ TEST(Models, TheCloudDriveIsMeasuredReleasedAndTried)
     waitUntil([&] { return !cloud.isEvicting(); });
     EXPECT_EQ(model.reportText(), QStringLiteral("Nothing was released this time."));
     EXPECT_EQ(model.appsTitle(), QStringLiteral("Still on this Mac: 11 KB in apps."));
-    EXPECT_EQ(text(model, {"name", "isReleased"}), "Work isReleased | Play isReleased | note.txt");
+    EXPECT_EQ(text(model, {"name", "isOffered", "isReleased"}),
+              "Work isOffered | Play isOffered isReleased | note.txt isOffered | Tool.app");
+    EXPECT_EQ(rowText(model, 0, {"restText"}), "not wholly released: 2 files stayed");
+    EXPECT_EQ(model.refusals(),
+              QStringList(QStringLiteral("file and 1 more: the file is open in another program")));
 
-    app.disk->trees.erase(inCloud("Play"));
+    for (const char* const gone : {"Play", "Tool.app"}) {
+        app.disk->trees.erase(inCloud(gone));
+    }
     *app.clockStep = 91;
     measureCloud(*app.state);
     EXPECT_EQ(text(model, {"name", "isBusy"}), "note.txt | Work isBusy");
     EXPECT_TRUE(model.busyText().startsWith(QStringLiteral("“Work” went past 90 seconds")));
     model.setSelected(1, true);
     EXPECT_TRUE(cloud.icloudSelection().empty());
+    app.disk->folders.clear();
+    measureCloud(*app.state);
+    EXPECT_TRUE(model.emptyText().startsWith(QStringLiteral("No cloud drive was found.")));
 }
 
 } // namespace

@@ -73,6 +73,8 @@ public:
 
     /// Called before an item is released, on the releasing thread.
     std::function<void(const std::string& path)> onRelease = [](auto&&) {};
+    /// What each release answers.
+    Refusals refusals;
     /// To be read when no release is running.
     mutable Strings released;
 
@@ -80,7 +82,7 @@ public:
     {
         onRelease(path);
         released.push_back(path);
-        return {};
+        return refusals;
     }
     [[nodiscard]] Refusals fetch(const std::string& /*path*/) const override
     {
