@@ -71,6 +71,12 @@ void printJson(const Workspace& workspace, const SelectionState& selection)
             category["items"].push_back(
                 itemJson(item, selection.isSelected(result.rule.id, item.path)));
         }
+        for (const CleanCore::ReachedEntry& entry : result.reachedEntries) {
+            nlohmann::ordered_json json;
+            setPath(json, entry.path);
+            json["ruleId"] = entry.ruleId;
+            category["reachedEntries"].push_back(std::move(json));
+        }
         document["categories"].push_back(std::move(category));
     }
     document["totalBytes"] = totalBytes(selection.results());
@@ -84,6 +90,10 @@ std::string note(const CategoryResult& result)
     if (result.hadAccessErrors) {
         text += text.empty() ? "" : ", ";
         text += "partly unreadable";
+    }
+    if (!result.reachedEntries.empty()) {
+        text += text.empty() ? "" : ", ";
+        text += counted(result.reachedEntries.size(), "item") + " left to other areas";
     }
     if (const auto count = std::ranges::count_if(result.items, isIncomplete); count > 0) {
         text += text.empty() ? "" : ", ";
@@ -101,7 +111,7 @@ void printAreas(const Workspace& workspace, const SelectionState& selection)
     std::size_t emptyAreas = 0;
     for (const CategoryResult& result : selection.results()) {
         items += result.items.size();
-        if (result.totalBytes() == 0 && isSeenWhole(result)) {
+        if (result.totalBytes() == 0 && isSeenWhole(result) && result.reachedEntries.empty()) {
             ++emptyAreas;
             continue;
         }
@@ -135,7 +145,13 @@ void printItems(const Workspace& workspace, const CategoryResult& result)
         table.add({"  " + byteCount(item.sizeBytes),
                    isDated ? formatTime(item.modifiedAt).substr(0, 10) : "", itemText(item)});
     }
-    std::cout << table.text() << '\n';
+    std::cout << table.text();
+    for (const CleanCore::ReachedEntry& entry : result.reachedEntries) {
+        std::cout << "  not listed here: " << escaped(entry.path) << ", which holds items of "
+                  << escaped(workspace.texts.ruleTitle(entry.ruleId)) << " ("
+                  << escaped(entry.ruleId) << ")\n";
+    }
+    std::cout << '\n';
 }
 
 } // namespace

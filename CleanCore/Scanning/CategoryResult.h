@@ -6,9 +6,20 @@
 
 #include <cstdint>
 #include <numeric>
+#include <string>
 #include <vector>
 
 namespace CleanCore {
+
+/// An entry that an area does not offer because another area lists something inside it.
+struct ReachedEntry
+{
+    std::string path;
+    /// The id of the other area.
+    std::string ruleId;
+
+    [[nodiscard]] bool operator==(const ReachedEntry&) const = default;
+};
 
 /// The findings of a scan for one rule.
 struct CategoryResult
@@ -21,6 +32,8 @@ struct CategoryResult
     bool hadAccessErrors = false;
     /// Whether the area's tool clears all of its items or none; they are chosen together.
     bool isClearedAsWhole = false;
+    /// Entries that the area leaves to others; see withoutOverlaps().
+    std::vector<ReachedEntry> reachedEntries = {};
 
     [[nodiscard]] std::int64_t totalBytes() const
     {

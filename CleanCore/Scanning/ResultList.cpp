@@ -9,7 +9,7 @@ std::vector<CategoryResult> resultList(std::vector<CategoryResult> results)
 {
     std::vector<std::pair<std::int64_t, CategoryResult>> sized;
     for (CategoryResult& result : results) {
-        if (!result.items.empty() || result.hadAccessErrors) {
+        if (!result.items.empty() || result.hadAccessErrors || !result.reachedEntries.empty()) {
             const std::int64_t bytes = result.totalBytes();
             sized.emplace_back(bytes, std::move(result));
         }

@@ -4,8 +4,8 @@ import QtQuick.Templates as T
 import QtQuick.Window
 import Zorvane
 
-/// The panel of a sheet: a column of blocks, which scrolls if it has to, above the buttons, which do
-/// not.
+/// The panel of a sheet: a column of blocks, which scrolls if it has to, above blocks and buttons
+/// that are always in sight.
 FocusScope {
     id: panel
 
@@ -16,15 +16,17 @@ FocusScope {
     /// The block to scroll to when the height of the column changes.
     property Item inSight: null
     default property alias blocks: column.data
+    property alias pinned: pins.data
     property alias buttons: footer.data
 
     readonly property int margin: 28
     readonly property int cornerRadius: 18
+    readonly property real pinsHeight: pins.height > 0 ? pins.height + spacing : 0
     readonly property bool scrolls: scroller.height < column.y + column.height
 
     /// The height that is left for a block when all others are shown whole.
     function roomFor(block: Item): real {
-        let room = maximumHeight - 2 * margin - footer.height - spacing;
+        let room = maximumHeight - 2 * margin - footer.height - spacing - pinsHeight;
         for (let i = 0; i < column.children.length; ++i) {
             const other = column.children[i];
             if (other !== block && other?.visible && other.height > 0)
@@ -50,7 +52,7 @@ FocusScope {
     anchors.fill: parent
     focus: true
     implicitWidth: Math.max(columnWidth, footer.implicitWidth) + 2 * margin
-    implicitHeight: column.height + spacing + footer.height + 2 * margin
+    implicitHeight: column.height + spacing + pinsHeight + footer.height + 2 * margin
     Accessible.role: Accessible.Dialog
     Accessible.name: name
     Window.onActiveFocusItemChanged: follow(Window.activeFocusItem)
@@ -77,7 +79,7 @@ FocusScope {
         anchors.top: parent.top
         anchors.topMargin: 1
         anchors.bottom: footer.top
-        anchors.bottomMargin: panel.spacing
+        anchors.bottomMargin: panel.spacing + panel.pinsHeight
         width: parent.width
         contentHeight: column.y + column.height + (panel.scrolls ? panel.spacing : 0)
         onContentHeightChanged: panel.follow(panel.inSight)
@@ -108,6 +110,16 @@ FocusScope {
         width: parent.width
         height: 1
         color: Theme.glassBorder
+    }
+
+    Column {
+        id: pins
+
+        x: panel.margin
+        anchors.bottom: footer.top
+        anchors.bottomMargin: panel.spacing
+        width: column.width
+        spacing: panel.spacing
     }
 
     RowLayout {

@@ -6,96 +6,76 @@ import json
 import os
 import subprocess
 
-from support import (DAY, NOW, NOW_SECONDS, REPOSITORY, ProgramTest, exact_path, in_own_mounts,
-                     paths, rule)
+from support import NOW, REPOSITORY, ProgramTest, exact_path, in_own_mounts, rule
 
-NANOSECONDS = 10**9
-
-
-def find(*arguments):
-    """The lines that find(1) prints, and whether it could read everything."""
-    process = subprocess.run(["find", *arguments], capture_output=True, check=False)
-    return process.stdout.split(b"\0")[:-1], process.returncode == 0
-
-
-def nanoseconds(seconds):
-    whole, _, fraction = seconds.partition(b".")
-    return int(whole) * NANOSECONDS + int(fraction[:9].ljust(9, b"0"))
+TOKENS = {"$DARWIN_USER_CACHE_DIR": "~/.cache", "$DARWIN_USER_TEMP_DIR": "~/.tmp"}
+AREA = ("ruleId", "title", "tier", "kind", "totalBytes", "hadAccessErrors", "items")
+ITEM = ("path", "pathBytes", "sizeBytes", "modifiedAt", "selected")
 
 
 def independent_items(base):
-    """{name: (bytes, newest change)} of what is in a folder, and whether it could be listed.
+    """{name: (bytes, newest change)} of what is in a folder.
 
     A folder is worth the blocks (of 512 bytes) of everything below it that is no link; its own
     blocks do not count, its own time does. Each name of a hard link counts.
     """
     # A slash at the end: a base may be reached through a link.
-    facts, _ = find(base + b"/", "-xdev", "-mindepth", "1", "-printf", r"%P\0%d %y %b %T@\0")
+    facts = subprocess.run(
+        ["find", base + "/", "-xdev", "-mindepth", "1", "-printf", r"%P\0%d %y %b %TFT%TT\0"],
+        capture_output=True, check=False, env={**os.environ, "TZ": "UTC"}).stdout
+    facts = os.fsdecode(facts).split("\0")
     items = {}
     for path, fact in zip(facts[::2], facts[1::2]):
-        name, (depth, kind, blocks, time) = path.split(b"/")[0], fact.split()
-        size, newest = items.get(name, (0, nanoseconds(time)))
-        if kind != b"l":
-            is_top_folder = kind == b"d" and depth == b"1"
-            size += 0 if is_top_folder else int(blocks) * 512
-            newest = max(newest, nanoseconds(time))
+        name, (depth, kind, blocks, time) = path.split("/")[0], fact.split()
+        size, newest = items.get(name, (0, time))
+        if kind != "l":
+            size += 0 if (kind, depth) == ("d", "1") else int(blocks) * 512
+            newest = max(newest, time)
         items[name] = size, newest
-    return items, find(base + b"/", "-mindepth", "1", "-maxdepth", "1", "-printf", "")[1]
+    return items
 
 
 def expand(base, home):
-    """The folders that a base names: "~/", the two tokens, "*" for every entry of one folder."""
-    base = {"$DARWIN_USER_CACHE_DIR": "~/.cache", "$DARWIN_USER_TEMP_DIR": "~/.tmp"}.get(base, base)
-    folders = [os.fsencode(home) if base.startswith("~/") else b"/"]
-    for part in base.split("/")[1:]:
-        folders = [os.path.join(folder, name) for folder in folders
-                   for name in ([os.fsencode(part)] if part != "*" else
-                                sorted(os.listdir(folder)) if os.path.isdir(folder) else [])]
-    inside = os.fsencode(os.path.realpath(home)) + b"/"
-    return [folder for folder in folders
-            if os.path.exists(folder) and os.path.realpath(folder).startswith(inside)]
+    """The folders in the home that a base names."""
+    base = TOKENS.get(base, base)
+    return [str(folder) for folder in (home.glob(base[2:]) if base.startswith("~/") else ())
+            if os.path.realpath(folder).startswith(f"{home}/")]
 
 
 def independent_scan(rules, home):
     """{rule id: ({path: (bytes, newest change)}, whether something could not be listed)}"""
     found = {}
-    for rule_ in rules:
-        limit = (NOW_SECONDS - rule_["minAgeDays"] * DAY) * NANOSECONDS
+    for each in rules:
+        limit = datetime.datetime(2026, 3, 1, 12) - datetime.timedelta(each["minAgeDays"])
         items, had_errors = {}, False
-        for base in (folder for base in rule_["basePaths"] for folder in expand(base, home)):
-            inside, could_list = independent_items(base)
-            had_errors = had_errors or not could_list
-            for name in inside.keys() - set(map(os.fsencode, rule_["exclusions"])):
-                if rule_["minAgeDays"] == 0 or inside[name][1] <= limit:
-                    items[os.path.join(base, name)] = inside[name]
+        for base in (folder for base in each["basePaths"] for folder in expand(base, home)):
+            had_errors = had_errors or not os.access(base, os.R_OK | os.X_OK)
+            items.update((os.path.join(base, name), facts)
+                         for name, facts in independent_items(base).items()
+                         if name not in each["exclusions"]
+                         and (each["minAgeDays"] == 0 or facts[1] <= limit.isoformat() + ".0000000000"))
         if items or had_errors:
-            found[rule_["id"]] = items, had_errors
+            # The trailing zeros of a fraction are not written.
+            found[each["id"]] = {os.fsencode(path): (size, time.rstrip("0").rstrip(".") + "Z")
+                                 for path, (size, time) in items.items()}, had_errors
     return found
-
-
-def moment(text):
-    whole, _, fraction = text.removesuffix("Z").partition(".")
-    seconds = datetime.datetime.fromisoformat(whole + "+00:00").timestamp()
-    return int(seconds) * NANOSECONDS + int(fraction.ljust(9, "0"))
 
 
 class ScanTotals(ProgramTest):
     def test_a_sample_home_is_counted_as_find_counts_it(self):
-        self.sample_home("--scale", "0.2")
+        self.sample_home()
         rules = json.loads((REPOSITORY / "CleanCore/Resources/rules.json").read_text())["rules"]
         expected = independent_scan([r for r in rules if r["kind"] == "fileSystem"], self.home)
         report = self.scan("--now", NOW, "--no-commands", status=1)
-        scanned = {
-            category["ruleId"]: (
-                {exact_path(item): (item["sizeBytes"], moment(item["modifiedAt"]))
-                 for item in category["items"]}, category["hadAccessErrors"])
-            for category in report["categories"]}
-        self.assertEqual(scanned.keys(), expected.keys())
-        for name, found in expected.items():
-            self.assertEqual(scanned[name], found, name)
-        totals = {name: sum(size for size, _ in items.values())
-                  for name, (items, _) in expected.items()}
-        self.assertEqual({c["ruleId"]: c["totalBytes"] for c in report["categories"]}, totals)
+        totals = {}
+        for category in report["categories"]:
+            name, items = category["ruleId"], category["items"]
+            self.assertEqual(
+                ({exact_path(item): (item["sizeBytes"], item["modifiedAt"]) for item in items},
+                 category["hadAccessErrors"]), expected[name], name)
+            totals[name] = category["totalBytes"]
+        self.assertEqual(totals, {name: sum(size for size, _ in items.values())
+                                  for name, (items, _) in expected.items()})
         self.assertEqual(report["totalBytes"], sum(totals.values()))
         self.assertEqual(report["selectedBytes"], sum(
             totals.get(r["id"], 0) for r in rules if r["tier"] == "A"))
@@ -104,44 +84,39 @@ class ScanTotals(ProgramTest):
         self.assertTrue(any(errors for _, errors in expected.values()))
 
     def test_json_has_the_documented_shape_and_order(self):
-        home = self.home = self.world / "home \udcff"
-        self.file(home / "area/large", b"x" * 90_000)
-        self.file(home / "other/entry", b"x" * 500_000)
+        home = self.world / "home \udcff"
+        other, large = (self.file(home / name, b"x" * size).stat().st_blocks * 512
+                        for name, size in (("other/entry", 500_000), ("area/large", 90_000)))
         os.symlink("/", home / "area/link")
         os.utime(home / "area/link", ns=(0, 1_500_000_000_120_000_000), follow_symlinks=False)
         (home / "nothing").mkdir()
         # The same moment as NOW; the files are then exactly as old as they have to be.
-        report = self.scan("--now", "2026-03-01T11:00:00-01:00", "--catalog", self.catalog(
+        catalog = self.catalog(
             rule("zz-nothing", ["~/nothing"]), rule("cache-area", ["~/area"], days=400),
-            rule("dev-other", ["~/other"], tier="B")))
-        shown, exact = f"{self.world}/home \ufffd", os.fsencode(home)
+            rule("dev-other", ["~/other"], tier="B"))
+        report = self.scan("--home", home, "--now", "2026-03-01T11:00:00-01:00", "--catalog", catalog)
+        shown, then = f"{self.world}/home \ufffd", "2025-01-25T12:00:00Z"
 
-        def item(name, size, time, selected):
-            return {"path": shown + name, "pathBytes": base64.b64encode(
-                exact + name.encode()).decode(), "sizeBytes": size, "modifiedAt": time,
-                    "selected": selected}
+        def item(name, *values):
+            exact = base64.b64encode(os.fsencode(home) + name.encode()).decode()
+            return dict(zip(ITEM, (shown + name, exact, *values)))
 
-        def category(name, tier, total, *items):
-            return {"ruleId": name, "title": name, "tier": tier, "kind": "fileSystem",
-                    "totalBytes": total, "hadAccessErrors": False, "items": list(items)}
-
-        sizes = [(home / name).stat().st_blocks * 512 for name in ("other/entry", "area/large")]
-        then = "2025-01-25T12:00:00Z"
-        expected = {
-            "home": shown, "homeBytes": base64.b64encode(exact).decode(), "categories": [
-                category("dev-other", "B", sizes[0], item("/other/entry", sizes[0], then, False)),
-                category("cache-area", "A", sizes[1], item("/area/large", sizes[1], then, True),
-                         item("/area/link", 0, "2017-07-14T02:40:00.12Z", True))],
-            "totalBytes": sum(sizes), "selectedBytes": sizes[1]}
-        self.assertEqual(json.dumps(report, indent=1), json.dumps(expected, indent=1))
+        expected = {"home": shown, "homeBytes": item("")["pathBytes"], "categories": [
+            dict(zip(AREA, ("dev-other", "dev-other", "B", "fileSystem", other, False, [
+                item("/other/entry", other, then, False)]))),
+            dict(zip(AREA, ("cache-area", "cache-area", "A", "fileSystem", large, False, [
+                item("/area/large", large, then, True),
+                item("/area/link", 0, "2017-07-14T02:40:00.12Z", True)])))],
+            "totalBytes": other + large, "selectedBytes": large}
+        self.assertEqual(json.dumps(report), json.dumps(expected))
 
     def test_what_is_mounted_inside_an_item_is_not_counted(self):
         own = self.file("home/area/item/own", b"x" * 50_000)
         self.file("home/Documents/precious", b"x" * 70_000)
-        (self.home / "area/item/foreign").mkdir()
-        (self.home / "area/mounted").mkdir()
+        for name in ("item/foreign", "mounted"):
+            (self.home / "area" / name).mkdir()
         mounted = self.scan("--catalog", self.catalog(rule()), wrapper=in_own_mounts(
             'cd "$1"\nmount -t tmpfs none area/item/foreign\nmount --bind Documents area/mounted\n'
             "head -c 300000 /dev/zero > area/item/foreign/file", self.home))
         self.assertEqual(mounted["totalBytes"], own.stat().st_blocks * 512)
-        self.assertEqual(len(paths(mounted)), 2)
+        self.assertEqual(len(mounted["categories"][0]["items"]), 2)

@@ -1,6 +1,5 @@
 """The tables that people read, and the live line while they wait."""
 
-import re
 import unicodedata
 
 from support import NOW, ProgramTest, rule
@@ -8,8 +7,7 @@ from support import NOW, ProgramTest, rule
 
 class TerminalOutput(ProgramTest):
     def lines(self, *arguments, status=0, **variables):
-        process = self.run_program("scan", "--home", self.home, "--now", NOW, "--no-commands",
-                                   *arguments, **variables)
+        process = self.run_program("scan", "--now", NOW, "--no-commands", *arguments, **variables)
         self.assertEqual((process.returncode, process.stderr), (status, b""))
         return process.stdout.decode().splitlines()
 
@@ -34,34 +32,29 @@ class TerminalOutput(ProgramTest):
             f"  2 MB  2025-01-25  {self.home}/large/other", ""])
 
     def test_names_from_the_disk_cannot_drive_the_terminal(self):
-        self.sample_home("--scale", "0.05")
+        self.sample_home("0.05")
         # The driving names of the sample, and those that it lacks.
-        for number, name in enumerate(("bell\a", "title\x1b]0;gotcha\a", "csi\u009b31m", "\r\x7f",
-                                       "isolate\u2066x", "mark\u200e", "tag\U000e0041",
-                                       "paragraph\u2029", "feed\v\f", "bom\ufeff")):
+        for number, name in enumerate(("title\x1b]0;gotcha\a", "csi\u009b31m", "isolate\u2066x",
+                                       "mark\u200e", "tag\U000e0041", "paragraph\u2029", "bom\ufeff")):
             self.file(f"home/.local/share/Trash/files/{name}", b"x" * number)
         catalog = self.catalog(rule("cache-\x1b[31m\n\u202e", ["~/.local/share/Trash/files"]))
-        for arguments in (["--rule", "trash-user", "--rule", "cache-user"], ["--catalog", catalog], []):
+        for arguments in ((), ("--catalog", catalog), ("--rule", "trash-user", "--rule", "cache-user")):
             lines = self.lines(*arguments, status=0 if "--catalog" in arguments else 1)
-            for line in lines:
-                for character in line.replace("\u200d", ""):
-                    self.assertNotIn(unicodedata.category(character),
-                                     ("Cc", "Cf", "Cs", "Cn", "Zl", "Zp"), repr(line))
-        listed = "\n".join(self.lines("--rule", "trash-user"))
-        for shown in (r"two\nlines", r"tab\there", r"colour \e[31mred\e[0m", r"bell\u{0007}",
-                      r"right-to-left \u{202E}gnp.exe", r"invalid \xFF\xFE utf-8", r"csi\u{009B}31m",
-                      "emoji \U0001f9f9 \U0001f469\u200d\U0001f4bb", "<b>bold<b>", " leading space"):
+            categories = map(unicodedata.category, "".join(lines).replace("\u200d", ""))
+            self.assertFalse({"Cc", "Cf", "Cs", "Cn", "Zl", "Zp"} & {*categories}, lines)
+        listed = "\n".join(lines)
+        for shown in (r"two\nlines", r"colour \e[31mred\e[0m", r"right-to-left \u{202E}gnp.exe",
+                      r"invalid \xFF\xFE utf-8", "emoji \U0001f9f9 \U0001f469\u200d\U0001f4bb"):
             self.assertIn(f"/files/{shown}", listed)
 
     def test_the_live_line_is_for_terminals_only_and_is_gone_at_the_end(self):
         self.file("home/area/entry", b"x" * 90_000)
         catalog = self.catalog(rule("cache-area"), rule("cache-\x1b]0;gotcha\a", ["~/x"]))
-        status, table, shown = self.on_terminal(["scan", "--home", self.home, "--catalog", catalog])
+        status, table, shown = self.on_terminal(["scan", "--catalog", catalog])
         self.assertEqual(status, 0)
         self.assertNotIn("\x1b", table)
         steps = shown.split("\r\x1b[K")
         self.assertEqual((steps[0], steps[-1]), ("", ""))
-        self.assertTrue(any(re.fullmatch(r"Scanning: cache-area \(.*\)", step) for step in steps))
-        self.assertRegex(steps[-2], r"\(9\d KB\)$")
-        for step in steps:
-            self.assertNotRegex(step, r"[\x00-\x1f\x7f]")
+        self.assertRegex(steps[-2], r"\AScanning: .*\(9\d KB\)\Z")
+        self.assertTrue(any(step.startswith("Scanning: cache-area (") for step in steps))
+        self.assertNotRegex("".join(steps), r"[\x00-\x1f\x7f]")

@@ -32,28 +32,31 @@ inline void endProcess(pid_t child)
     }
 }
 
-/// Makes the system call `number` fail with `error` from now on.
-inline bool installFilter(long number, int error)
+/// Makes the system call `number` fail with `error` from now on, where its third argument is at
+/// least `third`.
+inline bool installFilter(long number, int error, unsigned third)
 {
     sock_filter program[] = {
         BPF_STMT(BPF_LD | BPF_W | BPF_ABS, offsetof(seccomp_data, nr)),
-        BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, static_cast<unsigned>(number), 0, 1),
+        BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, static_cast<unsigned>(number), 0, 3),
+        BPF_STMT(BPF_LD | BPF_W | BPF_ABS, offsetof(seccomp_data, args[2])),
+        BPF_JUMP(BPF_JMP | BPF_JGE | BPF_K, third, 0, 1),
         BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ERRNO | static_cast<unsigned>(error)),
         BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ALLOW),
     };
-    const sock_fprog filter = {4, program};
+    const sock_fprog filter = {6, program};
     return ::prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0) == 0 &&
            ::prctl(PR_SET_SECCOMP, SECCOMP_MODE_FILTER, &filter) == 0;
 }
 
-/// Runs `work` in a child process in which the system call `number` fails with `error`, and returns
-/// what `work` returned, which must lie between 0 and 127; more when the child died otherwise.
+/// Runs `work` in a child process in which installFilter() was called, and returns what it
+/// returned, which must lie between 0 and 127; more when the child died otherwise.
 [[nodiscard]] inline int runWithFailingCall(long number, int error,
-                                            const std::function<int()>& work)
+                                            const std::function<int()>& work, unsigned third = 0)
 {
     const pid_t child = ::fork();
     if (child == 0) {
-        ::_exit(installFilter(number, error) ? work() : childTrouble);
+        ::_exit(installFilter(number, error, third) ? work() : childTrouble);
     }
     const int status = waitFor(child);
     return WIFEXITED(status) ? WEXITSTATUS(status) : childTrouble;

@@ -1,4 +1,4 @@
-#include "tests/Zorvane/Scenes/Scene.h"
+#include "tests/Zorvane/Support/TestWindow.h"
 
 #include <QTest>
 
@@ -26,11 +26,10 @@ TEST(Sheets, AssistiveToolsCanUseNothingBelow)
         show(window, scene);
         window.activate();
         const auto phase = window.state().phase();
-        for (const QQuickItem* item : window.itemsOfClass("QQuickAbstractButton")) {
+        for (const QQuickItem* item : window.items("QQuickAbstractButton")) {
             const QString description = accessible(*item).text(QAccessible::Description);
-            const bool isAbove = isIn(item, {above, besides});
-            EXPECT_TRUE(isAbove || !item->isEnabled());
-            EXPECT_TRUE(isAbove || description == QStringLiteral("Not available"));
+            EXPECT_TRUE(isIn(item, above) || isIn(item, besides) ||
+                        (!item->isEnabled() && description == QStringLiteral("Not available")));
         }
         const QQuickItem& covered = window.control(below);
         if (std::string(scene) != "shell menu") {
@@ -48,10 +47,9 @@ TEST(Sheets, KeepTheKeyboardAndGiveItBack)
 {
     constexpr const char* cases[][4] = {
         {"area a, safe, a, a=1; results", "Clean", "confirm", "Cancel|Delete 1 byte permanently"},
-        {"area a, safe, a, a=1; results", "Rescan", "clean", "Scan again|Close"},
         {"results", "Rescan", "sheet; measured", "Close|Rescan"},
         {"access; open", "Menu", "update News", "Close|Open download page"},
-        {"access; open", "Scan my", "menu; about", "Close"},
+        {"area a, safe, a, a=1; results", "Rescan", "clean", "Scan again|Close"},
     };
     for (const auto& [before, from, open, order] : cases) {
         SCOPED_TRACE(open);
@@ -93,7 +91,7 @@ TEST(Sheets, TheKeyboardGoesToTheTopmost)
         show(window, "results cleaning");
         window.activate();
         play(window, steps);
-        window.gate->open();
+        window.application.gate.open();
         waitUntil([&] { return !window.state().isCleaning(); });
         window.settle();
         if (*steps != '\0') {
@@ -130,7 +128,7 @@ TEST(Sheets, DeleteOnlyWhatIsAcknowledgedAndNeverByReturn)
     window.state().deselectAll("movies");
     play(window, "confirm");
     EXPECT_THROW(window.press("I understand"), std::runtime_error);
-    window.click("Delete 100 bytes");
+    window.press("Delete 100 bytes");
     waitUntil([&] { return window.state().hasCleaningReport(); });
     EXPECT_EQ(window.application.disk->removed(), Strings{"/home/me/caches/a"});
 }
@@ -145,13 +143,21 @@ TEST(Lists, EveryRowIsReachedByTheKeyboard)
         MainWindow window;
         show(window, scene);
         window.activate();
-        auto lists = window.itemsOfClass("QQuickListView");
-        std::erase_if(lists,
-                      [&, name = type](const QQuickItem* list) { return !isIn(list, {name}); });
-        ASSERT_EQ(lists.size(), 1U);
-        QQuickItem& list = *lists.front();
+        QQuickItem& list = window.find(
+            "QQuickListView", [name = type](const QQuickItem& item) { return isIn(&item, name); });
+        list.setProperty("currentIndex", 0);
+        window.settle();
+        list.property("currentItem").value<QQuickItem*>()->forceActiveFocus(Qt::TabFocusReason);
+        // Each key with the row that it leads to.
         const int count = list.property("count").toInt();
-        const auto expectRow = [&](int row) {
+        std::vector<std::pair<Qt::Key, int>> keys;
+        for (int row = 1; row < count; ++row) {
+            keys.emplace_back(Qt::Key_Down, row);
+        }
+        keys.insert(keys.end(),
+                    {{Qt::Key_Home, 0}, {Qt::Key_End, count - 1}, {Qt::Key_Up, count - 2}});
+        for (const auto& [key, row] : keys) {
+            window.key(key);
             const QQuickItem* focus = window.window().activeFocusItem();
             while (focus != nullptr && focus->property("index").isNull()) {
                 focus = focus->parentItem();
@@ -159,20 +165,7 @@ TEST(Lists, EveryRowIsReachedByTheKeyboard)
             ASSERT_NE(focus, nullptr) << row;
             EXPECT_EQ(focus->property("index").toInt(), row);
             const QRectF place = focus->mapRectToItem(&list, focus->boundingRect());
-            EXPECT_GE(place.top(), -0.5);
-            EXPECT_LE(place.bottom(), list.height() + 0.5);
-        };
-        list.setProperty("currentIndex", 0);
-        window.settle();
-        list.property("currentItem").value<QQuickItem*>()->forceActiveFocus(Qt::TabFocusReason);
-        for (int row = 0; row < count; ++row) {
-            expectRow(row);
-            window.key(Qt::Key_Down);
-        }
-        for (const auto& [key, row] :
-             {std::pair{Qt::Key_Home, 0}, {Qt::Key_End, count - 1}, {Qt::Key_Up, count - 2}}) {
-            window.key(key);
-            expectRow(row);
+            EXPECT_TRUE(place.top() >= -0.5 && place.bottom() <= list.height() + 0.5) << row;
         }
         // Other rows are no stops of the Tab key.
         window.key(Qt::Key_Tab);

@@ -16,6 +16,39 @@ Sheet {
         id: panel
 
         name: title.text
+        pinned: [
+            NoticeBox {
+                visible: warnings.count > 0
+                width: parent?.width ?? 0
+
+                Column {
+                    width: parent.width
+                    spacing: Theme.spacingSmall
+
+                    Repeater {
+                        id: warnings
+
+                        model: sheet.model.warnings
+
+                        SymbolText {
+                            required property string modelData
+
+                            width: parent?.width ?? 0
+                            symbol: "exclamationmark.triangle.fill"
+                            text: modelData
+                        }
+                    }
+                }
+            },
+            Acknowledgement {
+                id: acknowledgement
+
+                visible: sheet.model.needsAcknowledgement
+                width: parent?.width ?? 0
+                text: sheet.model.acknowledgementText
+                plainText: sheet.model.plainAcknowledgementText
+            }
+        ]
         buttons: [
             SecondaryButton {
                 focus: true
@@ -57,39 +90,6 @@ Sheet {
             width: parent.width
             maximumHeight: panel.roomFor(summary)
             model: sheet.model
-        }
-
-        NoticeBox {
-            visible: warnings.count > 0
-            width: parent.width
-
-            Column {
-                width: parent.width
-                spacing: Theme.spacingSmall
-
-                Repeater {
-                    id: warnings
-
-                    model: sheet.model.warnings
-
-                    SymbolText {
-                        required property string modelData
-
-                        width: parent?.width ?? 0
-                        symbol: "exclamationmark.triangle.fill"
-                        text: modelData
-                    }
-                }
-            }
-        }
-
-        Acknowledgement {
-            id: acknowledgement
-
-            visible: sheet.model.needsAcknowledgement
-            width: parent.width
-            text: sheet.model.acknowledgementText
-            plainText: sheet.model.plainAcknowledgementText
         }
     }
 }

@@ -36,7 +36,7 @@ GlassCard {
 
             T.ScrollBar.vertical: ThinScrollBar {
                 parent: summary
-                x: summary.width - width - 3
+                x: summary.width - width - 1
                 y: areas.y + summary.topPadding
                 height: areas.height
             }

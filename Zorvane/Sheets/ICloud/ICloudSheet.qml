@@ -18,6 +18,11 @@ Sheet {
         name: header.title
         columnWidth: 500
         spacing: 16
+        pinned: AppsNotice {
+            visible: sheet.model.appsTitle !== ""
+            width: parent?.width ?? 0
+            model: sheet.model
+        }
         buttons: [
             SecondaryButton {
                 focus: true
@@ -127,12 +132,6 @@ Sheet {
                 font: Theme.caption
                 color: Theme.textSecondary
             }
-        }
-
-        AppsNotice {
-            visible: sheet.model.appsTitle !== ""
-            width: parent.width
-            model: sheet.model
         }
     }
 }

@@ -5,6 +5,8 @@
 #include "Zorvane/State/AppState.h"
 #include "Zorvane/State/Models/RuleDisplay.h"
 
+#include <algorithm>
+
 namespace Zorvane {
 
 namespace {
@@ -147,7 +149,8 @@ QVariant ResultsModel::dataOfDetails(std::size_t category, int role) const
     switch (role) {
     case ExplanationRole:
         return QString::fromStdString(
-            m_state.texts().text("category.explanation." + result.rule.id));
+                   m_state.texts().text("category.explanation." + result.rule.id)) +
+               reachedText(result);
     case OffersSelectAllRole:
         return offersSelectAll(result);
     case TitleRole:
@@ -173,6 +176,24 @@ QVariant ResultsModel::dataOfItem(const Place& place, int role) const
     default:
         return {};
     }
+}
+
+/// Sentences about the entries that the area leaves to others, each on a line of its own.
+QString ResultsModel::reachedText(const CategoryResult& result) const
+{
+    constexpr std::size_t named = 3;
+    QString text;
+    const auto& entries = result.reachedEntries;
+    for (std::size_t i = 0; i < std::min(named, entries.size()); ++i) {
+        text += u'\n' + tr("Not listed here: %1, which holds items of “%2”.")
+                            .arg(displayName(entries[i].path),
+                                 RuleDisplay::title(entries[i].ruleId, m_state.texts()));
+    }
+    if (entries.size() > named) {
+        const auto others = static_cast<std::int64_t>(entries.size() - named);
+        text += u'\n' + tr("and %1 more").arg(m_state.byteCountFormatter().count(others));
+    }
+    return text;
 }
 
 void ResultsModel::updateSelectedLooks()

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "CleanCore/Scanning/CategoryResult.h"
 #include "Zorvane/State/Models/RowModel.h"
 
 #include <QtQml/qqmlregistration.h>
@@ -89,6 +90,7 @@ private:
     [[nodiscard]] QVariant dataOfCategory(std::size_t category, int role) const;
     [[nodiscard]] QVariant dataOfDetails(std::size_t category, int role) const;
     [[nodiscard]] QVariant dataOfItem(const Place& place, int role) const;
+    [[nodiscard]] QString reachedText(const CleanCore::CategoryResult& result) const;
     void rebuild();
     void refreshSelection();
     void updateSelectedLooks();

@@ -1,15 +1,14 @@
 #include "CleanCore/FileSystem/Walking/TreeMeasurer.h"
 
-#include "CleanCore/FileSystem/Walking/FolderStack.h"
 #include "CleanCore/Support/TaskPool.h"
+#include "tests/Support/Table.h"
 #include "tests/Support/TemporaryFolder.h"
 
 #include <algorithm>
-#include <dirent.h>
 #include <fcntl.h>
 #include <filesystem>
+#include <fts.h>
 #include <gtest/gtest.h>
-#include <iterator>
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -22,42 +21,26 @@ using namespace CleanCore;
 /// Bytes, and the time of the newest change.
 using Model = std::pair<std::int64_t, Timestamp>;
 
-/// An entry with what is in it, as slowly and simply as can be.
-Model modelOf(int folder, const char* name, bool isItem = true)
+/// An entry with all that is in it, as the C library walks it.
+Model modelOf(std::string path)
 {
-    struct stat status = {};
-    if (::fstatat(folder, name, &status, AT_SYMLINK_NOFOLLOW) != 0 ||
-        (!isItem && S_ISLNK(status.st_mode))) {
-        return {0, distantPast};
-    }
-    Model model(
-        isItem && (S_ISDIR(status.st_mode) || S_ISLNK(status.st_mode)) ? 0 : status.st_blocks * 512,
-        Timestamp(std::chrono::seconds(status.st_mtim.tv_sec) +
-                  std::chrono::nanoseconds(status.st_mtim.tv_nsec)));
-    const int inner = ::openat(folder, name, O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC);
-    DIR* const stream = inner < 0 ? nullptr : ::fdopendir(inner);
-    while (const dirent* const entry = stream != nullptr ? ::readdir(stream) : nullptr) {
-        if (entry->d_name != std::string_view(".") && entry->d_name != std::string_view("..")) {
-            const auto [bytes, newest] = modelOf(inner, entry->d_name, false);
-            model = {model.first + bytes, std::max(model.second, newest)};
+    Model model(0, distantPast);
+    char* const roots[] = {path.data(), nullptr};
+    FTS* const walk = ::fts_open(roots, FTS_PHYSICAL, nullptr);
+    while (const FTSENT* const entry = ::fts_read(walk)) {
+        const struct stat& status = *entry->fts_statp;
+        const bool isItem = entry->fts_level == FTS_ROOTLEVEL;
+        const int kind = entry->fts_info;
+        if (kind == FTS_DP || kind == FTS_DNR || kind == FTS_NS || (!isItem && kind == FTS_SL)) {
+            continue;
         }
+        model.first += isItem && (kind == FTS_D || kind == FTS_SL) ? 0 : status.st_blocks * 512;
+        model.second =
+            std::max(model.second, Timestamp(std::chrono::seconds(status.st_mtim.tv_sec) +
+                                             std::chrono::nanoseconds(status.st_mtim.tv_nsec)));
     }
-    if (stream != nullptr) {
-        ::closedir(stream);
-    }
+    ::fts_close(walk);
     return model;
-}
-
-/// Makes a chain of folders, which may be too long for a path, with a link to a file in each.
-void makeChain(const TemporaryFolder& root, const std::string& at, int levels,
-               const std::string& name)
-{
-    FileDescriptor folder(::open(root.makeFolder(at).c_str(), O_PATH | O_CLOEXEC));
-    for (int level = 0; level < levels; ++level) {
-        ASSERT_EQ(::linkat(AT_FDCWD, root.path("file").c_str(), folder.get(), "file", 0), 0);
-        ASSERT_EQ(::mkdirat(folder.get(), name.c_str(), 0700), 0);
-        folder = FileDescriptor(::openat(folder.get(), name.c_str(), O_PATH | O_CLOEXEC));
-    }
 }
 
 TEST(TreeMeasurer, AgreesWithASimpleWalkOnTreesOfEveryShape)
@@ -65,7 +48,7 @@ TEST(TreeMeasurer, AgreesWithASimpleWalkOnTreesOfEveryShape)
     const TemporaryFolder root;
     root.make("file:20k@-8d empty:0@3d pipe|@-9d link->item@1d7ns dangling->nowhere "
               "item/newest/inside/file:9k@-99d5ns item/newest/inside/@-7d item/newest/@1d item/@2d "
-              "item/twin==file item/pipe| item/out->~/flat@-200d item/sparse "
+              "item/twin==file item/pipe| item/out->~/flat@-200d item/sparse deep/ "
               "closed/=0 closed/file unlisted/=0300 unlisted/file unsearched/=0400 unsearched/file "
               "flat/inner/");
     std::filesystem::resize_file(root.path("item/sparse"), 40'000'000);
@@ -73,14 +56,20 @@ TEST(TreeMeasurer, AgreesWithASimpleWalkOnTreesOfEveryShape)
         std::filesystem::create_hard_link(
             root.path("file"), root.path("flat/a-name-of-some-length-" + std::to_string(i)));
     }
-    // Others beside the deepest chain, so that every worker is deep in one at the same time.
-    makeChain(root, "deep/0", 600, std::string(100, 'd'));
-    for (int chain = 1; chain < 17; ++chain) {
-        makeChain(root, "deep/" + std::to_string(chain), 100, "d");
+    // Chains with a file in each folder, one of them too long for a path, and so many that every
+    // worker is deep in one at the same time.
+    for (int chain = 0; chain < 17; ++chain) {
+        FileDescriptor folder(::open(root.path("deep").c_str(), O_PATH | O_CLOEXEC));
+        std::string name = std::to_string(chain);
+        for (int level = 0; level < (chain == 0 ? 300 : 100); ++level) {
+            ASSERT_EQ(::mkdirat(folder.get(), name.c_str(), 0700), 0);
+            folder = FileDescriptor(::openat(folder.get(), name.c_str(), O_PATH | O_CLOEXEC));
+            ASSERT_EQ(::linkat(AT_FDCWD, root.path("file").c_str(), folder.get(), "f", 0), 0);
+            name = std::string(chain == 0 ? 100 : 1, 'd');
+        }
     }
-    const std::vector<std::string> names = {"file",     "not there",  "empty", "pipe",
-                                            "link",     "dangling",   "item",  "closed",
-                                            "unlisted", "unsearched", "flat",  "deep"};
+    const std::vector<std::string> names =
+        words("file missing empty pipe link dangling item closed unlisted unsearched flat deep");
     const auto measure = [&](unsigned workers, const std::stop_token& stop) {
         FileDescriptor folder(::open(root.path().c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
         const TreeMeasurer measurer(std::make_shared<TaskPool>(workers));
@@ -90,45 +79,23 @@ TEST(TreeMeasurer, AgreesWithASimpleWalkOnTreesOfEveryShape)
         }
         return models;
     };
-    const FileDescriptor folder(::open(root.path().c_str(), O_PATH | O_CLOEXEC));
-    std::vector<Model> expected;
-    std::ranges::transform(names, std::back_inserter(expected), [&](const std::string& name) {
-        return modelOf(folder.get(), name.c_str());
-    });
-    rlimit before = {};
-    ASSERT_EQ(::getrlimit(RLIMIT_NOFILE, &before), 0);
-    const rlimit lowered = {160, before.rlim_max};
-    ASSERT_EQ(::setrlimit(RLIMIT_NOFILE, &lowered), 0);
+    std::vector<Model> expected(names.size());
+    std::ranges::transform(names, expected.begin(),
+                           [&](const std::string& name) { return modelOf(root.path(name)); });
+    rlimit limit = {};
+    ASSERT_EQ(::getrlimit(RLIMIT_NOFILE, &limit), 0);
+    const rlim_t before = std::exchange(limit.rlim_cur, 160);
+    ASSERT_EQ(::setrlimit(RLIMIT_NOFILE, &limit), 0);
     for (const unsigned workers : {1U, 2U, 8U}) {
         EXPECT_EQ(measure(workers, {}), expected) << workers << " workers";
     }
-    ASSERT_EQ(::setrlimit(RLIMIT_NOFILE, &before), 0);
+    limit.rlim_cur = before;
+    ASSERT_EQ(::setrlimit(RLIMIT_NOFILE, &limit), 0);
     std::stop_source stop;
     stop.request_stop();
     EXPECT_EQ(measure(2, stop.get_token()), std::vector<Model>(names.size(), {0, distantPast}));
     // Too deep for what removes the other temporary folders.
     EXPECT_EQ(std::system(("rm -rf '" + root.path("deep") + "'").c_str()), 0);
-}
-
-TEST(FolderStack, DoesNotGoOnWhereAFolderWasMovedTo)
-{
-    for (const bool isMoved : {false, true}) {
-        const TemporaryFolder root;
-        root.make("a/b/c/ elsewhere/");
-        FolderStack stack(2);
-        for (const char* const path : {"", "a", "a/b", "a/b/c"}) {
-            FileDescriptor folder(
-                ::open(root.path(path).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-            EntryStatus status;
-            ASSERT_EQ(readStatus(folder.get(), "", status), 0);
-            stack.push(std::move(folder), status);
-        }
-        if (isMoved) {
-            root.move("a/b/c", "elsewhere/c");
-        }
-        EXPECT_EQ(stack.pop(), !isMoved);
-        EXPECT_EQ(stack.isEmpty(), isMoved);
-    }
 }
 
 } // namespace

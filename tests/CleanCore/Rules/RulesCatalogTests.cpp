@@ -1,7 +1,7 @@
 #include "CleanCore/Rules/RulesCatalog.h"
 
 #include "CleanCore/Rules/CleanCoreError.h"
-#include "CleanCore/Rules/TextTable.h"
+#include "tests/Support/Table.h"
 
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
@@ -13,21 +13,11 @@ using Json = nlohmann::ordered_json;
 
 namespace {
 
-Json rule(const std::string& id, const std::vector<std::string>& exclusions = {".keep", "*"})
-{
-    return {{"id", id},
-            {"tier", "A"},
-            {"kind", "fileSystem"},
-            {"titleKey", "title"},
-            {"basePaths", {"~/one", "~/two"}},
-            {"minAgeDays", 7},
-            {"exclusions", exclusions}};
-}
-
-Json document(const std::vector<Json>& rules)
-{
-    return {{"schemaVersion", 1}, {"rules", rules}};
-}
+const char* const document = R"({"schemaVersion": -99, "rules": [
+    {"id": "a", "tier": "A", "kind": "fileSystem", "titleKey": "title", "basePaths": ["~/b", "~/a"],
+     "minAgeDays": 9223372036854775807, "exclusions": ["a", "a", "..", "", "a\\b"]},
+    {"id": "b", "tier": "B", "kind": "command", "titleKey": "", "basePaths": ["", "~/a", "~/a"],
+     "minAgeDays": -9223372036854775808, "exclusions": []}]})";
 
 /// How loading ends: "ok", "malformed" or what is invalid about it.
 std::string loaded(const std::string& text)
@@ -46,57 +36,38 @@ std::string loaded(const std::string& text)
 
 TEST(RulesCatalog, ReturnsADocumentExactlyAsItIsWritten)
 {
-    Json second = rule("second", {"a", "a", "..", "", "a\\b"});
-    second.update({{"tier", "B"}, {"kind", "command"}, {"basePaths", Json::array()}});
-    second["minAgeDays"] = INT64_MIN;
-    Json third = rule("third");
-    third.update({{"basePaths", {"~/x", "~/x", ""}}, {"minAgeDays", INT64_MAX}});
-    Json written = document({rule("first"), second, third});
-    written["schemaVersion"] = -99;
-    Json withMore = written;
+    Json withMore = Json::parse(document);
     withMore["unknown"] = {1, 2};
     withMore["rules"][0]["comment"] = nullptr;
-    EXPECT_EQ(Json(RulesCatalog::load(withMore.dump())).dump(), written.dump());
+    EXPECT_EQ(Json(RulesCatalog::load(withMore.dump())).dump(), Json::parse(document).dump());
 }
 
 TEST(RulesCatalog, RefusesEveryMissingMistypedOrMisspeltMember)
 {
-    const std::string wrongForAll[] = {"null", "true", "{}", "1.5", "[[]]", "[1]", R"({"a": "b"})"};
-    const std::vector<std::string> wrongTexts = {"7", R"(["A"])"};
-    const std::vector<std::string> wrongNumbers = {
-        "7.0", "1e3", R"("7")", "9223372036854775808", "-9223372036854775809", "1e400"};
-    const std::vector<std::string> wrongLists = {R"("7")", "7", R"([null])", R"(["a", 1])"};
-    const std::map<std::string, std::vector<std::string>> wrong = {
-        {"/schemaVersion", wrongNumbers},
-        {"/rules", {R"("7")", "7", "[[]]", R"(["no rule"])", R"({"a": {}})"}},
-        {"/rules/0/id", wrongTexts},
-        {"/rules/0/tier", {"7", R"("safe")", R"("a")", R"("")"}},
-        {"/rules/0/kind", {"7", R"("filesystem")", R"("command ")"}},
-        {"/rules/0/titleKey", wrongTexts},
-        {"/rules/0/basePaths", wrongLists},
-        {"/rules/0/minAgeDays", wrongNumbers},
-        {"/rules/0/exclusions", wrongLists},
-    };
-    const Json valid = document({rule("a")});
-    ASSERT_EQ(wrong.size(), valid.size() + valid["rules"][0].size());
-    for (const auto& [member, values] : wrong) {
-        const Json::json_pointer pointer(member);
-        Json without = valid;
-        without[pointer.parent_pointer()].erase(pointer.back());
-        EXPECT_EQ(loaded(without.dump()), "malformed") << "without " << member;
-        std::vector<std::string> all(std::begin(wrongForAll), std::end(wrongForAll));
-        all.insert(all.end(), values.begin(), values.end());
-        for (const std::string& value : all) {
-            Json marked = valid;
-            marked[pointer] = "PLACE";
-            std::string text = marked.dump();
-            text.replace(text.find("\"PLACE\""), 7, value);
-            EXPECT_EQ(loaded(text), "malformed") << text;
+    // A member, and values that it may not have beside those that none may have.
+    const std::string wrongForAll = R"( null true {} 1.5 [[]] [1] {"a":"b"})";
+    for (const std::vector<std::string>& row : table(R"(
+/schemaVersion | 7.0 1e3 "7" 9223372036854775808
+/rules | "7" 7 ["none"] {"a":{}}
+/rules/0/id | 7 ["A"]
+/rules/0/tier | 7 "safe" "a" ""
+/rules/0/kind | 7 "filesystem" "commands"
+/rules/0/titleKey | 7 ["A"]
+/rules/0/basePaths | "7" 7 [null] ["a",1]
+/rules/0/minAgeDays | 7.0 1e3 "7" 9223372036854775808
+/rules/0/exclusions | "7" 7 [null] ["a",1]
+)")) {
+        const Json::json_pointer pointer(row[0]);
+        Json changed = Json::parse(document);
+        changed[pointer.parent_pointer()].erase(pointer.back());
+        EXPECT_EQ(loaded(changed.dump()), "malformed") << "without " << row[0];
+        for (const std::string& value : words(row[1] + wrongForAll)) {
+            changed[pointer] = Json::parse(value);
+            EXPECT_EQ(loaded(changed.dump()), "malformed") << changed;
         }
     }
-    const std::string text = valid.dump();
-    for (const std::string& broken : {std::string(), std::string("[]"), text + 'x', text + text,
-                                      "// comment\n" + text, text.substr(0, text.size() - 1),
+    const std::string text = document;
+    for (const std::string& broken : {text + 'x', "// comment\n" + text, text.substr(1),
                                       std::string(text).replace(text.find("title\""), 1, "\xC3")}) {
         EXPECT_EQ(loaded(broken), "malformed") << broken;
     }
@@ -104,33 +75,22 @@ TEST(RulesCatalog, RefusesEveryMissingMistypedOrMisspeltMember)
 
 TEST(RulesCatalog, RefusesIdsThatAreTheSameTextAndSlashesInExclusions)
 {
-    const std::tuple<Json, Json, const char*> rows[] = {
-        {rule("cache"), rule("cache"), "duplicate rule ids"},
-        {rule("cache"), rule("Cache"), "ok"},
-        {rule("cache"), rule("cache "), "ok"},
-        {rule(""), rule(""), "duplicate rule ids"},
-        {rule("caf\u00E9"), rule("cafe\u0301"), "duplicate rule ids"},
-        {rule("\uFB01"), rule("fi"), "ok"},
-        {rule("one", {"fine", "a/b"}), rule("two", {"/"}), "exclusion with '/' in rule one"},
-        {rule("one"), rule("two", {"c/d"}), "exclusion with '/' in rule two"},
-        {rule("same", {"a/b"}), rule("same"), "duplicate rule ids"},
+    // The ids of rules, an exclusion of the last one, and how loading ends.
+    const std::tuple<const char*, const char*, const char*> rows[] = {
+        {"cache between cache", "x", "duplicate rule ids"},
+        {"caf\u00E9 cafe\u0301", "x", "duplicate rule ids"},
+        {"cache Cache \uFB01 fi", "..", "ok"},
+        {"one two", "a/b", "exclusion with '/' in rule two"},
+        {"same same", "/", "duplicate rule ids"},
     };
-    for (const auto& [first, last, result] : rows) {
-        EXPECT_EQ(loaded(document({first, rule("between"), last}).dump()), result)
-            << first["id"] << " and " << last["id"];
-    }
-}
-
-TEST(TextTable, FallsBackToEnglishAndThenToTheKey)
-{
-    const std::string english = TextTable::loadBundled("en").ruleTitle("trash-user");
-    EXPECT_NE(english, "trash-user");
-    for (const char* const language : {"en_GB.UTF-8", "C", "", "xx_YY@euro", "../texts/en", "/"}) {
-        const TextTable texts = TextTable::loadBundled(language);
-        EXPECT_EQ(texts.ruleTitle("trash-user"), english) << language;
-        EXPECT_EQ(texts.ruleTitle("abc"), "abc");
-        EXPECT_EQ(texts.text("category.explanation.abc"), "category.explanation.abc");
-        EXPECT_EQ(texts.textOrEmpty("category.explanation.abc"), "");
+    for (const auto& [ids, exclusion, result] : rows) {
+        Json catalog = {{"schemaVersion", 1}, {"rules", Json::array()}};
+        for (const std::string& id : words(ids)) {
+            catalog["rules"].push_back(Json::parse(document)["rules"][0]);
+            catalog["rules"].back()["id"] = id;
+        }
+        catalog["rules"].back()["exclusions"] = {"fine", exclusion};
+        EXPECT_EQ(loaded(catalog.dump()), result) << ids;
     }
 }
 

@@ -4,9 +4,8 @@ import configparser
 import os
 import pathlib
 import re
-import subprocess
 
-from driving import DESKTOP
+from driving import run
 from window_test import WINDOW, WindowTest
 from support import CLI
 
@@ -21,10 +20,6 @@ function=$(complete -p "${1##*/}" | sed 's/.*-F \\([^ ]*\\).*/\\1/')
 printf '%s\\n' "${COMPREPLY[@]}" """
 
 
-def said(*command):
-    return subprocess.run(command, check=True, capture_output=True, text=True).stdout
-
-
 class InstallationTests(WindowTest):
     def test_the_desktop_finds_the_program_and_the_program_its_pages(self):
         os.mkfifo(self.world / "opened")
@@ -35,7 +30,7 @@ class InstallationTests(WindowTest):
         self.assertEqual(INSTALLED / "bin" / entry["Exec"], pathlib.Path(WINDOW))
         self.assertIn("<svg", (SHARE / f"icons/hicolor/scalable/apps/{entry['Icon']}.svg").read_text())
         program = self.start(accepted=None, PATH=f"{opener.parent}:{os.environ['PATH']}")
-        window_class = DESKTOP.run("xprop", "-id", program.window(), "WM_CLASS")
+        window_class = run("xprop", "-id", program.window(), "WM_CLASS")
         self.assertEqual(window_class.split('"')[-2], entry["StartupWMClass"])
         for link, page in (("Terms of Service", "terms"), ("Privacy Policy", "privacy")):
             program.click(link)
@@ -49,12 +44,12 @@ class InstallationTests(WindowTest):
         for command in commands:
             with self.subTest(command[1:]):
                 name = pathlib.Path(command[0]).name
-                text = said(*command, "--help")
+                text = run(*command, "--help")
                 known = set(re.findall(LONG_OPTION, text))
                 manual = (SHARE / f"man/man1/{name}.1").read_text().replace("\\-", "-")
                 self.assertLessEqual(known, set(re.findall(LONG_OPTION, manual)))
                 subcommands = set(re.findall(r"^  ([a-z]+) ", text, re.M)) - {"path"}
                 begun = "--" if len(command) > 1 or command == (WINDOW,) else ""
-                offered = said("bash", "-euc", COMPLETE, "bash",
+                offered = run("bash", "-euc", COMPLETE, "bash",
                                SHARE / "bash-completion/completions" / name, *command, begun)
                 self.assertEqual(set(offered.split()), known | (subcommands if not begun else set()))

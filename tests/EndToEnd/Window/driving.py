@@ -5,24 +5,20 @@ import pathlib
 import re
 import subprocess
 
-from desktop import Desktop
-
-DESKTOP = Desktop()
-os.environ.update(DESKTOP.environment)
-
 import gi
 
 gi.require_version("Atspi", "2.0")
-from gi.repository import Atspi, Gio, GLib
+from gi.repository import Atspi, GLib
 
 Atspi.init()
 
 # Each wait ends by an event. The ticks are for what tells nobody, such as the end of a process.
-# Milliseconds.
-TICK = 100
-PATIENCE = 60_000
-EVENTS = ("object:children-changed", "object:state-changed", "object:property-change",
-          "object:bounds-changed", "object:text-changed", "object:visible-data-changed", "window:")
+TICK_MILLISECONDS = 100
+PATIENCE_MICROSECONDS = 60_000_000
+
+
+def run(*command):
+    return subprocess.run(list(map(str, command)), check=True, capture_output=True, text=True).stdout
 
 
 class Program:
@@ -33,9 +29,9 @@ class Program:
         with self.errors.open("wb") as stderr:
             self.process = subprocess.Popen(
                 list(map(str, arguments)), stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL,
-                stderr=stderr, env={**DESKTOP.environment, **environment})
+                stderr=stderr, env={**os.environ, **environment})
         self.listener = Atspi.EventListener.new(lambda event: None)
-        for event in EVENTS:
+        for event in ("object:", "window:"):
             self.listener.register(event)
         self.application = None
         self.wait_for(self._connect, "the window")
@@ -44,51 +40,36 @@ class Program:
     def _connect(self):
         if self.process.poll() is not None:
             raise AssertionError(f"the program ended: {self.errors.read_text()}")
-        desktop = Atspi.get_desktop(0)
-        for index in range(desktop.get_child_count()):
-            application = desktop.get_child_at_index(index)
-            if (application and application.get_process_id() == self.process.pid
-                    and application.get_child_count() > 0):
+        for application in children(Atspi.get_desktop(0)):
+            if application.get_process_id() == self.process.pid and children(application):
                 # What was remembered of things would soon be wrong: not every change is told.
                 application.set_cache_mask(Atspi.Cache.NONE)
                 self.application = application
-                return True
-        return False
+        return self.application
 
     def wait_for(self, condition, what):
         """What `condition` returns once it is true; it is asked again after each event."""
-        end = GLib.get_monotonic_time() + PATIENCE * 1000
-        while True:
+        end = GLib.get_monotonic_time() + PATIENCE_MICROSECONDS
+        while GLib.get_monotonic_time() < end:
             try:
                 if result := condition():
                     return result
             except GLib.Error:
                 pass  # The thing was gone when it was looked at.
-            if GLib.get_monotonic_time() > end:
-                raise AssertionError(f"did not see {what}; there is:\n" + "\n".join(self.texts()))
             ticked = []
-            source = GLib.timeout_add(TICK, lambda: ticked.append(True))
+            source = GLib.timeout_add(TICK_MILLISECONDS, lambda: ticked.append(True))
             GLib.MainContext.default().iteration(True)
             if not ticked:
                 GLib.source_remove(source)
-
-    # Looking
+        names = [thing.get_name() for thing in self.everything()] if self.application else []
+        raise AssertionError(f"did not see {what}; there is: {names}")
 
     def everything(self, below_a_dialog=False):
         """All that is showing, in the order of the tree; while there is a dialog, it alone."""
-        if self.application is None:
-            return []
         self.application.clear_cache()
         things = showing(self.application)
         dialogs = [thing for thing in things if thing.get_role_name() == "dialog"]
         return showing(dialogs[0]) if dialogs and not below_a_dialog else things
-
-    def texts(self):
-        try:
-            return [f"{thing.get_role_name()}: {thing.get_name()}" for thing in self.everything()
-                    if thing.get_name()]
-        except GLib.Error:
-            return []
 
     def seen(self, name, role=None):
         """The showing things of a name; `name` may be a test of names."""
@@ -96,17 +77,16 @@ class Program:
         return [thing for thing in self.everything()
                 if matches(thing.get_name() or "") and role in (None, thing.get_role_name())]
 
-    def rows(self, role):
-        """The names of the showing things of a role, from the top of the screen to its bottom."""
-        things = [thing for thing in self.everything() if thing.get_role_name() == role]
-        return [thing.get_name() for thing in sorted(
-            things, key=lambda thing: thing.get_extents(Atspi.CoordType.SCREEN).y)]
-
     def see(self, name, role=None):
         return self.wait_for(lambda: self.seen(name, role), repr(name))[0]
 
     def see_no(self, name):
         self.wait_for(lambda: not self.seen(name), f"the end of {name!r}")
+
+    def rows(self, role):
+        """The names of the showing things of a role, from the top of the screen to its bottom."""
+        things = [thing for thing in self.everything() if thing.get_role_name() == role]
+        return [thing.get_name() for thing in sorted(things, key=lambda thing: extents(thing)[1])]
 
     def wait_for_tick(self, name, is_ticked=True):
         self.wait_for(lambda: self.see(name).get_state_set().contains(Atspi.StateType.CHECKED)
@@ -114,53 +94,6 @@ class Program:
 
     def is_enabled(self, name):
         return self.see(name).get_description() != "Not available"
-
-    # Acting
-
-    def box(self, name, role=None):
-        """The place of a thing on the screen, once it has come to rest."""
-        places = []
-
-        def is_at_rest():
-            # First, since what the program says of its parts goes by where it thinks that it is.
-            if self.place()[:2] != self.real_place():
-                places.clear()
-                return False
-            places.append(extents(self.see(name, role)))
-            return len(places) > 1 and places[-1] == places[-2] and places[-1][2] > 0
-
-        self.wait_for(is_at_rest, f"{name!r} at rest")
-        return places[-1]
-
-    def click(self, name, role=None):
-        x, y, width, height = self.box(name, role)
-        self.click_at(x + width // 2, y + height // 2)
-
-    def click_at(self, x, y, times=1):
-        DESKTOP.run("xdotool", "mousemove", x, y, "click", "--repeat", times, 1)
-
-    def press(self, name):
-        """What an assistive tool does, where the mouse would not reach."""
-        self.see(name).do_action(0)
-
-    def drag(self, start, has_come_about, what):
-        """Presses at a place of the screen, which is given anew for each try, moves on to the lower
-        right and lets go, until something has come about."""
-        def attempt():
-            x, y = start()
-            DESKTOP.run("xdotool", "mousemove", x, y, "mousedown", 1)
-            for step in range(1, 200):
-                # Far enough, and then back and forth.
-                distance = min(step, 29 + step % 2)
-                DESKTOP.run("xdotool", "mousemove", x + 4 * distance, y + 2 * distance)
-                # The window manager takes over in the middle, at the program's request. If the
-                # button were let go of before, it would move the window until the next click.
-                if has_come_about() and step > 29:
-                    break
-            DESKTOP.run("xdotool", "mouseup", 1)
-            return has_come_about()
-
-        self.wait_for(attempt, what)
 
     def focused(self):
         """The names of all that has the keyboard, scopes included."""
@@ -170,12 +103,54 @@ class Program:
     def wait_for_focus(self, name):
         self.wait_for(lambda: name in self.focused(), f"the keyboard on {name!r}")
 
+    def box(self, name, role=None):
+        """The place of a thing on the screen, once it has come to rest."""
+        places = []
+
+        def is_at_rest():
+            # What the program says of its parts goes by where it thinks that it is.
+            if self.place()[:2] != self.real_place():
+                places.clear()
+                return False
+            places.append(extents(self.see(name, role)))
+            return places[-2:] == 2 * places[-1:] and places[-1][2] > 0
+
+        self.wait_for(is_at_rest, f"{name!r} at rest")
+        return places[-1]
+
+    def click(self, name, role=None):
+        x, y, width, height = self.box(name, role)
+        self.click_at(x + width // 2, y + height // 2)
+
+    def click_at(self, x, y, times=1):
+        run("xdotool", "mousemove", x, y, "click", "--repeat", times, 1)
+
+    def press(self, name):
+        """What an assistive tool does, where the mouse would not reach."""
+        self.see(name).do_action(0)
+
     def key(self, *keys):
-        DESKTOP.run("xdotool", "key", *keys)
+        run("xdotool", "key", *keys)
+
+    def drag(self, start, has_come_about, what):
+        """Presses at a place of the screen, which is given anew for each try, moves on to the lower
+        right and lets go, until something has come about."""
+        def attempt():
+            x, y = start()
+            run("xdotool", "mousemove", x, y, "mousedown", 1)
+            # Far enough, and then back and forth: the window manager takes over in the middle, and
+            # if the button were let go of before, it would move the window until the next click.
+            for distance in (*range(30), *(29, 30) * 85):
+                run("xdotool", "mousemove", x + 4 * distance, y + 2 * distance)
+                if distance > 28 and has_come_about():
+                    break
+            run("xdotool", "mouseup", 1)
+            return has_come_about()
+
+        self.wait_for(attempt, what)
 
     def window(self):
-        return DESKTOP.run("xdotool", "search", "--onlyvisible", "--pid",
-                           self.process.pid).split()[0]
+        return run("xdotool", "search", "--onlyvisible", "--pid", self.process.pid).split()[0]
 
     def place(self):
         """The window's left and top edge, its width and height."""
@@ -185,37 +160,29 @@ class Program:
         """The window's left and top edge as the display has it, which the program is told a little
         later; nothing while the window is not shown."""
         try:
-            facts = DESKTOP.run("xwininfo", "-id", self.window())
+            facts = run("xwininfo", "-id", self.window())
+            return tuple(map(int, re.findall(r"Absolute upper-left [XY]: +(-?\d+)", facts)))
         except subprocess.CalledProcessError:
             return None
-        return tuple(map(int, re.findall(r"Absolute upper-left [XY]: +(-?\d+)", facts)))
 
-    def wait_for_size(self, *expected):
-        self.wait_for(lambda: self.place()[2:] == expected, f"the size {expected}")
-
-    def resize(self, width, height, comes_to=None):
-        """Asks the window manager for a size, and waits for what it comes to."""
-        DESKTOP.run("xdotool", "windowsize", self.window(), width, height)
-        self.wait_for_size(*(comes_to or (width, height)))
-
-    # Ending
+    def wait_for_place(self, *expected):
+        """Waits for its size, or for both."""
+        self.wait_for(lambda: self.place()[-len(expected):] == expected, f"the place {expected}")
 
     def wait_for_end(self):
         self.wait_for(lambda: self.process.poll() is not None, "the end of the program")
         return self.process.returncode
 
-    def kill(self):
-        self.process.kill()
-        self.wait_for_end()
+
+def children(thing):
+    every = map(thing.get_child_at_index, range(thing.get_child_count()))
+    return [child for child in every if child is not None]
 
 
 def showing(root):
-    found = []
-    for index in range(root.get_child_count()):
-        child = root.get_child_at_index(index)
-        if child is not None and child.get_state_set().contains(Atspi.StateType.SHOWING):
-            found += [child, *showing(child)]
-    return found
+    return [thing for child in children(root)
+            if child.get_state_set().contains(Atspi.StateType.SHOWING)
+            for thing in (child, *showing(child))]
 
 
 def extents(thing):

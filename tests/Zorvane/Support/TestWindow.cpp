@@ -8,39 +8,30 @@ namespace ZorvaneTests {
 
 namespace {
 
-/// `text` as in a language that takes two fifths more room.
-std::string lengthened(const std::string& text)
-{
-    // A short text gets a longer last word, a long one further words.
-    const std::size_t missing = (2 * text.size() + 4) / 5;
-    std::string more;
-    while (more.size() < missing) {
-        more += " ueberpruefungsgenehmigungsverfahren";
-    }
-    return text + more.substr(missing > 4 ? 0 : 1, missing);
-}
-
+/// Texts as in a language that takes two fifths more room.
 class LengthenedTexts : public QTranslator
 {
     [[nodiscard]] bool isEmpty() const override { return false; }
     [[nodiscard]] QString translate(const char* /*context*/, const char* text,
                                     const char* /*disambiguation*/, int /*n*/) const override
     {
-        return QString::fromStdString(lengthened(text));
+        // A short text gets a longer last word, a long one further words.
+        const QString more = QStringLiteral(" ueberpruefungsgenehmigungsverfahren");
+        const QString whole = QString::fromUtf8(text);
+        const auto missing = (2 * whole.size() + 4) / 5;
+        return whole + more.repeated(missing / more.size() + 1).mid(missing > 4 ? 0 : 1, missing);
     }
 };
 
-void addBundledTexts(ScriptedApplication& application, Wording wording)
+void addBundledTexts(ScriptedApplication& application)
 {
     const auto bundled = CleanCore::TextTable::loadBundled("en");
     for (const CleanCore::CleaningRule& rule : application.catalog.rules) {
         for (const std::string& key :
              {"rule." + rule.id + ".title", "category.explanation." + rule.id,
               "category.warning." + rule.id}) {
-            const std::string text = bundled.textOrEmpty(key);
-            if (!text.empty()) {
-                application.texts.emplace(key,
-                                          wording == Wording::english ? text : lengthened(text));
+            if (const std::string text = bundled.textOrEmpty(key); !text.empty()) {
+                application.texts.emplace(key, text);
             }
         }
     }
@@ -56,22 +47,12 @@ void addVisible(QQuickItem& item, std::vector<QQuickItem*>& found)
     }
 }
 
-QQuickItem& topmost(const std::vector<QQuickItem*>& found, const std::string& name)
-{
-    if (found.empty()) {
-        throw std::runtime_error("no " + name);
-    }
-    return *found.back();
-}
-
 } // namespace
 
-bool isIn(const QQuickItem* item, const Strings& qmlTypes)
+bool isIn(const QQuickItem* item, const std::string& qmlType)
 {
-    while (
-        item != nullptr && std::ranges::none_of(qmlTypes, [&](const std::string& type) {
-            return std::string_view(item->metaObject()->className()).starts_with(type + "_QMLTYPE");
-        })) {
+    const std::string name = qmlType + "_QMLTYPE";
+    while (item != nullptr && !QByteArrayView(item->metaObject()->className()).startsWith(name)) {
         item = item->parentItem();
     }
     return item != nullptr;
@@ -87,50 +68,43 @@ void act(const QQuickItem& item, const QString& action)
     accessible(item).actionInterface()->doAction(action);
 }
 
-std::vector<QQuickItem*> TestWindow::items(const Predicate& isWanted) const
+std::vector<QQuickItem*> TestWindow::items(const char* cppClass) const
 {
     std::vector<QQuickItem*> found;
     addVisible(*m_window->contentItem(), found);
-    std::erase_if(found, [&](const QQuickItem* item) { return !isWanted(*item); });
+    std::erase_if(found, [&](const QQuickItem* item) { return !item->inherits(cppClass); });
     return found;
 }
 
-std::vector<QQuickItem*> TestWindow::itemsOfClass(const char* cppClass) const
+QQuickItem& TestWindow::find(const char* cppClass, const Predicate& isWanted) const
 {
-    return items([&](const QQuickItem& item) { return item.inherits(cppClass); });
+    auto found = items(cppClass);
+    std::erase_if(found, [&](const QQuickItem* item) { return !isWanted(*item); });
+    if (found.empty()) {
+        throw std::runtime_error(std::string("not found: ") + cppClass);
+    }
+    return *found.back();
 }
 
 QQuickItem& TestWindow::item(const std::string& qmlType) const
 {
     // The outermost one: the items in it are not of its type.
-    return topmost(items([&](const QQuickItem& item) {
-                       return isIn(&item, {qmlType}) && !isIn(item.parentItem(), {qmlType});
-                   }),
-                   qmlType);
+    return find("QQuickItem", [&](const QQuickItem& item) {
+        return isIn(&item, qmlType) && !isIn(item.parentItem(), qmlType);
+    });
 }
 
 QQuickItem& TestWindow::control(const std::string& name) const
 {
-    return topmost(
-        items([&](const QQuickItem& item) {
-            return item.inherits("QQuickAbstractButton") &&
-                   accessible(item).text(QAccessible::Name).toStdString().starts_with(name);
-        }),
-        name);
+    return find("QQuickAbstractButton", [&](const QQuickItem& item) {
+        return accessible(item).text(QAccessible::Name).toStdString().starts_with(name);
+    });
 }
 
 std::string TestWindow::focused() const
 {
     const QQuickItem* const item = m_window->activeFocusItem();
     return item == nullptr ? "" : accessible(*item).text(QAccessible::Name).toStdString();
-}
-
-void TestWindow::click(const std::string& name) const
-{
-    const QQuickItem& item = control(name);
-    QTest::mouseClick(m_window, Qt::LeftButton, {},
-                      item.mapToScene({item.width() / 2, item.height() / 2}).toPoint());
-    settle();
 }
 
 void TestWindow::key(Qt::Key key, Qt::KeyboardModifiers modifiers) const
@@ -190,7 +164,7 @@ Stage::Stage(const QString& content)
     });
 }
 
-MainWindow::MainWindow(QSize size, Wording wording) : m_size(size), m_wording(wording)
+MainWindow::MainWindow(QSize size, Wording wording) : m_size(size)
 {
     if (wording == Wording::lengthened) {
         m_translator = std::make_unique<LengthenedTexts>();
@@ -200,7 +174,7 @@ MainWindow::MainWindow(QSize size, Wording wording) : m_size(size), m_wording(wo
 
 Zorvane::AppState& MainWindow::open()
 {
-    addBundledTexts(application, m_wording);
+    addBundledTexts(application);
     m_state = std::make_unique<Zorvane::AppState>(application.environment());
     m_models = std::make_unique<Zorvane::Models>(state());
     show([&](QQmlApplicationEngine& engine) {

@@ -1,7 +1,6 @@
 #pragma once
 
 #include "Zorvane/State/Models/Models.h"
-#include "tests/Zorvane/Support/Gate.h"
 #include "tests/Zorvane/Support/ScriptedApplication.h"
 
 #include <QAccessible>
@@ -11,14 +10,10 @@
 #include <QQuickWindow>
 #include <QTranslator>
 
-#include <functional>
-#include <memory>
-#include <vector>
-
 namespace ZorvaneTests {
 
-/// Whether it, or an item around it, is of one of these QML types.
-[[nodiscard]] bool isIn(const QQuickItem* item, const Strings& qmlTypes);
+/// Whether it, or an item around it, is of this QML type.
+[[nodiscard]] bool isIn(const QQuickItem* item, const std::string& qmlType);
 [[nodiscard]] QAccessibleInterface& accessible(const QQuickItem& item);
 void act(const QQuickItem& item, const QString& action = QAccessibleActionInterface::pressAction());
 
@@ -26,25 +21,28 @@ void act(const QQuickItem& item, const QString& action = QAccessibleActionInterf
 class TestWindow
 {
 public:
+    using Predicate = std::function<bool(const QQuickItem&)>;
+
     TestWindow() = default;
     TestWindow(const TestWindow&) = delete;
     TestWindow& operator=(const TestWindow&) = delete;
 
     [[nodiscard]] QQuickWindow& window() const { return *m_window; }
-    [[nodiscard]] std::vector<QQuickItem*> itemsOfClass(const char* cppClass) const;
+    [[nodiscard]] std::vector<QQuickItem*> items(const char* cppClass) const;
+    /// The topmost of them that is wanted.
+    [[nodiscard]] QQuickItem& find(const char* cppClass, const Predicate& isWanted) const;
     [[nodiscard]] QQuickItem& item(const std::string& qmlType) const;
-    /// By the beginning of its accessible name; the topmost of several.
+    /// By the beginning of its accessible name.
     [[nodiscard]] QQuickItem& control(const std::string& name) const;
     /// The accessible name of the item with the keyboard focus.
     [[nodiscard]] std::string focused() const;
     [[nodiscard]] bool hasFocusIn(const std::string& qmlType) const
     {
-        return isIn(m_window->activeFocusItem(), {qmlType});
+        return isIn(m_window->activeFocusItem(), qmlType);
     }
 
     /// As an assistive tool does, also out of sight.
     void press(const std::string& name) const { act(control(name)), settle(); }
-    void click(const std::string& name) const;
     void key(Qt::Key key, Qt::KeyboardModifiers modifiers = {}) const;
     /// Makes it the window that has the keyboard, and gives it to this control by the Tab key.
     void activate(const std::string& name = {}) const;
@@ -59,9 +57,6 @@ protected:
     void close() { m_engine.reset(); }
 
 private:
-    using Predicate = std::function<bool(const QQuickItem&)>;
-    [[nodiscard]] std::vector<QQuickItem*> items(const Predicate& isWanted) const;
-
     std::unique_ptr<QQmlApplicationEngine> m_engine;
     QQuickWindow* m_window = nullptr;
 };
@@ -80,11 +75,9 @@ class MainWindow : public TestWindow
 {
 public:
     explicit MainWindow(QSize size = QSize(1080, 760), Wording wording = Wording::english);
-    ~MainWindow() { gate->open(), close(); }
+    ~MainWindow() { application.gate.open(), close(); }
 
     ScriptedApplication application;
-    /// For work to be held at; opened in the end.
-    const std::shared_ptr<Gate> gate = std::make_shared<Gate>();
 
     /// Areas of the bundled catalog get their bundled texts.
     Zorvane::AppState& open();
@@ -92,10 +85,17 @@ public:
 
 private:
     const QSize m_size;
-    const Wording m_wording;
     std::unique_ptr<QTranslator> m_translator;
     std::unique_ptr<Zorvane::AppState> m_state;
     std::unique_ptr<Zorvane::Models> m_models;
 };
+
+/// The screens and sheets in their states: "SCREEN STATE".
+[[nodiscard]] Strings allScenes();
+/// Plays statements: what a person or the program does, and before the window opens also those that
+/// set up its application. Throws for an unknown verb.
+void play(MainWindow& window, const std::string& steps);
+/// Plays what leads to a scene.
+void show(MainWindow& window, const std::string& scene);
 
 } // namespace ZorvaneTests

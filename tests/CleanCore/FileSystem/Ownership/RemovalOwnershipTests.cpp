@@ -1,12 +1,8 @@
 // Only entries of the home's owner go. Making others' entries takes root; see tests/as-root.
 
-#include "CleanCore/Cleaning/CleanEngine.h"
-#include "CleanCore/FileSystem/LinuxFileManager.h"
-#include "CleanCore/Scanning/ItemEnumerator.h"
-#include "CleanCore/Support/TaskPool.h"
+#include "tests/Support/CleanableHome.h"
 #include "tests/Support/RemovalFixture.h"
 
-#include <cerrno>
 #include <grp.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -37,16 +33,12 @@ protected:
 
 TEST_F(RemovalOwnership, OthersEntriesStayAndSoDoTheFoldersAboveThem)
 {
-    struct
-    {
-        const char* foreign;
-        const char* removed;
-        const char* left;
-    } const cases[] = {
-        {".cache/entry", ".cache/entry", "entry/a/b/file entry/a/link->nowhere entry/a/sibling"},
+    const std::string all = "entry/a/b/file entry/a/link->nowhere entry/a/sibling";
+    // Whose entry is another's, what is removed, and what is left.
+    const std::tuple<const char*, const char*, std::string> cases[] = {
+        {".cache/entry", ".cache/entry", all},
         {".cache/entry/a/b/file", ".cache/entry", "entry/a/b/file"},
-        {".cache/entry/a/link", ".cache/entry/a/link",
-         "entry/a/b/file entry/a/link->nowhere entry/a/sibling"},
+        {".cache/entry/a/link", ".cache/entry/a/link", all},
     };
     for (const auto& [foreign, removed, left] : cases) {
         for (const uid_t user : {somebody, uid_t{0}}) {
@@ -60,23 +52,13 @@ TEST_F(RemovalOwnership, OthersEntriesStayAndSoDoTheFoldersAboveThem)
 
 TEST_F(RemovalOwnership, OfAFileDeepInsideIsForetoldByADryRun)
 {
-    makeOwned(".cache/entry/a/theirs .cache/entry/b .cache/mine");
-    give(".cache/entry/a/theirs", somebody, owner);
-    const auto files = std::make_shared<LinuxFileManager>(
-        UserFolders::confinedTo(home.path()), home.path(), std::make_shared<TaskPool>(2));
-    CleaningSelection selection;
-    selection.rule.basePaths = {"~/.cache"};
-    selection.items = ItemEnumerator(files).items(base, 0, {}, {});
-    const CleanEngine engine(home.path(), files);
-    const CleaningReport foretold = engine.clean({&selection, 1}, true);
-    EXPECT_EQ(foretold.skipped,
-              (std::vector<CleaningReport::SkippedItem>{
-                  {home.path(".cache/entry"), CleaningReport::SkipReason::removalFailed,
-                   CleaningReport::SkipCause::foreignEntries}}));
-    const CleaningReport report = engine.clean({&selection, 1}, false);
-    EXPECT_EQ(report.skipped, foretold.skipped);
-    EXPECT_EQ(report.removed, foretold.removed);
-    EXPECT_EQ(home.tree(".cache"), "entry/a/theirs");
+    const CleanableHome own(".cache/entry/a/theirs .cache/entry/b");
+    ASSERT_EQ(std::system(("chown -R 12345 " + own.path()).c_str()), 0);
+    ASSERT_EQ(::chown(own.path(".cache/entry/a/theirs").c_str(), somebody, owner), 0);
+    const CleaningSelection selection = own.scan();
+    EXPECT_EQ(own.outcomeOf(selection), "failed");
+    EXPECT_EQ(own.clean(selection).skipped.at(0).cause, CleaningReport::SkipCause::foreignEntries);
+    EXPECT_EQ(own.tree(".cache"), "entry/a/theirs");
 }
 
 TEST_F(RemovalOwnership, OfATrashRecordDecidesWhetherItGoesAlong)
@@ -84,9 +66,9 @@ TEST_F(RemovalOwnership, OfATrashRecordDecidesWhetherItGoesAlong)
     makeOwned("Trash/files/mine Trash/info/mine.trashinfo Trash/files/theirs "
               "Trash/info/theirs.trashinfo");
     give("Trash/info/theirs.trashinfo", somebody, owner);
-    for (const char* name : {"mine", "theirs"}) {
-        const std::string files = home.path("Trash/files");
-        EXPECT_EQ(beginRemoval()->remove(files, files + '/' + name, std::nullopt).error, 0);
+    const std::string files = home.path("Trash/files");
+    for (const char* name : {"/mine", "/theirs"}) {
+        EXPECT_EQ(beginRemoval()->remove(files, files + name, std::nullopt).error, 0);
     }
     EXPECT_EQ(home.tree("Trash"), "files/ info/theirs.trashinfo");
 }
@@ -97,8 +79,8 @@ TEST_F(RemovalOwnership, AFolderKeepsTheGroupBitThatItsOwnerCouldNotGiveBack)
     makeOwned(".cache/others/roots .cache/others/inner/=500 .cache/others/inner/file "
               ".cache/own/roots .cache/own/file");
     give(".cache/others", owner, somebody);
-    for (const char* folder : {".cache/others", ".cache/own"}) {
-        give(std::string(folder) + "/roots", 0, 0);
+    for (const std::string folder : {".cache/others", ".cache/own"}) {
+        give(folder + "/roots", 0, 0);
         home.setMode(folder, 02500);
     }
     inChildProcess([&] {

@@ -1,9 +1,15 @@
-// Where a removal has to stop: at mounts, at links, and at everything that is not inside the base.
+// Where a removal has to stop: at mounts, at links, at permissions, and at everything that is not
+// inside the base. The folders that stay keep their permissions.
 
-#include "CleanCore/Support/TaskPool.h"
+#include "CleanCore/FileSystem/OpenWithoutLinks.h"
+#include "CleanCore/FileSystem/Removing/TemporaryPermissions.h"
+#include "tests/Support/FailingCall.h"
 #include "tests/Support/RemovalFixture.h"
 
-#include <cerrno>
+#include <fcntl.h>
+#include <filesystem>
+#include <regex>
+#include <sys/syscall.h>
 
 namespace CleanCoreTests {
 namespace {
@@ -21,27 +27,20 @@ protected:
 
 TEST_P(RemovalBoundary, AMountIsKeptAndWhatLiesBehindItIsNotTouched)
 {
-    struct
-    {
-        const char* source;
-        const char* at;
-        const char* removed;
-    } const mounts[] = {
+    // What is mounted where, and what is removed.
+    const std::tuple<const char*, const char*, const char*> mounts[] = {
         {"Documents", ".cache/entry/deep/mount", ".cache/entry"},
         {"elsewhere", ".cache/entry", ".cache/entry"},
         {"elsewhere", ".cache/entry", ".cache/entry/deep"},
-        {".cache", ".cache/entry/deep/mount", ".cache/entry"},
         {"Documents/canary", ".cache/entry/deep/file", ".cache/entry"},
         {"Documents/canary", ".cache/file", ".cache/file"},
     };
     for (const auto& mount : mounts) {
-        SCOPED_TRACE(testing::Message() << mount.source << " on " << mount.at);
         home.make(
             "elsewhere/deep/kept .cache/file .cache/entry/deep/file .cache/entry/deep/mount/");
         inMountNamespace([&] {
-            bindMount(home.path(mount.source), home.path(mount.at));
-            EXPECT_EQ(removeFrom(base, home.path(mount.removed)), EXDEV);
-            EXPECT_TRUE(home.has(mount.removed));
+            bindMount(home.path(std::get<0>(mount)), home.path(std::get<1>(mount)));
+            EXPECT_EQ(removeFrom(base, home.path(std::get<2>(mount))), EXDEV) << std::get<1>(mount);
             EXPECT_EQ(home.tree("elsewhere"), "deep/kept");
         });
         expectCanaries();
@@ -50,23 +49,15 @@ TEST_P(RemovalBoundary, AMountIsKeptAndWhatLiesBehindItIsNotTouched)
 
 TEST_P(RemovalBoundary, WhatIsNotInsideTheBaseIsRefused)
 {
-    home.make("elsewhere/file .cache2/file .cache/entry/file .cache/out->~/elsewhere "
-              ".cache/private->~/Documents");
-    struct
-    {
-        const char* base;
-        std::string path;
-        int error;
-    } const cases[] = {
+    home.make("elsewhere/file .cache2/file .cache/entry/file .cache/out->~/elsewhere");
+    const std::tuple<const char*, std::string, int> cases[] = {
         {".cache", ".cache", EINVAL},
-        {".cache", "", EINVAL},
         {".cache", "elsewhere/file", EINVAL},
         {".cache", ".cache2/file", EINVAL},
         {".cache", ".cache/../elsewhere/file", EINVAL},
         {".cache", ".cache/entry/..", EINVAL},
         {".cache", std::string(".cache/entry\0x", 14), EINVAL},
         {".cache", ".cache/out/file", ELOOP},
-        {".cache", ".cache/private/canary", ELOOP},
         {"", "Documents", protectedEntryError},
         {"", "Documents/canary", protectedEntryError},
         {"Documents", "Documents/canary", protectedEntryError},
@@ -85,18 +76,6 @@ TEST_P(RemovalBoundary, WhatIsNotInsideTheBaseIsRefused)
     expectCanaries();
 }
 
-TEST_P(RemovalBoundary, LinksLeadToABaseAndAreRemovedThemselves)
-{
-    home.make("alias->.cache elsewhere/file .cache/one->~/Documents .cache/two/link->~/elsewhere "
-              ".cache/three/");
-    EXPECT_EQ(removeFrom(home.path("alias"), home.path("alias/one")), 0);
-    EXPECT_EQ(removeFrom(home.path("alias"), home.path(".cache/two")), 0);
-    EXPECT_EQ(removeFrom(base + "/", home.path("alias/three/")), 0);
-    EXPECT_EQ(home.tree(".cache"), "");
-    EXPECT_EQ(home.tree("elsewhere"), "file");
-    expectCanaries();
-}
-
 TEST_P(RemovalBoundary, AProtectedFolderIsKnownUnderAnyName)
 {
     const auto removal = beginRemoval(GetParam());
@@ -109,19 +88,76 @@ TEST_P(RemovalBoundary, AProtectedFolderIsKnownUnderAnyName)
     expectCanaries();
 }
 
-TEST_P(RemovalBoundary, AProtectedFolderThatLeadsToHomeProtectsNothing)
+INSTANTIATE_TEST_SUITE_P(Removal, RemovalBoundary,
+                         testing::Values(PinMethod::kernelResolution, PinMethod::stepByStep));
+
+class RemovalPermission : public RemovalFixture
 {
-    home.make(".cache/old/file Desktop->.");
-    LinuxRemoval removal(home.path(), std::vector<std::string>{home.path("Desktop"), "/"},
-                         std::nullopt, std::make_shared<TaskPool>(1), GetParam());
-    EXPECT_EQ(removal.remove(base, home.path(".cache/old"), std::nullopt).error, 0);
-    EXPECT_EQ(removal.remove(home.path(".."), home.path(), std::nullopt).error,
-              protectedEntryError);
+};
+
+TEST_F(RemovalPermission, ToReadOrToSearchIsNeverGranted)
+{
+    for (const unsigned mode : {0000U, 0400U, 0300U}) {
+        const std::string locked = home.makeFolder(".cache/entry/locked");
+        home.makeFile(".cache/entry/locked/file");
+        home.setMode(".cache/entry/locked", mode);
+        EXPECT_EQ(remove(".cache/entry"), EACCES) << mode;
+        EXPECT_EQ(remove(".cache/entry/locked"), EACCES) << mode;
+        EXPECT_EQ(std::filesystem::status(locked).permissions(), std::filesystem::perms(mode));
+        home.setMode(".cache/entry/locked", 0700);
+        EXPECT_EQ(home.tree(".cache"), "entry/locked/file") << mode;
+    }
+}
+
+TEST_F(RemovalPermission, AMountDeepInsideKeepsThePermissionsOfEveryFolderAboveIt)
+{
+    // Deeper than folders are held open.
+    std::string tree;
+    std::string folder = ".cache/entry";
+    for (int i = 0; i < 40; ++i) {
+        tree.append(folder).append("/=0550 ").append(folder).append("/file ");
+        folder += "/d";
+    }
+    home.make(tree + folder + "/mount/");
+    inMountNamespace([&] {
+        bindMount(documents, home.path(folder + "/mount"));
+        dropCapabilities();
+        const std::string before = home.tree(".cache");
+        EXPECT_EQ(remove(".cache/entry"), EXDEV);
+        EXPECT_EQ(home.tree(".cache"), std::regex_replace(before, std::regex(" \\S+/file"), ""));
+    });
     expectCanaries();
 }
 
-INSTANTIATE_TEST_SUITE_P(Removal, RemovalBoundary,
-                         testing::Values(PinMethod::kernelResolution, PinMethod::stepByStep));
+TEST_F(RemovalPermission, AreRestoredOnBothSidesOfAFolderThatWasMoved)
+{
+    home.make(".cache/a/=0500 .cache/a/file .cache/a/b/=0500 .cache/a/b/file .cache/a/b/c/=0500 "
+              ".cache/a/b/c/file .cache/a/b/c/d/=0500 .cache/a/b/c/d/file elsewhere/");
+    TemporaryPermissions permissions;
+    FolderStack stack(2);
+    EntryStatus status;
+    for (const char* name : {"", "a", "b", "c", "d"}) {
+        FileDescriptor folder = stack.isEmpty() ? openFolder(AT_FDCWD, base.c_str())
+                                                : openFolder(stack.top().folder.get(), name);
+        ASSERT_EQ(readStatus(folder.get(), "", status), 0);
+        stack.push(std::move(folder), status, name);
+        ASSERT_EQ(permissions.unlink(stack.top(), "file", 0), *name == '\0' ? ENOENT : 0);
+    }
+    home.move(".cache/a/b/c", "elsewhere/c");
+    permissions.restoreAll(stack);
+    EXPECT_TRUE(stack.isEmpty());
+    EXPECT_EQ(home.tree(".cache"), "a/=0500 a/b/=0500");
+    EXPECT_EQ(home.tree("elsewhere"), "c/=0500 c/d/=0500");
+}
+
+TEST_F(RemovalPermission, OfAnEmptiedFolderThatTheSystemKeepsAreRestored)
+{
+    home.make(".cache/entry/=0500 .cache/entry/file");
+    EXPECT_EQ(runWithFailingCall(
+                  SYS_unlinkat, EBUSY, [&] { return remove(".cache/entry"); }, AT_REMOVEDIR),
+              EBUSY);
+    EXPECT_EQ(home.tree(".cache"), "entry/=0500");
+}
 
 } // namespace
 } // namespace CleanCoreTests

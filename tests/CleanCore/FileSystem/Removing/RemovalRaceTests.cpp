@@ -1,11 +1,12 @@
-// What others do to the tree while it is removed must never reach what was not chosen.
+// What others do to the tree while it is removed must never reach what was not chosen. Trees that
+// are very deep or very wide go like any other.
 
 #include "tests/Support/RemovalFixture.h"
 
 #include <atomic>
-#include <cstdio>
 #include <fcntl.h>
 #include <filesystem>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <thread>
 #include <unistd.h>
@@ -16,7 +17,8 @@ namespace {
 class RemovalRace : public RemovalFixture
 {
 protected:
-    // In memory, where a folder has a link from each of its subfolders.
+    // In memory, where a folder has a link from each of its subfolders, and where no journal makes
+    // a very deep tree take a minute to go.
     RemovalRace() : RemovalFixture("/dev/shm") {}
 
     /// Puts back whatever the removal has taken, so that there is always something to remove.
@@ -118,13 +120,42 @@ TEST_F(RemovalRace, WhatIsMovedAwayIsLeftAloneAndReportedIfItIsTheItem)
             EXPECT_LE(atMove - survivors, mostAfterMove) << folder;
             roundsWithSurvivors += survivors > 0 ? 1 : 0;
             EXPECT_TRUE(survivors == 0 || error != 0 || path != home.path(".cache/entry"));
-            EXPECT_FALSE(home.has(folder));
             std::filesystem::remove_all(destination);
             std::filesystem::remove_all(home.path(".cache/entry"));
             expectCanaries();
         }
         EXPECT_GT(roundsWithSurvivors, 0U) << folder;
     }
+}
+
+TEST_F(RemovalRace, ADeepTreeNeedsFewDescriptors)
+{
+    // Made step by step: no path names the end of it.
+    CleanCore::FileDescriptor folder(
+        ::open(home.makeFolder(".cache/entry").c_str(), O_PATH | O_CLOEXEC));
+    for (int depth = 0; depth < 10'000; ++depth) {
+        ASSERT_EQ(::mkdirat(folder.get(), "beside", 0755), 0);
+        ASSERT_EQ(::mkdirat(folder.get(), "d", 0755), 0);
+        folder = CleanCore::FileDescriptor(::openat(folder.get(), "d", O_PATH | O_CLOEXEC));
+    }
+    inChildProcess([&] {
+        const rlimit few = {32, 32};
+        ASSERT_EQ(::setrlimit(RLIMIT_NOFILE, &few), 0);
+        EXPECT_EQ(remove(".cache/entry"), 0);
+    });
+    EXPECT_FALSE(home.has(".cache/entry"));
+}
+
+TEST_F(RemovalRace, AFlatFolderIsReadInParts)
+{
+    makeFiles(home, ".cache/entry/files", scaled(50'000, 1'000'000));
+    // Their names alone take 10 MB.
+    for (std::size_t i = 0; i < 40'000; ++i) {
+        std::filesystem::create_directory(
+            home.path(".cache/entry/" + std::string(245, 'x') + std::to_string(i)));
+    }
+    EXPECT_EQ(remove(".cache/entry"), 0);
+    EXPECT_FALSE(home.has(".cache/entry"));
 }
 
 } // namespace
