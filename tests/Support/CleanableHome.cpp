@@ -12,6 +12,21 @@ namespace CleanCoreTests {
 
 using namespace CleanCore;
 
+static std::string describe(const CleaningReport& report, const ScannedItem& item)
+{
+    if (report.removed == std::vector<CleaningReport::RemovedItem>{{item.path, item.sizeBytes}}) {
+        return "removed all";
+    }
+    if (report.removed.size() + report.skipped.size() != 1) {
+        return "not exactly one entry";
+    }
+    if (!report.removed.empty()) {
+        return "removed " + std::to_string(report.removed[0].bytes);
+    }
+    const bool isFailure = report.skipped[0].reason == CleaningReport::SkipReason::removalFailed;
+    return report.skipped[0].path != item.path ? "another path" : isFailure ? "failed" : "blocked";
+}
+
 CleaningSelection CleanableHome::scan(const Bases& bases) const
 {
     CleaningSelection selection;
@@ -30,7 +45,7 @@ CleaningSelection CleanableHome::select(std::string_view relative, const Bases& 
     CleaningSelection selection = scan({PathText::parent(path(relative))});
     std::erase_if(selection.items,
                   [&](const ScannedItem& item) { return item.path != path(relative); });
-    selection.items.at(0).sizeBytes = selectedBytes;
+    selection.items.at(0).sizeBytes = 12'345;
     selection.rule.basePaths = bases;
     return selection;
 }
@@ -60,7 +75,7 @@ void CleanableHome::expectOutcomes(const std::vector<OutcomeRow>& rows) const
         const std::string before = snapshot(path());
         make(entry);
         const std::string made = snapshot(path());
-        EXPECT_EQ(outcomeOf(name, words(bases)), outcome);
+        EXPECT_EQ(outcomeOf(select(name, words(bases))), outcome);
         const bool isRemoved = outcome.starts_with("removed");
         EXPECT_NE(has(name), isRemoved);
         if (!isRemoved || !wasThere) {
@@ -70,21 +85,6 @@ void CleanableHome::expectOutcomes(const std::vector<OutcomeRow>& rows) const
             remove(name);
         }
     }
-}
-
-std::string describe(const CleaningReport& report, const ScannedItem& item)
-{
-    if (report.removed == std::vector<CleaningReport::RemovedItem>{{item.path, item.sizeBytes}}) {
-        return "removed all";
-    }
-    if (report.removed.size() + report.skipped.size() != 1) {
-        return "not exactly one entry";
-    }
-    if (!report.removed.empty()) {
-        return "removed " + std::to_string(report.removed[0].bytes);
-    }
-    const bool isFailure = report.skipped[0].reason == CleaningReport::SkipReason::removalFailed;
-    return report.skipped[0].path != item.path ? "another path" : isFailure ? "failed" : "blocked";
 }
 
 } // namespace CleanCoreTests

@@ -29,9 +29,6 @@ class CleanableHome : public TemporaryFolder
 public:
     using Bases = std::vector<std::string>;
 
-    /// No size that a file system gives to an entry.
-    static constexpr std::int64_t selectedBytes = 12'345;
-
     explicit CleanableHome(const std::string& tree = {}) { make(tree); }
 
     const std::shared_ptr<const CleanCore::FileManager> files =
@@ -42,7 +39,7 @@ public:
     /// A selection of everything that a scan finds now in these bases, in the order of the names.
     [[nodiscard]] CleanCore::CleaningSelection scan(const Bases& bases = {"~/.cache"}) const;
     /// A rule with these bases and the one item that a scan finds at `relative`, as if it had been
-    /// measured at selectedBytes.
+    /// measured at a size that no file system gives to an entry.
     [[nodiscard]] CleanCore::CleaningSelection select(std::string_view relative,
                                                       const Bases& bases = {"~/.cache"}) const;
     [[nodiscard]] CleanCore::CleaningReport clean(const CleanCore::CleaningSelection& selection,
@@ -52,18 +49,11 @@ public:
     /// as "all"), "blocked" or "failed". Fails the test when a dry run just before foretold
     /// another end (of a link it may not know that it frees nothing).
     [[nodiscard]] std::string outcomeOf(const CleanCore::CleaningSelection& selection) const;
-    [[nodiscard]] std::string outcomeOf(std::string_view relative, const Bases& bases) const
-    {
-        return outcomeOf(select(relative, bases));
-    }
 
     /// Makes, scans and cleans the entry of each row, one row after the other. What is removed is
     /// to be all that changes; an entry that stays is taken away before the next row, if it was
     /// not there before.
     void expectOutcomes(const std::vector<OutcomeRow>& rows) const;
 };
-
-[[nodiscard]] std::string describe(const CleanCore::CleaningReport& report,
-                                   const CleanCore::ScannedItem& item);
 
 } // namespace CleanCoreTests

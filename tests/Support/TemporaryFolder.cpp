@@ -103,7 +103,7 @@ void TemporaryFolder::make(std::string_view tree, CleanCore::Timestamp now) cons
             if (fs::is_symlink(where)) {
                 fs::remove(where);
             }
-            makeLink(path, target.starts_with('~') ? m_path + target.substr(1) : target);
+            fs::create_symlink(target.starts_with('~') ? m_path + target.substr(1) : target, where);
         } else if (entry[2] == "==") {
             fs::create_hard_link(this->path(target), where);
         } else if (entry[4].matched) {
@@ -167,14 +167,6 @@ std::string TemporaryFolder::makeFile(std::string_view relative, std::string_vie
     std::ofstream stream(file, std::ios::binary);
     check((stream << content).flush().good(), file);
     return file;
-}
-
-std::string TemporaryFolder::makeLink(std::string_view relative, const std::string& target) const
-{
-    const fs::path link = path(relative);
-    fs::create_directories(link.parent_path());
-    fs::create_symlink(target, link);
-    return link;
 }
 
 void TemporaryFolder::setTime(std::string_view relative, CleanCore::Timestamp time) const

@@ -51,7 +51,6 @@ public:
         return path(relative);
     }
     std::string makeFile(std::string_view relative, std::string_view content = "content") const;
-    std::string makeLink(std::string_view relative, const std::string& target) const;
     /// Sets the modification time of an entry, of a link itself.
     void setTime(std::string_view relative, CleanCore::Timestamp time) const;
     void setMode(std::string_view relative, unsigned mode) const

@@ -37,7 +37,7 @@ MyTrash/files/a MyTrash/info/a.trashinfo | MyTrash/files/a | ~/MyTrash/files | r
             cell = std::regex_replace(cell, std::regex("\\bI\\b"), "Trash/info");
         }
         const CleanableHome home(row[0]);
-        EXPECT_EQ(home.outcomeOf(row[1], words(row[2])), row[3]) << row[0];
+        EXPECT_EQ(home.outcomeOf(home.select(row[1], words(row[2]))), row[3]) << row[0];
         EXPECT_EQ(home.tree(), row[4]) << row[0];
     }
 }

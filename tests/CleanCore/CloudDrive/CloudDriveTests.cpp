@@ -37,12 +37,13 @@ std::string changeByte(const std::string& file, int at)
 TEST(CloudDriveTests, aTreeWithoutItsApplicationBundlesIsReleasedAndComesBackAsItWas)
 {
     const CloudFolders folders;
-    std::string deep = "Tree/";
+    // More folders than are kept open.
+    std::string deep = "Tree";
     for (int depth = 0; depth < 40; ++depth) {
-        deep += "d/";
+        deep += "/d";
     }
     const std::vector<std::string> names = {"Tree/steps", "Tree/sub/\xff\n.bin", "Tree/N.APP/data",
-                                            "Tree/p.app", deep + "file"};
+                                            "Tree/p.app", deep + "/file"};
     for (const std::string& name : names) {
         folders.makePair(name, bytes(70'001));
     }

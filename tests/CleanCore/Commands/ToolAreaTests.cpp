@@ -116,24 +116,35 @@ std::string meaning(std::string cell)
     return cell;
 }
 
-/// The calls of a row, and a runner that answers them and adds those that it gets to `made`.
-std::shared_ptr<ScriptedCommandRunner> runnerFor(const std::vector<std::string>& cells,
-                                                 std::vector<Call>& calls, std::vector<Call>& made)
+/// The calls that are expected, with their answers, and those that are made.
+struct Calls
 {
-    ScriptedCommandRunner::Script script;
-    for (const std::string& cell : cells) {
-        const std::size_t colon = cell.find(':');
-        Call& call = calls.emplace_back(words(meaning(cell.substr(0, colon))));
-        std::replace(call.back().begin(), call.back().end(), '~', ' ');
-        const std::string output = cell.substr(std::min(colon + 2, cell.size()));
-        if (output != "MISSING") {
-            script[call] = output == "FAILS" ? std::nullopt : std::optional(meaning(output));
+    /// A runner for these cells of a row; the call number `stopAt` requests a stop.
+    std::shared_ptr<ScriptedCommandRunner> runner(const std::vector<std::string>& cells,
+                                                  std::size_t stopAt = 0)
+    {
+        ScriptedCommandRunner::Script script;
+        for (const std::string& cell : cells) {
+            const std::size_t colon = cell.find(':');
+            Call& call = expected.emplace_back(words(meaning(cell.substr(0, colon))));
+            std::replace(call.back().begin(), call.back().end(), '~', ' ');
+            const std::string output = cell.substr(std::min(colon + 2, cell.size()));
+            if (output != "MISSING") {
+                script[call] = output == "FAILS" ? std::nullopt : std::optional(meaning(output));
+            }
         }
+        auto result = std::make_shared<ScriptedCommandRunner>(script);
+        result->whenCalled = [this, stopAt](const Call& call) {
+            made.push_back(call);
+            static_cast<void>(made.size() == stopAt && stop.request_stop());
+        };
+        return result;
     }
-    auto runner = std::make_shared<ScriptedCommandRunner>(script);
-    runner->whenCalled = [&made](const Call& call) { made.push_back(call); };
-    return runner;
-}
+
+    std::vector<Call> expected;
+    std::vector<Call> made;
+    std::stop_source stop;
+};
 
 CleaningSelection selection(const std::string& rule, std::string items)
 {
@@ -180,9 +191,8 @@ TEST(ToolAreas, AreListedAndClearedByTheirTools)
     for (const std::vector<std::string>& row : table(rows)) {
         SCOPED_TRACE(testing::PrintToString(row));
         const std::string& rule = row[0];
-        std::vector<Call> calls;
-        std::vector<Call> made;
-        const auto runner = runnerFor({row.begin() + 2, row.end() - 1}, calls, made);
+        Calls calls;
+        const auto runner = calls.runner({row.begin() + 2, row.end() - 1});
         if (row[1] == "scan") {
             const auto results = CommandScanEngine(runner).scan(std::vector{commandRule(rule)});
             EXPECT_EQ(text(results.at(0).items), meaning(row.back()));
@@ -193,45 +203,34 @@ TEST(ToolAreas, AreListedAndClearedByTheirTools)
             const bool isDry = row[1].ends_with("dry");
             EXPECT_EQ(text(CommandCleanEngine(runner).run(chosen, isDry, {})), meaning(row.back()));
         }
-        EXPECT_EQ(made, calls);
+        EXPECT_EQ(calls.made, calls.expected);
     }
 }
 
 TEST(ToolAreas, AreScannedAndClearedInOrderUntilAStop)
 {
-    std::vector<Call> calls;
-    std::vector<Call> made;
-    std::stop_source source;
-    auto runner =
-        runnerFor({"SNAPSHOTS: com.apple.TimeMachine.x", "SIMULATORS: FAILS"}, calls, made);
     // The second tool's run is what the request ends.
-    runner->whenCalled = [&](const Call& call) {
-        made.push_back(call);
-        static_cast<void>(made.size() == 2 && source.request_stop());
-    };
+    Calls calls;
+    auto runner = calls.runner({"SNAPSHOTS: com.apple.TimeMachine.x", "SIMULATORS: FAILS"}, 2);
     const std::vector rules = {commandRule("unknown"), commandRule("cache", RuleKind::fileSystem),
                                commandRule("tm-local-snapshots"),
                                commandRule("dev-unavailable-simulators"),
                                commandRule("docker-reclaimable")};
-    const auto results = CommandScanEngine(runner).scan(rules, source.get_token());
+    const auto results = CommandScanEngine(runner).scan(rules, calls.stop.get_token());
     ASSERT_EQ(results.size(), 2U);
     EXPECT_EQ(results[0].rule.id, "unknown");
     EXPECT_EQ(text(results[1].items), "com.apple.TimeMachine.x 0");
     EXPECT_EQ(CommandScanEngine(runner, ToolLocations::none()).scan(rules).size(), 4U);
 
     // What was done before a stop stays; files and areas without a choice are nothing to do.
-    source = {};
-    runner = runnerFor({"DELETION 1:"}, calls, made);
-    runner->whenCalled = [&](const Call& call) {
-        made.push_back(call);
-        source.request_stop();
-    };
+    calls.stop = {};
+    runner = calls.runner({"DELETION 1:"}, 3);
     std::vector chosen = {selection("brew-cleanup", "/a 5"), selection("brew-cleanup", "/a 5"),
                           selection("tm-local-snapshots", "1 0, 2 0")};
     chosen[0].rule.kind = RuleKind::fileSystem;
     chosen[1].items.clear();
-    EXPECT_EQ(text(CommandCleanEngine(runner).clean(chosen, source.get_token())), "1 0");
-    EXPECT_EQ(made, calls);
+    EXPECT_EQ(text(CommandCleanEngine(runner).clean(chosen, calls.stop.get_token())), "1 0");
+    EXPECT_EQ(calls.made, calls.expected);
 }
 
 TEST(ToolLocations, NameNoRealToolInAConfinedHome)

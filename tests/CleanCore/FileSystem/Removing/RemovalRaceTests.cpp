@@ -70,7 +70,7 @@ TEST_P(SwapRace, NeverReachesTheProtectedFolder)
 {
     const std::size_t wanted = scaled(20'000, 400'000);
     refill();
-    home.makeLink(".decoy", documents);
+    home.make(".decoy->" + documents);
     const auto removal = beginRemoval();
     const std::string path = home.path(GetParam().second);
     std::thread attacker([&] { exchangeUntil(wanted); });
