@@ -23,9 +23,9 @@ zorvane_add_tests(WindowTests SUPPORT WindowTestSupport SOURCES
 target_link_libraries(WindowTests PRIVATE ZorvaneWindowplugin)
 
 # Once more as the program draws where there is a graphics card.
-add_test(NAME PixelsWithOpenGL COMMAND "${launcher}" "${CMAKE_CURRENT_SOURCE_DIR}/with-display"
-         "$<TARGET_FILE:WindowTests>" --opengl "--gtest_filter=Pixels.*:Sheets.TheKeyboard*")
-set_tests_properties(PixelsWithOpenGL PROPERTIES TIMEOUT 120)
+add_test(NAME DrawnWithOpenGL COMMAND "${launcher}" "${CMAKE_CURRENT_SOURCE_DIR}/with-display"
+         "$<TARGET_FILE:WindowTests>" --opengl "--gtest_filter=Scenes/*Warning/results*:Sheets.TheKeyboard*")
+set_tests_properties(DrawnWithOpenGL PROPERTIES TIMEOUT 120)
 
 # The window as a person uses it, on a display of the tests' own.
 add_library(confined MODULE EndToEnd/Window/confined.c)

@@ -26,9 +26,9 @@ class ScanTests(WindowTest):
         program.see("Some areas could not be read — grant Full Disk Access for the full amount")
         self.close(program)
 
-    def test_a_scan_can_be_cancelled_and_ends_below_a_sheet(self):
+    def test_a_scan_can_be_cancelled_and_ends_with_the_window(self):
         self.file("home/area/item", b"x" * 4096)
-        # A tool that does not answer until it is told to.
+        # A tool that never answers.
         answer = self.world / "answer"
         os.mkfifo(answer)
         self.tool("home/.tools/usr/bin/tmutil", f"cat {answer}")
@@ -38,16 +38,6 @@ class ScanTests(WindowTest):
         program.see("4 KB")
         program.click("Cancel")
         program.click("Scan my Mac")
-        program.see("Cancel")
-        program.click("Menu")
-        program.click("About Zorvane")
-        program.see(lambda name: name.startswith("Version "))
-        answer.write_text("")
-        program.wait_for(lambda: "Rescan" in [thing.get_name() for thing in program.everything(
-            below_a_dialog=True)], "the results below")
-        program.key("Escape")
-        program.wait_for_focus("cache-a, 1 items, 4 KB")
-        program.click("Rescan")
         program.see("Cancel")
         # The tool still waits; closing ends it.
         self.close(program)

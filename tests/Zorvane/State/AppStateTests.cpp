@@ -46,34 +46,6 @@ struct StateLog : SignalLog
     }
 };
 
-TEST(AppStateFirstRun, AcceptsTheTermsAndProbesTheDisk)
-{
-    ScriptedApplication application;
-    Zorvane::Preferences(application.preferencesFile())
-        .storeAcceptedTerms(QStringLiteral("0.1 "), {});
-    AppState state(application.environment());
-    EXPECT_EQ(state.phaseName(), QStringLiteral("termsAcceptance"));
-    StateLog log(state);
-    const struct
-    {
-        void (AppState::*operation)();
-        /// The error that listing the probed folder fails with.
-        int error;
-        const char* told;
-    } steps[] = {
-        {&AppState::refreshPermissionState, 0, "access"},
-        {&AppState::acceptTerms, ENOENT, "needsPermission, no access"},
-        {&AppState::continueWithoutPermission, EACCES, "ready"},
-        {&AppState::acceptTerms, 0, "needsPermission, access, ready"},
-        {&AppState::refreshPermissionState, EACCES, "no access"},
-    };
-    for (const auto& [operation, error, expected] : steps) {
-        application.disk->folders[inHome(".cache")].error = error;
-        (state.*operation)();
-        EXPECT_EQ(log.take(), expected);
-    }
-}
-
 TEST(AppStateScanning, TellsTheStepsAndReplacesTheResults)
 {
     ScriptedApplication application;
@@ -271,20 +243,6 @@ struct MainThreadQueue : testing::Test
     /// The tasks that ran.
     std::string order;
 };
-
-TEST_F(MainThreadQueue, LetsOtherEventsHaveTheirTurn)
-{
-    queue->post([&] {
-        QMetaObject::invokeMethod(
-            runner.get(), [&] { order += "event "; }, Qt::QueuedConnection);
-        const auto end = std::chrono::steady_clock::now() + 2 * MainThreadRunner::longestTurn;
-        while (std::chrono::steady_clock::now() < end) {
-        }
-    });
-    queue->post([&] { order += "task "; });
-    waitUntil([&] { return order.size() == 11; });
-    EXPECT_EQ(order, "event task ");
-}
 
 TEST_F(MainThreadQueue, DropsTasksWithoutARunner)
 {
