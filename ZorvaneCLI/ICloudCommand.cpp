@@ -93,8 +93,8 @@ ordered_json refusalsJson(const std::vector<CloudRefusal>& refusals)
 void printRefusals(const std::vector<CloudRefusal>& refusals)
 {
     for (const CloudRefusal& refusal : refusals) {
-        std::cerr << "refused: " << escaped(refusal.path) << ": " << Words::refusalText(refusal.failure)
-                  << '\n';
+        std::cerr << "refused: " << escaped(refusal.path) << ": "
+                  << Words::refusalText(refusal.failure) << '\n';
     }
 }
 

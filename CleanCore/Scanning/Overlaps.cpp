@@ -85,8 +85,8 @@ std::vector<CategoryResult> withoutOverlaps(std::vector<CategoryResult> results,
         if (next < entries.size() && isInside(entries[next], entries[first])) {
             CategoryResult& outer = results[entries[first].result];
             isLeftOut[entries[first].result][entries[first].item] = true;
-            outer.reachedEntries.push_back({outer.items[entries[first].item].path,
-                                            results[entries[next].result].rule.id});
+            outer.reachedEntries.push_back(
+                {outer.items[entries[first].item].path, results[entries[next].result].rule.id});
         }
         first = next;
     }
