@@ -207,7 +207,13 @@ void CloudState::measureICloudChildren(std::vector<std::string> children)
             queue->post([this, batch, result] { handleMeasureResult(batch, result); });
         });
     }
-    QTimer::singleShot(m_environment.cloudPatience, this, [this, batch] { giveUp(batch); });
+    auto* const timer = new QTimer(this);
+    timer->setSingleShot(true);
+    connect(timer, &QTimer::timeout, this, [this, batch, timer] {
+        giveUp(batch);
+        timer->deleteLater();
+    });
+    timer->start(m_environment.cloudPatience);
 }
 
 /// Calls those entries of a batch busy that hang where no deadline reaches them.
