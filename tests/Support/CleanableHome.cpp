@@ -53,7 +53,7 @@ std::string CleanableHome::outcomeOf(const CleaningSelection& selection) const
 void CleanableHome::expectOutcomes(const std::vector<OutcomeRow>& rows) const
 {
     for (const auto& [entry, bases, outcome] : rows) {
-        SCOPED_TRACE(entry + " from " + bases);
+        SCOPED_TRACE(testing::Message() << entry << " from " << bases);
         const std::string name =
             entry.substr(0, std::min(entry.find("->"), entry.find_last_not_of('/') + 1));
         const bool wasThere = has(name);

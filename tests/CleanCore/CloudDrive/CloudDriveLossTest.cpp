@@ -156,9 +156,11 @@ TEST(CloudDriveChangeTest, nothingIsLostThatIsWrittenWhileReleasesAndFetchesGoOn
             endProcess(releaser);
             releaser = ::fork();
         }
-        for (int request = 1; releaser == 0; ++request) {
-            static_cast<void>(request % 8 == 0 ? folders.drive().fetch(work)
-                                               : folders.drive().release(work));
+        if (releaser == 0) {
+            for (int request = 1;; ++request) {
+                static_cast<void>(request % 8 == 0 ? folders.drive().fetch(work)
+                                                   : folders.drive().release(work));
+            }
         }
     }
     endProcess(releaser);

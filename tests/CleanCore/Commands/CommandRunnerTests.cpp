@@ -8,6 +8,7 @@
 #include <csignal>
 #include <cstdlib>
 #include <fcntl.h>
+#include <list>
 #include <poll.h>
 #include <pty.h>
 #include <sys/wait.h>
@@ -133,7 +134,7 @@ TEST(SystemCommandRunner, WorksWithAnyStandardStreamClosed)
 TEST(SystemCommandRunner, ServesManyThreadsAtOnceAndLeavesNothingBehind)
 {
     const std::ptrdiff_t before = openDescriptors();
-    std::vector<std::jthread> running;
+    std::list<std::jthread> running;
     for (int index = 0; index < 32; ++index) {
         running.emplace_back([index] {
             const std::string result = index % 2 == 0 ? "2000\n" : "status 1";

@@ -244,7 +244,8 @@ TEST(ToolLocations, NameNoRealToolInAConfinedHome)
               Paths{"/tools/usr/bin/podman"});
     const TemporaryFolder folder;
     folder.make("link->/");
-    for (const std::string root : {"", "tools", "//", folder.path("link").c_str()}) {
+    for (const std::string& root :
+         {std::string(), std::string("tools"), std::string("//"), folder.path("link")}) {
         EXPECT_THROW(static_cast<void>(ToolLocations::forHome(true, root)), std::invalid_argument);
     }
 }

@@ -138,6 +138,7 @@ TEST_F(ScanTest, IsStoppedInsideABase)
     Strings measured;
     disk->onMeasure = [&](const std::string& folder, const std::stop_token& token) {
         measured.push_back(folder);
+        EXPECT_TRUE(token.stop_possible());
         std::latch stopped(1);
         const std::stop_callback whenStopped(token, [&] { stopped.count_down(); });
         stop.request_stop();

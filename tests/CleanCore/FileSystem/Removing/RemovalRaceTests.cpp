@@ -1,5 +1,5 @@
-// What others do to the tree while it is removed must never reach what was not chosen. Trees that are
-// very deep or very wide go like any other.
+// What others do to the tree while it is removed must never reach what was not chosen. Trees that
+// are very deep or very wide go like any other.
 
 #include "tests/Support/RemovalFixture.h"
 
