@@ -123,8 +123,8 @@ void printAreas(const Workspace& workspace, const SelectionState& selection)
     table.add({"Selected by default", byteCount(selection.selectedBytes())});
     std::cout << table.text();
     if (emptyAreas > 0) {
-        std::cout << counted(emptyAreas, "area")
-                  << " where no space can be gained not shown; --rule ID shows one\n";
+        std::cout << "Not shown: " << counted(emptyAreas, "area")
+                  << " where no space can be gained; --rule ID shows one\n";
     }
 }
 

@@ -12,19 +12,23 @@ class TerminalOutput(ProgramTest):
         return process.stdout.decode().splitlines()
 
     def test_areas_and_items_are_tables_with_the_largest_first(self):
-        self.file("home/small/entry", b"x" * 4000)
+        for path, size in (("small/entry", 4000), ("also/entry", 4000), ("none/entry", 0)):
+            self.file(f"home/{path}", b"x" * size)
         self.file("home/large/entry", b"x" * 3_000_000, age_days=1)
         self.file("home/large/other", b"x" * 2_000_000)
         (self.home / "sealed").mkdir(0)
         catalog = self.catalog(
             rule("cache-small", ["~/small"]), rule("dev-none", ["~/none"]),
+            rule("cache-also", ["~/also"]),
             rule("caf\u00e9", ["~/large"], tier="B"), rule("sealed", ["~/sealed"], tier="B"))
         self.assertEqual(self.lines("--catalog", catalog, status=1), [
             "AREA                    SIZE  ITEMS  ID",
             "caf\u00e9                    5 MB      2  caf\u00e9         review required",
+            "cache-also              4 KB      1  cache-also",
             "cache-small             4 KB      1  cache-small",
             "sealed               Zero KB      0  sealed       review required, partly unreadable",
-            "Total                   5 MB      3", "Selected by default     4 KB"])
+            "Total                   5 MB      5", "Selected by default     8 KB",
+            "Not shown: 1 area where no space can be gained; --rule ID shows one"])
         # An area is known by every form of its name, and a locale that is not there does no harm.
         self.assertEqual(self.lines("--catalog", catalog, "--rule", "cafe\u0301", LC_ALL="none_XX"), [
             "caf\u00e9  5 MB, 2 items (review required)",

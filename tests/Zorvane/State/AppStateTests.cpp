@@ -207,34 +207,6 @@ TEST(AppStateCleaning, ClosingWaitsForTheItemInHandOnly)
     }
 }
 
-/// Sittings that end at different moments, for the thread sanitizer.
-TEST(AppStateLife, ScansCleansMeasuresReleasesAndGoes)
-{
-    for (std::size_t round = 0; round < 50; ++round) {
-        ScriptedApplication application;
-        application.prepare("area cache-a, safe, a, 0=30, 1=20; snapshots 1;"
-                            "cloud a, 1, 4096; cloud b, 1, 4096");
-        AppState state(application.environment());
-        const std::function<void()> steps[] = {
-            [&] { state.startScan(); },
-            [&] { state.cancelScan(), state.startScan(); },
-            [&] { waitUntil([&] { return state.phaseName() == QStringLiteral("results"); }); },
-            [&] { state.performClean(), state.cloud()->reloadICloud(); },
-            [&] {
-                waitUntil(
-                    [&] { return !state.isCleaning() && state.cloud()->icloudPending() == 0; });
-            },
-            [&] { state.cloud()->setICloudSelected(inCloud("a"), true); },
-            [&] { state.cloud()->requestEvict(); },
-            [&] { state.requestClose(); },
-        };
-        for (const auto& step : std::span(steps).first(1 + round % std::size(steps))) {
-            step();
-        }
-        EXPECT_EQ(state.isClosing(), round % std::size(steps) == 7);
-    }
-}
-
 struct MainThreadQueue : testing::Test
 {
     const std::shared_ptr<Zorvane::MainThreadQueue> queue =
