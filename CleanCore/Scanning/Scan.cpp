@@ -21,7 +21,8 @@ struct Listener
     const Scan::Progress& progress;
     const std::set<std::string_view>& requestedIds;
     std::int64_t bytes = 0;
-    std::optional<std::vector<CategoryResult>> results = std::nullopt;
+    bool hasFinished = false;
+    std::vector<CategoryResult> results = {};
 
     void operator()(const RuleStarted& event) const { progress.ruleStarted(event.ruleId); }
 
@@ -33,7 +34,11 @@ struct Listener
         }
     }
 
-    void operator()(Finished& event) { results = std::move(event.results); }
+    void operator()(Finished& event)
+    {
+        hasFinished = true;
+        results = std::move(event.results);
+    }
 };
 
 } // namespace
@@ -64,11 +69,11 @@ std::optional<std::vector<CategoryResult>> Scan::run(std::span<const CleaningRul
     while (auto event = events.next()) {
         std::visit(listener, *event);
     }
-    if (!listener.results || stop.stop_requested()) {
+    if (!listener.hasFinished || stop.stop_requested()) {
         return std::nullopt;
     }
     std::vector<CategoryResult> results =
-        withoutOverlaps(std::move(*listener.results), *m_fileManager);
+        withoutOverlaps(std::move(listener.results), *m_fileManager);
     std::erase_if(results, [&](const CategoryResult& result) {
         return !requestedIds.contains(result.rule.id);
     });
