@@ -26,8 +26,8 @@ constexpr std::array texts = {
     Text{Reason::removalFailed, Cause::notSeenWhole, "%1 could not be looked into",
          "The scan was not allowed to see everything in them, so they were left as they are."},
     Text{Reason::removalFailed, Cause::foreignEntries, "%1 not only yours",
-         "They belong to another user, or hold another user's files or a mounted disk. Those stay "
-         "in place."},
+         "They belong to another user, or hold another user's files or a mounted disk, so they "
+         "were left as they are."},
     Text{Reason::removalFailed, Cause::changedSinceScan, "%1 replaced since the scan",
          "Something else has taken their place. Scan again to see it."},
     Text{Reason::blockedBySafetyGuard, Cause::unknown, "%1 protected by Zorvane",
@@ -41,7 +41,7 @@ const char* obstacleText(CleanCore::Obstacle obstacle)
 {
     switch (obstacle) {
     case CleanCore::Obstacle::foreignEntries:
-        return "holds entries that are not yours; those stay";
+        return "holds entries that are not yours; stays as it is";
     case CleanCore::Obstacle::notSeenWhole:
         return "could not be looked into everywhere; stays as it is";
     case CleanCore::Obstacle::none:

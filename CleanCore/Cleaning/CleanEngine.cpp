@@ -70,20 +70,20 @@ CleaningReport CleanEngine::clean(std::span<const CleaningSelection> selections,
                 report.skipped.push_back(skipped(item.path, protectedEntryError));
                 continue;
             }
-            if (item.obstacle == Obstacle::notSeenWhole) {
-                report.skipped.push_back(
-                    {item.path, SkipReason::removalFailed, SkipCause::notSeenWhole});
+            if (item.obstacle != Obstacle::none) {
+                // A part of it would stay, and nobody chose to remove the rest alone.
+                report.skipped.push_back({item.path, SkipReason::removalFailed,
+                                          item.obstacle == Obstacle::notSeenWhole
+                                              ? SkipCause::notSeenWhole
+                                              : SkipCause::foreignEntries});
                 continue;
             }
             const std::string& holding = holdingBase(item.path, bases, *base);
             // A dry run credits a link with its scanned size; only the removal finds out that it
             // frees nothing.
-            RemovalOutcome outcome =
+            const RemovalOutcome outcome =
                 dryRun ? RemovalOutcome{removal->check(holding, item.path, item.identity)}
                        : removal->remove(holding, item.path, item.identity);
-            if (dryRun && outcome.error == 0 && item.obstacle == Obstacle::foreignEntries) {
-                outcome.error = foreignEntryError;
-            }
             if (outcome.error != 0) {
                 report.skipped.push_back(skipped(item.path, outcome.error));
             } else {

@@ -50,7 +50,7 @@ TEST_F(RemovalOwnership, OthersEntriesStayAndSoDoTheFoldersAboveThem)
     }
 }
 
-TEST_F(RemovalOwnership, OfAFileDeepInsideIsForetoldByADryRun)
+TEST_F(RemovalOwnership, OfAFileDeepInsideKeepsTheItemWhole)
 {
     const CleanableHome own(".cache/entry/a/theirs .cache/entry/b");
     ASSERT_EQ(std::system(("chown -R 12345 " + own.path()).c_str()), 0);
@@ -58,7 +58,7 @@ TEST_F(RemovalOwnership, OfAFileDeepInsideIsForetoldByADryRun)
     const CleaningSelection selection = own.scan();
     EXPECT_EQ(own.outcomeOf(selection), "failed");
     EXPECT_EQ(own.clean(selection).skipped.at(0).cause, CleaningReport::SkipCause::foreignEntries);
-    EXPECT_EQ(own.tree(".cache"), "entry/a/theirs");
+    EXPECT_EQ(own.tree(".cache"), "entry/a/theirs entry/b");
 }
 
 TEST_F(RemovalOwnership, OfATrashRecordDecidesWhetherItGoesAlong)
