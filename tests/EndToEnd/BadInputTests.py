@@ -46,6 +46,11 @@ class BadInput(ProgramTest):
                 ["rules", "--now", NOW], ["unknown", "--json"], ["icloud", "unknown"]):
             self.assert_refused(self.run_program(*arguments), 2)
         self.assert_refused(self.run_program("scan", HOME=f"{self.world}/missing"), 2, "missing")
+        # A list of a catalog needs no home; a part of a path needs a current folder.
+        listed = self.run_program("rules", "--catalog", self.catalog(rule()), HOME="/missing")
+        self.assertEqual((listed.returncode, b"not checked" in listed.stderr), (0, True))
+        self.assert_refused(self.run_program("icloud", "list", "--container", "rel", wrapper=[
+            "sh", "-c", 'mkdir x; cd x; rmdir ../x; exec "$@"', "sh"]), 2, "whole path")
 
     def test_a_program_without_its_resources(self):
         copy = self.file("bin/zorvane-cli", mode=0o755)
