@@ -10,7 +10,7 @@ namespace CleanCoreTests {
 
 using namespace CleanCore;
 
-/// The specification of parseSize, for short ASCII texts.
+/// What parseSize has to find, written for clarity; for short ASCII texts.
 static std::int64_t sizeByRegularExpression(const std::string& text)
 {
     static const std::regex pattern(R"(([0-9]+(?:[.,][0-9]+)?)\s*([KMGT]?)(I?)B)",
