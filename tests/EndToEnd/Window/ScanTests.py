@@ -26,22 +26,6 @@ class ScanTests(WindowTest):
         program.see("Some areas could not be read — grant Full Disk Access for the full amount")
         self.close(program)
 
-    def test_a_scan_can_be_cancelled_and_ends_with_the_window(self):
-        self.file("home/area/item", b"x" * 4096)
-        # A tool that never answers.
-        answer = self.world / "answer"
-        os.mkfifo(answer)
-        self.tool("home/.tools/usr/bin/tmutil", f"cat {answer}")
-        program = self.start(*self.tools, "--catalog", self.catalog(
-            rule("cache-a", ["~/area"]), rule("tm-local-snapshots", [], "B", kind="command")))
-        program.click("Scan my Mac")
-        program.see("4 KB")
-        program.click("Cancel")
-        program.click("Scan my Mac")
-        program.see("Cancel")
-        # The tool still waits; closing ends it.
-        self.close(program)
-
     def test_choosing_by_mouse_and_by_keyboard(self):
         odd = "<b>bold <img src=x>\n\u202egpj.exe"
         for name, size in (("safe/a", 8192), (f"safe/{odd}", 4096), ("review/a", 8192)):
