@@ -1,4 +1,5 @@
 #include "CleanCore/Cleaning/Clean.h"
+#include "CleanCore/Cleaning/SelectionReclaim.h"
 #include "CleanCore/Commands/CommandCleanEngine.h"
 #include "CleanCore/Commands/Running/SystemCommandRunner.h"
 #include "ZorvaneCLI/CleanChoice.h"
@@ -46,14 +47,15 @@ void askForConsent(std::span<const CleaningSelection> selections, const Workspac
 }
 
 Clean::Outcome remove(std::vector<CleaningSelection> selections, const Workspace& workspace,
-                      bool dryRun, const Interruption& interruption)
+                      std::shared_ptr<const CleanCore::ReclaimSurvey> survey, bool dryRun,
+                      const Interruption& interruption)
 {
     const CleanCore::HomeEnvironment& environment = workspace.environment;
     const CleanCore::CommandCleanEngine tools(std::make_shared<CleanCore::SystemCommandRunner>(),
                                               workspace.tools);
-    const Clean clean(environment.home, environment.fileManager,
-                      environment.folders.protectedFolders,
-                      std::bind_front(&CleanCore::CommandCleanEngine::run, tools));
+    const Clean clean(
+        environment.home, environment.fileManager, environment.folders.protectedFolders,
+        std::bind_front(&CleanCore::CommandCleanEngine::run, tools), std::move(survey));
     return clean.run(std::move(selections), dryRun, interruption.token());
 }
 
@@ -79,11 +81,14 @@ ExitStatus clean(const CleanOptions& options, const Interruption& interruption)
         std::cerr
             << "zorvane-cli: some areas could not be read; \"zorvane-cli scan\" shows which\n";
     }
-    const std::vector<CleaningSelection> selections = choose(options, std::move(*results));
+    std::vector<CleaningSelection> selections = choose(options, std::move(*results));
+    const auto survey = workspace.environment.reclaimSurvey();
     if (!options.yes && !options.dryRun && !selections.empty()) {
+        CleanCore::examine(selections, *survey, interruption.token());
         askForConsent(selections, workspace, interruption);
     }
-    const Clean::Outcome outcome = remove(selections, workspace, options.dryRun, interruption);
+    const Clean::Outcome outcome =
+        remove(std::move(selections), workspace, survey, options.dryRun, interruption);
     (options.common.json ? printJsonReport : printReport)(outcome, options.dryRun);
     if (interruption.happened()) {
         std::cerr << "zorvane-cli: interrupted; the current item was finished, the others were "

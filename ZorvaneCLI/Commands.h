@@ -14,6 +14,7 @@ struct ScanOptions
 {
     CommonOptions common;
     bool withoutCommands = false;
+    bool reclaim = false;
 };
 
 struct CleanOptions

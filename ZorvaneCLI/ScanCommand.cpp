@@ -1,7 +1,9 @@
+#include "CleanCore/Cleaning/ReclaimBook.h"
 #include "CleanCore/Cleaning/SelectionState.h"
 #include "ZorvaneCLI/Commands.h"
 #include "ZorvaneCLI/Output/ColumnTable.h"
 #include "ZorvaneCLI/Output/PathJson.h"
+#include "ZorvaneCLI/Output/ReclaimOutput.h"
 #include "ZorvaneCLI/Output/TerminalText.h"
 #include "ZorvaneCLI/Output/TimeText.h"
 #include "ZorvaneCLI/ScanRun.h"
@@ -37,6 +39,30 @@ bool isSeenWhole(const CategoryResult& result)
     return !result.hadAccessErrors && std::ranges::none_of(result.items, isIncomplete);
 }
 
+/// The results and, with --reclaim, how much free space their removal brings.
+struct Findings
+{
+    SelectionState selection;
+    std::optional<CleanCore::ReclaimBook> reclaim;
+
+    [[nodiscard]] std::optional<CleanCore::Reclaim> ofItem(std::size_t category,
+                                                           std::size_t item) const
+    {
+        return reclaim ? reclaim->ofItem(selection, category, item) : std::nullopt;
+    }
+};
+
+CleanCore::ReclaimBook examineAll(SelectionState selection, const Workspace& workspace,
+                                  const std::stop_token& stop)
+{
+    for (std::size_t category = 0; category < selection.results().size(); ++category) {
+        selection.setWhollySelected(category, true);
+    }
+    CleanCore::ReclaimBook book;
+    book.examine(selection, *workspace.environment.reclaimSurvey(), stop);
+    return book;
+}
+
 nlohmann::ordered_json itemJson(const ScannedItem& item, bool isSelected)
 {
     nlohmann::ordered_json json;
@@ -53,12 +79,14 @@ nlohmann::ordered_json itemJson(const ScannedItem& item, bool isSelected)
     return json;
 }
 
-void printJson(const Workspace& workspace, const SelectionState& selection)
+void printJson(const Workspace& workspace, const Findings& findings)
 {
+    const SelectionState& selection = findings.selection;
     nlohmann::ordered_json document;
     setPath(document, workspace.environment.home, "home");
     document["categories"] = nlohmann::ordered_json::array();
-    for (const CategoryResult& result : selection.results()) {
+    for (std::size_t index = 0; index < selection.results().size(); ++index) {
+        const CategoryResult& result = selection.results()[index];
         nlohmann::ordered_json category;
         category["ruleId"] = result.rule.id;
         category["title"] = workspace.texts.ruleTitle(result.rule.id);
@@ -67,9 +95,11 @@ void printJson(const Workspace& workspace, const SelectionState& selection)
         category["totalBytes"] = result.totalBytes();
         category["hadAccessErrors"] = result.hadAccessErrors;
         category["items"] = nlohmann::ordered_json::array();
-        for (const ScannedItem& item : result.items) {
-            category["items"].push_back(
-                itemJson(item, selection.isSelected(result.rule.id, item.path)));
+        for (std::size_t i = 0; i < result.items.size(); ++i) {
+            category["items"].push_back(itemJson(result.items[i], selection.isSelected(index, i)));
+            if (const auto reclaim = findings.ofItem(index, i)) {
+                category["items"].back()["reclaim"] = reclaimJson(*reclaim);
+            }
         }
         for (const CleanCore::ReachedEntry& entry : result.reachedEntries) {
             nlohmann::ordered_json json;
@@ -81,6 +111,9 @@ void printJson(const Workspace& workspace, const SelectionState& selection)
     }
     document["totalBytes"] = totalBytes(selection.results());
     document["selectedBytes"] = selection.selectedBytes();
+    if (findings.reclaim) {
+        document["reclaim"] = reclaimJson(findings.reclaim->ofSelection(selection));
+    }
     std::cout << document.dump(2) << '\n';
 }
 
@@ -102,8 +135,9 @@ std::string note(const CategoryResult& result)
     return text;
 }
 
-void printAreas(const Workspace& workspace, const SelectionState& selection)
+void printAreas(const Workspace& workspace, const Findings& findings)
 {
+    const SelectionState& selection = findings.selection;
     using enum ColumnTable::Alignment;
     ColumnTable table({left, right, right, left, left});
     table.add({"AREA", "SIZE", "ITEMS", "ID", ""});
@@ -122,14 +156,19 @@ void printAreas(const Workspace& workspace, const SelectionState& selection)
     table.add({"Total", byteCount(totalBytes(selection.results())), std::to_string(items)});
     table.add({"Selected by default", byteCount(selection.selectedBytes())});
     std::cout << table.text();
+    if (findings.reclaim) {
+        std::cout << reclaimText("With that, free space will grow by",
+                                 findings.reclaim->ofSelection(selection));
+    }
     if (emptyAreas > 0) {
         std::cout << "Not shown: " << counted(emptyAreas, "area")
                   << " where no space can be gained; --rule ID shows one\n";
     }
 }
 
-void printItems(const Workspace& workspace, const CategoryResult& result)
+void printItems(const Workspace& workspace, const Findings& findings, std::size_t category)
 {
+    const CategoryResult& result = findings.selection.results()[category];
     using enum ColumnTable::Alignment;
     std::cout << escaped(workspace.texts.ruleTitle(result.rule.id)) << "  "
               << byteCount(result.totalBytes()) << ", " << counted(result.items.size(), "item");
@@ -140,10 +179,12 @@ void printItems(const Workspace& workspace, const CategoryResult& result)
         std::cout << (text.empty() ? "" : "  " + escaped(text) + "\n");
     }
     ColumnTable table({right, left, left});
-    for (const ScannedItem& item : result.items) {
+    for (std::size_t i = 0; i < result.items.size(); ++i) {
+        const ScannedItem& item = result.items[i];
         const bool isDated = item.modifiedAt != CleanCore::distantPast;
         table.add({"  " + byteCount(item.sizeBytes),
-                   isDated ? formatTime(item.modifiedAt).substr(0, 10) : "", itemText(item)});
+                   isDated ? formatTime(item.modifiedAt).substr(0, 10) : "",
+                   itemText(item) + gainRemark(findings.ofItem(category, i), item.sizeBytes)});
     }
     std::cout << table.text();
     for (const CleanCore::ReachedEntry& entry : result.reachedEntries) {
@@ -166,18 +207,25 @@ ExitStatus scan(const ScanOptions& options, const Interruption& interruption)
         std::cerr << "zorvane-cli: interrupted\n";
         return ExitStatus::interrupted;
     }
-    const SelectionState selection(std::move(*results));
+    Findings findings{SelectionState(std::move(*results)), std::nullopt};
+    if (options.reclaim) {
+        findings.reclaim = examineAll(findings.selection, workspace, interruption.token());
+    }
+    if (interruption.happened()) {
+        std::cerr << "zorvane-cli: interrupted\n";
+        return ExitStatus::interrupted;
+    }
     if (options.common.json) {
-        printJson(workspace, selection);
+        printJson(workspace, findings);
     } else if (options.common.ruleIds.empty()) {
-        printAreas(workspace, selection);
+        printAreas(workspace, findings);
     } else {
-        for (const CategoryResult& result : selection.results()) {
-            printItems(workspace, result);
+        for (std::size_t category = 0; category < findings.selection.results().size(); ++category) {
+            printItems(workspace, findings, category);
         }
     }
-    return std::ranges::all_of(selection.results(), isSeenWhole) ? ExitStatus::done
-                                                                 : ExitStatus::incomplete;
+    return std::ranges::all_of(findings.selection.results(), isSeenWhole) ? ExitStatus::done
+                                                                          : ExitStatus::incomplete;
 }
 
 } // namespace ZorvaneCLI

@@ -91,6 +91,8 @@ private:
         addCommon(command, scanOptions.common);
         command.add_flag("--no-commands", scanOptions.withoutCommands,
                          "Leave out the areas that only a tool can measure");
+        command.add_flag("--reclaim", scanOptions.reclaim,
+                         "Find out how much free space the removal brings");
         command.callback(
             [this] { run = [this](const Interruption& i) { return scan(scanOptions, i); }; });
     }

@@ -1,6 +1,7 @@
 #include "benchmarks/LargeResults.h"
 
 #include "CleanCore/FileSystem/LinuxFileManager.h"
+#include "CleanCore/Reclaim/LinuxVolumeFacts.h"
 #include "CleanCore/Support/TaskPool.h"
 
 namespace LargeResults {
@@ -54,6 +55,7 @@ Zorvane::Environment environment(const std::shared_ptr<const CleanCore::FileMana
     home.isConfined = true;
     home.pool = std::make_shared<CleanCore::TaskPool>();
     home.fileManager = disk;
+    home.volumeFacts = std::make_shared<CleanCore::LinuxVolumeFacts>();
     return {
         .home = home,
         .cloudDrive = nullptr,

@@ -2,6 +2,9 @@
 
 #include "CleanCore/Cleaning/CleaningReport.h"
 #include "CleanCore/Cleaning/CleaningSelection.h"
+#include "CleanCore/Reclaim/FreeSpaceWatch.h"
+#include "CleanCore/Reclaim/Reclaim.h"
+#include "CleanCore/Reclaim/Shortfall.h"
 
 #include <cstdint>
 #include <functional>
@@ -14,6 +17,7 @@
 namespace CleanCore {
 
 class FileManager;
+class ReclaimSurvey;
 
 /// The course of a clean: first the chosen items of file-system areas, then those of tools. An
 /// immutable value; callers run one clean at a time.
@@ -27,26 +31,37 @@ public:
     struct Outcome
     {
         CleaningReport report;
-        /// Growth of the free space on the home's volume; never negative, 0 for a dry run.
-        std::int64_t visibleFreedBytes = 0;
+        /// How much free space the removal of everything that was chosen brings, and of what was
+        /// removed.
+        Reclaim chosen;
+        Reclaim removed;
+        /// The growth of the free space on the volumes of the home and of the items; nothing for a
+        /// dry run.
+        FreeSpaceWatch::Growth growth;
+
+        /// Why less was gained than the report says is freed so far.
+        [[nodiscard]] Shortfall shortfall() const;
     };
 
     /// `furtherProtected`: see CleanEngine.
     Clean(std::string home, std::shared_ptr<const FileManager> fileManager,
-          std::vector<std::string> furtherProtected, ToolAreas toolAreas);
+          std::vector<std::string> furtherProtected, ToolAreas toolAreas,
+          std::shared_ptr<const ReclaimSurvey> survey);
 
     /// Blocks until the clean has ended; never fails as a whole. A stop request lets the current
-    /// item finish and leaves the following ones out of the report.
+    /// item finish and leaves the following ones out of the report. Items that were not examined
+    /// yet are examined first.
     [[nodiscard]] Outcome run(std::vector<CleaningSelection> selections, bool dryRun,
                               const std::stop_token& stop) const;
 
 private:
-    [[nodiscard]] std::int64_t volumeFreeBytes() const;
+    [[nodiscard]] FreeSpaceWatch watchVolumes(std::span<const CleaningSelection> ofFiles) const;
 
     std::string m_home;
     std::shared_ptr<const FileManager> m_fileManager;
     std::vector<std::string> m_furtherProtected;
     ToolAreas m_toolAreas;
+    std::shared_ptr<const ReclaimSurvey> m_survey;
 };
 
 } // namespace CleanCore

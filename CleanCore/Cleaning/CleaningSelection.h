@@ -1,5 +1,6 @@
 #pragma once
 
+#include "CleanCore/Reclaim/ReclaimFindings.h"
 #include "CleanCore/Rules/CleaningRule.h"
 #include "CleanCore/Scanning/ScannedItem.h"
 
@@ -15,6 +16,10 @@ struct CleaningSelection
     std::vector<ScannedItem> items;
     /// The number of other items that the scan found in the area and that must stay.
     std::size_t itemsLeftOut = 0;
+    /// See CategoryResult.
+    bool isShownOnly = false;
+    /// What is known about the space of the items, in their order; may be shorter.
+    std::vector<ReclaimFindings> findings = {};
 };
 
 } // namespace CleanCore

@@ -198,7 +198,8 @@ std::vector<CleaningSelection> SelectionState::selections() const
         }
         if (!chosen.empty()) {
             const std::size_t itemsLeftOut = result.items.size() - chosen.size();
-            selections.push_back({result.rule, std::move(chosen), itemsLeftOut});
+            selections.push_back(
+                {result.rule, std::move(chosen), itemsLeftOut, result.isShownOnly});
         }
     }
     return selections;

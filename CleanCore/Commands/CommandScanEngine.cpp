@@ -24,7 +24,9 @@ std::vector<CategoryResult> CommandScanEngine::scan(std::span<const CleaningRule
         results.push_back({.rule = rule,
                            .items = items.value_or(std::vector<ScannedItem>()),
                            .isClearedAsWhole = area != nullptr &&
-                                               area->clearing == CommandArea::Clearing::wholeArea});
+                                               area->clearing == CommandArea::Clearing::wholeArea,
+                           .isShownOnly = area != nullptr &&
+                                          area->clearing == CommandArea::Clearing::never});
     }
     return results;
 }

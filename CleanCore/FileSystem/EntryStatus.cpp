@@ -58,6 +58,7 @@ int readStatus(int directory, const char* name, EntryStatus& status)
     status.mountId = (raw.stx_mask & STATX_MNT_ID) != 0 ? raw.stx_mnt_id : 0;
     status.mode = raw.stx_mode;
     status.owner = raw.stx_uid;
+    status.linkCount = raw.stx_nlink;
     status.allocatedBytes = static_cast<std::int64_t>(raw.stx_blocks) * blockBytes;
     status.lengthBytes = static_cast<std::int64_t>(raw.stx_size);
     status.modifiedAt = timestampOf(raw.stx_mtime);

@@ -16,6 +16,8 @@ struct EntryStatus
     std::uint64_t mountId = 0;
     mode_t mode = 0;
     uid_t owner = 0;
+    /// The number of the entry's names.
+    std::uint32_t linkCount = 0;
     std::int64_t allocatedBytes = 0;
     std::int64_t lengthBytes = 0;
     Timestamp modifiedAt = distantPast;

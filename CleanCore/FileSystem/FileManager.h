@@ -3,6 +3,7 @@
 #include "CleanCore/FileSystem/EntryIdentity.h"
 #include "CleanCore/FileSystem/Obstacle.h"
 #include "CleanCore/FileSystem/Removing/Removal.h"
+#include "CleanCore/Support/FileDescriptor.h"
 #include "CleanCore/Support/Timestamp.h"
 
 #include <cstdint>
@@ -74,6 +75,10 @@ public:
     /// The names in a folder, hidden ones included, in the order of this file manager. Throws
     /// std::system_error when there is no such folder or it cannot be read.
     [[nodiscard]] virtual std::vector<std::string> namesInFolder(const std::string& path) const = 0;
+
+    /// Opens a folder to read it, through links. Closed when there is no such folder or it cannot
+    /// be read, and for file managers without descriptors.
+    [[nodiscard]] virtual FileDescriptor openFolder(const std::string& path) const = 0;
 
     /// Measures the named entries of `folder`, in the order of `names`; see TreeMeasurer. An entry
     /// that cannot be read counts as 0 bytes. Figures are incomplete after a stop request. Throws

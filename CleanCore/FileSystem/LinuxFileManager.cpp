@@ -66,7 +66,7 @@ bool LinuxFileManager::exists(const std::string& path) const
 
 std::vector<std::string> LinuxFileManager::namesInFolder(const std::string& path) const
 {
-    const FileDescriptor folder = open(path, O_RDONLY | O_DIRECTORY);
+    const FileDescriptor folder = openFolder(path);
     if (!folder.isOpen()) {
         throw std::system_error(errno, std::generic_category(), path);
     }
@@ -86,11 +86,16 @@ std::vector<std::string> LinuxFileManager::namesInFolder(const std::string& path
     return names;
 }
 
+FileDescriptor LinuxFileManager::openFolder(const std::string& path) const
+{
+    return open(path, O_RDONLY | O_DIRECTORY);
+}
+
 std::vector<EntryMeasure> LinuxFileManager::measure(const std::string& folder,
                                                     std::span<const std::string> names,
                                                     const std::stop_token& stop) const
 {
-    FileDescriptor directory = open(folder, O_RDONLY | O_DIRECTORY);
+    FileDescriptor directory = openFolder(folder);
     if (!directory.isOpen() && errno != ENOENT) {
         throw std::system_error(errno, std::generic_category(), folder);
     }

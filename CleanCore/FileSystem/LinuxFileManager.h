@@ -23,6 +23,7 @@ public:
     [[nodiscard]] std::optional<std::string> perUserFolder(PerUserFolder folder) const override;
     [[nodiscard]] bool exists(const std::string& path) const override;
     [[nodiscard]] std::vector<std::string> namesInFolder(const std::string& path) const override;
+    [[nodiscard]] FileDescriptor openFolder(const std::string& path) const override;
     [[nodiscard]] std::vector<EntryMeasure> measure(const std::string& folder,
                                                     std::span<const std::string> names,
                                                     const std::stop_token& stop) const override;

@@ -32,6 +32,8 @@ struct CategoryResult
     bool hadAccessErrors = false;
     /// Whether the area's tool clears all of its items or none; they are chosen together.
     bool isClearedAsWhole = false;
+    /// Whether nothing clears the area, so that choosing its items has no effect.
+    bool isShownOnly = false;
     /// Entries that the area leaves to others; see withoutOverlaps().
     std::vector<ReachedEntry> reachedEntries = {};
 

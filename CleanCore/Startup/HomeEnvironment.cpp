@@ -3,6 +3,8 @@
 #include "CleanCore/CloudDrive/StandIn/StandInDrive.h"
 #include "CleanCore/FileSystem/LinkResolver.h"
 #include "CleanCore/FileSystem/LinuxFileManager.h"
+#include "CleanCore/Reclaim/LinuxVolumeFacts.h"
+#include "CleanCore/Reclaim/ReclaimSurvey.h"
 #include "CleanCore/Startup/StartError.h"
 #include "CleanCore/Support/PathText.h"
 #include "CleanCore/Support/TaskPool.h"
@@ -126,7 +128,13 @@ HomeEnvironment HomeEnvironment::make(const std::optional<std::string>& requeste
     environment.fileManager = std::make_shared<LinuxFileManager>(
         environment.folders,
         environment.isConfined ? std::optional(environment.home) : std::nullopt, environment.pool);
+    environment.volumeFacts = std::make_shared<LinuxVolumeFacts>();
     return environment;
+}
+
+std::shared_ptr<const ReclaimSurvey> HomeEnvironment::reclaimSurvey() const
+{
+    return std::make_shared<ReclaimSurvey>(fileManager, volumeFacts, pool);
 }
 
 std::string HomeEnvironment::cloudContainer() const

@@ -10,7 +10,9 @@ namespace CleanCore {
 
 class CloudDrive;
 class FileManager;
+class ReclaimSurvey;
 class TaskPool;
+class VolumeFacts;
 
 /// The home in use and the collaborators made for it: the one place that decides whether a run is
 /// confined.
@@ -25,10 +27,14 @@ struct HomeEnvironment
     UserFolders folders;
     std::shared_ptr<TaskPool> pool;
     std::shared_ptr<const FileManager> fileManager;
+    std::shared_ptr<const VolumeFacts> volumeFacts;
 
     /// Makes the environment for `requestedHome`, or for $HOME. Changes the process's environment
     /// variables when confined, so it must run before any thread is started. Throws StartError.
     [[nodiscard]] static HomeEnvironment make(const std::optional<std::string>& requestedHome);
+
+    /// A survey for the results of one scan.
+    [[nodiscard]] std::shared_ptr<const ReclaimSurvey> reclaimSurvey() const;
 
     /// The default folder of the cloud drive.
     [[nodiscard]] std::string cloudContainer() const;

@@ -16,6 +16,7 @@ qt_target_qml_sources(ZorvaneWindow
     Sheets/ICloud/ProgressLine.qml
     Sheets/ICloud/ReleaseResult.qml
     Sheets/ReasonRow.qml
+    Sheets/ReclaimCauses.qml
     Sheets/Report/ReportSheet.qml
     Sheets/Sheet.qml
     Sheets/SheetHost.qml

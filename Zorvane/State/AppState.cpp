@@ -22,7 +22,7 @@ const QString currentTermsVersion = QStringLiteral("0.1");
 AppState::AppState(Environment environment, QObject* parent)
     : QObject(parent), m_environment(std::move(environment)), m_formatter(m_environment.locale),
       m_queue(std::make_shared<MainThreadQueue>()), m_runner(m_queue),
-      m_cloud(m_environment, m_queue)
+      m_cloud(m_environment, m_queue), m_reclaim(m_environment, m_queue)
 {
     connect(&m_cloud, &CloudState::isEvictingChanged, this, &AppState::closeWhenReady);
     if (m_environment.preferences.acceptedTermsVersion() != currentTermsVersion) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "CleanCore/Cleaning/Clean.h"
 #include "CleanCore/Cleaning/CleaningReport.h"
 #include "CleanCore/Cleaning/SelectionState.h"
 #include "CleanCore/Scanning/CategoryResult.h"
@@ -10,6 +11,7 @@
 #include "Zorvane/State/MainThreadQueue.h"
 #include "Zorvane/State/Models/RingSegment.h"
 #include "Zorvane/State/Phase.h"
+#include "Zorvane/State/ReclaimState.h"
 
 #include <QObject>
 #include <QtQml/qqmlregistration.h>
@@ -98,8 +100,13 @@ public:
     [[nodiscard]] bool isCleaning() const { return m_isCleaning; }
     [[nodiscard]] const std::optional<CleanCore::CleaningReport>& cleaningReport() const;
     [[nodiscard]] bool hasCleaningReport() const { return m_cleaningReport.has_value(); }
-    /// How much the volume's free space grew during the last clean; never negative.
+    /// How much the free space grew during the last clean; never negative.
     [[nodiscard]] std::optional<std::int64_t> lastVisibleFreedBytes() const;
+    /// Whether file systems had not given everything back by then.
+    [[nodiscard]] bool isStillBeingFreed() const { return m_isStillBeingFreed; }
+    /// Why the last clean gained less than its report says is freed.
+    [[nodiscard]] const CleanCore::Shortfall& lastShortfall() const { return m_lastShortfall; }
+    [[nodiscard]] const ReclaimState& reclaim() const { return m_reclaim; }
 
     [[nodiscard]] BooleanBinding itemBinding(std::string ruleId, std::string path);
     /// Reads as true if the category has items and all are selected. A write selects all or none
@@ -155,7 +162,7 @@ private:
     void setCleaningReport(std::optional<CleanCore::CleaningReport> report);
     void changeSelection(const std::function<void(CleanCore::SelectionState&)>& change);
     void publishResults(const CleanCore::SelectionState& results);
-    void finishClean(CleanCore::CleaningReport report, std::int64_t freed);
+    void finishClean(CleanCore::Clean::Outcome outcome);
     /// Emits readyToClose() if closing was requested and neither a clean nor a release is running.
     void closeWhenReady();
 
@@ -173,6 +180,8 @@ private:
     bool m_isCleaning = false;
     std::optional<CleanCore::CleaningReport> m_cleaningReport;
     std::optional<std::int64_t> m_lastVisibleFreedBytes;
+    bool m_isStillBeingFreed = false;
+    CleanCore::Shortfall m_lastShortfall;
 
     bool m_isClosing = false;
     const std::shared_ptr<MainThreadQueue> m_queue;
@@ -183,6 +192,7 @@ private:
     std::shared_ptr<std::stop_source> m_scan;
     std::jthread m_clean;
     CloudState m_cloud;
+    ReclaimState m_reclaim;
 };
 
 } // namespace Zorvane

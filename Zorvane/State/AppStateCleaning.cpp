@@ -1,4 +1,3 @@
-#include "CleanCore/Cleaning/Clean.h"
 #include "CleanCore/Commands/CommandCleanEngine.h"
 #include "CleanCore/Commands/Running/CommandRunning.h"
 #include "CleanCore/Support/TaskPool.h"
@@ -106,6 +105,7 @@ void AppState::deselectAll(std::string_view ruleId)
 void AppState::changeSelection(const std::function<void(CleanCore::SelectionState&)>& change)
 {
     change(m_selection);
+    m_reclaim.choose(m_selection);
     emit selectionChanged();
 }
 
@@ -133,21 +133,25 @@ void AppState::performClean()
     // Unlike a listing, a removal that a tool has begun is never interrupted.
     const CleanCore::CommandCleanEngine tools(m_environment.commandRunner({}), m_environment.tools);
     CleanCore::Clean clean(home.home, home.fileManager, home.folders.protectedFolders,
-                           std::bind_front(&CleanCore::CommandCleanEngine::run, tools));
+                           std::bind_front(&CleanCore::CommandCleanEngine::run, tools),
+                           m_reclaim.survey());
+    // The clean examines the rest of what was chosen.
+    m_reclaim.stop();
     m_clean = std::jthread([this, clean = std::move(clean), chosen = m_selection,
-                            queue = m_queue](const std::stop_token& stop) {
-        auto outcome = clean.run(chosen.selections(), false, stop);
-        queue->post([this, outcome = std::move(outcome)]() mutable {
-            finishClean(std::move(outcome.report), outcome.visibleFreedBytes);
-        });
+                            book = m_reclaim.book(), queue = m_queue](const std::stop_token& stop) {
+        auto outcome = clean.run(book.selections(chosen), false, stop);
+        queue->post(
+            [this, outcome = std::move(outcome)]() mutable { finishClean(std::move(outcome)); });
     });
 }
 
-void AppState::finishClean(CleaningReport report, std::int64_t freed)
+void AppState::finishClean(CleanCore::Clean::Outcome outcome)
 {
-    m_lastVisibleFreedBytes = freed;
+    m_lastVisibleFreedBytes = outcome.growth.bytes();
+    m_isStillBeingFreed = outcome.growth.isStillBeingFreed;
+    m_lastShortfall = outcome.shortfall();
     emit lastVisibleFreedBytesChanged();
-    setCleaningReport(std::move(report));
+    setCleaningReport(std::move(outcome.report));
     m_isCleaning = false;
     emit isCleaningChanged();
     closeWhenReady();

@@ -60,6 +60,7 @@ void AppState::startScan()
     }
     setPhase(Phase::scanning);
     m_hasCategories = false;
+    m_reclaim.stop();
     emit categoriesChanged();
     setBytesFoundSoFar(0);
 
@@ -108,6 +109,7 @@ void AppState::cancelScan()
         m_scan = nullptr;
     }
     setCurrentRuleId(std::nullopt);
+    m_reclaim.choose(m_selection);
     setPhase(categories().empty() ? Phase::ready : Phase::results);
 }
 
@@ -120,6 +122,7 @@ void AppState::publishResults(const CleanCore::SelectionState& results)
     // Freeing a million items takes a while, so the pool does it.
     m_environment.home.pool->submit([old = std::exchange(m_selection, results)] {});
     m_hasCategories = true;
+    m_reclaim.begin(m_selection);
     emit categoriesChanged();
     emit selectionChanged();
     setCleaningReport(std::nullopt);

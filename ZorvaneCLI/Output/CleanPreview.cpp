@@ -1,7 +1,9 @@
 #include "ZorvaneCLI/Output/CleanPreview.h"
 
+#include "CleanCore/Cleaning/SelectionReclaim.h"
 #include "CleanCore/Support/SaturatingSum.h"
 #include "ZorvaneCLI/Output/ColumnTable.h"
+#include "ZorvaneCLI/Output/ReclaimOutput.h"
 #include "ZorvaneCLI/Output/TerminalText.h"
 
 #include <algorithm>
@@ -68,8 +70,9 @@ std::string previewText(std::span<const CleaningSelection> selections,
         items += selection.items.size();
     }
     text += warningsText(selections, texts);
-    return text + "Total: " + byteCount(bytes) + ", " + counted(items, "item") +
-           ".\nRemoval is permanent — files do not go to the Trash.\n";
+    return text + "Total: " + byteCount(bytes) + ", " + counted(items, "item") + ".\n" +
+           reclaimText("Free space will grow by", CleanCore::reclaimOf(selections)) +
+           "Removal is permanent — files do not go to the Trash.\n";
 }
 
 } // namespace ZorvaneCLI

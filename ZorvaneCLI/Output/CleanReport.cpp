@@ -2,8 +2,10 @@
 
 #include "Words/LeftInPlaceText.h"
 #include "ZorvaneCLI/Output/PathJson.h"
+#include "ZorvaneCLI/Output/ReclaimOutput.h"
 #include "ZorvaneCLI/Output/TerminalText.h"
 
+#include <algorithm>
 #include <iostream>
 #include <string>
 
@@ -29,21 +31,40 @@ void printSkipped(const CleaningReport& report)
     }
 }
 
+/// "Free space has grown by 33.6 MB", volume by volume if more than one has gained.
+std::string growthText(const Clean::Outcome& outcome)
+{
+    const auto& growth = outcome.growth;
+    std::string text = "Free space has grown by " + byteCount(growth.bytes());
+    text += growth.isStillBeingFreed ? "; more is still being freed\n" : "\n";
+    const auto hasGained = [](const CleanCore::VolumeGrowth& volume) { return volume.bytes > 0; };
+    if (std::ranges::count_if(growth.volumes, hasGained) > 1) {
+        for (const CleanCore::VolumeGrowth& volume : growth.volumes) {
+            text += hasGained(volume) ? "  " + byteCount(volume.bytes) + "  on the disk of " +
+                                            escaped(volume.folder) + '\n'
+                                      : "";
+        }
+    }
+    return text;
+}
+
 } // namespace
 
 void printReport(const Clean::Outcome& outcome, bool dryRun)
 {
     const CleaningReport& report = outcome.report;
+    const CleanCore::Shortfall shortfall = outcome.shortfall();
     if (dryRun) {
         for (const CleaningReport::RemovedItem& item : report.removed) {
             std::cout << "  " << byteCount(item.bytes) << "  " << escaped(item.path) << '\n';
         }
         std::cout << byteCount(report.totalBytesFreed()) << " would be freed — "
-                  << counted(report.removed.size(), "item") << " would be removed\n";
+                  << counted(report.removed.size(), "item") << " would be removed\n"
+                  << reclaimText("Free space would grow by", outcome.removed);
     } else {
         std::cout << byteCount(report.totalBytesFreed()) << " freed — "
                   << counted(report.removed.size(), "item") << " removed\n"
-                  << "Free space has grown by " << byteCount(outcome.visibleFreedBytes) << '\n';
+                  << growthText(outcome) << shortfallText(report.totalBytesFreed(), shortfall);
     }
     printSkipped(report);
 }
@@ -69,8 +90,25 @@ void printJsonReport(const Clean::Outcome& outcome, bool dryRun)
         document["skipped"].push_back(std::move(json));
     }
     document["totalBytesFreed"] = outcome.report.totalBytesFreed();
-    document["visibleFreedBytes"] = outcome.visibleFreedBytes;
+    document["visibleFreedBytes"] = outcome.growth.bytes();
     document["dryRun"] = dryRun;
+    document["reclaim"] = reclaimJson(outcome.chosen);
+    if (dryRun) {
+        std::cout << document.dump(2) << '\n';
+        return;
+    }
+    document["volumes"] = nlohmann::ordered_json::array();
+    for (const CleanCore::VolumeGrowth& volume : outcome.growth.volumes) {
+        nlohmann::ordered_json json;
+        setPath(json, volume.folder);
+        json["freedBytes"] = volume.bytes;
+        document["volumes"].push_back(std::move(json));
+    }
+    document["stillBeingFreed"] = outcome.growth.isStillBeingFreed;
+    if (const CleanCore::Shortfall shortfall = outcome.shortfall(); !shortfall.isEmpty()) {
+        document["shortfall"] = {{"causes", causesJson(shortfall.causes)},
+                                 {"unexplainedBytes", shortfall.unexplainedBytes}};
+    }
     std::cout << document.dump(2) << '\n';
 }
 

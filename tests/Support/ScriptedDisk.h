@@ -77,6 +77,7 @@ public:
         return folder.error == 0 ? folder.names
                                  : throw std::system_error(folder.error, std::generic_category());
     }
+    FileDescriptor openFolder(const std::string& /*path*/) const override { return {}; }
     std::vector<EntryMeasure> measure(const std::string& folder, std::span<const std::string> names,
                                       const std::stop_token& stop) const override
     {

@@ -47,10 +47,12 @@ TEST(Sheets, AssistiveToolsCanUseNothingBelow)
 TEST(Sheets, KeepTheKeyboardAndGiveItBack)
 {
     constexpr const char* cases[][4] = {
-        {"area a, safe, a, a=1; results", "Clean", "confirm", "Cancel|Delete 1 byte permanently"},
+        {"area a, safe, a, a=1; results", "Clean", "confirm",
+         "Cancel|Delete 1 byte permanently|Free space will grow by Zero KB to 1 byte"},
         {"results", "Rescan", "sheet; measured", "Close|Rescan"},
         {"access; open", "Menu", "update News", "Close|Open download page"},
-        {"area a, safe, a, a=1; results", "Rescan", "clean", "Scan again|Close"},
+        {"area a, safe, a, a=1; results", "Rescan", "clean",
+         "Scan again|Close|Why the free space has grown by less"},
     };
     for (const auto& [before, from, open, order] : cases) {
         SCOPED_TRACE(open);

@@ -1,9 +1,9 @@
 #include "CleanCore/CloudDrive/StandIn/CloudFilePair.h"
 
 #include "CleanCore/CloudDrive/StandIn/CloudMarker.h"
+#include "CleanCore/FileSystem/Lease.h"
 
 #include <cerrno>
-#include <csignal>
 #include <fcntl.h>
 
 namespace CleanCore {
@@ -16,18 +16,6 @@ constexpr int openFlags = O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC;
 // Leases: nobody else has the file open at all, or nobody has it open to write.
 constexpr int exclusive = F_WRLCK;
 constexpr int sharedByReaders = F_RDLCK;
-
-/// Takes a lease on an open file. Returns 0 or errno: EAGAIN when others have it open, EACCES when
-/// another user owns it.
-int takeLease(int file, int type)
-{
-    // The default signal, SIGIO, would end the process; SIGURG is ignored by default. Each step
-    // checks the lease instead.
-    if (::fcntl(file, F_SETSIG, SIGURG) != 0 || ::fcntl(file, F_SETLEASE, type) != 0) {
-        return errno;
-    }
-    return ::fcntl(file, F_SETOWN, 0) == 0 ? 0 : errno;
-}
 
 bool holdsLease(int file, int type)
 {

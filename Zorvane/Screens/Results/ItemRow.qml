@@ -8,6 +8,8 @@ ResultsRow {
     required property string path
     required property string sizeText
     required property string obstacleText
+    required property string reclaimText
+    required property string reclaimReason
     required property bool isSelected
 
     readonly property real lineHeight: 30
@@ -35,6 +37,7 @@ ResultsRow {
         focusPolicy: row.controlFocusPolicy
         checked: row.isSelected
         accessibleName: row.obstacleText === "" ? row.path : qsTr("%2: %1").arg(row.obstacleText).arg(row.path)
+        description: row.reclaimText
         onToggled: row.selectionToggled(!row.isSelected)
     }
 
@@ -42,7 +45,7 @@ ResultsRow {
         id: pathText
 
         x: 72
-        width: Math.min(implicitWidth, lock.x - x - 6)
+        width: Math.min(implicitWidth, lock.x - x - 6, gain.x - x - Theme.spacingSmall)
         height: row.lineHeight
         verticalAlignment: Text.AlignVCenter
         text: row.path
@@ -66,6 +69,20 @@ ResultsRow {
     }
 
     Label {
+        id: gain
+
+        visible: row.reclaimText !== ""
+        x: size.x - Theme.spacingMedium - (visible ? width : 0)
+        height: row.lineHeight
+        verticalAlignment: Text.AlignVCenter
+        text: row.reclaimText
+        wrapMode: Text.NoWrap
+        font: Theme.caption
+        color: Theme.warning
+        Accessible.ignored: true
+    }
+
+    Label {
         id: size
 
         // Aligned with the size in the header.
@@ -83,6 +100,10 @@ ResultsRow {
     HoverHelp {
         parent: row
         focusItem: box
-        text: row.obstacleText !== "" ? box.accessibleName : pathText.truncated ? row.path : ""
+        text: {
+            if (row.reclaimReason !== "")
+                return row.path + "\n" + row.reclaimReason;
+            return row.obstacleText !== "" ? box.accessibleName : pathText.truncated ? row.path : "";
+        }
     }
 }

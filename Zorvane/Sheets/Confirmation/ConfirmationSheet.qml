@@ -16,6 +16,7 @@ Sheet {
         id: panel
 
         name: title.text
+        inSight: summary.showsCauses ? summary : null
         pinned: [
             NoticeBox {
                 visible: warnings.count > 0

@@ -12,6 +12,7 @@ GlassCard {
     required property ConfirmationModel model
     /// The areas scroll if the card would be higher. Three of them are always in sight.
     property real maximumHeight: Infinity
+    property alias showsCauses: gain.isExpanded
 
     Column {
         id: column
@@ -23,7 +24,7 @@ GlassCard {
             id: areas
 
             readonly property real least: 3 * rowHeight + 2 * spacing
-            readonly property real room: summary.maximumHeight - line.height - total.height - 2 * column.spacing - summary.topPadding - summary.bottomPadding
+            readonly property real room: summary.maximumHeight - line.height - total.height - gain.height - 3 * column.spacing - summary.topPadding - summary.bottomPadding
 
             visible: count > 0
             width: parent.width
@@ -119,6 +120,14 @@ GlassCard {
                 text: summary.model.totalText
                 font: Theme.numberFont(12, Font.Bold)
             }
+        }
+
+        ReclaimCauses {
+            id: gain
+
+            width: parent.width
+            text: summary.model.reclaimText || qsTr("Finding out how much free space that brings…")
+            causes: summary.model.reclaimRows
         }
     }
 }

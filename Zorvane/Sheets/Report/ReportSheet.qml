@@ -69,9 +69,29 @@ Sheet {
             }
 
             CentredText {
+                visible: text !== ""
+                text: sheet.model.stillFreedText
+                font: Theme.caption
+                color: Theme.textSecondary
+            }
+
+            CentredText {
                 text: qsTr("macOS frees the rest in the background — the numbers can take a few hours to settle.")
                 font: Theme.caption
                 color: Theme.textTertiary
+            }
+        }
+
+        GlassCard {
+            id: shortfall
+
+            visible: sheet.model.shortfall.length > 0
+            width: parent.width
+
+            ReclaimCauses {
+                width: parent.width
+                text: qsTr("Why the free space has grown by less")
+                causes: sheet.model.shortfall
             }
         }
 

@@ -10,6 +10,7 @@ ConfirmationModel::ConfirmationModel(const AppState& state) : m_state(state)
 {
     connect(&state, &AppState::categoriesChanged, this, &ConfirmationModel::changed);
     connect(&state, &AppState::selectionChanged, this, &ConfirmationModel::changed);
+    connect(&state.reclaim(), &ReclaimState::changed, this, &ConfirmationModel::reclaimChanged);
 }
 
 QList<ConfirmationRow> ConfirmationModel::rows() const
@@ -30,6 +31,21 @@ QList<ConfirmationRow> ConfirmationModel::rows() const
 QString ConfirmationModel::totalText() const
 {
     return m_state.byteCountFormatter().string(m_state.selection().selectedBytes());
+}
+
+QString ConfirmationModel::reclaimText() const
+{
+    const auto& reclaim = m_state.reclaim().ofSelection();
+    return reclaim ? Zorvane::reclaimText(tr("Free space will grow by %1"), *reclaim,
+                                          m_state.byteCountFormatter())
+                   : QString();
+}
+
+QList<ReclaimRow> ConfirmationModel::reclaimRows() const
+{
+    const auto& reclaim = m_state.reclaim().ofSelection();
+    return reclaim ? Zorvane::reclaimRows(reclaim->causes, 0, m_state.byteCountFormatter())
+                   : QList<ReclaimRow>();
 }
 
 QStringList ConfirmationModel::warnings() const

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Zorvane/State/Models/ReclaimRow.h"
+
 #include <QList>
 #include <QObject>
 #include <QString>
@@ -33,6 +35,10 @@ class ConfirmationModel : public QObject
     /// Each area with at least one selected byte, in the order of the results.
     Q_PROPERTY(QList<Zorvane::ConfirmationRow> rows READ rows NOTIFY changed)
     Q_PROPERTY(QString totalText READ totalText NOTIFY changed)
+    /// How much the free space will grow; empty while that is being found out.
+    Q_PROPERTY(QString reclaimText READ reclaimText NOTIFY reclaimChanged)
+    /// Why that is not the total.
+    Q_PROPERTY(QList<Zorvane::ReclaimRow> reclaimRows READ reclaimRows NOTIFY reclaimChanged)
     Q_PROPERTY(QStringList warnings READ warnings NOTIFY changed)
     /// Whether any selected item requires a review.
     Q_PROPERTY(bool needsAcknowledgement READ needsAcknowledgement NOTIFY changed)
@@ -44,6 +50,8 @@ public:
 
     [[nodiscard]] QList<ConfirmationRow> rows() const;
     [[nodiscard]] QString totalText() const;
+    [[nodiscard]] QString reclaimText() const;
+    [[nodiscard]] QList<ReclaimRow> reclaimRows() const;
     [[nodiscard]] QStringList warnings() const;
     [[nodiscard]] bool needsAcknowledgement() const;
     [[nodiscard]] QString acknowledgementText() const;
@@ -51,6 +59,7 @@ public:
 
 signals:
     void changed();
+    void reclaimChanged();
 
 private:
     /// Markdown with a place for the titles. They may hold any text, so they are put in last.

@@ -39,6 +39,17 @@ QString ReportModel::visibleFreedText() const
                  : QString();
 }
 
+QString ReportModel::stillFreedText() const
+{
+    return m_state.isStillBeingFreed() ? tr("More is still being freed.") : QString();
+}
+
+QList<ReclaimRow> ReportModel::shortfall() const
+{
+    const CleanCore::Shortfall& shortfall = m_state.lastShortfall();
+    return reclaimRows(shortfall.causes, shortfall.unexplainedBytes, m_state.byteCountFormatter());
+}
+
 QList<SkippedReason> ReportModel::reasons() const
 {
     QList<SkippedReason> reasons;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Zorvane/State/Models/ReclaimRow.h"
 #include "Zorvane/State/Models/RowModel.h"
 
 #include <QList>
@@ -35,6 +36,10 @@ class ReportModel : public Zorvane::RowModel
     Q_PROPERTY(QString removedText READ removedText NOTIFY changed)
     /// Empty when the growth of the volume's free space is not known.
     Q_PROPERTY(QString visibleFreedText READ visibleFreedText NOTIFY changed)
+    /// Empty unless file systems had not given everything back.
+    Q_PROPERTY(QString stillFreedText READ stillFreedText NOTIFY changed)
+    /// Why the free space has grown by less than what was freed.
+    Q_PROPERTY(QList<Zorvane::ReclaimRow> shortfall READ shortfall NOTIFY changed)
     Q_PROPERTY(bool hasSkipped READ hasSkipped NOTIFY changed)
     Q_PROPERTY(QList<Zorvane::SkippedReason> reasons READ reasons NOTIFY changed)
 public:
@@ -46,6 +51,8 @@ public:
     [[nodiscard]] QString freedText() const;
     [[nodiscard]] QString removedText() const;
     [[nodiscard]] QString visibleFreedText() const;
+    [[nodiscard]] QString stillFreedText() const;
+    [[nodiscard]] QList<ReclaimRow> shortfall() const;
     [[nodiscard]] bool hasSkipped() const { return rows() > 0; }
     [[nodiscard]] QList<SkippedReason> reasons() const;
 

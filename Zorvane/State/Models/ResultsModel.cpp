@@ -3,6 +3,7 @@
 #include "Words/LeftInPlaceText.h"
 #include "Zorvane/Desktop/DisplayText.h"
 #include "Zorvane/State/AppState.h"
+#include "Zorvane/State/Models/ReclaimRow.h"
 #include "Zorvane/State/Models/RuleDisplay.h"
 
 #include <algorithm>
@@ -44,6 +45,7 @@ ResultsModel::ResultsModel(AppState& state) : m_state(state)
 {
     connect(&state, &AppState::categoriesChanged, this, &ResultsModel::rebuild);
     connect(&state, &AppState::selectionChanged, this, &ResultsModel::refreshSelection);
+    connect(&state.reclaim(), &ReclaimState::itemsChanged, this, &ResultsModel::refreshReclaim);
     rebuild();
 }
 
@@ -173,9 +175,32 @@ QVariant ResultsModel::dataOfItem(const Place& place, int role) const
         return m_state.byteCountFormatter().string(item.sizeBytes);
     case IsSelectedRole:
         return m_state.selection().isSelected(place.category, place.item);
+    case ReclaimTextRole:
+    case ReclaimReasonRole:
+        return reclaimText(place, role);
     default:
         return {};
     }
+}
+
+QString ResultsModel::reclaimText(const Place& place, int role) const
+{
+    const auto& item = m_state.categories()[place.category].items[place.item];
+    const auto reclaim = m_state.reclaim().ofItem(m_state.selection(), place.category, place.item);
+    // An obstacle is told by itself.
+    if (!reclaim || !reclaim->isLessThan(item.sizeBytes) ||
+        item.obstacle != CleanCore::Obstacle::none) {
+        return {};
+    }
+    const ByteCountFormatter& formatter = m_state.byteCountFormatter();
+    if (role == ReclaimTextRole) {
+        return Zorvane::reclaimText(tr("gives back %1"), *reclaim, formatter);
+    }
+    QStringList reasons;
+    for (const ReclaimRow& row : reclaimRows(reclaim->causes, 0, formatter)) {
+        reasons.push_back(tr("%1: %2").arg(row.title, row.detail));
+    }
+    return reasons.join(u'\n');
 }
 
 /// Sentences about the entries that the area leaves to others, each on a line of its own.
@@ -262,6 +287,11 @@ void ResultsModel::refreshSelection()
 {
     updateSelectedLooks();
     emit dataChanged(index(0), index(rowCount() - 1), {IsSelectedRole, HasSelectedLookRole});
+}
+
+void ResultsModel::refreshReclaim()
+{
+    emit dataChanged(index(0), index(rowCount() - 1), {ReclaimTextRole, ReclaimReasonRole});
 }
 
 } // namespace Zorvane

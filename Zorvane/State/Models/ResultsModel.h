@@ -56,6 +56,10 @@ public:
         PathRole,
         /// What a clean will not remove of an item; empty if it removes all.
         ObstacleTextRole,
+        /// How much free space an item brings, where it may be less than its size; else empty.
+        ReclaimTextRole,
+        /// Why that is so.
+        ReclaimReasonRole,
     };
     Q_ENUM(Role)
 
@@ -90,9 +94,11 @@ private:
     [[nodiscard]] QVariant dataOfCategory(std::size_t category, int role) const;
     [[nodiscard]] QVariant dataOfDetails(std::size_t category, int role) const;
     [[nodiscard]] QVariant dataOfItem(const Place& place, int role) const;
+    [[nodiscard]] QString reclaimText(const Place& place, int role) const;
     [[nodiscard]] QString reachedText(const CleanCore::CategoryResult& result) const;
     void rebuild();
     void refreshSelection();
+    void refreshReclaim();
     void updateSelectedLooks();
 
     AppState& m_state;

@@ -8,6 +8,8 @@ T.CheckBox {
     id: box
 
     required property string accessibleName
+    /// For assistive tools, besides the name.
+    property string description: ""
 
     function press() {
         if (enabled)
@@ -27,7 +29,7 @@ T.CheckBox {
     Accessible.checkable: true
     Accessible.checked: checked
     // Qt 6.4 does not tell assistive tools that a control is disabled.
-    Accessible.description: enabled ? "" : qsTr("Not available")
+    Accessible.description: enabled ? description : qsTr("Not available")
     Accessible.onPressAction: box.press()
     Accessible.onToggleAction: box.press()
 

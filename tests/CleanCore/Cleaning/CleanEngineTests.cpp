@@ -1,4 +1,7 @@
 #include "CleanCore/Cleaning/CleanEngine.h"
+#include "CleanCore/Reclaim/LinuxVolumeFacts.h"
+#include "CleanCore/Reclaim/ReclaimSurvey.h"
+#include "CleanCore/Support/TaskPool.h"
 
 #include "CleanCore/Cleaning/Clean.h"
 #include "tests/Support/CleanableHome.h"
@@ -192,16 +195,20 @@ TEST(Clean, ClearsFilesThenToolsAndMeasuresTheFreeSpaceAroundThem)
         disk->capacities = freeBytes;
         disk->onRemove = [&](const std::string&) { log += "file "; };
         const Clean clean(
-            "/home/me", disk, {"/area/kept"}, [&](auto selections, bool dryRun, auto&&) {
+            "/home/me", disk, {"/area/kept"},
+            [&](auto selections, bool dryRun, auto&&) {
                 log += (dryRun ? "dry-tools-" : "tools-") + std::to_string(selections.size()) + ' ';
                 return CleaningReport{{{"label", INT64_MAX}},
                                       {{"busy", CleaningReport::SkipReason::removalFailed}}};
-            });
-        const auto [report, visibleFreedBytes] = clean.run(chosen, isDry, {});
+            },
+            std::make_shared<ReclaimSurvey>(disk, std::make_shared<LinuxVolumeFacts>(),
+                                            std::make_shared<TaskPool>(1)));
+        const Clean::Outcome outcome = clean.run(chosen, isDry, {});
+        const CleaningReport& report = outcome.report;
         log += std::to_string(report.removed.size()) + '+' + std::to_string(report.skipped.size());
         EXPECT_EQ(log, expected);
         EXPECT_GE(report.totalBytesFreed(), 0) << "a sum beyond 64 bits";
-        EXPECT_EQ(visibleFreedBytes, grown);
+        EXPECT_EQ(outcome.growth.bytes(), grown);
     }
 }
 

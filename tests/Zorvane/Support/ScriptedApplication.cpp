@@ -1,5 +1,6 @@
 #include "tests/Zorvane/Support/ScriptedApplication.h"
 
+#include "CleanCore/Reclaim/LinuxVolumeFacts.h"
 #include "CleanCore/Support/PathText.h"
 #include "CleanCore/Support/TaskPool.h"
 
@@ -83,6 +84,7 @@ Zorvane::Environment ScriptedApplication::environment()
     environment.isConfined = true;
     environment.pool = std::make_shared<CleanCore::TaskPool>(2);
     environment.fileManager = disk;
+    environment.volumeFacts = std::make_shared<CleanCore::LinuxVolumeFacts>();
     const auto runner = std::make_shared<CleanCoreTests::ScriptedCommandRunner>(script);
     runner->whenCalled = [onTool = onTool](const auto& call) { onTool(call.front()); };
     return {

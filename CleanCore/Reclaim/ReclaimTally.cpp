@@ -1,0 +1,160 @@
+#include "CleanCore/Reclaim/ReclaimTally.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace CleanCore {
+
+namespace {
+
+template <typename Value>
+void append(std::vector<Value>& list, std::vector<Value>& more)
+{
+    if (list.empty()) {
+        list.swap(more);
+    } else {
+        list.insert(list.end(), more.begin(), more.end());
+    }
+}
+
+std::size_t position(ReclaimCause cause)
+{
+    return static_cast<std::size_t>(cause);
+}
+
+/// Why the plain data of a file is not certain to come back.
+ReclaimCause doubtOf(const FileSpace& space)
+{
+    return space.isOpenElsewhere ? ReclaimCause::openFiles : ReclaimCause::unknown;
+}
+
+} // namespace
+
+void ReclaimTally::Item::merge(Item& part)
+{
+    certainBytes += part.certainBytes;
+    recordBytes += part.recordBytes;
+    append(openFiles, part.openFiles);
+    if (!part.details) {
+        return;
+    }
+    if (!details) {
+        details = std::move(part.details);
+        return;
+    }
+    append(details->linked, part.details->linked);
+    append(details->extents, part.details->extents);
+    for (std::size_t cause = 0; cause < reclaimCauseCount; ++cause) {
+        details->doubtful[cause] += part.details->doubtful[cause];
+        details->lost[cause] += part.details->lost[cause];
+    }
+    details->isCutShort = details->isCutShort || part.details->isCutShort;
+}
+
+ReclaimDetails& ReclaimTally::details()
+{
+    if (!m_part.details) {
+        m_part.details = std::make_unique<ReclaimDetails>();
+    }
+    return *m_part.details;
+}
+
+bool ReclaimTally::takeRecord()
+{
+    if (m_totals.limits->recordsLeft.fetch_sub(1, std::memory_order_relaxed) > 0) {
+        return true;
+    }
+    details().isCutShort = true;
+    return false;
+}
+
+void ReclaimTally::add(int folder, const char* name, const EntryStatus& status, bool isBeyond)
+{
+    if (isBeyond) {
+        return;
+    }
+    m_part.recordBytes += m_totals.traits.bytesOfRecord;
+    if (status.identity.kind == EntryKind::file && status.allocatedBytes > 0) {
+        addFile(folder, name, status);
+    } else if (m_totals.traits.allocation == VolumeTraits::Allocation::untold) {
+        details().doubtful[position(ReclaimCause::unknown)] += status.allocatedBytes;
+    } else {
+        m_part.certainBytes += status.allocatedBytes;
+    }
+}
+
+void ReclaimTally::addFile(int folder, const char* name, const EntryStatus& status)
+{
+    {
+        auto& locks = m_totals.limits->fileLocks;
+        const std::lock_guard lock(locks[status.identity.inode % locks.size()]);
+        m_totals.facts->readSpace(folder, name, m_totals.traits, m_totals.stop, m_space);
+    }
+    std::int64_t bytes = status.allocatedBytes;
+    std::int64_t inlineBytes = 0;
+    if (!m_space.isTold) {
+        // All of it is in doubt, so its extents must not count again.
+        m_space.extents.clear();
+    } else if (m_totals.traits.allocation == VolumeTraits::Allocation::byExtents) {
+        // The allocated size may count data twice that was written over and not flushed.
+        bytes = m_space.plainBytes;
+        inlineBytes = m_space.hasInlineData ? status.allocatedBytes - bytes : 0;
+    }
+    const bool isCertain = m_space.isTold && !m_space.isOpenElsewhere;
+    if (m_space.isOpenElsewhere && m_part.openFiles.size() < openFileLimit) {
+        m_part.openFiles.push_back(status.identity.inode);
+    }
+    if (status.linkCount > 1) {
+        addLinked(status, {status.identity.inode, 1, status.linkCount, status.allocatedBytes, bytes,
+                           isCertain, doubtOf(m_space), inlineBytes});
+        return;
+    }
+    if (isCertain) {
+        m_part.certainBytes += bytes;
+    } else {
+        details().doubtful[position(doubtOf(m_space))] += bytes;
+    }
+    if (inlineBytes > 0) {
+        details().lost[position(ReclaimCause::inlineData)] += inlineBytes;
+    }
+    addExtents(0);
+}
+
+void ReclaimTally::addLinked(const EntryStatus& status, LinkedFile file)
+{
+    if (!takeRecord()) {
+        // The names that are chosen add up to the whole file only if all of them are.
+        details().doubtful[position(ReclaimCause::otherNames)] +=
+            status.allocatedBytes / status.linkCount + 1;
+        return;
+    }
+    details().linked.push_back(file);
+    addExtents(file.inode);
+}
+
+void ReclaimTally::addExtents(std::uint64_t linkedInode)
+{
+    for (const FileExtent& extent : m_space.extents) {
+        ReclaimCause cause = ReclaimCause::compressed;
+        if (m_space.isOpenElsewhere) {
+            cause = ReclaimCause::openFiles;
+        } else if (extent.isShared) {
+            cause = ReclaimCause::sharedExtents;
+        }
+        if (takeRecord()) {
+            details().extents.push_back(
+                {extent.start, extent.length, linkedInode, cause, extent.isCompressed});
+        } else {
+            details().doubtful[position(cause)] += extent.length;
+        }
+    }
+}
+
+void ReclaimTally::flush(std::size_t entry)
+{
+    const std::lock_guard lock(*m_totals.mutex);
+    m_totals.items[entry].merge(m_part);
+    m_part = {};
+}
+
+} // namespace CleanCore
