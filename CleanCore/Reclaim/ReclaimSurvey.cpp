@@ -118,7 +118,7 @@ std::vector<ReclaimFindings> ReclaimSurvey::examine(std::span<const ScannedItem>
         for (std::size_t i = 0; i < group.positions.size(); ++i) {
             ReclaimTally::Item& item = found[group.positions[i]];
             item = std::move(walk->totals().items[i]);
-            isExamined[group.positions[i]] = true;
+            isExamined[group.positions[i]] = item.isThere && !item.isMissed;
             if (item.details) {
                 item.details->device = status.identity.device;
                 item.details->volume = traits.id;

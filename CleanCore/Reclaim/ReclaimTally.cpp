@@ -32,6 +32,8 @@ ReclaimCause doubtOf(const FileSpace& space)
 
 void ReclaimTally::Item::merge(Item& part)
 {
+    isThere = isThere || part.isThere;
+    isMissed = isMissed || part.isMissed;
     certainBytes += part.certainBytes;
     recordBytes += part.recordBytes;
     append(openFiles, part.openFiles);

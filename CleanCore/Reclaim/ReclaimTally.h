@@ -6,6 +6,7 @@
 
 #include <array>
 #include <atomic>
+#include <cerrno>
 #include <cstddef>
 #include <mutex>
 #include <set>
@@ -32,6 +33,9 @@ public:
     /// The findings about one item, as they grow.
     struct Item
     {
+        /// Whether the item was there, and whether a part of it could not be looked at.
+        bool isThere = false;
+        bool isMissed = false;
         std::int64_t certainBytes = 0;
         std::int64_t recordBytes = 0;
         /// Made when the first part appears that is not certain.
@@ -59,12 +63,12 @@ public:
     void begin(std::size_t /*entry*/, int folder, const char* name, const EntryStatus& status,
                bool isBeyond)
     {
+        m_part.isThere = true;
         add(folder, name, status, isBeyond);
     }
     void add(int folder, const char* name, const EntryStatus& status, bool isBeyond);
-    // The scan has looked for what is missed and for mounts; such items stay.
-    void miss(int /*error*/) {}
-    void meetMount() {}
+    void miss(int error) { m_part.isMissed = m_part.isMissed || error != ENOENT; }
+    void meetMount() { m_part.isMissed = true; }
     void flush(std::size_t entry);
 
 private:

@@ -1,6 +1,7 @@
 """Confirming a clean, the clean itself, and its report; after each step the disk is looked at."""
 
 import os
+import subprocess
 
 from window_test import WindowTest, byte_count
 from support import rule, snapshot
@@ -76,6 +77,29 @@ esac''')
         program.click("Scan again")
         program.see("cache-safe, 1 items, Zero KB")
         program.see("dev-review, 1 items, 16 KB")
+        self.close(program)
+
+    def test_tells_what_the_disk_gains_before_and_after(self):
+        (self.home / "Documents/twin").hardlink_to(self.home / "safe/a1")
+        with (self.home / "safe/a2").open("rb") as file:
+            holder = subprocess.Popen(["sleep", "600"], stdin=file)
+        self.addCleanup(holder.wait)
+        self.addCleanup(holder.kill)
+        program = self.start_and_scan()
+        header = program.see(lambda name: name.startswith("cache-safe")).get_name()
+        program.click(header)
+        for item, gain in (("a1", "Zero KB"), ("a2", "Zero KB to 8 KB")):
+            box = program.see(f"{self.home}/safe/{item}", "check box")
+            program.wait_for(lambda: box.get_description() == f"gives back {gain}", gain)
+        program.click("Clean 16 KB")
+        program.click("Free space will grow by Zero KB to 8 KB")
+        program.see("Files with several names")
+        program.see("Open in sleep")
+        program.click("Delete 16 KB permanently")
+        program.see("Visible in Finder right now: Zero KB")
+        program.click("Why the free space has grown by less")
+        program.see("Open in sleep")
+        program.click("Close")
         self.close(program)
 
     def test_nothing_is_taken_during_a_clean_and_SIGTERM_finishes_what_is_in_hand(self):
