@@ -53,7 +53,7 @@ Clean::Outcome Clean::run(std::vector<CleaningSelection> selections, bool dryRun
     }
     outcome.removed = reclaimOfRemoved(selections, outcome.report);
     if (freeSpace) {
-        outcome.growth = freeSpace->growth(outcome.removed.possibleBytes);
+        outcome.growth = freeSpace->growth(outcome.removed);
     }
     return outcome;
 }

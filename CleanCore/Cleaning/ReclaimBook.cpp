@@ -19,11 +19,11 @@ bool ReclaimBook::examine(const SelectionState& selection, const ReclaimSurvey& 
         if (results[category].rule.kind != RuleKind::fileSystem) {
             continue;
         }
-        std::vector<ScannedItem> missing;
+        std::vector<const ScannedItem*> missing;
         std::vector<std::size_t> positions;
         for (std::size_t item = 0; item < items.size(); ++item) {
             if (selection.isSelected(category, item) && !findings(category, item).isExamined) {
-                missing.push_back(items[item]);
+                missing.push_back(&items[item]);
                 positions.push_back(item);
             }
         }

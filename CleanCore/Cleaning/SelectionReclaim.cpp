@@ -54,11 +54,11 @@ void examine(std::span<CleaningSelection> selections, const ReclaimSurvey& surve
             continue;
         }
         selection.findings.resize(selection.items.size());
-        std::vector<ScannedItem> items;
+        std::vector<const ScannedItem*> items;
         std::vector<std::size_t> positions;
         for (std::size_t i = 0; i < selection.items.size(); ++i) {
             if (!selection.findings[i].isExamined) {
-                items.push_back(selection.items[i]);
+                items.push_back(&selection.items[i]);
                 positions.push_back(i);
             }
         }

@@ -92,10 +92,10 @@ bool FreeSpaceWatch::waitUntilSettled(bool after, Clock::time_point deadline) co
     return unfinished->changed.wait_until(lock, deadline, [&] { return unfinished->count == 0; });
 }
 
-FreeSpaceWatch::Growth FreeSpaceWatch::growth(std::int64_t expectedBytes) const
+FreeSpaceWatch::Growth FreeSpaceWatch::growth(const Reclaim& expected) const
 {
     Growth growth = grownBy();
-    if (growth.bytes() >= expectedBytes) {
+    if (growth.bytes() >= expected.possibleBytes) {
         return growth;
     }
     const Clock::time_point deadline = Clock::now() + patience;
@@ -105,7 +105,7 @@ FreeSpaceWatch::Growth FreeSpaceWatch::growth(std::int64_t expectedBytes) const
         m_volumes, [](const Volume& volume) { return volume.traits.freesLate; });
     Clock::time_point changedAt = Clock::now();
     bool isQuiet = !freesLate;
-    while (!isQuiet && growth.bytes() < expectedBytes && Clock::now() < deadline) {
+    while (!isQuiet && growth.bytes() < expected.possibleBytes && Clock::now() < deadline) {
         std::this_thread::sleep_for(readingInterval);
         Growth next = grownBy();
         if (next.bytes() != growth.bytes()) {
@@ -114,7 +114,7 @@ FreeSpaceWatch::Growth FreeSpaceWatch::growth(std::int64_t expectedBytes) const
         }
         isQuiet = Clock::now() - changedAt >= quietTime;
     }
-    growth.isStillBeingFreed = growth.bytes() < expectedBytes && (!isSettled || !isQuiet);
+    growth.isStillBeingFreed = growth.bytes() < expected.certainBytes && (!isSettled || !isQuiet);
     return growth;
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "CleanCore/Reclaim/Reclaim.h"
 #include "CleanCore/Reclaim/VolumeFacts.h"
 #include "CleanCore/Support/FileDescriptor.h"
 
@@ -34,7 +35,7 @@ public:
     {
         /// In the order of the folders, each volume once.
         std::vector<VolumeGrowth> volumes;
-        /// Some file system had not given everything back when the time was over.
+        /// The time was over before the file systems had given back all that is certain.
         bool isStillBeingFreed = false;
 
         [[nodiscard]] std::int64_t bytes() const;
@@ -46,8 +47,8 @@ public:
                    std::span<const std::string> folders);
 
     /// Reads it again, after the file systems have settled, for which it waits two seconds at most.
-    /// It does not wait once the growth has reached `expectedBytes`.
-    [[nodiscard]] Growth growth(std::int64_t expectedBytes) const;
+    /// It does not wait for more than is possible.
+    [[nodiscard]] Growth growth(const Reclaim& expected) const;
 
 private:
     struct Volume

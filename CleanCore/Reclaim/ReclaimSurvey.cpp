@@ -15,8 +15,8 @@ namespace {
 
 using Items = std::vector<ReclaimTally::Item>;
 
-/// Puts names of the same file together.
-void unite(std::vector<LinkedFile>& files)
+/// Puts names of the same file together. Returns how many records that saves.
+std::size_t unite(std::vector<LinkedFile>& files)
 {
     std::ranges::sort(files, {}, &LinkedFile::inode);
     std::size_t count = 0;
@@ -27,8 +27,10 @@ void unite(std::vector<LinkedFile>& files)
             files[count++] = next;
         }
     }
+    const std::size_t saved = files.size() - count;
     files.resize(count);
     files.shrink_to_fit();
+    return saved;
 }
 
 /// The items that a walk of one folder examines.
@@ -41,18 +43,18 @@ struct Group
 };
 
 /// Items that follow each other and lie in the same folder are walked over together.
-std::vector<Group> groups(std::span<const ScannedItem> items)
+std::vector<Group> groups(std::span<const ScannedItem* const> items)
 {
     std::vector<Group> groups;
     for (std::size_t i = 0; i < items.size(); ++i) {
-        if (items[i].obstacle != Obstacle::none) {
+        if (items[i]->obstacle != Obstacle::none) {
             continue;
         }
-        std::string folder = PathText::parent(items[i].path);
+        std::string folder = PathText::parent(items[i]->path);
         if (groups.empty() || groups.back().folder != folder) {
             groups.push_back({std::move(folder), {}, {}});
         }
-        groups.back().names.emplace_back(PathText::lastComponent(items[i].path));
+        groups.back().names.emplace_back(PathText::lastComponent(items[i]->path));
         groups.back().positions.push_back(i);
     }
     return groups;
@@ -96,7 +98,7 @@ ReclaimSurvey::ReclaimSurvey(std::shared_ptr<const FileManager> fileManager,
     m_limits->recordsLeft = recordLimit;
 }
 
-std::vector<ReclaimFindings> ReclaimSurvey::examine(std::span<const ScannedItem> items,
+std::vector<ReclaimFindings> ReclaimSurvey::examine(std::span<const ScannedItem* const> items,
                                                     const std::stop_token& stop) const
 {
     Items found(items.size());
@@ -122,7 +124,7 @@ std::vector<ReclaimFindings> ReclaimSurvey::examine(std::span<const ScannedItem>
             if (item.details) {
                 item.details->device = status.identity.device;
                 item.details->volume = traits.id;
-                unite(item.details->linked);
+                m_limits->recordsLeft += static_cast<std::int64_t>(unite(item.details->linked));
             }
         }
     }

@@ -20,13 +20,14 @@ struct SurveyLimits;
 
 /// Finds out how much free space the removal of scanned items brings. It changes nothing.
 ///
-/// One survey serves the results of one scan. Memory is bounded: beyond `recordLimit` names of
-/// linked files and shared or compressed extents (about 32 bytes each) the answers become wider,
-/// but stay true. Safe from any thread; calls at the same time do not disturb each other.
+/// One survey serves the results of one scan. Memory is bounded: beyond `recordLimit` files
+/// with several names and shared or compressed extents (about 50 bytes each, and twice that while
+/// they are added up) the answers become wider, but stay true. Safe from any thread; calls at the
+/// same time do not disturb each other.
 class ReclaimSurvey
 {
 public:
-    static constexpr std::int64_t defaultRecordLimit = 1'000'000;
+    static constexpr std::int64_t defaultRecordLimit = 500'000;
 
     ReclaimSurvey(std::shared_ptr<const FileManager> fileManager,
                   std::shared_ptr<const VolumeFacts> facts, std::shared_ptr<TaskPool> pool,
@@ -35,7 +36,7 @@ public:
     /// Examines items of file-system areas; one of the findings for each, in their order. Items
     /// that a clean leaves whole, that cannot be reached, or that a stop request came before, are
     /// not examined. Blocks; all workers of the pool take part.
-    [[nodiscard]] std::vector<ReclaimFindings> examine(std::span<const ScannedItem> items,
+    [[nodiscard]] std::vector<ReclaimFindings> examine(std::span<const ScannedItem* const> items,
                                                        const std::stop_token& stop) const;
 
     /// Notes the free space of the volumes that hold these folders.

@@ -102,8 +102,11 @@ public:
     [[nodiscard]] bool hasCleaningReport() const { return m_cleaningReport.has_value(); }
     /// How much the free space grew during the last clean; never negative.
     [[nodiscard]] std::optional<std::int64_t> lastVisibleFreedBytes() const;
-    /// Whether file systems had not given everything back by then.
-    [[nodiscard]] bool isStillBeingFreed() const { return m_isStillBeingFreed; }
+    /// The same by volume, and whether it is all.
+    [[nodiscard]] const CleanCore::FreeSpaceWatch::Growth& lastGrowth() const
+    {
+        return m_lastGrowth;
+    }
     /// Why the last clean gained less than its report says is freed.
     [[nodiscard]] const CleanCore::Shortfall& lastShortfall() const { return m_lastShortfall; }
     [[nodiscard]] const ReclaimState& reclaim() const { return m_reclaim; }
@@ -180,7 +183,7 @@ private:
     bool m_isCleaning = false;
     std::optional<CleanCore::CleaningReport> m_cleaningReport;
     std::optional<std::int64_t> m_lastVisibleFreedBytes;
-    bool m_isStillBeingFreed = false;
+    CleanCore::FreeSpaceWatch::Growth m_lastGrowth;
     CleanCore::Shortfall m_lastShortfall;
 
     bool m_isClosing = false;

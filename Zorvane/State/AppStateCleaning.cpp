@@ -148,8 +148,8 @@ void AppState::performClean()
 void AppState::finishClean(CleanCore::Clean::Outcome outcome)
 {
     m_lastVisibleFreedBytes = outcome.growth.bytes();
-    m_isStillBeingFreed = outcome.growth.isStillBeingFreed;
     m_lastShortfall = outcome.shortfall();
+    m_lastGrowth = std::move(outcome.growth);
     emit lastVisibleFreedBytesChanged();
     setCleaningReport(std::move(outcome.report));
     m_isCleaning = false;

@@ -179,7 +179,12 @@ class Reclaim(ProgramTest):
             holder = subprocess.Popen(["sleep", "600"], stdin=file)
         self.addCleanup(holder.wait)
         self.addCleanup(holder.kill)
-        given = ("--home", self.home, "--catalog", self.catalog(rule()))
+        self.tool("tools/usr/bin/docker", """echo '{"Type":"Images","Reclaimable":"2GB"}'""")
+        given = ("--home", self.home, "--tools", self.world / "tools", "--catalog",
+                 self.catalog(rule(), rule("docker-reclaimable", [], "B", kind="command")))
+        shown = self.clean("--dry-run", "--rule", "docker-reclaimable", "--all", *given, status=1)
+        self.assertEqual(shown["reclaim"], {"certainBytes": 0, "possibleBytes": 0, "causes": [
+            {"cause": "shownOnly", "bytes": 2 * 10**9}]})
         causes = self.scan("--reclaim", *given)["reclaim"]["causes"]
         self.assertEqual([(share["cause"], share["bytes"] // MIB, share.get("programs"))
                           for share in causes],

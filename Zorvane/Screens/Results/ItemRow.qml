@@ -78,7 +78,7 @@ ResultsRow {
         text: row.reclaimText
         wrapMode: Text.NoWrap
         font: Theme.caption
-        color: Theme.warning
+        color: Theme.textSecondary
         Accessible.ignored: true
     }
 

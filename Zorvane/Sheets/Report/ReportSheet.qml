@@ -70,7 +70,7 @@ Sheet {
 
             CentredText {
                 visible: text !== ""
-                text: sheet.model.stillFreedText
+                text: sheet.model.growthText
                 font: Theme.caption
                 color: Theme.textSecondary
             }

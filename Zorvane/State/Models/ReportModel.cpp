@@ -39,9 +39,21 @@ QString ReportModel::visibleFreedText() const
                  : QString();
 }
 
-QString ReportModel::stillFreedText() const
+QString ReportModel::growthText() const
 {
-    return m_state.isStillBeingFreed() ? tr("More is still being freed.") : QString();
+    const CleanCore::FreeSpaceWatch::Growth& growth = m_state.lastGrowth();
+    QStringList lines;
+    for (const CleanCore::VolumeGrowth& volume : growth.volumes) {
+        if (volume.bytes > 0 && volume.bytes != growth.bytes()) {
+            lines.push_back(tr("%1 on the disk of %2")
+                                .arg(m_state.byteCountFormatter().string(volume.bytes),
+                                     displayText(volume.folder)));
+        }
+    }
+    if (growth.isStillBeingFreed) {
+        lines.push_back(tr("More is still being freed."));
+    }
+    return lines.join(u'\n');
 }
 
 QList<ReclaimRow> ReportModel::shortfall() const

@@ -36,8 +36,8 @@ class ReportModel : public Zorvane::RowModel
     Q_PROPERTY(QString removedText READ removedText NOTIFY changed)
     /// Empty when the growth of the volume's free space is not known.
     Q_PROPERTY(QString visibleFreedText READ visibleFreedText NOTIFY changed)
-    /// Empty unless file systems had not given everything back.
-    Q_PROPERTY(QString stillFreedText READ stillFreedText NOTIFY changed)
+    /// On which disks the free space has grown, if on several, and whether more is to come.
+    Q_PROPERTY(QString growthText READ growthText NOTIFY changed)
     /// Why the free space has grown by less than what was freed.
     Q_PROPERTY(QList<Zorvane::ReclaimRow> shortfall READ shortfall NOTIFY changed)
     Q_PROPERTY(bool hasSkipped READ hasSkipped NOTIFY changed)
@@ -51,7 +51,7 @@ public:
     [[nodiscard]] QString freedText() const;
     [[nodiscard]] QString removedText() const;
     [[nodiscard]] QString visibleFreedText() const;
-    [[nodiscard]] QString stillFreedText() const;
+    [[nodiscard]] QString growthText() const;
     [[nodiscard]] QList<ReclaimRow> shortfall() const;
     [[nodiscard]] bool hasSkipped() const { return rows() > 0; }
     [[nodiscard]] QList<SkippedReason> reasons() const;

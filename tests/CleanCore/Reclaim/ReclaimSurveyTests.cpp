@@ -87,7 +87,10 @@ struct Home : TemporaryFolder
             items.push_back({path(name), block});
             items.back().obstacle = name == "kept" ? Obstacle::foreignEntries : Obstacle::none;
         }
-        const std::vector<ReclaimFindings> findings = survey.examine(items, {});
+        std::vector<const ScannedItem*> pointers;
+        std::ranges::transform(items, std::back_inserter(pointers),
+                               [](auto& item) { return &item; });
+        const std::vector<ReclaimFindings> findings = survey.examine(pointers, {});
         ReclaimSum sum;
         for (std::size_t i = 0; i < items.size(); ++i) {
             sum.add(items[i], findings[i]);
