@@ -7,6 +7,7 @@
 #include "tests/Support/Table.h"
 #include "tests/Support/TemporaryFolder.h"
 
+#include <algorithm>
 #include <fcntl.h>
 #include <gtest/gtest.h>
 
