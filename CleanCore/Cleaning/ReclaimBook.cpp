@@ -19,11 +19,12 @@ bool ReclaimBook::examine(const SelectionState& selection, const ReclaimSurvey& 
         if (results[category].rule.kind != RuleKind::fileSystem) {
             continue;
         }
-        std::vector<const ScannedItem*> missing;
+        std::vector<std::string_view> missing;
         std::vector<std::size_t> positions;
         for (std::size_t item = 0; item < items.size(); ++item) {
-            if (selection.isSelected(category, item) && !findings(category, item).isExamined) {
-                missing.push_back(&items[item]);
+            if (selection.isSelected(category, item) &&
+                needsExamining(items[item], findings(category, item))) {
+                missing.push_back(items[item].path);
                 positions.push_back(item);
             }
         }
@@ -65,8 +66,7 @@ std::optional<Reclaim> ReclaimBook::ofItem(const SelectionState& selection, std:
 {
     const CategoryResult& result = selection.results()[category];
     const ReclaimFindings found = findings(category, item);
-    if (result.rule.kind == RuleKind::fileSystem && !found.isExamined &&
-        result.items[item].obstacle == Obstacle::none) {
+    if (result.rule.kind == RuleKind::fileSystem && needsExamining(result.items[item], found)) {
         return std::nullopt;
     }
     ReclaimSum sum;

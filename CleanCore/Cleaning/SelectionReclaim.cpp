@@ -41,8 +41,10 @@ void addToSum(ReclaimSum& sum, RuleKind kind, bool isShownOnly, const ScannedIte
         sum.addShownOnly(item.sizeBytes);
     } else if (kind == RuleKind::command) {
         sum.addOfTool(item.sizeBytes);
+    } else if (item.obstacle != Obstacle::none) {
+        sum.addLeftInPlace(item.sizeBytes);
     } else {
-        sum.add(item, findings);
+        sum.add(item.sizeBytes, findings);
     }
 }
 
@@ -54,15 +56,15 @@ void examine(std::span<CleaningSelection> selections, const ReclaimSurvey& surve
             continue;
         }
         selection.findings.resize(selection.items.size());
-        std::vector<const ScannedItem*> items;
+        std::vector<std::string_view> paths;
         std::vector<std::size_t> positions;
         for (std::size_t i = 0; i < selection.items.size(); ++i) {
-            if (!selection.findings[i].isExamined) {
-                items.push_back(&selection.items[i]);
+            if (needsExamining(selection.items[i], selection.findings[i])) {
+                paths.push_back(selection.items[i].path);
                 positions.push_back(i);
             }
         }
-        std::vector<ReclaimFindings> findings = survey.examine(items, stop);
+        std::vector<ReclaimFindings> findings = survey.examine(paths, stop);
         for (std::size_t i = 0; i < positions.size(); ++i) {
             selection.findings[positions[i]] = std::move(findings[i]);
         }

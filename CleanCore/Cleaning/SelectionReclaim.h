@@ -14,6 +14,12 @@ class ReclaimSum;
 class ReclaimSurvey;
 struct CleaningReport;
 
+/// Whether nothing is known yet about an item that a clean would remove.
+[[nodiscard]] inline bool needsExamining(const ScannedItem& item, const ReclaimFindings& findings)
+{
+    return item.obstacle == Obstacle::none && !findings.isExamined;
+}
+
 /// Adds one item of an area to a sum.
 void addToSum(ReclaimSum& sum, RuleKind kind, bool isShownOnly, const ScannedItem& item,
               const ReclaimFindings& findings);

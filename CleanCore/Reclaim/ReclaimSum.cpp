@@ -54,14 +54,10 @@ void ReclaimSum::Sums::addLost(ReclaimCause cause, std::int64_t bytes)
     bytesOf(lost, cause) = saturatingSum(bytesOf(lost, cause), bytes);
 }
 
-void ReclaimSum::add(const ScannedItem& item, const ReclaimFindings& findings)
+void ReclaimSum::add(std::int64_t sizeBytes, const ReclaimFindings& findings)
 {
-    if (item.obstacle != Obstacle::none) {
-        m_sums.addLost(ReclaimCause::leftInPlace, item.sizeBytes);
-        return;
-    }
     if (!findings.isExamined) {
-        m_sums.addDoubtful(ReclaimCause::unknown, item.sizeBytes);
+        m_sums.addDoubtful(ReclaimCause::unknown, sizeBytes);
         return;
     }
     m_sums.certainBytes = saturatingSum(m_sums.certainBytes, findings.certainBytes);
@@ -69,6 +65,11 @@ void ReclaimSum::add(const ScannedItem& item, const ReclaimFindings& findings)
     if (findings.details) {
         m_details.push_back(findings.details);
     }
+}
+
+void ReclaimSum::addLeftInPlace(std::int64_t bytes)
+{
+    m_sums.addLost(ReclaimCause::leftInPlace, bytes);
 }
 
 void ReclaimSum::addShownOnly(std::int64_t bytes)

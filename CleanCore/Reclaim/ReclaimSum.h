@@ -1,7 +1,6 @@
 #pragma once
 
 #include "CleanCore/Reclaim/ReclaimFindings.h"
-#include "CleanCore/Scanning/ScannedItem.h"
 
 #include <cstdint>
 #include <memory>
@@ -14,8 +13,10 @@ namespace CleanCore {
 class ReclaimSum
 {
 public:
-    /// An item that was not examined counts as unknown, one that a clean leaves whole as nothing.
-    void add(const ScannedItem& item, const ReclaimFindings& findings);
+    /// An item that was not examined counts as unknown, with its size.
+    void add(std::int64_t sizeBytes, const ReclaimFindings& findings);
+    /// An item that a clean leaves whole.
+    void addLeftInPlace(std::int64_t bytes);
     /// An item of an area that is only shown.
     void addShownOnly(std::int64_t bytes);
     /// An item that a tool removes, with the size that it tells.

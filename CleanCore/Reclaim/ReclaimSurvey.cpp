@@ -43,18 +43,15 @@ struct Group
 };
 
 /// Items that follow each other and lie in the same folder are walked over together.
-std::vector<Group> groups(std::span<const ScannedItem* const> items)
+std::vector<Group> groups(std::span<const std::string_view> paths)
 {
     std::vector<Group> groups;
-    for (std::size_t i = 0; i < items.size(); ++i) {
-        if (items[i]->obstacle != Obstacle::none) {
-            continue;
-        }
-        std::string folder = PathText::parent(items[i]->path);
+    for (std::size_t i = 0; i < paths.size(); ++i) {
+        std::string folder = PathText::parent(paths[i]);
         if (groups.empty() || groups.back().folder != folder) {
             groups.push_back({std::move(folder), {}, {}});
         }
-        groups.back().names.emplace_back(PathText::lastComponent(items[i]->path));
+        groups.back().names.emplace_back(PathText::lastComponent(paths[i]));
         groups.back().positions.push_back(i);
     }
     return groups;
@@ -98,12 +95,12 @@ ReclaimSurvey::ReclaimSurvey(std::shared_ptr<const FileManager> fileManager,
     m_limits->recordsLeft = recordLimit;
 }
 
-std::vector<ReclaimFindings> ReclaimSurvey::examine(std::span<const ScannedItem* const> items,
+std::vector<ReclaimFindings> ReclaimSurvey::examine(std::span<const std::string_view> paths,
                                                     const std::stop_token& stop) const
 {
-    Items found(items.size());
-    std::vector<bool> isExamined(items.size());
-    for (const Group& group : groups(items)) {
+    Items found(paths.size());
+    std::vector<bool> isExamined(paths.size());
+    for (const Group& group : groups(paths)) {
         FileDescriptor folder = m_fileManager->openFolder(group.folder);
         EntryStatus status;
         if (!folder.isOpen() || readStatus(folder.get(), "", status) != 0) {
@@ -129,8 +126,8 @@ std::vector<ReclaimFindings> ReclaimSurvey::examine(std::span<const ScannedItem*
         }
     }
     addPrograms(*m_facts, found);
-    std::vector<ReclaimFindings> findings(items.size());
-    for (std::size_t i = 0; i < items.size(); ++i) {
+    std::vector<ReclaimFindings> findings(paths.size());
+    for (std::size_t i = 0; i < paths.size(); ++i) {
         findings[i] = {isExamined[i], found[i].certainBytes, found[i].recordBytes,
                        std::move(found[i].details)};
     }

@@ -2,13 +2,13 @@
 
 #include "CleanCore/Reclaim/FreeSpaceWatch.h"
 #include "CleanCore/Reclaim/ReclaimFindings.h"
-#include "CleanCore/Scanning/ScannedItem.h"
 
 #include <cstddef>
 #include <memory>
 #include <span>
 #include <stop_token>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace CleanCore {
@@ -18,7 +18,7 @@ class TaskPool;
 class VolumeFacts;
 struct SurveyLimits;
 
-/// Finds out how much free space the removal of scanned items brings. It changes nothing.
+/// Finds out how much free space the removal of entries brings. It changes nothing.
 ///
 /// One survey serves the results of one scan. Memory is bounded: beyond `recordLimit` files
 /// with several names and shared or compressed extents (about 50 bytes each, and twice that while
@@ -33,10 +33,11 @@ public:
                   std::shared_ptr<const VolumeFacts> facts, std::shared_ptr<TaskPool> pool,
                   std::int64_t recordLimit = defaultRecordLimit);
 
-    /// Examines items of file-system areas; one of the findings for each, in their order. Items
-    /// that a clean leaves whole, that cannot be reached, or that a stop request came before, are
-    /// not examined. Blocks; all workers of the pool take part.
-    [[nodiscard]] std::vector<ReclaimFindings> examine(std::span<const ScannedItem* const> items,
+    /// Examines the entries at these absolute paths; one of the findings for each, in their order.
+    /// Those that cannot be reached, or that a stop request came before, are not examined. Blocks;
+    /// all workers of the pool take part. Entries of one folder that follow each other are examined
+    /// together.
+    [[nodiscard]] std::vector<ReclaimFindings> examine(std::span<const std::string_view> paths,
                                                        const std::stop_token& stop) const;
 
     /// Notes the free space of the volumes that hold these folders.

@@ -62,7 +62,8 @@ struct FileKey
     std::uint64_t device = 0;
     std::uint64_t inode = 0;
 
-    // NOLINTNEXTLINE(modernize-use-nullptr): clang-tidy 14 takes the comparison with 0 for a pointer
+    // NOLINTNEXTLINE(modernize-use-nullptr): clang-tidy 14 takes the comparison with 0 for a
+    // pointer
     [[nodiscard]] auto operator<=>(const FileKey&) const = default;
 };
 

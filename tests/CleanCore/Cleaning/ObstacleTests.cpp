@@ -1,3 +1,4 @@
+#include "CleanCore/Cleaning/SelectionReclaim.h"
 #include "tests/Support/CleanableHome.h"
 
 #include <gtest/gtest.h>
@@ -24,6 +25,10 @@ TEST(Obstacle, WhatAScanCouldNotLookIntoStaysWhole)
         ASSERT_EQ(::setrlimit(RLIMIT_NOFILE, &few), 0);
         const CleaningSelection selection = home.scan();
         ASSERT_EQ(::setrlimit(RLIMIT_NOFILE, &before), 0);
+        const Reclaim reclaim = reclaimOf(std::span(&selection, 1));
+        const std::int64_t size = selection.items.at(0).sizeBytes;
+        EXPECT_EQ(reclaim,
+                  size == 0 ? Reclaim() : Reclaim({0, 0, {{ReclaimCause::leftInPlace, size}}}));
         for (const bool dryRun : {true, false}) {
             const CleaningReport report = home.clean(selection, dryRun);
             ASSERT_EQ(report.skipped.size(), 1U) << locked;
