@@ -57,6 +57,27 @@ std::vector<Group> groups(std::span<const std::string_view> paths)
     return groups;
 }
 
+/// Adds the records of entries of the Trash, which go with them; see the Trash specification of
+/// freedesktop.org.
+void addTrashRecords(const Group& group, int folder, ReclaimTally::Totals& totals)
+{
+    if (!group.folder.ends_with("/Trash/files")) {
+        return;
+    }
+    const FileDescriptor trash = holdFolder(folder, "..");
+    const FileDescriptor info = holdFolder(trash.get(), "info");
+    ReclaimTally tally(totals);
+    for (std::size_t i = 0; info.isOpen() && i < group.names.size(); ++i) {
+        const std::string name = group.names[i] + ".trashinfo";
+        EntryStatus status;
+        if (readStatus(info.get(), name.c_str(), status) == 0 &&
+            status.identity.kind == EntryKind::file) {
+            tally.add(info.get(), name.c_str(), status, false);
+            tally.flush(i);
+        }
+    }
+}
+
 /// Names the programs that have files of the items open.
 void addPrograms(const VolumeFacts& facts, Items& items)
 {
@@ -110,7 +131,9 @@ std::vector<ReclaimFindings> ReclaimSurvey::examine(std::span<const std::string_
         const auto walk = std::make_shared<EntryWalk<ReclaimTally>>(
             m_pool, group.names, stop,
             ReclaimTally::Totals{Items(group.names.size()), m_facts, traits, m_limits, stop});
+        const FileDescriptor again = duplicate(folder.get());
         walk->walk(std::move(folder), status);
+        addTrashRecords(group, again.get(), walk->totals());
         if (stop.stop_requested()) {
             break;
         }
