@@ -18,7 +18,7 @@ using Clock = std::chrono::steady_clock;
 
 constexpr std::chrono::seconds patience{2};
 constexpr std::chrono::milliseconds readingInterval{5};
-// XFS frees in the background; once it has been quiet for so long it has nothing left to do.
+// What is freed in the background has come to its end once it has been quiet for so long.
 constexpr std::chrono::milliseconds quietTime{150};
 
 /// Counts tasks of the pool that have not ended. A task that hangs holds it, not the caller.
@@ -57,7 +57,8 @@ FreeSpaceWatch::FreeSpaceWatch(std::shared_ptr<const FileManager> fileManager,
         // Without a descriptor the volume is not known, and only the first folder is read.
         if (isOpen || m_volumes.empty()) {
             if (std::ranges::none_of(m_volumes, [&](const Volume& other) {
-                    return other.descriptor->isOpen() && other.traits.id == volume.traits.id;
+                    return other.descriptor->isOpen() &&
+                           other.traits.spaceId == volume.traits.spaceId;
                 })) {
                 m_volumes.push_back(std::move(volume));
             }
@@ -94,18 +95,18 @@ bool FreeSpaceWatch::waitUntilSettled(bool after, Clock::time_point deadline) co
 
 FreeSpaceWatch::Growth FreeSpaceWatch::growth(const Reclaim& expected) const
 {
+    const bool freesLate = std::ranges::any_of(
+        m_volumes, [](const Volume& volume) { return volume.traits.freesLate; });
     Growth growth = grownBy();
-    if (growth.bytes() >= expected.possibleBytes) {
+    if (!freesLate && growth.bytes() >= expected.possibleBytes) {
         return growth;
     }
     const Clock::time_point deadline = Clock::now() + patience;
     const bool isSettled = waitUntilSettled(true, deadline);
     growth = grownBy();
-    const bool freesLate = std::ranges::any_of(
-        m_volumes, [](const Volume& volume) { return volume.traits.freesLate; });
     Clock::time_point changedAt = Clock::now();
     bool isQuiet = !freesLate;
-    while (!isQuiet && growth.bytes() < expected.possibleBytes && Clock::now() < deadline) {
+    while (!isQuiet && Clock::now() < deadline) {
         std::this_thread::sleep_for(readingInterval);
         Growth next = grownBy();
         if (next.bytes() != growth.bytes()) {

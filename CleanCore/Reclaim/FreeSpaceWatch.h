@@ -47,7 +47,7 @@ public:
                    std::span<const std::string> folders);
 
     /// Reads it again, after the file systems have settled, for which it waits two seconds at most.
-    /// It does not wait for more than is possible.
+    /// It does not wait for more than is possible, unless one of them frees in the background.
     [[nodiscard]] Growth growth(const Reclaim& expected) const;
 
 private:

@@ -51,11 +51,17 @@ Allocation allocationOf(std::uint32_t magic)
     }
 }
 
-std::uint32_t magicOf(int folder)
+struct statfs informationOf(int folder)
 {
     struct statfs information = {};
-    return ::fstatfs(folder, &information) == 0 ? static_cast<std::uint32_t>(information.f_type)
-                                                : 0;
+    // Without an answer it is a file system of no kind.
+    static_cast<void>(::fstatfs(folder, &information));
+    return information;
+}
+
+std::uint32_t magicOf(const struct statfs& information)
+{
+    return static_cast<std::uint32_t>(information.f_type);
 }
 
 /// The subvolumes of btrfs have device numbers of their own and share all space.
@@ -78,10 +84,20 @@ VolumeTraits LinuxVolumeFacts::traits(int folder) const
     if (readStatus(folder, "", status) != 0) {
         return {};
     }
-    const std::uint32_t magic = magicOf(folder);
-    VolumeTraits traits{allocationOf(magic), status.identity.device};
+    const struct statfs information = informationOf(folder);
+    const std::uint32_t magic = magicOf(information);
+    VolumeTraits traits;
+    traits.allocation = allocationOf(magic);
+    traits.id = status.identity.device;
+    // An overlay has the free space of the file system below it, and says so by its id.
+    std::memcpy(&traits.spaceId, &information.f_fsid, sizeof(traits.spaceId));
+    if (traits.spaceId == 0) {
+        traits.spaceId = traits.id;
+    }
     if (magic == BTRFS_SUPER_MAGIC) {
         traits.id = idOfBtrfs(folder, traits.id);
+        traits.spaceId = traits.id;
+        traits.freesLate = true;
     }
     if (magic == XFS_SUPER_MAGIC) {
         traits.bytesOfRecord = xfsInodeBytes;
@@ -125,7 +141,7 @@ LinuxVolumeFacts::programsUsing(const std::set<FileKey>& files) const
 
 void LinuxVolumeFacts::settle(int folder, bool after) const
 {
-    if (magicOf(folder) == BTRFS_SUPER_MAGIC) {
+    if (magicOf(informationOf(folder)) == BTRFS_SUPER_MAGIC) {
         // Commits the transaction without flushing the data of others, as syncfs(2) would.
         std::uint64_t transaction = 0;
         if (::ioctl(folder, BTRFS_IOC_START_SYNC, &transaction) == 0) {

@@ -38,6 +38,12 @@ struct ReclaimSum::ChosenExtent
     ReclaimExtent extent;
 
     [[nodiscard]] auto place() const { return std::tuple(volume, extent.start); }
+    /// Whether it is that of a file with several names, found by another of them before.
+    [[nodiscard]] bool isFoundAgain(const ChosenExtent& before) const
+    {
+        return extent.linkedInode != 0 && extent.linkedInode == before.extent.linkedInode &&
+               place() == before.place();
+    }
     [[nodiscard]] std::uint64_t end() const
     {
         return extent.start + static_cast<std::uint64_t>(extent.length);
@@ -141,8 +147,9 @@ ReclaimSum::chosenExtents(const std::vector<ChosenFile>& files) const
             }
         }
     }
-    std::ranges::sort(extents, [](const ChosenExtent& a, const ChosenExtent& b) {
-        return a.place() != b.place() ? a.place() < b.place() : a.extent.length > b.extent.length;
+    std::ranges::sort(extents, {}, [](const ChosenExtent& chosen) {
+        return std::tuple(chosen.volume, chosen.extent.start, -chosen.extent.length,
+                          chosen.extent.linkedInode);
     });
     return extents;
 }
@@ -161,6 +168,9 @@ void ReclaimSum::addExtents(const std::vector<ChosenExtent>& extents, Sums& sums
     std::uint64_t covered = 0;
     for (std::size_t i = 0; i < extents.size(); ++i) {
         const ReclaimExtent& extent = extents[i].extent;
+        if (i > 0 && extents[i].isFoundAgain(extents[i - 1])) {
+            continue;
+        }
         if (i == 0 || extents[i - 1].volume != extents[i].volume) {
             covered = 0;
         }

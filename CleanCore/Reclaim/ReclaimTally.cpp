@@ -75,18 +75,26 @@ void ReclaimTally::add(int folder, const char* name, const EntryStatus& status, 
     if (isBeyond) {
         return;
     }
+    const VolumeTraits::Allocation allocation = m_totals.traits.allocation;
     m_part.recordBytes += m_totals.traits.bytesOfRecord;
     if (status.identity.kind == EntryKind::file && status.allocatedBytes > 0) {
         addFile(folder, name, status);
-    } else if (m_totals.traits.allocation == VolumeTraits::Allocation::untold) {
+    } else if (allocation == VolumeTraits::Allocation::untold) {
         details().doubtful[position(ReclaimCause::unknown)] += status.allocatedBytes;
-    } else {
+    } else if (!status.isSymbolicLink() || allocation == VolumeTraits::Allocation::exact) {
+        // Elsewhere a link lies in the records of the file system, whatever its allocated size.
         m_part.certainBytes += status.allocatedBytes;
     }
 }
 
 void ReclaimTally::addFile(int folder, const char* name, const EntryStatus& status)
 {
+    const bool isLinked = status.linkCount > 1;
+    if (const auto known = m_known.find(status.identity.inode);
+        isLinked && known != m_known.end()) {
+        ++m_part.details->linked[known->second].names;
+        return;
+    }
     {
         auto& locks = m_totals.limits->fileLocks;
         const std::lock_guard lock(locks[status.identity.inode % locks.size()]);
@@ -106,7 +114,7 @@ void ReclaimTally::addFile(int folder, const char* name, const EntryStatus& stat
     if (m_space.isOpenElsewhere && m_part.openFiles.size() < openFileLimit) {
         m_part.openFiles.push_back(status.identity.inode);
     }
-    if (status.linkCount > 1) {
+    if (isLinked) {
         addLinked(status, {status.identity.inode, 1, status.linkCount, status.allocatedBytes, bytes,
                            isCertain, doubtOf(m_space), inlineBytes});
         return;
@@ -126,10 +134,12 @@ void ReclaimTally::addLinked(const EntryStatus& status, LinkedFile file)
 {
     if (!takeRecord()) {
         // The names that are chosen add up to the whole file only if all of them are.
-        details().doubtful[position(ReclaimCause::otherNames)] +=
-            status.allocatedBytes / status.linkCount + 1;
+        const std::int64_t part = status.allocatedBytes / status.linkCount + 1;
+        details().doubtful[position(ReclaimCause::otherNames)] += part;
+        details().lost[position(ReclaimCause::otherNames)] += status.allocatedBytes - part;
         return;
     }
+    m_known.emplace(file.inode, details().linked.size());
     details().linked.push_back(file);
     addExtents(file.inode);
 }
@@ -157,6 +167,7 @@ void ReclaimTally::flush(std::size_t entry)
     const std::lock_guard lock(*m_totals.mutex);
     m_totals.items[entry].merge(m_part);
     m_part = {};
+    m_known.clear();
 }
 
 } // namespace CleanCore

@@ -11,6 +11,7 @@
 #include <mutex>
 #include <set>
 #include <stop_token>
+#include <unordered_map>
 #include <vector>
 
 namespace CleanCore {
@@ -80,6 +81,8 @@ private:
 
     Totals& m_totals;
     Item m_part;
+    /// Where the files with several names are among those of the part, by inode.
+    std::unordered_map<std::uint64_t, std::size_t> m_known;
     FileSpace m_space;
 };
 

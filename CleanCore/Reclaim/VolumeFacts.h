@@ -22,8 +22,10 @@ struct VolumeTraits
     };
 
     Allocation allocation = Allocation::untold;
-    /// The same for all folders that draw on the same free space.
+    /// The same for all folders whose extents can be the same.
     std::uint64_t id = 0;
+    /// The same for all folders that draw on the same free space.
+    std::uint64_t spaceId = 0;
     /// What the file system may give back for each entry beside its blocks.
     std::int64_t bytesOfRecord = 0;
     /// Whether it gives space back a moment after the removal.

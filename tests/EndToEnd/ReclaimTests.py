@@ -78,6 +78,7 @@ def mixed(area, outside):
     sparse(area, outside)
     for i in range(500):
         make(area / f"x/many/f{i}", i % 9 * KIB + 1)
+        (area / f"x/many/l{i}").symlink_to(f"f{i}")
 
 
 # The name, how it is made, whether a program has a file open, the file systems (all: none named).

@@ -119,7 +119,7 @@ a/p2:8k a/p2x==a/p2 | a | 2-2 otherNames:2
 a/p2:8k b/p2x==a/p2 c/p1:4k | a c | 1-1 otherNames:2
 a/p2:8k b/p2==a/p2 | a b | 2-2 otherNames:2
 a/s8+4:16k b/s8+4==a/s8+4 | a | 0-0 otherNames:4
-a/s8+4:16k b/s8+4==a/s8+4 | a b | 0-4 otherNames:4 sharedExtents:8
+a/s8+4:16k b/s8+4==a/s8+4 | a b | 0-4 otherNames:4 sharedExtents:4
 # The record of an entry in the Trash goes with it, not that of another.
 Trash/files/p2:8k Trash/info/p2.trashinfo:4k Trash/info/p3.trashinfo:4k | Trash/files/p2 | 4-4
 files/p2:8k info/p2.trashinfo:4k | files/p2 | 2-2
