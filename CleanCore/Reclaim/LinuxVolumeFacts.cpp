@@ -97,6 +97,7 @@ VolumeTraits LinuxVolumeFacts::traits(int folder) const
     if (magic == BTRFS_SUPER_MAGIC) {
         traits.id = idOfBtrfs(folder, traits.id);
         traits.spaceId = traits.id;
+        traits.keepsExtentsWhole = true;
         traits.freesLate = true;
     }
     if (magic == XFS_SUPER_MAGIC) {

@@ -110,6 +110,9 @@ void ReclaimTally::addFile(int folder, const char* name, const EntryStatus& stat
         bytes = m_space.plainBytes;
         inlineBytes = m_space.hasInlineData ? status.allocatedBytes - bytes : 0;
     }
+    if (m_totals.traits.keepsExtentsWhole && m_space.replacedBytes > 0) {
+        details().doubtful[position(ReclaimCause::unknown)] += m_space.replacedBytes;
+    }
     const bool isCertain = m_space.isTold && !m_space.isOpenElsewhere;
     if (m_space.isOpenElsewhere && m_part.openFiles.size() < openFileLimit) {
         m_part.openFiles.push_back(status.identity.inode);

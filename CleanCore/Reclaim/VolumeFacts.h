@@ -28,6 +28,8 @@ struct VolumeTraits
     std::uint64_t spaceId = 0;
     /// What the file system may give back for each entry beside its blocks.
     std::int64_t bytesOfRecord = 0;
+    /// Whether an extent stays whole until the last part of it that is used goes.
+    bool keepsExtentsWhole = false;
     /// Whether it gives space back a moment after the removal.
     bool freesLate = false;
 };
@@ -55,6 +57,9 @@ struct FileSpace
     bool hasInlineData = false;
     /// Data that is neither shared nor compressed nor inline; only told by extents.
     std::int64_t plainBytes = 0;
+    /// Data that was written over or cut out in the middle of plain extents, which may still occupy
+    /// its place if the file system keeps extents whole.
+    std::int64_t replacedBytes = 0;
     std::vector<FileExtent> extents;
 };
 
