@@ -54,17 +54,53 @@ const char* textOf(CleanCore::CloudRefusalReason reason)
         return "nothing proves that its missing parts are those of the mirror's copy";
     case changedAfterRelease:
         return "it was written to after its release; it and the mirror's copy stay as they are";
+    case refusedByProgram:
+        return "git-annex refused";
+    case programFailed:
+        return "git-annex failed or is not installed";
+    case leadsOutside:
+        return "the repository leads out of the home in use";
+    case noPlaceholders:
+        return "virtual files are switched off for this folder in its sync client";
+    case stillSynchronizing:
+        return "it is still being uploaded or downloaded";
+    case notSynchronized:
+        return "the sync client does not synchronize it";
+    case unspeakableName:
+        return "the sync client cannot be told this name";
+    case clientUnreachable:
+        return "the sync client does not answer";
+    case foreignClient:
+        return "the sync client belongs to another user";
+    case notDoneInTime:
+        return "the sync client was asked and has not done it yet";
+    case stopped:
+        return "the request was stopped before it was done";
     case systemError:
         break;
     }
     return "the system refused";
 }
 
+/// The lines of another program's message as one line, without the control characters in it.
+std::string oneLine(const std::string& message)
+{
+    std::string text;
+    for (const char character : message) {
+        const bool isControl = static_cast<unsigned char>(character) < ' ' || character == '\x7f';
+        text += character == '\n' ? std::string("; ") : std::string(isControl ? 0 : 1, character);
+    }
+    return text;
+}
+
 } // namespace
 
 std::string refusalText(const CleanCore::CloudFailure& failure)
 {
-    const std::string text = textOf(failure.reason);
+    std::string text = textOf(failure.reason);
+    if (!failure.detail.empty()) {
+        text += ": " + oneLine(failure.detail);
+    }
     return failure.error == 0 ? text
                               : text + " (" + std::generic_category().message(failure.error) + ")";
 }

@@ -7,6 +7,7 @@
 #include "CleanCore/Support/SharedWork.h"
 
 #include <algorithm>
+#include <iterator>
 #include <set>
 #include <system_error>
 #include <utility>
@@ -46,6 +47,13 @@ private:
     const std::optional<ICloudEvictor::Deadline> m_deadline;
 };
 
+void append(CloudReply reply, std::vector<CloudRefusal>& refused,
+            std::vector<CloudPending>& pending)
+{
+    std::ranges::move(reply.refused, std::back_inserter(refused));
+    std::ranges::move(reply.pending, std::back_inserter(pending));
+}
+
 } // namespace
 
 std::int64_t ICloudEvictor::EvictReport::appsStillBytes() const
@@ -81,6 +89,9 @@ ICloudEvictor::MeasureResult ICloudEvictor::measureChild(const std::string& path
                                                          std::optional<Deadline> deadline,
                                                          const MeasureProgress& progress) const
 {
+    if (measuresTogether()) {
+        return m_drive->measure(m_container, std::span(&path, 1), deadline).at(0);
+    }
     const auto isLate = [&] { return deadline && m_clock() > *deadline; };
     const std::optional<EntryAttributes> attributes = m_fileManager->attributes(path);
     if (!attributes || attributes->kind == EntryKind::symbolicLink) {
@@ -114,6 +125,9 @@ std::vector<ICloudEvictor::MeasureResult>
 ICloudEvictor::measureChildren(std::span<const std::string> paths,
                                std::optional<Deadline> deadline) const
 {
+    if (measuresTogether()) {
+        return m_drive->measure(m_container, paths, deadline);
+    }
     if (m_pool && !paths.empty()) {
         const auto measuring = std::make_shared<Measuring>(m_pool, *this, paths, deadline);
         measuring->run(0);
@@ -124,6 +138,11 @@ ICloudEvictor::measureChildren(std::span<const std::string> paths,
         results.push_back(measureChild(path, deadline));
     }
     return results;
+}
+
+bool ICloudEvictor::measuresTogether() const
+{
+    return m_drive && m_drive->measuresItself();
 }
 
 std::vector<ICloudItem> ICloudEvictor::listLocalCopies() const
@@ -148,6 +167,8 @@ ICloudEvictor::EvictReport ICloudEvictor::evict(std::span<const ICloudItem> item
     const std::string root = m_fileManager->resolvingSymbolicLinks(m_container);
     const std::int64_t freeBefore = volumeFreeBytes();
     std::int64_t index = 0;
+    std::vector<CloudPending> pending;
+    const CloudWatch watch = {stop, nullptr};
     for (const ICloudItem& item : items) {
         if (stop.stop_requested()) {
             break;
@@ -160,13 +181,45 @@ ICloudEvictor::EvictReport ICloudEvictor::evict(std::span<const ICloudItem> item
             report.blocked.push_back(item.path);
             continue;
         }
-        for (CloudRefusal& refusal : m_drive->release(item.path)) {
-            report.refused.push_back(std::move(refusal));
-        }
+        append(m_drive->release(item.path, watch), report.refused, pending);
         report.released.push_back(item.path);
+    }
+    CloudReply rest = m_drive->await(std::move(pending), watch);
+    std::ranges::move(rest.refused, std::back_inserter(report.refused));
+    for (const std::string& path : report.released) {
+        if (const auto name = rest.renamed.find(path); name != rest.renamed.end()) {
+            report.renamed.insert(*name);
+        }
     }
     report.freedBytes = std::max<std::int64_t>(0, volumeFreeBytes() - freeBefore);
     report.appsStillDownloaded = stillDownloaded(items, report.released);
+    return report;
+}
+
+ICloudEvictor::FetchReport ICloudEvictor::fetch(std::span<const std::string> paths,
+                                                const FetchProgress& progress,
+                                                const std::stop_token& stop) const
+{
+    FetchReport report;
+    std::vector<CloudPending> pending;
+    std::int64_t index = 0;
+    const auto total = static_cast<std::int64_t>(paths.size());
+    const CloudWatch watch = {stop, [&](const CloudProgress& step) {
+                                  if (progress) {
+                                      progress(index, total, step);
+                                  }
+                              }};
+    for (const std::string& path : paths) {
+        if (stop.stop_requested()) {
+            break;
+        }
+        ++index;
+        watch.progress({path, 0, 0});
+        append(m_drive->fetch(path, watch), report.refused, pending);
+        report.fetched.push_back(path);
+    }
+    CloudReply rest = m_drive->await(std::move(pending), watch);
+    std::ranges::move(rest.refused, std::back_inserter(report.refused));
     return report;
 }
 

@@ -42,6 +42,21 @@ StandInDrive::StandInDrive(std::optional<std::string> confinement, const std::st
     }
 }
 
+std::vector<CloudContainer> StandInDrive::containers(const std::stop_token& /*stop*/) const
+{
+    return {{m_container}};
+}
+
+CloudReply StandInDrive::release(const std::string& path, const CloudWatch& /*watch*/) const
+{
+    return {release(path)};
+}
+
+CloudReply StandInDrive::fetch(const std::string& path, const CloudWatch& /*watch*/) const
+{
+    return {fetch(path)};
+}
+
 std::vector<CloudRefusal> StandInDrive::release(const std::string& path) const
 {
     CloudRequest request;

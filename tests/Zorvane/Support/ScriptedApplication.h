@@ -78,15 +78,29 @@ public:
     /// To be read when no release is running.
     mutable Strings released;
 
-    [[nodiscard]] Refusals release(const std::string& path) const override
+    /// Its name and its folder.
+    std::string title = "iCloud";
+    std::string folder;
+
+    [[nodiscard]] std::string name() const override { return title; }
+    [[nodiscard]] std::vector<CleanCore::CloudContainer>
+    containers(const std::stop_token& /*stop*/) const override
+    {
+        return {{folder}};
+    }
+    [[nodiscard]] bool keepsApplications() const override { return title == "iCloud"; }
+    [[nodiscard]] CleanCore::CloudReply release(const std::string& path,
+                                                const CleanCore::CloudWatch&) const override
     {
         onRelease(path);
         released.push_back(path);
-        return refusals;
+        return {refusals};
     }
-    [[nodiscard]] Refusals fetch(const std::string& /*path*/) const override
+    [[nodiscard]] CleanCore::CloudReply fetch(const std::string& path,
+                                              const CleanCore::CloudWatch&) const override
     {
-        throw std::logic_error("the window fetches nothing");
+        released.push_back("fetched " + path);
+        return {refusals};
     }
 };
 
