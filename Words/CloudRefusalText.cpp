@@ -1,5 +1,7 @@
 #include "Words/CloudRefusalText.h"
 
+#include "CleanCore/Support/EscapedText.h"
+
 #include <system_error>
 
 namespace Words {
@@ -82,15 +84,14 @@ const char* textOf(CleanCore::CloudRefusalReason reason)
     return "the system refused";
 }
 
-/// The lines of another program's message as one line, without the control characters in it.
+/// The lines of another program's message as one line that can do no harm.
 std::string oneLine(const std::string& message)
 {
     std::string text;
     for (const char character : message) {
-        const bool isControl = static_cast<unsigned char>(character) < ' ' || character == '\x7f';
-        text += character == '\n' ? std::string("; ") : std::string(isControl ? 0 : 1, character);
+        text += character == '\n' ? std::string("; ") : std::string(1, character);
     }
-    return text;
+    return CleanCore::escaped(text, CleanCore::EscapeNotation::brackets);
 }
 
 } // namespace

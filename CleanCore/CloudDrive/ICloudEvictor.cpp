@@ -4,6 +4,7 @@
 #include "CleanCore/CloudDrive/TreeCount.h"
 #include "CleanCore/FileSystem/FileManager.h"
 #include "CleanCore/Support/PathText.h"
+#include "CleanCore/Support/SaturatingSum.h"
 #include "CleanCore/Support/SharedWork.h"
 
 #include <algorithm>
@@ -47,11 +48,21 @@ private:
     const std::optional<ICloudEvictor::Deadline> m_deadline;
 };
 
+template <typename Element>
+void append(std::vector<Element> from, std::vector<Element>& to)
+{
+    std::ranges::move(from, std::back_inserter(to));
+}
+
+constexpr auto byLocalBytes = [](const auto& a, const auto& b) {
+    return a.localBytes > b.localBytes;
+};
+
 void append(CloudReply reply, std::vector<CloudRefusal>& refused,
             std::vector<CloudPending>& pending)
 {
-    std::ranges::move(reply.refused, std::back_inserter(refused));
-    std::ranges::move(reply.pending, std::back_inserter(pending));
+    append(std::move(reply.refused), refused);
+    append(std::move(reply.pending), pending);
 }
 
 } // namespace
@@ -59,6 +70,23 @@ void append(CloudReply reply, std::vector<CloudRefusal>& refused,
 std::int64_t ICloudEvictor::EvictReport::appsStillBytes() const
 {
     return totalBytes(appsStillDownloaded);
+}
+
+void ICloudEvictor::EvictReport::add(EvictReport other)
+{
+    freedBytes = saturatingSum(freedBytes, other.freedBytes);
+    append(std::move(other.released), released);
+    append(std::move(other.appsStillDownloaded), appsStillDownloaded);
+    std::ranges::stable_sort(appsStillDownloaded, byLocalBytes);
+    append(std::move(other.blocked), blocked);
+    append(std::move(other.refused), refused);
+    renamed.merge(other.renamed);
+}
+
+void ICloudEvictor::FetchReport::add(FetchReport other)
+{
+    append(std::move(other.fetched), fetched);
+    append(std::move(other.refused), refused);
 }
 
 ICloudEvictor::ICloudEvictor(std::string container, std::shared_ptr<const FileManager> fileManager,
@@ -153,9 +181,7 @@ std::vector<ICloudItem> ICloudEvictor::listLocalCopies() const
             items.push_back(std::move(result.item));
         }
     }
-    std::stable_sort(items.begin(), items.end(), [](const ICloudItem& a, const ICloudItem& b) {
-        return a.localBytes > b.localBytes;
-    });
+    std::ranges::stable_sort(items, byLocalBytes);
     return items;
 }
 
@@ -185,7 +211,7 @@ ICloudEvictor::EvictReport ICloudEvictor::evict(std::span<const ICloudItem> item
         report.released.push_back(item.path);
     }
     CloudReply rest = m_drive->await(std::move(pending), watch);
-    std::ranges::move(rest.refused, std::back_inserter(report.refused));
+    append(std::move(rest.refused), report.refused);
     for (const std::string& path : report.released) {
         if (const auto name = rest.renamed.find(path); name != rest.renamed.end()) {
             report.renamed.insert(*name);
@@ -219,7 +245,7 @@ ICloudEvictor::FetchReport ICloudEvictor::fetch(std::span<const std::string> pat
         report.fetched.push_back(path);
     }
     CloudReply rest = m_drive->await(std::move(pending), watch);
-    std::ranges::move(rest.refused, std::back_inserter(report.refused));
+    append(std::move(rest.refused), report.refused);
     return report;
 }
 
@@ -245,10 +271,7 @@ ICloudEvictor::stillDownloaded(std::span<const ICloudItem> items,
             }
         }
     }
-    std::stable_sort(apps.begin(), apps.end(),
-                     [](const ICloudAppBundle& a, const ICloudAppBundle& b) {
-                         return a.localBytes > b.localBytes;
-                     });
+    std::ranges::stable_sort(apps, byLocalBytes);
     return apps;
 }
 

@@ -21,8 +21,9 @@ class CloudDrive;
 class FileManager;
 class TaskPool;
 
-/// Measures how much of one container of a cloud drive is downloaded, releases downloads and fetches
-/// them again: released files stay in the cloud, and here as placeholders that hold no bytes.
+/// Measures how much of one container of a cloud drive is downloaded, releases downloads and
+/// fetches them again: released files stay in the cloud, and here as placeholders that hold no
+/// bytes.
 ///
 /// An immutable value; every operation blocks and may be called from any thread and from several at
 /// once. Nothing throws or reports an error: unreadable entries count as nothing.
@@ -58,6 +59,8 @@ public:
         std::map<std::string, std::string> renamed = {};
 
         [[nodiscard]] std::int64_t appsStillBytes() const;
+        /// Appends the report of another container.
+        void add(EvictReport other);
         [[nodiscard]] bool operator==(const EvictReport&) const = default;
     };
 
@@ -72,6 +75,7 @@ public:
         std::vector<std::string> fetched;
         std::vector<CloudRefusal> refused;
 
+        void add(FetchReport other);
         [[nodiscard]] bool operator==(const FetchReport&) const = default;
     };
 
@@ -84,8 +88,9 @@ public:
     /// manager's order; empty when the container cannot be read.
     [[nodiscard]] std::vector<std::string> topLevelChildren() const;
 
-    /// Measures one entry. A drive that measures itself reports no progress. The clock is read before a folder is walked and every 256 files.
-    /// Progress comes every 2,000 files of a folder and once at its end.
+    /// Measures one entry. A drive that measures itself reports no progress. The clock is read
+    /// before a folder is walked and every 256 files. Progress comes every 2,000 files of a folder
+    /// and once at its end.
     [[nodiscard]] MeasureResult measureChild(const std::string& path,
                                              std::optional<Deadline> deadline = std::nullopt,
                                              const MeasureProgress& progress = nullptr) const;
