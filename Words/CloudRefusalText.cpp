@@ -57,9 +57,11 @@ const char* textOf(CleanCore::CloudRefusalReason reason)
     case changedAfterRelease:
         return "it was written to after its release; it and the mirror's copy stay as they are";
     case refusedByProgram:
-        return "git-annex refused";
+        return "git-annex keeps it";
     case programFailed:
-        return "git-annex failed or is not installed";
+        return "git-annex failed";
+    case programMissing:
+        return "git-annex is not installed, or, in another home, not allowed (--tools / does)";
     case leadsOutside:
         return "the repository leads out of the home in use";
     case noPlaceholders:

@@ -157,7 +157,7 @@ private:
         std::vector<ICloudMeasure> results;
         const auto deadline = std::chrono::steady_clock::now() + measuringTime;
         for (std::size_t i = 0; i < m_evictors.size(); ++i) {
-            std::ranges::move(m_evictors[i].measureChildren(paths[i], deadline),
+            std::ranges::move(m_evictors[i].measureChildren(paths[i], deadline, m_stop),
                               std::back_inserter(results));
         }
         std::ranges::stable_sort(results, [](const auto& a, const auto& b) {
@@ -173,7 +173,7 @@ private:
         ICloudEvictor::EvictReport report;
         for (std::size_t i = 0; i < m_evictors.size(); ++i) {
             std::vector<ICloudItem> items;
-            for (auto& result : m_evictors[i].measureChildren(paths[i], noDeadline)) {
+            for (auto& result : m_evictors[i].measureChildren(paths[i], noDeadline, m_stop)) {
                 items.push_back(std::move(result.item));
             }
             if (!items.empty()) {

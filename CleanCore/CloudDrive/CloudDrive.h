@@ -46,10 +46,11 @@ public:
     [[nodiscard]] virtual bool measuresItself() const { return false; }
 
     /// One result for each of `paths`, entries of `container`, in their order. Content that several
-    /// of them share counts for the first.
-    [[nodiscard]] virtual std::vector<ICloudMeasure>
-    measure(const std::string& /*container*/, std::span<const std::string> /*paths*/,
-            std::optional<Deadline> /*deadline*/) const
+    /// of them share counts for one of them. A stop request ends it like the deadline.
+    [[nodiscard]] virtual std::vector<ICloudMeasure> measure(const std::string& /*container*/,
+                                                             std::span<const std::string> /*paths*/,
+                                                             std::optional<Deadline> /*deadline*/,
+                                                             const std::stop_token& /*stop*/) const
     {
         return {};
     }

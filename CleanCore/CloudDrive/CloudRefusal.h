@@ -31,8 +31,10 @@ enum class CloudRefusalReason {
     changedAfterRelease,
     /// The program that works for the drive said no; `detail` is its own reason.
     refusedByProgram,
-    /// The program could not be run, or ended without a word about this entry.
+    /// The program failed, or ended without a word about this entry; `detail` may tell more.
     programFailed,
+    /// There is no such program, or none that a confined run may use.
+    programMissing,
     /// The repository would lead a confined run out of its home, by `detail`.
     leadsOutside,
     /// The sync client keeps no placeholders in this folder.

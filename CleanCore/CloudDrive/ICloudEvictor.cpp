@@ -118,7 +118,7 @@ ICloudEvictor::MeasureResult ICloudEvictor::measureChild(const std::string& path
                                                          const MeasureProgress& progress) const
 {
     if (measuresTogether()) {
-        return m_drive->measure(m_container, std::span(&path, 1), deadline).at(0);
+        return m_drive->measure(m_container, std::span(&path, 1), deadline, {}).at(0);
     }
     const auto isLate = [&] { return deadline && m_clock() > *deadline; };
     const std::optional<EntryAttributes> attributes = m_fileManager->attributes(path);
@@ -150,11 +150,11 @@ ICloudEvictor::MeasureResult ICloudEvictor::measureChild(const std::string& path
 }
 
 std::vector<ICloudEvictor::MeasureResult>
-ICloudEvictor::measureChildren(std::span<const std::string> paths,
-                               std::optional<Deadline> deadline) const
+ICloudEvictor::measureChildren(std::span<const std::string> paths, std::optional<Deadline> deadline,
+                               const std::stop_token& stop) const
 {
     if (measuresTogether()) {
-        return m_drive->measure(m_container, paths, deadline);
+        return m_drive->measure(m_container, paths, deadline, stop);
     }
     if (m_pool && !paths.empty()) {
         const auto measuring = std::make_shared<Measuring>(m_pool, *this, paths, deadline);

@@ -96,9 +96,11 @@ public:
                                              const MeasureProgress& progress = nullptr) const;
 
     /// One result for each of `paths`, in their order, measured by all workers of the pool.
+    /// A stop request ends it where the drive measures itself.
     [[nodiscard]] std::vector<MeasureResult>
     measureChildren(std::span<const std::string> paths,
-                    std::optional<Deadline> deadline = std::nullopt) const;
+                    std::optional<Deadline> deadline = std::nullopt,
+                    const std::stop_token& stop = {}) const;
 
     /// Every entry of the container that holds at least one byte, largest first, those of equal
     /// size in listing order.

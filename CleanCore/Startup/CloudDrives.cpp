@@ -1,17 +1,24 @@
 #include "CleanCore/Startup/CloudDrives.h"
 
 #include "CleanCore/CloudDrive/CloudDrive.h"
+#include "CleanCore/CloudDrive/GitAnnex/GitAnnexDrive.h"
 
 #include <algorithm>
 #include <strings.h>
 
 namespace CleanCore::Startup {
 
-CloudDrives openCloudDrives(const HomeEnvironment& home, const ToolLocations& /*tools*/,
+CloudDrives openCloudDrives(const HomeEnvironment& home, const ToolLocations& tools,
                             const std::optional<std::string>& container,
                             const std::optional<std::string>& mirror)
 {
     CloudDrives drives = {home.cloudDrive(container.value_or(home.cloudContainer()), mirror)};
+    drives.push_back(std::make_shared<GitAnnexDrive>(
+        GitAnnexDrive::Place{
+            home.home,
+            home.isConfined,
+            {home.folders.cacheFolder, home.folders.temporaryFolder, home.cloudContainer()}},
+        tools.paths(Tool::gitAnnex)));
     return drives;
 }
 
