@@ -261,6 +261,10 @@ ExitStatus runICloud(const ICloudOptions& options, const HomeEnvironment& enviro
     }
     const auto drive = chosenDrive(options, drives);
     std::vector<CloudContainer> containers = drive->containers(stop);
+    if (!options.drive) {
+        // The given drive tells with each request why it refuses it.
+        containers.front().closed.reset();
+    }
     if (options.drive && options.container) {
         const std::string wanted = absolute(*options.container);
         std::erase_if(containers, [&](const auto& container) { return container.path != wanted; });

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cerrno>
 #include <string_view>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -60,13 +61,21 @@ bool isHarmless(const GitSetting& setting)
     if (setting.section == "filter") {
         return isOneOf(setting.value, filter);
     }
-    return setting.section == "user" || setting.section == "branch";
+    static constexpr std::array<std::string_view, 8> sections = {
+        "user", "branch", "gc", "init", "color", "pull", "advice", "safe"};
+    return isOneOf(setting.section, sections);
 }
 
 bool namesFolder(const GitSetting& setting)
 {
     static constexpr std::array<std::string_view, 3> names = {"url", "pushurl", "annex-directory"};
     return setting.section == "remote" && isOneOf(setting.name, names);
+}
+
+std::string nameOf(const GitSetting& setting)
+{
+    return setting.section + (setting.subsection.empty() ? "" : "." + setting.subsection) + "." +
+           setting.name;
 }
 
 /// Whether `value`, seen from the repository, is a folder inside the home.
@@ -101,17 +110,23 @@ std::optional<CloudFailure> leadsOutside(const std::string& path, const std::str
         return CloudFailure{CloudRefusalReason::leadsOutside, 0, std::move(detail)};
     };
     const std::string git = PathText::join(path, ".git");
-    const auto settings = readGitConfig(PathText::join(git, "config"));
-    if (!settings) {
-        return failure("config");
-    }
-    for (const GitSetting& setting : *settings) {
-        const bool isAllowed =
-            namesFolder(setting) ? isInside(setting.value, path, home) : isHarmless(setting);
-        if (!isAllowed) {
-            return failure(setting.section +
-                           (setting.subsection.empty() ? "" : "." + setting.subsection) + "." +
-                           setting.name);
+    for (const std::string& file :
+         {PathText::join(git, "config"), PathText::join(home, ".gitconfig"),
+          PathText::join(home, ".config/git/config")}) {
+        struct stat status = {};
+        if (::lstat(file.c_str(), &status) != 0 && errno == ENOENT) {
+            continue;
+        }
+        const auto settings = readGitConfig(file);
+        if (!settings) {
+            return failure(file);
+        }
+        const auto leading = std::ranges::find_if(*settings, [&](const GitSetting& setting) {
+            return !(namesFolder(setting) ? isInside(setting.value, path, home)
+                                          : isHarmless(setting));
+        });
+        if (leading != settings->end()) {
+            return failure(nameOf(*leading));
         }
     }
     for (const char* const name :

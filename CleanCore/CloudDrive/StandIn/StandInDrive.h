@@ -31,7 +31,7 @@ public:
                  std::optional<std::string> mirror, std::int64_t stepBytes = defaultStepBytes);
 
     [[nodiscard]] std::string name() const override { return "iCloud"; }
-    /// The container, wherever it is.
+    /// Always the one container, even where there is no such folder.
     [[nodiscard]] std::vector<CloudContainer>
     containers(const std::stop_token& stop) const override;
     [[nodiscard]] bool keepsApplications() const override { return true; }
