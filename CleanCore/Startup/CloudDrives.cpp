@@ -2,11 +2,27 @@
 
 #include "CleanCore/CloudDrive/CloudDrive.h"
 #include "CleanCore/CloudDrive/GitAnnex/GitAnnexDrive.h"
+#include "CleanCore/CloudDrive/SyncClient/SyncClientDrive.h"
+#include "CleanCore/Support/PathText.h"
 
 #include <algorithm>
+#include <cstdlib>
 #include <strings.h>
+#include <unistd.h>
+#include <utility>
 
 namespace CleanCore::Startup {
+
+namespace {
+
+/// Where the user's programs have their sockets.
+std::string runtimeFolder()
+{
+    const char* const folder = std::getenv("XDG_RUNTIME_DIR");
+    return folder != nullptr && *folder == '/' ? folder : "/run/user/" + std::to_string(::getuid());
+}
+
+} // namespace
 
 CloudDrives openCloudDrives(const HomeEnvironment& home, const ToolLocations& tools,
                             const std::optional<std::string>& container,
@@ -19,6 +35,13 @@ CloudDrives openCloudDrives(const HomeEnvironment& home, const ToolLocations& to
             home.isConfined,
             {home.folders.cacheFolder, home.folders.temporaryFolder, home.cloudContainer()}},
         tools.paths(Tool::gitAnnex)));
+    for (const auto& [name, suffix] :
+         {std::pair("Nextcloud", ".nextcloud"), {"ownCloud", ".owncloud"}, {"OpenCloud", ""}}) {
+        drives.push_back(std::make_shared<SyncClientDrive>(
+            SyncClientDrive::Client{name, PathText::join(runtimeFolder(), name), suffix,
+                                    home.isConfined ? home.home : ""},
+            SyncClientDrive::Limits{}));
+    }
     return drives;
 }
 
