@@ -14,15 +14,18 @@ KeyboardRow {
     required property var restText
     required property var filesText
     required property var sizeText
+    required property string drive
+    required property bool canFetch
 
     readonly property bool isMeasured: !isBusy && !isReleased
     readonly property bool canBeSelected: isMeasured && isOffered
 
     signal toggled
+    signal fetchRequested
 
     implicitHeight: content.implicitHeight + 18
-    focusTarget: box
-    activeFocusOnTab: isTabStop && !canBeSelected
+    focusTarget: isReleased ? fetchButton : box
+    activeFocusOnTab: isTabStop && !focusTarget.enabled
 
     GlassSurface {
         anchors.fill: parent
@@ -31,7 +34,7 @@ KeyboardRow {
     }
 
     FocusRing {
-        shown: row.activeFocus && !row.canBeSelected
+        shown: row.activeFocus && !row.focusTarget.enabled
         gap: -2
         cornerRadius: Theme.radiusSmall
     }
@@ -78,7 +81,7 @@ KeyboardRow {
             Label {
                 visible: row.isBusy
                 Layout.fillWidth: true
-                text: qsTr("iCloud is busy with this folder")
+                text: qsTr("%1 is busy with this folder").arg(row.drive)
                 font: Theme.caption
                 color: Theme.warning
             }
@@ -111,6 +114,19 @@ KeyboardRow {
             visible: row.isMeasured
             text: row.sizeText ?? ""
             font: Theme.numberFont(13, Font.DemiBold)
+        }
+
+        SecondaryButton {
+            id: fetchButton
+
+            visible: row.isReleased
+            enabled: row.canFetch
+            focusPolicy: row.controlFocusPolicy
+            text: qsTr("Fetch")
+            Accessible.name: qsTr("Fetch %1").arg(row.name)
+            small: true
+            cornerRadius: Theme.radiusCapsule
+            onClicked: row.fetchRequested()
         }
 
         Badge {

@@ -22,7 +22,21 @@ Item {
         height: Math.min(contentHeight, 220, Math.max(115, frame.maximumHeight))
         model: frame.model
         spacing: 6
-        Accessible.name: qsTr("iCloud Drive")
+        Accessible.name: frame.model.driveTitle
+        section.property: "section"
+        section.delegate: Label {
+            required property string section
+
+            visible: section !== ""
+            width: list.width
+            height: visible ? implicitHeight : 0
+            topPadding: 4
+            bottomPadding: 6
+            text: section
+            font: Theme.captionMedium
+            color: Theme.textSecondary
+            elide: Text.ElideMiddle
+        }
 
         T.ScrollBar.vertical: ThinScrollBar {
             parent: frame
@@ -33,6 +47,7 @@ Item {
         delegate: ICloudItemRow {
             width: list.width
             onToggled: frame.model.setSelected(index, !isSelected)
+            onFetchRequested: frame.model.fetch(index)
         }
     }
 }

@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <cmath>
 #include <map>
+#include <span>
 
 namespace Zorvane {
 
@@ -21,7 +22,7 @@ constexpr double shortRelease = 45;
 constexpr double secondsPerMinute = 60;
 constexpr std::size_t listedApps = 3;
 
-/// Whether the whole item is an application, which is never released.
+/// Whether the whole item is an application.
 bool isApp(const ICloudItem& item)
 {
     return item.apps.size() == 1 && item.apps.front().path == item.path;
@@ -42,12 +43,13 @@ ICloudModel::ICloudModel(CloudState& cloud, const ByteCountFormatter& formatter)
     connect(&cloud, &CloudState::icloudBusyFoldersChanged, this, &ICloudModel::updateRows);
     connect(&cloud, &CloudState::icloudSelectionChanged, this, &ICloudModel::refreshRows);
     connect(&cloud, &CloudState::icloudReleasedPathsChanged, this, &ICloudModel::refreshRows);
-    for (const auto signal :
-         {&CloudState::icloudPendingChanged, &CloudState::icloudMeasuredChanged,
-          &CloudState::icloudEvictProgressChanged, &CloudState::icloudEvictReportChanged,
-          &CloudState::isEvictingChanged}) {
+    for (const auto signal : {&CloudState::icloudPendingChanged, &CloudState::icloudMeasuredChanged,
+                              &CloudState::icloudEvictProgressChanged,
+                              &CloudState::icloudEvictReportChanged, &CloudState::isEvictingChanged,
+                              &CloudState::sectionsChanged, &CloudState::fetchProgressChanged}) {
         connect(&cloud, signal, this, &ICloudModel::changed);
     }
+    connect(&cloud, &CloudState::isFetchingChanged, this, &ICloudModel::refreshRows);
     updateRows();
 }
 
@@ -100,9 +102,9 @@ QString ICloudModel::freeingText() const
         return {};
     }
     const CloudState::EvictProgress& progress = *m_cloud.icloudEvictProgress();
-    return tr("Freeing %1 of %2 — %3… iCloud is removing the downloads; large folders take a "
-              "while.")
-        .arg(count(progress.index), count(progress.total), displayText(progress.name));
+    return tr("Freeing %1 of %2 — %3… %4 is removing the downloads; large folders take a while.")
+        .arg(count(progress.index), count(progress.total), displayText(progress.name),
+             QString::fromStdString(progress.drive));
 }
 
 QString ICloudModel::emptyText() const
@@ -110,11 +112,12 @@ QString ICloudModel::emptyText() const
     if (!items().empty() || !m_cloud.icloudBusyFolders().empty() || isMeasuring()) {
         return {};
     }
-    return m_cloud.hasDrive() || !isMeasured()
-               ? tr("Nothing downloaded — your iCloud Drive is already optimized.")
-               : tr("No cloud drive was found. Zorvane works with a drive in %1, and so far only "
-                    "in a "
-                    "sample home, where a second folder stands for the cloud.")
+    return m_cloud.hasDrive() || m_cloud.sections().size() > 1 || !isMeasured()
+               ? tr("Nothing downloaded — your %1 is already optimized.").arg(driveTitle())
+               : tr("No cloud drive was found. Zorvane works with the repositories of git-annex in "
+                    "your home, with folders of the desktop clients of Nextcloud, ownCloud and "
+                    "OpenCloud that run and have virtual files switched on, and, in a sample home, "
+                    "with a drive in %1, where a second folder stands for the cloud.")
                      .arg(displayText(m_cloud.container()));
 }
 
@@ -128,8 +131,8 @@ QString ICloudModel::busyText() const
         names.push_back(displayName(folder));
     }
     return tr("“%1” went past 90 seconds and measuring was stopped. This usually happens for a few "
-              "minutes after a release — iCloud is still tidying the folder. Try again in a bit.")
-        .arg(names.join(QStringLiteral(", ")));
+              "minutes after a release — %2 is still tidying the folder. Try again in a bit.")
+        .arg(names.join(QStringLiteral(", ")), drivesOf(m_cloud.icloudBusyFolders()));
 }
 
 QString ICloudModel::selectedText() const
@@ -144,12 +147,12 @@ bool ICloudModel::hasSelectedBytes() const
 
 bool ICloudModel::canRelease() const
 {
-    return hasSelectedBytes() && !m_cloud.isEvicting() && !isMeasuring();
+    return hasSelectedBytes() && !m_cloud.isWorking() && !isMeasuring();
 }
 
 bool ICloudModel::showsSelection() const
 {
-    return !hasReport() && !isMeasuring() && !m_cloud.isEvicting();
+    return !hasReport() && !isMeasuring() && !m_cloud.isWorking();
 }
 
 QString ICloudModel::beforeFreeingText() const
@@ -158,8 +161,12 @@ QString ICloudModel::beforeFreeingText() const
         return {};
     }
     const std::int64_t files = m_cloud.icloudSelectedFileCount();
-    return tr("iCloud will release %1 in %2 files — this usually takes %3.")
-        .arg(selectedText(), count(files), estimate(files));
+    std::vector<std::string> paths;
+    for (const ICloudItem& item : m_cloud.icloudSelectedItems()) {
+        paths.push_back(item.path);
+    }
+    return tr("%4 will release %1 in %2 files — this usually takes %3.")
+        .arg(selectedText(), count(files), estimate(files), drivesOf(paths));
 }
 
 bool ICloudModel::hasReport() const
@@ -177,17 +184,16 @@ QString ICloudModel::reportText() const
     if (!hasFreed()) {
         return tr("Nothing was released this time.");
     }
-    return tr("Freed %1 — your files stay in iCloud.")
-        .arg(bytes(m_cloud.icloudEvictReport()->freedBytes));
+    return tr("Freed %1 — your files stay in %2.")
+        .arg(bytes(m_cloud.icloudEvictReport()->freedBytes),
+             drivesOf(m_cloud.icloudEvictReport()->released));
 }
 
-QStringList ICloudModel::refusals() const
+QStringList ICloudModel::sentences(const std::vector<CleanCore::CloudRefusal>& refusals) const
 {
     std::map<std::string, std::vector<std::string>> pathsByReason;
-    if (hasReport()) {
-        for (const CleanCore::CloudRefusal& refusal : m_cloud.icloudEvictReport()->refused) {
-            pathsByReason[Words::refusalText(refusal.failure)].push_back(refusal.path);
-        }
+    for (const CleanCore::CloudRefusal& refusal : refusals) {
+        pathsByReason[Words::refusalText(refusal.failure)].push_back(refusal.path);
     }
     QStringList sentences;
     for (const auto& [reason, paths] : pathsByReason) {
@@ -201,6 +207,105 @@ QStringList ICloudModel::refusals() const
                 .arg(name));
     }
     return sentences;
+}
+
+QStringList ICloudModel::refusals() const
+{
+    return hasReport() ? sentences(m_cloud.icloudEvictReport()->refused) : QStringList();
+}
+
+QStringList ICloudModel::fetchRefusals() const
+{
+    return sentences(m_cloud.fetchRefusals());
+}
+
+QString ICloudModel::fetchingText() const
+{
+    const auto& progress = m_cloud.fetchProgress();
+    if (!progress) {
+        return {};
+    }
+    const QString drive = QString::fromStdString(m_cloud.sectionOf(progress->path).drive);
+    // The name comes last, since it may contain "%1".
+    const QString text = progress->totalBytes > 0
+                             ? tr("%1 is fetching %4… %2 of %3")
+                                   .arg(drive, bytes(progress->bytes), bytes(progress->totalBytes))
+                             : tr("%1 is fetching %4…").arg(drive);
+    return QString(text).replace(QStringLiteral("%4"), displayName(progress->path));
+}
+
+QStringList ICloudModel::closedTexts() const
+{
+    QStringList texts;
+    for (const CloudSection& section : m_cloud.sections()) {
+        if (section.container.closed) {
+            texts.push_back(QStringLiteral("%1: %2: ")
+                                .arg(QString::fromStdString(section.drive),
+                                     displayText(section.container.path)) +
+                            QString::fromStdString(Words::refusalText(*section.container.closed)));
+        }
+    }
+    return texts;
+}
+
+QString ICloudModel::driveNames() const
+{
+    std::vector<std::string> containers;
+    for (const CloudSection& section : m_cloud.sections()) {
+        containers.push_back(section.container.path);
+    }
+    if (!m_cloud.hasDrive() && containers.size() > 1) {
+        containers.erase(containers.begin());
+    }
+    return drivesOf(containers);
+}
+
+QString ICloudModel::driveTitle() const
+{
+    QString names = driveNames();
+    const QString given = QString::fromStdString(m_cloud.sections().front().drive);
+    if (names == given || names.startsWith(given + QLatin1Char(','))) {
+        names.insert(given.size(), tr(" Drive"));
+    }
+    return names;
+}
+
+QString ICloudModel::returnText() const
+{
+    const auto shown = std::span(m_cloud.sections()).subspan(m_cloud.hasDrive() ? 0 : 1);
+    return std::ranges::all_of(shown, &CloudSection::fetchesWhenOpened)
+               ? tr("they come back when you open them (internet required).")
+               : tr("they come back when you open them, or, with git-annex, when you fetch them.");
+}
+
+bool ICloudModel::showsGiven() const
+{
+    return m_cloud.hasDrive() || m_cloud.sections().size() == 1;
+}
+
+QString ICloudModel::drivesOf(const std::vector<std::string>& paths) const
+{
+    QStringList names;
+    for (const std::string& path : paths) {
+        const QString name = QString::fromStdString(m_cloud.sectionOf(path).drive);
+        if (!names.contains(name)) {
+            names.push_back(name);
+        }
+    }
+    return names.isEmpty() ? QString::fromStdString(m_cloud.sections().front().drive)
+                           : names.join(QStringLiteral(", "));
+}
+
+QString ICloudModel::sectionText(const std::string& path) const
+{
+    if (m_cloud.sections().size() == 1) {
+        return {};
+    }
+    const CloudSection& section = m_cloud.sectionOf(path);
+    const bool isGiven = &section == &m_cloud.sections().front();
+    return isGiven ? tr("%1 Drive").arg(QString::fromStdString(section.drive))
+                   : QString::fromStdString(section.drive) + QStringLiteral(" — ") +
+                         displayText(section.container.path);
 }
 
 std::vector<ICloudAppBundle> ICloudModel::noticeApps() const
@@ -265,7 +370,14 @@ QVariant ICloudModel::value(std::size_t row, int role) const
     const bool isBusy = row >= m_itemCount;
     switch (role) {
     case NameRole:
-        return displayName(m_paths[row]);
+        return displayName(m_cloud.presentPath(m_paths[row]));
+    case DriveRole:
+        return QString::fromStdString(m_cloud.sectionOf(m_paths[row]).drive);
+    case SectionRole:
+        return sectionText(m_paths[row]);
+    case CanFetchRole:
+        return !isBusy && m_cloud.icloudReleasedPaths().contains(m_paths[row]) &&
+               !m_cloud.isWorking();
     case IsBusyRole:
         return isBusy;
     case IsReleasedRole:
@@ -273,7 +385,7 @@ QVariant ICloudModel::value(std::size_t row, int role) const
     case IsSelectedRole:
         return !isBusy && m_cloud.icloudSelection().contains(m_paths[row]);
     case IsOfferedRole:
-        return !isBusy && !isApp(items()[row]);
+        return !isBusy && !isKept(items()[row]);
     default:
         return isBusy ? QVariant() : dataOfItem(items()[row], role);
     }
@@ -316,8 +428,20 @@ void ICloudModel::open()
 void ICloudModel::setSelected(int row, bool isSelected)
 {
     if (row >= 0 && static_cast<std::size_t>(row) < m_itemCount &&
-        !isApp(items()[static_cast<std::size_t>(row)])) {
+        !isKept(items()[static_cast<std::size_t>(row)])) {
         m_cloud.setICloudSelected(m_paths[static_cast<std::size_t>(row)], isSelected);
+    }
+}
+
+bool ICloudModel::isKept(const ICloudItem& item) const
+{
+    return isApp(item) && m_cloud.sectionOf(item.path).keepsApplications;
+}
+
+void ICloudModel::fetch(int row)
+{
+    if (row >= 0 && static_cast<std::size_t>(row) < m_itemCount) {
+        m_cloud.requestFetch(m_paths[static_cast<std::size_t>(row)]);
     }
 }
 
@@ -368,7 +492,7 @@ void ICloudModel::refreshRows()
 {
     if (!m_paths.empty()) {
         emit dataChanged(index(0), index(rowCount() - 1),
-                         {IsReleasedRole, IsSelectedRole, RestTextRole});
+                         {NameRole, IsReleasedRole, IsSelectedRole, CanFetchRole, RestTextRole});
     }
     emit changed();
 }
