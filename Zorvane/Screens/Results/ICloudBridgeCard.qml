@@ -49,6 +49,9 @@ ResultsRow {
                 Label {
                     id: title
 
+                    Layout.fillWidth: true
+                    Layout.maximumWidth: Math.ceil(implicitWidth)
+                    elide: Text.ElideRight
                     text: card.icloud.driveTitle
                     font: Theme.textFont(14, Font.DemiBold)
                     Accessible.ignored: true

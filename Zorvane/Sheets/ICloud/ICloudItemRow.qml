@@ -16,24 +16,42 @@ KeyboardRow {
     required property var sizeText
     required property string drive
     required property bool canFetch
+    /// The title of the folder that begins with this row; empty for none.
+    required property string section
 
+    readonly property real headingHeight: section === "" ? 0 : heading.implicitHeight
     readonly property bool isMeasured: !isBusy && !isReleased
     readonly property bool canBeSelected: isMeasured && isOffered
 
     signal toggled
     signal fetchRequested
 
-    implicitHeight: content.implicitHeight + 18
+    implicitHeight: headingHeight + content.implicitHeight + 18
     focusTarget: isReleased ? fetchButton : box
     activeFocusOnTab: isTabStop && !focusTarget.enabled
 
+    Label {
+        id: heading
+
+        visible: row.section !== ""
+        width: parent.width
+        topPadding: 4
+        bottomPadding: 6
+        text: row.section
+        font: Theme.captionMedium
+        color: Theme.textSecondary
+        elide: Text.ElideMiddle
+    }
+
     GlassSurface {
         anchors.fill: parent
+        anchors.topMargin: row.headingHeight
         cornerRadius: Theme.radiusSmall
         selected: row.isSelected
     }
 
     FocusRing {
+        anchors.topMargin: row.headingHeight
         shown: row.activeFocus && !row.focusTarget.enabled
         gap: -2
         cornerRadius: Theme.radiusSmall
@@ -46,6 +64,7 @@ KeyboardRow {
         anchors.right: parent.right
         anchors.margins: 12
         anchors.verticalCenter: parent.verticalCenter
+        anchors.verticalCenterOffset: row.headingHeight / 2
         spacing: 10
 
         SelectionBox {

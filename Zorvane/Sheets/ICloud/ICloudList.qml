@@ -23,20 +23,6 @@ Item {
         model: frame.model
         spacing: 6
         Accessible.name: frame.model.driveTitle
-        section.property: "section"
-        section.delegate: Label {
-            required property string section
-
-            visible: section !== ""
-            width: list.width
-            height: visible ? implicitHeight : 0
-            topPadding: 4
-            bottomPadding: 6
-            text: section
-            font: Theme.captionMedium
-            color: Theme.textSecondary
-            elide: Text.ElideMiddle
-        }
 
         T.ScrollBar.vertical: ThinScrollBar {
             parent: frame

@@ -7,7 +7,7 @@ import Zorvane
 Column {
     id: reasons
 
-    required property list<string> sentences
+    required property var sentences
 
     visible: sentences.length > 0
     spacing: Theme.spacingSmall

@@ -374,7 +374,9 @@ QVariant ICloudModel::value(std::size_t row, int role) const
     case DriveRole:
         return QString::fromStdString(m_cloud.sectionOf(m_paths[row]).drive);
     case SectionRole:
-        return sectionText(m_paths[row]);
+        return row > 0 && &m_cloud.sectionOf(m_paths[row]) == &m_cloud.sectionOf(m_paths[row - 1])
+                   ? QString()
+                   : sectionText(m_paths[row]);
     case CanFetchRole:
         return !isBusy && m_cloud.icloudReleasedPaths().contains(m_paths[row]) &&
                !m_cloud.isWorking();
@@ -476,6 +478,7 @@ void ICloudModel::updateRows()
         m_paths.insert(m_paths.begin() + static_cast<std::ptrdiff_t>(place), pathAt(place));
         m_itemCount = items().size();
         endInsertRows();
+        emit dataChanged(index(0), index(rowCount() - 1), {SectionRole});
     } else {
         beginResetModel();
         m_paths.clear();

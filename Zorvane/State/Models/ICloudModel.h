@@ -79,7 +79,8 @@ public:
         SizeTextRole,
         /// The name of its drive.
         DriveRole,
-        /// The title above the rows of its folder; empty while only the given drive is there.
+        /// The title above the rows of its folder, of the first of them; empty while only the given
+        /// drive is there.
         SectionRole,
         /// Whether it was released and can be fetched now.
         CanFetchRole,
