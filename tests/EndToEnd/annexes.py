@@ -1,4 +1,4 @@
-"""Two repositories of git-annex in a test's home: "src", and "usb", which keeps a copy of all."""
+"""Two repositories of git-annex in a test's home: "src", and "usb", hidden, which keeps a copy of all."""
 
 import subprocess
 
@@ -8,7 +8,7 @@ class Annexes:
 
     def __init__(self, home, environment, folders, files):
         self.home, self.environment = home, {**environment, "HOME": str(home)}
-        self.src, self.usb = home / "Files/src", home / "usb"
+        self.src, self.usb = home / "Files/src", home / ".usb"
         self.src.mkdir(parents=True)
         for name, value in (("user.name", "a"), ("user.email", "a@b"), ("gc.auto", "0")):
             self.git(home, "config", "--global", name, value)

@@ -21,6 +21,7 @@ KeyboardRow {
 
     readonly property real headingHeight: section === "" ? 0 : heading.implicitHeight
     readonly property bool isMeasured: !isBusy && !isReleased
+    readonly property bool hasControl: !isBusy && (isOffered || isReleased)
     readonly property bool canBeSelected: isMeasured && isOffered
 
     signal toggled
@@ -28,7 +29,11 @@ KeyboardRow {
 
     implicitHeight: headingHeight + content.implicitHeight + 18
     focusTarget: isReleased ? fetchButton : box
-    activeFocusOnTab: isTabStop && !focusTarget.enabled
+    activeFocusOnTab: isTabStop && !hasControl
+    onIsReleasedChanged: {
+        if (activeFocus)
+            Qt.callLater(row.takeKeyboard);
+    }
 
     Label {
         id: heading
@@ -52,7 +57,7 @@ KeyboardRow {
 
     FocusRing {
         anchors.topMargin: row.headingHeight
-        shown: row.activeFocus && !row.focusTarget.enabled
+        shown: row.activeFocus && !row.hasControl
         gap: -2
         cornerRadius: Theme.radiusSmall
     }
@@ -139,7 +144,8 @@ KeyboardRow {
             id: fetchButton
 
             visible: row.isReleased
-            enabled: row.canFetch
+            // It stays enabled, so that it keeps the keyboard while something is fetched.
+            opacity: row.canFetch ? 1 : 0.5
             focusPolicy: row.controlFocusPolicy
             text: qsTr("Fetch")
             Accessible.name: qsTr("Fetch %1").arg(row.name)

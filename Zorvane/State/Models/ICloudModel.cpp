@@ -49,6 +49,7 @@ ICloudModel::ICloudModel(CloudState& cloud, const ByteCountFormatter& formatter)
                               &CloudState::sectionsChanged, &CloudState::fetchProgressChanged}) {
         connect(&cloud, signal, this, &ICloudModel::changed);
     }
+    connect(&cloud, &CloudState::isEvictingChanged, this, &ICloudModel::refreshRows);
     connect(&cloud, &CloudState::isFetchingChanged, this, &ICloudModel::refreshRows);
     updateRows();
 }
