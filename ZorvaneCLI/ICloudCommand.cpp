@@ -274,6 +274,7 @@ ExitStatus runICloud(const ICloudOptions& options, const HomeEnvironment& enviro
         }
     }
     std::vector<ICloudEvictor> evictors;
+    evictors.reserve(containers.size());
     for (const CloudContainer& container : containers) {
         evictors.emplace_back(container.path, environment.fileManager, drive, environment.pool,
                               [stop] {

@@ -33,8 +33,8 @@ struct ICloudOptions
     bool json = false;
 };
 
-/// Lists the cloud drives, or lists, releases or fetches again the downloads of one. Prints results to
-/// standard output, and refusals to standard error unless they are part of the JSON. Returns
+/// Lists the cloud drives, or lists, releases or fetches again the downloads of one. Prints results
+/// to standard output, and refusals to standard error unless they are part of the JSON. Returns
 /// `incomplete` when anything was refused, blocked, unreadable or not measured in time, and
 /// `interrupted` after a stop request, which lets the current entry finish and leaves the others.
 /// Throws CommandError for a path that `list` does not show and for an unknown drive.

@@ -36,6 +36,11 @@ foreach(flow Clean FirstRun GitAnnex ICloud Scan)
     "ZORVANE_CONFINED=$<TARGET_FILE:confined>")
 endforeach()
 
+zorvane_add_script_test(Window.GitAnnexWhole EndToEnd/Window/GitAnnexTests.py
+  "ZORVANE_CLI=$<TARGET_FILE:zorvane-cli>" "ZORVANE_WINDOW=$<TARGET_FILE:zorvane>"
+  "ZORVANE_CONFINED=$<TARGET_FILE:confined>" ZORVANE_RELIABILITY=long)
+set_tests_properties(Window.GitAnnexWhole PROPERTIES LABELS reliability-long TIMEOUT 900)
+
 # What an installation puts where, and whether it works from there.
 set(installed "${PROJECT_BINARY_DIR}/installed")
 add_test(NAME Install COMMAND "${CMAKE_COMMAND}" --install "${PROJECT_BINARY_DIR}" --prefix "${installed}")

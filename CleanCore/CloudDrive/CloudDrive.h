@@ -13,6 +13,16 @@
 
 namespace CleanCore {
 
+/// How it is found out what of a drive's entries is downloaded.
+enum class CloudMeasuring {
+    /// By the allocated bytes of the files.
+    byAllocatedBytes,
+    /// By CloudDrive::measure(), entry by entry.
+    byEntry,
+    /// The same, best of all entries of a folder at once.
+    together,
+};
+
 /// The one seam to a cloud: whoever keeps the files of some folders there too, so that their
 /// downloads can be released and fetched again. Paths are absolute. Every operation blocks and may
 /// be called from any thread and from several at once; none throws or reports an error.
@@ -42,11 +52,14 @@ public:
     /// Whether a released file is fetched when a program opens it.
     [[nodiscard]] virtual bool fetchesWhenOpened() const { return true; }
 
-    /// Whether measure() tells what is downloaded. Elsewhere the allocated bytes do.
-    [[nodiscard]] virtual bool measuresItself() const { return false; }
+    [[nodiscard]] virtual CloudMeasuring measuring() const
+    {
+        return CloudMeasuring::byAllocatedBytes;
+    }
 
-    /// One result for each of `paths`, entries of `container`, in their order. Content that several
-    /// of them share counts for one of them. A stop request ends it like the deadline.
+    /// Measures unless it is done by the allocated bytes: one result for each of `paths`, entries
+    /// of `container`, in their order. Content that several of them share counts for one of them. A
+    /// stop request ends it like the deadline.
     [[nodiscard]] virtual std::vector<ICloudMeasure> measure(const std::string& /*container*/,
                                                              std::span<const std::string> /*paths*/,
                                                              std::optional<Deadline> /*deadline*/,
@@ -68,7 +81,7 @@ public:
 
     /// Waits until every one of `pending`, of this drive's replies, is done, the drive's time limit
     /// for it is over, or a stop is requested. Returns as refused what is not done.
-    [[nodiscard]] virtual CloudReply await(std::vector<CloudPending> /*pending*/,
+    [[nodiscard]] virtual CloudReply await(std::span<const CloudPending> /*pending*/,
                                            const CloudWatch& /*watch*/) const
     {
         return {};

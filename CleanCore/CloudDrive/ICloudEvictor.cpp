@@ -117,7 +117,7 @@ ICloudEvictor::MeasureResult ICloudEvictor::measureChild(const std::string& path
                                                          std::optional<Deadline> deadline,
                                                          const MeasureProgress& progress) const
 {
-    if (measuresTogether()) {
+    if (m_drive && m_drive->measuring() != CloudMeasuring::byAllocatedBytes) {
         return m_drive->measure(m_container, std::span(&path, 1), deadline, {}).at(0);
     }
     const auto isLate = [&] { return deadline && m_clock() > *deadline; };
@@ -170,7 +170,7 @@ ICloudEvictor::measureChildren(std::span<const std::string> paths, std::optional
 
 bool ICloudEvictor::measuresTogether() const
 {
-    return m_drive && m_drive->measuresItself();
+    return m_drive && m_drive->measuring() == CloudMeasuring::together;
 }
 
 std::vector<ICloudItem> ICloudEvictor::listLocalCopies() const
@@ -210,7 +210,7 @@ ICloudEvictor::EvictReport ICloudEvictor::evict(std::span<const ICloudItem> item
         append(m_drive->release(item.path, watch), report.refused, pending);
         report.released.push_back(item.path);
     }
-    CloudReply rest = m_drive->await(std::move(pending), watch);
+    CloudReply rest = m_drive->await(pending, watch);
     append(std::move(rest.refused), report.refused);
     for (const std::string& path : report.released) {
         if (const auto name = rest.renamed.find(path); name != rest.renamed.end()) {
@@ -244,7 +244,7 @@ ICloudEvictor::FetchReport ICloudEvictor::fetch(std::span<const std::string> pat
         append(m_drive->fetch(path, watch), report.refused, pending);
         report.fetched.push_back(path);
     }
-    CloudReply rest = m_drive->await(std::move(pending), watch);
+    CloudReply rest = m_drive->await(pending, watch);
     append(std::move(rest.refused), report.refused);
     return report;
 }

@@ -11,7 +11,7 @@ namespace Zorvane {
 namespace {
 
 CloudSection makeSection(const Environment& environment,
-                         std::shared_ptr<const CleanCore::CloudDrive> drive,
+                         const std::shared_ptr<const CleanCore::CloudDrive>& drive,
                          CleanCore::CloudContainer container)
 {
     CleanCore::ICloudEvictor evictor(container.path, environment.home.fileManager, drive,

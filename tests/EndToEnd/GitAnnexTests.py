@@ -66,7 +66,14 @@ class GitAnnex(ProgramTest):
         annexes.connect()
         for arguments in (("scan", "--tools", "/"), ("clean", "--safe", "--tools", "/")):
             self.assert_refused(self.run_program(*arguments), 2)
+        self.assert_refused(self.run_program("icloud", "list", "--drive", "none"), 2, "git-annex")
         first = str(annexes.entries[0])
+        # In the account's own home git-annex is the system's, and the given drive stays refused.
+        for drive, status in (("git-annex", 0), ("icloud", 2)):
+            process = self.run_program("icloud", "release", "--drive", drive, first,
+                                       wrapper=self.account())
+            self.assertEqual((process.returncode, annexes.here()), (status, 0), process.stderr)
+        self.run_program("icloud", "fetch", "--drive", "git-annex", "--tools", "/", first)
         self.tool("tools/usr/bin/git-annex", f"touch {self.world}/ran")
         for setting, value in (("remote.usb.url", f"{self.world}/away"),
                                ("annex.secure-erase-command", "shred"),

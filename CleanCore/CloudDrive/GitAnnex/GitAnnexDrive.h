@@ -37,7 +37,7 @@ public:
     [[nodiscard]] std::vector<CloudContainer>
     containers(const std::stop_token& stop) const override;
     [[nodiscard]] bool fetchesWhenOpened() const override { return false; }
-    [[nodiscard]] bool measuresItself() const override { return true; }
+    [[nodiscard]] CloudMeasuring measuring() const override { return CloudMeasuring::together; }
     [[nodiscard]] std::vector<ICloudMeasure> measure(const std::string& container,
                                                      std::span<const std::string> paths,
                                                      std::optional<Deadline> deadline,

@@ -12,7 +12,7 @@ namespace CleanCore {
 
 namespace {
 
-constexpr off_t largestConfig = 1024 * 1024;
+constexpr off_t largestConfig = 1'048'576;
 
 std::string lowered(std::string_view text)
 {

@@ -19,7 +19,7 @@ using namespace std::chrono_literals;
 /// How long a stop request may stay unnoticed.
 constexpr auto stopInterval = 100ms;
 /// More than any client says in one line; a path has at most 4,096 bytes.
-constexpr std::size_t longestLine = 1024 * 1024;
+constexpr std::size_t longestLine = 1'048'576;
 
 bool isOwn(int socket)
 {

@@ -233,14 +233,16 @@ bool SyncClientDrive::isDone(const CloudPending& pending, CloudReply& reply) con
     return false;
 }
 
-CloudReply SyncClientDrive::await(std::vector<CloudPending> pending, const CloudWatch& watch) const
+CloudReply SyncClientDrive::await(std::span<const CloudPending> pending,
+                                  const CloudWatch& watch) const
 {
     using enum CloudRefusalReason;
     CloudReply reply;
+    std::vector<CloudPending> left(pending.begin(), pending.end());
     ClientConversation conversation({}, m_limits.answer);
     bool isThere = pending.empty() || !connect(conversation);
     const auto refuseIf = [&](const auto& isHopeless, CloudRefusalReason reason) {
-        std::erase_if(pending, [&](const CloudPending& file) {
+        std::erase_if(left, [&](const CloudPending& file) {
             if (isHopeless(file)) {
                 reply.refused.push_back({file.path, {reason}});
                 return true;
@@ -249,7 +251,7 @@ CloudReply SyncClientDrive::await(std::vector<CloudPending> pending, const Cloud
         });
     };
     while (true) {
-        std::erase_if(pending, [&](const CloudPending& file) {
+        std::erase_if(left, [&](const CloudPending& file) {
             const bool done = isDone(file, reply);
             if (done && watch.progress) {
                 const auto bytes = m_placeholders.entryAt(m_placeholders.plain(file.path));
@@ -266,7 +268,7 @@ CloudReply SyncClientDrive::await(std::vector<CloudPending> pending, const Cloud
         } else if (!isThere) {
             refuseIf([](auto&&) { return true; }, clientUnreachable);
         }
-        if (pending.empty()) {
+        if (left.empty()) {
             return reply;
         }
         isThere = conversation.listen(Clock::now() + m_limits.look);

@@ -53,7 +53,7 @@ public:
     [[nodiscard]] std::string name() const override { return m_client.name; }
     [[nodiscard]] std::vector<CloudContainer>
     containers(const std::stop_token& stop) const override;
-    [[nodiscard]] bool measuresItself() const override { return true; }
+    [[nodiscard]] CloudMeasuring measuring() const override { return CloudMeasuring::byEntry; }
     [[nodiscard]] std::vector<ICloudMeasure> measure(const std::string& container,
                                                      std::span<const std::string> paths,
                                                      std::optional<Deadline> deadline,
@@ -63,7 +63,7 @@ public:
     [[nodiscard]] CloudReply fetch(const std::string& path, const CloudWatch& watch) const override;
     /// Files that the client does in the time until its limit are done, whether it is still there
     /// or not. Once it is gone nothing is waited for.
-    [[nodiscard]] CloudReply await(std::vector<CloudPending> pending,
+    [[nodiscard]] CloudReply await(std::span<const CloudPending> pending,
                                    const CloudWatch& watch) const override;
 
 private:

@@ -43,12 +43,13 @@ ICloudModel::ICloudModel(CloudState& cloud, const ByteCountFormatter& formatter)
     connect(&cloud, &CloudState::icloudBusyFoldersChanged, this, &ICloudModel::updateRows);
     connect(&cloud, &CloudState::icloudSelectionChanged, this, &ICloudModel::refreshRows);
     connect(&cloud, &CloudState::icloudReleasedPathsChanged, this, &ICloudModel::refreshRows);
-    for (const auto signal : {&CloudState::icloudPendingChanged, &CloudState::icloudMeasuredChanged,
-                              &CloudState::icloudEvictProgressChanged,
-                              &CloudState::icloudEvictReportChanged, &CloudState::isEvictingChanged,
-                              &CloudState::sectionsChanged, &CloudState::fetchProgressChanged}) {
+    for (const auto signal :
+         {&CloudState::icloudPendingChanged, &CloudState::icloudMeasuredChanged,
+          &CloudState::icloudEvictProgressChanged, &CloudState::icloudEvictReportChanged,
+          &CloudState::isEvictingChanged, &CloudState::fetchProgressChanged}) {
         connect(&cloud, signal, this, &ICloudModel::changed);
     }
+    connect(&cloud, &CloudState::sectionsChanged, this, &ICloudModel::refreshRows);
     connect(&cloud, &CloudState::isEvictingChanged, this, &ICloudModel::refreshRows);
     connect(&cloud, &CloudState::isFetchingChanged, this, &ICloudModel::refreshRows);
     updateRows();
@@ -495,8 +496,9 @@ void ICloudModel::updateRows()
 void ICloudModel::refreshRows()
 {
     if (!m_paths.empty()) {
-        emit dataChanged(index(0), index(rowCount() - 1),
-                         {NameRole, IsReleasedRole, IsSelectedRole, CanFetchRole, RestTextRole});
+        emit dataChanged(
+            index(0), index(rowCount() - 1),
+            {NameRole, IsReleasedRole, IsSelectedRole, CanFetchRole, RestTextRole, SectionRole});
     }
     emit changed();
 }
