@@ -46,7 +46,7 @@ ICloudModel::ICloudModel(CloudState& cloud, const ByteCountFormatter& formatter)
     for (const auto signal :
          {&CloudState::icloudPendingChanged, &CloudState::icloudMeasuredChanged,
           &CloudState::icloudEvictProgressChanged, &CloudState::icloudEvictReportChanged,
-          &CloudState::isEvictingChanged, &CloudState::fetchProgressChanged}) {
+          &CloudState::fetchProgressChanged}) {
         connect(&cloud, signal, this, &ICloudModel::changed);
     }
     connect(&cloud, &CloudState::sectionsChanged, this, &ICloudModel::refreshRows);

@@ -173,9 +173,10 @@ TEST_F(SyncClientDriveTests, RefusesWithTheReasonAndNeverWaitsForLong)
     EXPECT_EQ(refusals("top"), "top " + std::to_string(inUse) + " ");
     EXPECT_TRUE(client.asked.empty());
     std::stop_source stop;
-    const CloudReply reply = drive().await({{home.path("sync/a/one"), CloudRequestKind::release,
-                                             std::chrono::steady_clock::now() + 1h}},
-                                           {(stop.request_stop(), stop.get_token())});
+    const std::vector<CloudPending> pending = {{home.path("sync/a/one"), CloudRequestKind::release,
+                                                std::chrono::steady_clock::now() + 1h}};
+    stop.request_stop();
+    const CloudReply reply = drive().await(pending, {stop.get_token()});
     EXPECT_EQ(reply.refused.at(0).failure.reason, CloudRefusalReason::stopped);
 }
 
