@@ -2,6 +2,7 @@
 
 #include "CleanCore/CloudDrive/SyncClient/ClientConversation.h"
 #include "CleanCore/CloudDrive/SyncClient/SyncedTree.h"
+#include "CleanCore/FileSystem/Lease.h"
 #include "CleanCore/FileSystem/LinkResolver.h"
 #include "CleanCore/Support/FileDescriptor.h"
 #include "CleanCore/Support/PathText.h"
@@ -31,11 +32,8 @@ bool isBeingWritten(const std::string& path)
     if (!file.isOpen()) {
         return false;
     }
-    if (::fcntl(file.get(), F_SETLEASE, F_RDLCK) != 0) {
-        return errno == EAGAIN;
-    }
-    ::fcntl(file.get(), F_SETLEASE, F_UNLCK);
-    return false;
+    // The lease ends with the descriptor.
+    return takeLease(file.get(), F_RDLCK) == EAGAIN;
 }
 
 } // namespace

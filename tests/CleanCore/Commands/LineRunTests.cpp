@@ -15,7 +15,7 @@ TEST(LineRun, GivesLinesTheComplaintAndTheEnd)
     const TemporaryFolder folder;
     ::setenv("HIDE_ME", "1", 1);
     std::string lines;
-    const auto run = [&](const std::string& script, std::stop_token stop = {},
+    const auto run = [&](const std::string& script, const std::stop_token& stop = {},
                          std::optional<std::chrono::steady_clock::time_point> deadline = {}) {
         lines.clear();
         const auto result = runForLines(
