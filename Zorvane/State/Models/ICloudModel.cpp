@@ -1,14 +1,11 @@
 #include "Zorvane/State/Models/ICloudModel.h"
 
-#include "Words/CloudRefusalText.h"
 #include "Zorvane/Desktop/ByteCountFormatter.h"
 #include "Zorvane/Desktop/DisplayText.h"
 #include "Zorvane/State/CloudState.h"
 
 #include <algorithm>
 #include <cmath>
-#include <map>
-#include <span>
 
 namespace Zorvane {
 
@@ -37,7 +34,7 @@ std::vector<ICloudAppBundle> firstOf(std::vector<ICloudAppBundle> apps)
 } // namespace
 
 ICloudModel::ICloudModel(CloudState& cloud, const ByteCountFormatter& formatter)
-    : m_cloud(cloud), m_formatter(formatter)
+    : m_cloud(cloud), m_formatter(formatter), m_texts(cloud, formatter)
 {
     connect(&cloud, &CloudState::icloudItemsChanged, this, &ICloudModel::updateRows);
     connect(&cloud, &CloudState::icloudBusyFoldersChanged, this, &ICloudModel::updateRows);
@@ -115,7 +112,7 @@ QString ICloudModel::emptyText() const
         return {};
     }
     return m_cloud.hasDrive() || m_cloud.sections().size() > 1 || !isMeasured()
-               ? tr("Nothing downloaded — your %1 is already optimized.").arg(driveTitle())
+               ? tr("Nothing downloaded — your %1 is already optimized.").arg(m_texts.title())
                : tr("No cloud drive was found. Zorvane works with the repositories of git-annex in "
                     "your home, with folders of the desktop clients of Nextcloud, ownCloud and "
                     "OpenCloud that run and have virtual files switched on, and, in a sample home, "
@@ -134,7 +131,7 @@ QString ICloudModel::busyText() const
     }
     return tr("“%1” went past 90 seconds and measuring was stopped. This usually happens for a few "
               "minutes after a release — %2 is still tidying the folder. Try again in a bit.")
-        .arg(names.join(QStringLiteral(", ")), drivesOf(m_cloud.icloudBusyFolders()));
+        .arg(names.join(QStringLiteral(", ")), m_texts.namesOf(m_cloud.icloudBusyFolders()));
 }
 
 QString ICloudModel::selectedText() const
@@ -168,7 +165,7 @@ QString ICloudModel::beforeFreeingText() const
         paths.push_back(item.path);
     }
     return tr("%4 will release %1 in %2 files — this usually takes %3.")
-        .arg(selectedText(), count(files), estimate(files), drivesOf(paths));
+        .arg(selectedText(), count(files), estimate(files), m_texts.namesOf(paths));
 }
 
 bool ICloudModel::hasReport() const
@@ -188,126 +185,22 @@ QString ICloudModel::reportText() const
     }
     return tr("Freed %1 — your files stay in %2.")
         .arg(bytes(m_cloud.icloudEvictReport()->freedBytes),
-             drivesOf(m_cloud.icloudEvictReport()->released));
-}
-
-QStringList ICloudModel::sentences(const std::vector<CleanCore::CloudRefusal>& refusals) const
-{
-    std::map<std::string, std::vector<std::string>> pathsByReason;
-    for (const CleanCore::CloudRefusal& refusal : refusals) {
-        pathsByReason[Words::refusalText(refusal.failure)].push_back(refusal.path);
-    }
-    QStringList sentences;
-    for (const auto& [reason, paths] : pathsByReason) {
-        const auto others = static_cast<std::int64_t>(paths.size()) - 1;
-        const QString name = displayName(paths.front());
-        // The name comes last, since it may contain "%1".
-        sentences.push_back(
-            (others == 0
-                 ? tr("%2: %1").arg(QString::fromStdString(reason))
-                 : tr("%3 and %1 more: %2").arg(count(others), QString::fromStdString(reason)))
-                .arg(name));
-    }
-    return sentences;
+             m_texts.namesOf(m_cloud.icloudEvictReport()->released));
 }
 
 QStringList ICloudModel::refusals() const
 {
-    return hasReport() ? sentences(m_cloud.icloudEvictReport()->refused) : QStringList();
+    return hasReport() ? m_texts.reasons(m_cloud.icloudEvictReport()->refused) : QStringList();
 }
 
 QStringList ICloudModel::fetchRefusals() const
 {
-    return sentences(m_cloud.fetchRefusals());
-}
-
-QString ICloudModel::fetchingText() const
-{
-    const auto& progress = m_cloud.fetchProgress();
-    if (!progress) {
-        return {};
-    }
-    const QString drive = QString::fromStdString(m_cloud.sectionOf(progress->path).drive);
-    // The name comes last, since it may contain "%1".
-    const QString text = progress->totalBytes > 0
-                             ? tr("%1 is fetching %4… %2 of %3")
-                                   .arg(drive, bytes(progress->bytes), bytes(progress->totalBytes))
-                             : tr("%1 is fetching %4…").arg(drive);
-    return QString(text).replace(QStringLiteral("%4"), displayName(progress->path));
-}
-
-QStringList ICloudModel::closedTexts() const
-{
-    QStringList texts;
-    for (const CloudSection& section : m_cloud.sections()) {
-        if (section.container.closed) {
-            texts.push_back(QStringLiteral("%1: %2: ")
-                                .arg(QString::fromStdString(section.drive),
-                                     displayText(section.container.path)) +
-                            QString::fromStdString(Words::refusalText(*section.container.closed)));
-        }
-    }
-    return texts;
-}
-
-QString ICloudModel::driveNames() const
-{
-    std::vector<std::string> containers;
-    for (const CloudSection& section : m_cloud.sections()) {
-        containers.push_back(section.container.path);
-    }
-    if (!m_cloud.hasDrive() && containers.size() > 1) {
-        containers.erase(containers.begin());
-    }
-    return drivesOf(containers);
-}
-
-QString ICloudModel::driveTitle() const
-{
-    QString names = driveNames();
-    const QString given = QString::fromStdString(m_cloud.sections().front().drive);
-    if (names == given || names.startsWith(given + QLatin1Char(','))) {
-        names.insert(given.size(), tr(" Drive"));
-    }
-    return names;
-}
-
-QString ICloudModel::returnText() const
-{
-    const auto shown = std::span(m_cloud.sections()).subspan(m_cloud.hasDrive() ? 0 : 1);
-    return std::ranges::all_of(shown, &CloudSection::fetchesWhenOpened)
-               ? tr("they come back when you open them (internet required).")
-               : tr("they come back when you open them, or, with git-annex, when you fetch them.");
+    return m_texts.reasons(m_cloud.fetchRefusals());
 }
 
 bool ICloudModel::showsGiven() const
 {
     return m_cloud.hasDrive() || m_cloud.sections().size() == 1;
-}
-
-QString ICloudModel::drivesOf(const std::vector<std::string>& paths) const
-{
-    QStringList names;
-    for (const std::string& path : paths) {
-        const QString name = QString::fromStdString(m_cloud.sectionOf(path).drive);
-        if (!names.contains(name)) {
-            names.push_back(name);
-        }
-    }
-    return names.isEmpty() ? QString::fromStdString(m_cloud.sections().front().drive)
-                           : names.join(QStringLiteral(", "));
-}
-
-QString ICloudModel::sectionText(const std::string& path) const
-{
-    if (m_cloud.sections().size() == 1) {
-        return {};
-    }
-    const CloudSection& section = m_cloud.sectionOf(path);
-    const bool isGiven = &section == &m_cloud.sections().front();
-    return isGiven ? tr("%1 Drive").arg(QString::fromStdString(section.drive))
-                   : QString::fromStdString(section.drive) + QStringLiteral(" — ") +
-                         displayText(section.container.path);
 }
 
 std::vector<ICloudAppBundle> ICloudModel::noticeApps() const
@@ -378,7 +271,7 @@ QVariant ICloudModel::value(std::size_t row, int role) const
     case SectionRole:
         return row > 0 && &m_cloud.sectionOf(m_paths[row]) == &m_cloud.sectionOf(m_paths[row - 1])
                    ? QString()
-                   : sectionText(m_paths[row]);
+                   : m_texts.folderTitle(m_paths[row]);
     case CanFetchRole:
         return !isBusy && m_cloud.icloudReleasedPaths().contains(m_paths[row]) &&
                !m_cloud.isWorking();

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "CleanCore/CloudDrive/CloudRefusal.h"
 #include "CleanCore/CloudDrive/ICloudItem.h"
+#include "Zorvane/State/Models/CloudDriveTexts.h"
 #include "Zorvane/State/Models/RowModel.h"
 
 #include <QStringList>
@@ -104,13 +104,13 @@ public:
     [[nodiscard]] bool hasFreed() const;
     [[nodiscard]] QString reportText() const;
     [[nodiscard]] QStringList refusals() const;
-    [[nodiscard]] QString driveNames() const;
-    [[nodiscard]] QString driveTitle() const;
-    [[nodiscard]] QString returnText() const;
+    [[nodiscard]] QString driveNames() const { return m_texts.names(); }
+    [[nodiscard]] QString driveTitle() const { return m_texts.title(); }
+    [[nodiscard]] QString returnText() const { return m_texts.howFilesReturn(); }
     [[nodiscard]] bool showsGiven() const;
-    [[nodiscard]] QString fetchingText() const;
+    [[nodiscard]] QString fetchingText() const { return m_texts.fetching(); }
     [[nodiscard]] QStringList fetchRefusals() const;
-    [[nodiscard]] QStringList closedTexts() const;
+    [[nodiscard]] QStringList closedTexts() const { return m_texts.closedFolders(); }
     [[nodiscard]] QString appsTitle() const;
     [[nodiscard]] QStringList appNames() const;
     [[nodiscard]] QStringList appSizes() const;
@@ -138,9 +138,6 @@ private:
     [[nodiscard]] bool showsSelection() const;
     /// Whether the whole item is an application that is never released.
     [[nodiscard]] bool isKept(const CleanCore::ICloudItem& item) const;
-    [[nodiscard]] QString drivesOf(const std::vector<std::string>& paths) const;
-    [[nodiscard]] QString sectionText(const std::string& path) const;
-    [[nodiscard]] QStringList sentences(const std::vector<CleanCore::CloudRefusal>& refusals) const;
     [[nodiscard]] QString bytes(std::int64_t count) const;
     [[nodiscard]] QString count(std::int64_t number) const;
     [[nodiscard]] QString restText(const CleanCore::ICloudItem& item) const;
@@ -152,6 +149,7 @@ private:
 
     CloudState& m_cloud;
     const ByteCountFormatter& m_formatter;
+    const CloudDriveTexts m_texts;
     /// The paths of the rows that the views know.
     std::vector<std::string> m_paths;
     std::size_t m_itemCount = 0;
