@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <fstream>
 #include <map>
+#include <mutex>
 #include <string>
 #include <sys/socket.h>
 #include <sys/un.h>
@@ -39,8 +40,12 @@ public:
     std::string diesAt = {};
     /// Statuses by the last component of the path; others are OK.
     std::map<std::string, std::string> statuses = {};
-    /// To be read when nobody is asking.
-    std::vector<std::string> asked = {};
+    /// What it was asked for, each with the file's path in the folder.
+    [[nodiscard]] std::vector<std::string> asked() const
+    {
+        const std::lock_guard lock(m_mutex);
+        return m_asked;
+    }
 
     void start()
     {
@@ -111,7 +116,10 @@ private:
     }
     void move(const std::string& command, const std::string& path)
     {
-        asked.push_back(command + ' ' + path.substr(m_folder.size() + 1));
+        {
+            const std::lock_guard lock(m_mutex);
+            m_asked.push_back(command + ' ' + path.substr(m_folder.size() + 1));
+        }
         const std::string suffix = keepsNames ? "" : ".nextcloud";
         if (isIdle) {
             return;
@@ -132,6 +140,8 @@ private:
 
     std::string m_socket;
     std::string m_folder;
+    mutable std::mutex m_mutex;
+    std::vector<std::string> m_asked;
     std::atomic<int> m_listening = -1;
     std::atomic<int> m_connection = -1;
     std::jthread m_thread;

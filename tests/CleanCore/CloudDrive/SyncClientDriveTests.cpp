@@ -104,12 +104,12 @@ TEST_F(SyncClientDriveTests, ReleasesAndFetchesAndFollowsTheNewName)
     EXPECT_EQ(refusals("top", true), "");
     EXPECT_EQ(refusals("a", true), "");
     EXPECT_TRUE(home.has("sync/top") && home.has("sync/a/two") && home.has("sync/a/gone"));
-    EXPECT_THAT(client.asked, testing::ElementsAre("MAKE_ONLINE_ONLY top", "MAKE_ONLINE_ONLY a/one",
-                                                   "MAKE_ONLINE_ONLY a/two",
-                                                   "MAKE_AVAILABLE_LOCALLY top.nextcloud",
-                                                   "MAKE_AVAILABLE_LOCALLY a/gone.nextcloud",
-                                                   "MAKE_AVAILABLE_LOCALLY a/one.nextcloud",
-                                                   "MAKE_AVAILABLE_LOCALLY a/two.nextcloud"));
+    EXPECT_THAT(
+        client.asked(),
+        testing::ElementsAre(
+            "MAKE_ONLINE_ONLY top", "MAKE_ONLINE_ONLY a/one", "MAKE_ONLINE_ONLY a/two",
+            "MAKE_AVAILABLE_LOCALLY top.nextcloud", "MAKE_AVAILABLE_LOCALLY a/gone.nextcloud",
+            "MAKE_AVAILABLE_LOCALLY a/one.nextcloud", "MAKE_AVAILABLE_LOCALLY a/two.nextcloud"));
     EXPECT_EQ(refusals("../outside"), "");
 }
 
@@ -143,7 +143,7 @@ TEST_F(SyncClientDriveTests, RefusesWithTheReasonAndNeverWaitsForLong)
         other.statuses["top"] = word;
         other.start();
         row(word, expected);
-        EXPECT_TRUE(other.asked.empty());
+        EXPECT_TRUE(other.asked().empty());
     }
     struct Row
     {
@@ -171,7 +171,7 @@ TEST_F(SyncClientDriveTests, RefusesWithTheReasonAndNeverWaitsForLong)
     const int inUse = static_cast<int>(CloudRefusalReason::inUse) -
                       static_cast<int>(CloudRefusalReason::noPlaceholders);
     EXPECT_EQ(refusals("top"), "top " + std::to_string(inUse) + " ");
-    EXPECT_TRUE(client.asked.empty());
+    EXPECT_TRUE(client.asked().empty());
     std::stop_source stop;
     const std::vector<CloudPending> pending = {{home.path("sync/a/one"), CloudRequestKind::release,
                                                 std::chrono::steady_clock::now() + 1h}};
