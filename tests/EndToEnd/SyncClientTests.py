@@ -2,38 +2,9 @@
 
 import json
 import os
-import socketserver
-import threading
 
 from support import ProgramTest
-
-
-class Client(socketserver.StreamRequestHandler):
-    """Says what Nextcloud's client says, and releases at once."""
-
-    def handle(self):
-        root = self.server.folder
-        self.say(f"REGISTER_PATH:{root}", "REGISTER_PATH:/tmp")
-        for line in self.rfile:
-            command, _, argument = line.decode().strip().partition(":")
-            if command == "VERSION":
-                self.say("VERSION:3.7.3git:1.1")
-            elif command == "GET_MENU_ITEMS":
-                self.say("GET_MENU_ITEMS:BEGIN", "MENU_ITEM:MAKE_ONLINE_ONLY::x", "GET_MENU_ITEMS:END")
-            elif command == "RETRIEVE_FILE_STATUS":
-                self.say(f"STATUS:{'SYNC' if argument.endswith('new') else 'OK'}:{argument}")
-            for path in argument.split("\x1e"):
-                if command == "MAKE_ONLINE_ONLY":
-                    with open(path + ".nextcloud", "w", encoding="ascii") as placeholder:
-                        placeholder.write(" ")
-                    os.rename(path, path.replace(str(root), str(self.server.cloud)))
-                elif command == "MAKE_AVAILABLE_LOCALLY":
-                    plain = path.removesuffix(".nextcloud")
-                    os.rename(plain.replace(str(root), str(self.server.cloud)), plain)
-                    os.remove(path)
-
-    def say(self, *lines):
-        self.wfile.write("".join(line + "\n" for line in lines).encode())
+from sync_client import start_client
 
 
 class SyncClient(ProgramTest):
@@ -46,13 +17,7 @@ class SyncClient(ProgramTest):
         folder, runtime = self.home / "Cloud", self.home / "run"
         for name in ("a/one", "a/new", "top"):
             self.file(folder / name, b"x" * 20_000)
-        for path in (self.home / "server/a", runtime / "Nextcloud"):
-            path.mkdir(parents=True)
-        server = socketserver.ThreadingUnixStreamServer(str(runtime / "Nextcloud/socket"), Client)
-        server.daemon_threads, server.folder, server.cloud = True, folder, self.home / "server"
-        threading.Thread(target=server.serve_forever, daemon=True).start()
-        self.addCleanup(server.server_close)
-        self.addCleanup(server.shutdown)
+        start_client(self, folder, runtime)
         chosen = ("--drive", "nextcloud")
         environment = {"XDG_RUNTIME_DIR": str(runtime)}
 
