@@ -1,5 +1,7 @@
 #include "Words/CloudRefusalText.h"
 
+#include "CleanCore/Support/EscapedText.h"
+
 #include <system_error>
 
 namespace Words {
@@ -54,17 +56,54 @@ const char* textOf(CleanCore::CloudRefusalReason reason)
         return "nothing proves that its missing parts are those of the mirror's copy";
     case changedAfterRelease:
         return "it was written to after its release; it and the mirror's copy stay as they are";
+    case refusedByProgram:
+        return "git-annex keeps it";
+    case programFailed:
+        return "git-annex failed";
+    case programMissing:
+        return "git-annex is not installed, or, in another home, not allowed (--tools / does)";
+    case leadsOutside:
+        return "the repository leads out of the home in use";
+    case noPlaceholders:
+        return "virtual files are switched off for this folder in its sync client";
+    case stillSynchronizing:
+        return "it is still being uploaded or downloaded";
+    case notSynchronized:
+        return "the sync client does not synchronize it";
+    case unspeakableName:
+        return "the sync client cannot be told this name";
+    case clientUnreachable:
+        return "the sync client does not answer";
+    case foreignClient:
+        return "the sync client belongs to another user";
+    case notDoneInTime:
+        return "the sync client was asked and has not done it yet";
+    case stopped:
+        return "the request was stopped before it was done";
     case systemError:
         break;
     }
     return "the system refused";
 }
 
+/// The lines of another program's message as one line that can do no harm.
+std::string oneLine(const std::string& message)
+{
+    std::string text;
+    for (const char character : message) {
+        text += character == '\n' ? std::string("; ") : std::string(1, character);
+    }
+    return CleanCore::escaped(text, CleanCore::EscapeNotation::brackets);
+}
+
 } // namespace
 
 std::string refusalText(const CleanCore::CloudFailure& failure)
 {
-    const std::string text = textOf(failure.reason);
+    std::string text = textOf(failure.reason);
+    if (!failure.detail.empty()) {
+        text += ": " + oneLine(failure.detail);
+    }
     return failure.error == 0 ? text
                               : text + " (" + std::generic_category().message(failure.error) + ")";
 }

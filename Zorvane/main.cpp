@@ -38,7 +38,8 @@ struct CommandLine
                        "Use the areas in FILE instead of the built-in ones")
             ->type_name("FILE");
         app.add_option("--tools", options.tools,
-                       "With --home: look for the external tools in DIR instead of /")
+                       "With --home: look for the external tools in DIR; / allows the system's "
+                       "programs for cloud drives, and for nothing else")
             ->type_name("DIR");
         app.add_option("--mirror", options.mirror, "With --home: use DIR as the cloud")
             ->type_name("DIR");

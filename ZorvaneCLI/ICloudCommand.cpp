@@ -3,28 +3,31 @@
 #include "CleanCore/CloudDrive/CloudDrive.h"
 #include "CleanCore/CloudDrive/ICloudEvictor.h"
 #include "CleanCore/FileSystem/FileManager.h"
+#include "CleanCore/Startup/CloudDrives.h"
 #include "CleanCore/Startup/HomeEnvironment.h"
+#include "CleanCore/Startup/Startup.h"
 #include "CleanCore/Support/PathText.h"
-#include "Words/CloudRefusalText.h"
-#include "ZorvaneCLI/Output/ColumnTable.h"
-#include "ZorvaneCLI/Output/PathJson.h"
+#include "ZorvaneCLI/Output/ICloudReport.h"
 #include "ZorvaneCLI/Output/TerminalText.h"
 
 #include <algorithm>
 #include <chrono>
 #include <filesystem>
 #include <iostream>
+#include <iterator>
 #include <system_error>
+#include <unistd.h>
 
 namespace ZorvaneCLI {
 
-using CleanCore::CloudRefusal;
+using CleanCore::CloudContainer;
 using CleanCore::HomeEnvironment;
-using CleanCore::ICloudAppBundle;
 using CleanCore::ICloudEvictor;
 using CleanCore::ICloudItem;
-using nlohmann::ordered_json;
+using CleanCore::ICloudMeasure;
+using CleanCore::Startup::CloudDrives;
 
+namespace Startup = CleanCore::Startup;
 namespace PathText = CleanCore::PathText;
 
 namespace {
@@ -47,92 +50,35 @@ std::string absolute(const std::string& path)
     return PathText::standardized(PathText::join(current.native(), path));
 }
 
-/// A path on its own: its text, or, where that is not exact, an object as setPath() makes it.
-ordered_json pathJson(const std::string& path)
+/// Draws how far fetching is, on a terminal.
+void showProgress(std::int64_t index, std::int64_t total, const CleanCore::CloudProgress& progress)
 {
-    ordered_json object;
-    setPath(object, path);
-    return object.contains("pathBytes") ? object : object["path"];
+    std::cerr << "\r\x1b[K" << index << '/' << total << ' ' << byteCount(progress.bytes)
+              << (progress.totalBytes > 0 ? " of " + byteCount(progress.totalBytes) : "") << ' '
+              << escaped(PathText::lastComponent(progress.path)) << std::flush;
 }
 
-ordered_json pathsJson(const std::vector<std::string>& paths)
-{
-    ordered_json array = ordered_json::array();
-    for (const std::string& path : paths) {
-        array.push_back(pathJson(path));
-    }
-    return array;
-}
-
-ordered_json appsJson(const std::vector<ICloudAppBundle>& apps)
-{
-    ordered_json array = ordered_json::array();
-    for (const ICloudAppBundle& app : apps) {
-        ordered_json object;
-        setPath(object, app.path);
-        object["localBytes"] = app.localBytes;
-        object["fileCount"] = app.fileCount;
-        setPath(object, app.probePath, "probePath");
-        array.push_back(std::move(object));
-    }
-    return array;
-}
-
-ordered_json refusalsJson(const std::vector<CloudRefusal>& refusals)
-{
-    ordered_json array = ordered_json::array();
-    for (const CloudRefusal& refusal : refusals) {
-        ordered_json object;
-        setPath(object, refusal.path);
-        object["reason"] = Words::refusalText(refusal.failure);
-        array.push_back(std::move(object));
-    }
-    return array;
-}
-
-void printRefusals(const std::vector<CloudRefusal>& refusals)
-{
-    for (const CloudRefusal& refusal : refusals) {
-        std::cerr << "refused: " << escaped(refusal.path) << ": "
-                  << Words::refusalText(refusal.failure) << '\n';
-    }
-}
-
-/// One run of the command.
+/// One run of the command with one drive.
 class Run
 {
 public:
     Run(const ICloudOptions& options, const HomeEnvironment& environment,
-        const std::stop_token& stop)
-        : m_options(options), m_stop(stop),
-          m_container(absolute(options.container.value_or(environment.cloudContainer()))),
-          m_drive(environment.cloudDrive(m_container, options.mirror
-                                                          ? std::optional(absolute(*options.mirror))
-                                                          : std::nullopt)),
-          m_fileManager(environment.fileManager),
-          m_evictor(m_container, m_fileManager, m_drive, environment.pool, [stop] {
-              // An interruption ends the measuring like a deadline.
-              return stop.stop_requested() ? ICloudEvictor::Deadline::max()
-                                           : std::chrono::steady_clock::now();
-          })
+        const CleanCore::CloudDrive& drive, std::vector<CloudContainer> containers,
+        std::vector<ICloudEvictor> evictors, const std::stop_token& stop)
+        : m_options(options), m_fileManager(*environment.fileManager), m_drive(drive),
+          m_containers(std::move(containers)), m_evictors(std::move(evictors)), m_stop(stop)
     {
     }
 
     ExitStatus run() const
     {
-        const bool isReadable = checkContainer();
-        const std::vector<std::string> paths = chosenPaths();
+        const bool isReadable = checkContainers();
+        const std::vector<std::vector<std::string>> paths = chosenPaths();
         ExitStatus status = isReadable ? ExitStatus::done : ExitStatus::incomplete;
-        switch (m_options.action) {
-        case ICloudAction::list:
+        if (m_options.action == ICloudAction::list) {
             status = std::max(status, list(paths));
-            break;
-        case ICloudAction::release:
-            status = release(paths);
-            break;
-        case ICloudAction::fetch:
-            status = fetch(paths);
-            break;
+        } else {
+            status = m_options.action == ICloudAction::release ? release(paths) : fetch(paths);
         }
         if (m_stop.stop_requested()) {
             std::cerr << "zorvane-cli: interrupted; the current entry was finished, the others "
@@ -143,23 +89,44 @@ public:
     }
 
 private:
-    /// Whether the cloud drive can be listed; prints why not.
-    bool checkContainer() const
+    ICloudReport::Form form() const
     {
-        try {
-            (void)m_fileManager->namesInFolder(m_container);
-            return true;
-        } catch (const std::system_error& error) {
-            std::cerr << "zorvane-cli: there is no cloud drive at " << escaped(m_container) << ": "
-                      << error.code().message() << '\n';
-            return false;
-        }
+        return m_options.json ? ICloudReport::Form::json : ICloudReport::Form::text;
     }
 
-    /// The named entries, each once and in their order; all of them when none is named.
-    std::vector<std::string> chosenPaths() const
+    /// Whether the drive's folders can be listed and worked with; prints why not.
+    bool checkContainers() const
     {
-        std::vector<std::string> listed = m_evictor.topLevelChildren();
+        bool isReadable = !m_containers.empty();
+        if (m_containers.empty()) {
+            std::cerr << "zorvane-cli: there is no folder of " << m_drive.name()
+                      << " in this home\n";
+        }
+        for (const CloudContainer& container : m_containers) {
+            if (container.closed) {
+                ICloudReport::printClosed(container);
+                isReadable = false;
+                continue;
+            }
+            try {
+                (void)m_fileManager.namesInFolder(container.path);
+            } catch (const std::system_error& error) {
+                std::cerr << "zorvane-cli: there is no cloud drive at " << escaped(container.path)
+                          << ": " << error.code().message() << '\n';
+                isReadable = false;
+            }
+        }
+        return isReadable;
+    }
+
+    /// For each folder of the drive its named entries, each once and in their order; all of them
+    /// when none is named.
+    std::vector<std::vector<std::string>> chosenPaths() const
+    {
+        std::vector<std::vector<std::string>> listed;
+        for (const ICloudEvictor& evictor : m_evictors) {
+            listed.push_back(evictor.topLevelChildren());
+        }
         if (m_options.paths.empty()) {
             if (m_options.action != ICloudAction::list) {
                 throw CommandError(ExitStatus::wrongUsage,
@@ -167,136 +134,157 @@ private:
             }
             return listed;
         }
-        std::vector<std::string> chosen;
+        std::vector<std::vector<std::string>> chosen(listed.size());
         for (const std::string& path : m_options.paths) {
-            if (std::find(listed.begin(), listed.end(), path) == listed.end()) {
+            const auto holds = [&](const auto& paths) {
+                return std::ranges::find(paths, path) != paths.end();
+            };
+            const auto place = std::ranges::find_if(listed, holds);
+            if (place == listed.end()) {
                 throw CommandError(ExitStatus::wrongUsage,
                                    "\"icloud list\" shows no entry " + path);
             }
-            if (std::find(chosen.begin(), chosen.end(), path) == chosen.end()) {
-                chosen.push_back(path);
+            auto& ofContainer = chosen[static_cast<std::size_t>(place - listed.begin())];
+            if (!holds(ofContainer)) {
+                ofContainer.push_back(path);
             }
         }
         return chosen;
     }
 
-    ExitStatus list(const std::vector<std::string>& paths) const
+    ExitStatus list(const std::vector<std::vector<std::string>>& paths) const
     {
-        auto results =
-            m_evictor.measureChildren(paths, std::chrono::steady_clock::now() + measuringTime);
-        std::stable_sort(results.begin(), results.end(), [](const auto& a, const auto& b) {
+        std::vector<ICloudMeasure> results;
+        const auto deadline = std::chrono::steady_clock::now() + measuringTime;
+        for (std::size_t i = 0; i < m_evictors.size(); ++i) {
+            std::ranges::move(m_evictors[i].measureChildren(paths[i], deadline, m_stop),
+                              std::back_inserter(results));
+        }
+        std::ranges::stable_sort(results, [](const auto& a, const auto& b) {
             return a.item.localBytes > b.item.localBytes;
         });
-        m_options.json ? printListJson(results) : printList(results);
-        const bool timedOut = std::any_of(results.begin(), results.end(),
-                                          [](const auto& result) { return result.timedOut; });
+        ICloudReport::printList(results, form());
+        const bool timedOut = std::ranges::any_of(results, &ICloudMeasure::timedOut);
         return timedOut ? ExitStatus::incomplete : ExitStatus::done;
     }
 
-    static void printListJson(const std::vector<ICloudEvictor::MeasureResult>& results)
+    ExitStatus release(const std::vector<std::vector<std::string>>& paths) const
     {
-        ordered_json items = ordered_json::array();
-        for (const auto& [item, timedOut] : results) {
-            ordered_json object;
-            setPath(object, item.path);
-            object["localBytes"] = item.localBytes;
-            object["fileCount"] = item.fileCount;
-            object["releasableBytes"] = item.releasableBytes();
-            object["releasableFileCount"] = item.releasableFileCount();
-            object["apps"] = appsJson(item.apps);
-            object["timedOut"] = timedOut;
-            items.push_back(std::move(object));
-        }
-        std::cout << ordered_json({{"items", std::move(items)}}).dump(2) << '\n';
-    }
-
-    static void printList(const std::vector<ICloudEvictor::MeasureResult>& results)
-    {
-        using enum ColumnTable::Alignment;
-        ColumnTable table({right, right, right, left, left});
-        table.add({"ON THIS DISK", "RELEASABLE", "FILES", "PATH", ""});
-        for (const auto& [item, timedOut] : results) {
-            std::string note = timedOut ? "not measured in time" : "";
-            if (!item.apps.empty()) {
-                note += (note.empty() ? "" : ", ") + counted(item.apps.size(), "app") + " (" +
-                        byteCount(item.appBytes()) + ")";
+        ICloudEvictor::EvictReport report;
+        for (std::size_t i = 0; i < m_evictors.size(); ++i) {
+            std::vector<ICloudItem> items;
+            for (auto& result : m_evictors[i].measureChildren(paths[i], noDeadline, m_stop)) {
+                items.push_back(std::move(result.item));
             }
-            table.add({byteCount(item.localBytes), byteCount(item.releasableBytes()),
-                       std::to_string(item.fileCount), escaped(item.path), note});
-        }
-        std::cout << table.text();
-    }
-
-    ExitStatus release(const std::vector<std::string>& paths) const
-    {
-        std::vector<ICloudItem> items;
-        for (auto& result : m_evictor.measureChildren(paths, noDeadline)) {
-            items.push_back(std::move(result.item));
-        }
-        const auto report = m_evictor.evict(items, nullptr, m_stop);
-        if (m_options.json) {
-            ordered_json document;
-            document["freedBytes"] = report.freedBytes;
-            document["released"] = pathsJson(report.released);
-            document["refused"] = refusalsJson(report.refused);
-            document["blocked"] = pathsJson(report.blocked);
-            document["appsStillDownloaded"] = appsJson(report.appsStillDownloaded);
-            std::cout << document.dump(2) << '\n';
-        } else {
-            std::cout << byteCount(report.freedBytes) << " freed — release asked for "
-                      << counted(report.released.size(), "item") << '\n';
-            for (const ICloudAppBundle& app : report.appsStillDownloaded) {
-                std::cout << "still downloaded: " << escaped(app.path) << " ("
-                          << byteCount(app.localBytes) << ")\n";
+            if (!items.empty()) {
+                report.add(m_evictors[i].evict(items, nullptr, m_stop));
             }
-            for (const std::string& path : report.blocked) {
-                std::cerr << "blocked: " << escaped(path) << ": not in the cloud drive\n";
-            }
-            printRefusals(report.refused);
         }
+        ICloudReport::printRelease(report, form());
         return report.refused.empty() && report.blocked.empty() ? ExitStatus::done
                                                                 : ExitStatus::incomplete;
     }
 
-    ExitStatus fetch(const std::vector<std::string>& paths) const
+    ExitStatus fetch(const std::vector<std::vector<std::string>>& paths) const
     {
-        std::vector<std::string> fetched;
-        std::vector<CloudRefusal> refused;
-        for (const std::string& path : paths) {
-            if (m_stop.stop_requested()) {
-                break;
-            }
-            for (CloudRefusal& refusal : m_drive->fetch(path)) {
-                refused.push_back(std::move(refusal));
-            }
-            fetched.push_back(path);
+        const bool isShown = !m_options.json && ::isatty(STDERR_FILENO) != 0;
+        ICloudEvictor::FetchReport report;
+        for (std::size_t i = 0; i < m_evictors.size(); ++i) {
+            report.add(m_evictors[i].fetch(
+                paths[i], isShown ? showProgress : ICloudEvictor::FetchProgress(), m_stop));
         }
-        if (m_options.json) {
-            ordered_json document;
-            document["fetched"] = pathsJson(fetched);
-            document["refused"] = refusalsJson(refused);
-            std::cout << document.dump(2) << '\n';
-        } else {
-            std::cout << "fetch asked for " << counted(fetched.size(), "item") << '\n';
-            printRefusals(refused);
+        if (isShown) {
+            std::cerr << "\r\x1b[K";
         }
-        return refused.empty() ? ExitStatus::done : ExitStatus::incomplete;
+        ICloudReport::printFetch(report, form());
+        return report.refused.empty() ? ExitStatus::done : ExitStatus::incomplete;
     }
 
     const ICloudOptions& m_options;
+    const CleanCore::FileManager& m_fileManager;
+    const CleanCore::CloudDrive& m_drive;
+    const std::vector<CloudContainer> m_containers;
+    /// One for each container.
+    const std::vector<ICloudEvictor> m_evictors;
     const std::stop_token m_stop;
-    std::string m_container;
-    std::shared_ptr<const CleanCore::CloudDrive> m_drive;
-    std::shared_ptr<const CleanCore::FileManager> m_fileManager;
-    ICloudEvictor m_evictor;
 };
+
+CloudDrives openDrives(const ICloudOptions& options, const HomeEnvironment& environment)
+{
+    const auto absoluteOrNone = [](const std::optional<std::string>& path) {
+        return path ? std::optional(absolute(*path)) : std::nullopt;
+    };
+    return Startup::openCloudDrives(
+        environment, Startup::openCloudTools(options.tools, environment),
+        options.drive ? std::nullopt : absoluteOrNone(options.container),
+        absoluteOrNone(options.mirror));
+}
+
+ExitStatus printDrives(const ICloudOptions& options, const CloudDrives& drives,
+                       const std::stop_token& stop)
+{
+    std::vector<ICloudReport::FoundDrive> found;
+    for (const auto& drive : drives) {
+        found.push_back({drive->name(), drive->containers(stop)});
+    }
+    ICloudReport::printDrives(found,
+                              options.json ? ICloudReport::Form::json : ICloudReport::Form::text);
+    return stop.stop_requested() ? ExitStatus::interrupted : ExitStatus::done;
+}
+
+/// The drive that the options name; the given one without a name.
+std::shared_ptr<const CleanCore::CloudDrive> chosenDrive(const ICloudOptions& options,
+                                                         const CloudDrives& drives)
+{
+    if (!options.drive) {
+        return drives.front();
+    }
+    if (auto drive = Startup::driveNamed(*options.drive, drives)) {
+        return drive;
+    }
+    std::string names;
+    for (const auto& drive : drives) {
+        names += (names.empty() ? "" : ", ") + drive->name();
+    }
+    throw CommandError(ExitStatus::wrongUsage, "there is no drive named " + *options.drive +
+                                                   "; --drive takes one of these: " + names);
+}
 
 } // namespace
 
 ExitStatus runICloud(const ICloudOptions& options, const HomeEnvironment& environment,
                      const std::stop_token& stop)
 {
-    return Run(options, environment, stop).run();
+    const CloudDrives drives = openDrives(options, environment);
+    if (options.action == ICloudAction::drives) {
+        return printDrives(options, drives, stop);
+    }
+    const auto drive = chosenDrive(options, drives);
+    std::vector<CloudContainer> containers = drive->containers(stop);
+    if (!options.drive) {
+        // The given drive tells with each request why it refuses it.
+        containers.front().closed.reset();
+    }
+    if (options.drive && options.container) {
+        const std::string wanted = absolute(*options.container);
+        std::erase_if(containers, [&](const auto& container) { return container.path != wanted; });
+        if (containers.empty()) {
+            throw CommandError(ExitStatus::wrongUsage, "\"icloud drives\" shows no folder " +
+                                                           wanted + " of " + drive->name());
+        }
+    }
+    std::vector<ICloudEvictor> evictors;
+    evictors.reserve(containers.size());
+    for (const CloudContainer& container : containers) {
+        evictors.emplace_back(container.path, environment.fileManager, drive, environment.pool,
+                              [stop] {
+                                  // An interruption ends the measuring like a deadline.
+                                  return stop.stop_requested() ? ICloudEvictor::Deadline::max()
+                                                               : std::chrono::steady_clock::now();
+                              });
+    }
+    return Run(options, environment, *drive, std::move(containers), std::move(evictors), stop)
+        .run();
 }
 
 } // namespace ZorvaneCLI

@@ -130,26 +130,24 @@ private:
     void addICloud()
     {
         CLI::App& command =
-            *app.add_subcommand("icloud", "The cloud drive: list, release and fetch its downloads");
+            *app.add_subcommand("icloud", "Cloud drives: list, release and fetch their downloads");
         command.require_subcommand(1);
+        addICloudAction(command, ICloudAction::drives, "drives", "Show the cloud drives");
         addICloudAction(command, ICloudAction::list, "list", "Show the downloads");
         addICloudAction(command, ICloudAction::release, "release",
-                        "In another home: release downloads whose content is in the mirror");
-        addICloudAction(command, ICloudAction::fetch, "fetch",
-                        "In another home: fetch released content from the mirror");
+                        "Release downloads whose content is safe in the cloud");
+        addICloudAction(command, ICloudAction::fetch, "fetch", "Fetch released content again");
     }
 
     void addICloudAction(CLI::App& parent, ICloudAction action, const char* name, const char* text)
     {
         CLI::App& command = *parent.add_subcommand(name, text);
         addHome(command, iCloudCommon);
-        command.add_option("path", iCloudOptions.paths, "Entries, as \"icloud list\" shows them")
-            ->type_name("PATH");
-        command.add_option("--container", iCloudOptions.container, "The cloud drive's folder")
-            ->type_name("DIR");
         command
-            .add_option("--mirror", iCloudOptions.mirror, "The folder that stands for the cloud")
-            ->type_name("DIR");
+            .add_option("--tools", iCloudOptions.tools,
+                        "In another home: the folder that stands as the root of the programs' "
+                        "paths; / for the system's")
+            ->type_name("ROOT");
         command.add_flag("--json", iCloudOptions.json, "Print JSON");
         command.callback([this, action] {
             iCloudOptions.action = action;
@@ -158,6 +156,20 @@ private:
                                  interruption.token());
             };
         });
+        if (action == ICloudAction::drives) {
+            return;
+        }
+        command
+            .add_option("--drive", iCloudOptions.drive,
+                        "A drive that \"icloud drives\" shows, instead of iCloud")
+            ->type_name("NAME");
+        command.add_option("path", iCloudOptions.paths, "Entries, as \"icloud list\" shows them")
+            ->type_name("PATH");
+        command.add_option("--container", iCloudOptions.container, "The cloud drive's folder")
+            ->type_name("DIR");
+        command
+            .add_option("--mirror", iCloudOptions.mirror, "The folder that stands for the cloud")
+            ->type_name("DIR");
     }
 };
 

@@ -58,7 +58,7 @@ Zorvane::Environment environment(const std::shared_ptr<const CleanCore::FileMana
     home.volumeFacts = std::make_shared<CleanCore::LinuxVolumeFacts>();
     return {
         .home = home,
-        .cloudDrive = nullptr,
+        .cloudDrives = {},
         .commandRunner = [](const std::stop_token&) { return nullptr; },
         .loadCatalog = [catalog = std::move(catalog)] { return catalog; },
         .texts = {},

@@ -24,5 +24,6 @@ list(TRANSFORM runtime REPLACE "^build +" "")
 list(JOIN runtime ", " CPACK_DEBIAN_PACKAGE_DEPENDS)
 # For screen readers, for opening the legal pages, and for Wayland.
 set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "at-spi2-core, qt6-wayland, xdg-utils")
+set(CPACK_DEBIAN_PACKAGE_SUGGESTS git-annex)
 
 include(CPack)

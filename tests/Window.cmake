@@ -30,11 +30,16 @@ set_tests_properties(DrawnWithOpenGL PROPERTIES TIMEOUT 120)
 # The window as a person uses it, on a display of the tests' own.
 add_library(confined MODULE EndToEnd/Window/confined.c)
 set_target_properties(confined PROPERTIES PREFIX "")
-foreach(flow Clean FirstRun ICloud Scan)
+foreach(flow Clean FirstRun GitAnnex ICloud Scan SyncClient)
   zorvane_add_script_test(Window.${flow} EndToEnd/Window/${flow}Tests.py
     "ZORVANE_CLI=$<TARGET_FILE:zorvane-cli>" "ZORVANE_WINDOW=$<TARGET_FILE:zorvane>"
     "ZORVANE_CONFINED=$<TARGET_FILE:confined>")
 endforeach()
+
+zorvane_add_script_test(Window.GitAnnexWhole EndToEnd/Window/GitAnnexTests.py
+  "ZORVANE_CLI=$<TARGET_FILE:zorvane-cli>" "ZORVANE_WINDOW=$<TARGET_FILE:zorvane>"
+  "ZORVANE_CONFINED=$<TARGET_FILE:confined>" ZORVANE_RELIABILITY=long)
+set_tests_properties(Window.GitAnnexWhole PROPERTIES LABELS reliability-long TIMEOUT 900)
 
 # What an installation puts where, and whether it works from there.
 set(installed "${PROJECT_BINARY_DIR}/installed")

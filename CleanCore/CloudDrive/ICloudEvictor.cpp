@@ -4,9 +4,11 @@
 #include "CleanCore/CloudDrive/TreeCount.h"
 #include "CleanCore/FileSystem/FileManager.h"
 #include "CleanCore/Support/PathText.h"
+#include "CleanCore/Support/SaturatingSum.h"
 #include "CleanCore/Support/SharedWork.h"
 
 #include <algorithm>
+#include <iterator>
 #include <set>
 #include <system_error>
 #include <utility>
@@ -46,11 +48,45 @@ private:
     const std::optional<ICloudEvictor::Deadline> m_deadline;
 };
 
+template <typename Element>
+void append(std::vector<Element> from, std::vector<Element>& to)
+{
+    std::ranges::move(from, std::back_inserter(to));
+}
+
+constexpr auto byLocalBytes = [](const auto& a, const auto& b) {
+    return a.localBytes > b.localBytes;
+};
+
+void append(CloudReply reply, std::vector<CloudRefusal>& refused,
+            std::vector<CloudPending>& pending)
+{
+    append(std::move(reply.refused), refused);
+    append(std::move(reply.pending), pending);
+}
+
 } // namespace
 
 std::int64_t ICloudEvictor::EvictReport::appsStillBytes() const
 {
     return totalBytes(appsStillDownloaded);
+}
+
+void ICloudEvictor::EvictReport::add(EvictReport other)
+{
+    freedBytes = saturatingSum(freedBytes, other.freedBytes);
+    append(std::move(other.released), released);
+    append(std::move(other.appsStillDownloaded), appsStillDownloaded);
+    std::ranges::stable_sort(appsStillDownloaded, byLocalBytes);
+    append(std::move(other.blocked), blocked);
+    append(std::move(other.refused), refused);
+    renamed.merge(other.renamed);
+}
+
+void ICloudEvictor::FetchReport::add(FetchReport other)
+{
+    append(std::move(other.fetched), fetched);
+    append(std::move(other.refused), refused);
 }
 
 ICloudEvictor::ICloudEvictor(std::string container, std::shared_ptr<const FileManager> fileManager,
@@ -81,6 +117,9 @@ ICloudEvictor::MeasureResult ICloudEvictor::measureChild(const std::string& path
                                                          std::optional<Deadline> deadline,
                                                          const MeasureProgress& progress) const
 {
+    if (m_drive && m_drive->measuring() != CloudMeasuring::byAllocatedBytes) {
+        return m_drive->measure(m_container, std::span(&path, 1), deadline, {}).at(0);
+    }
     const auto isLate = [&] { return deadline && m_clock() > *deadline; };
     const std::optional<EntryAttributes> attributes = m_fileManager->attributes(path);
     if (!attributes || attributes->kind == EntryKind::symbolicLink) {
@@ -111,9 +150,12 @@ ICloudEvictor::MeasureResult ICloudEvictor::measureChild(const std::string& path
 }
 
 std::vector<ICloudEvictor::MeasureResult>
-ICloudEvictor::measureChildren(std::span<const std::string> paths,
-                               std::optional<Deadline> deadline) const
+ICloudEvictor::measureChildren(std::span<const std::string> paths, std::optional<Deadline> deadline,
+                               const std::stop_token& stop) const
 {
+    if (measuresTogether()) {
+        return m_drive->measure(m_container, paths, deadline, stop);
+    }
     if (m_pool && !paths.empty()) {
         const auto measuring = std::make_shared<Measuring>(m_pool, *this, paths, deadline);
         measuring->run(0);
@@ -126,6 +168,11 @@ ICloudEvictor::measureChildren(std::span<const std::string> paths,
     return results;
 }
 
+bool ICloudEvictor::measuresTogether() const
+{
+    return m_drive && m_drive->measuring() == CloudMeasuring::together;
+}
+
 std::vector<ICloudItem> ICloudEvictor::listLocalCopies() const
 {
     std::vector<ICloudItem> items;
@@ -134,9 +181,7 @@ std::vector<ICloudItem> ICloudEvictor::listLocalCopies() const
             items.push_back(std::move(result.item));
         }
     }
-    std::stable_sort(items.begin(), items.end(), [](const ICloudItem& a, const ICloudItem& b) {
-        return a.localBytes > b.localBytes;
-    });
+    std::ranges::stable_sort(items, byLocalBytes);
     return items;
 }
 
@@ -148,6 +193,8 @@ ICloudEvictor::EvictReport ICloudEvictor::evict(std::span<const ICloudItem> item
     const std::string root = m_fileManager->resolvingSymbolicLinks(m_container);
     const std::int64_t freeBefore = volumeFreeBytes();
     std::int64_t index = 0;
+    std::vector<CloudPending> pending;
+    const CloudWatch watch = {stop, nullptr};
     for (const ICloudItem& item : items) {
         if (stop.stop_requested()) {
             break;
@@ -160,13 +207,45 @@ ICloudEvictor::EvictReport ICloudEvictor::evict(std::span<const ICloudItem> item
             report.blocked.push_back(item.path);
             continue;
         }
-        for (CloudRefusal& refusal : m_drive->release(item.path)) {
-            report.refused.push_back(std::move(refusal));
-        }
+        append(m_drive->release(item.path, watch), report.refused, pending);
         report.released.push_back(item.path);
+    }
+    CloudReply rest = m_drive->await(pending, watch);
+    append(std::move(rest.refused), report.refused);
+    for (const std::string& path : report.released) {
+        if (const auto name = rest.renamed.find(path); name != rest.renamed.end()) {
+            report.renamed.insert(*name);
+        }
     }
     report.freedBytes = std::max<std::int64_t>(0, volumeFreeBytes() - freeBefore);
     report.appsStillDownloaded = stillDownloaded(items, report.released);
+    return report;
+}
+
+ICloudEvictor::FetchReport ICloudEvictor::fetch(std::span<const std::string> paths,
+                                                const FetchProgress& progress,
+                                                const std::stop_token& stop) const
+{
+    FetchReport report;
+    std::vector<CloudPending> pending;
+    std::int64_t index = 0;
+    const auto total = static_cast<std::int64_t>(paths.size());
+    const CloudWatch watch = {stop, [&](const CloudProgress& step) {
+                                  if (progress) {
+                                      progress(index, total, step);
+                                  }
+                              }};
+    for (const std::string& path : paths) {
+        if (stop.stop_requested()) {
+            break;
+        }
+        ++index;
+        watch.progress({path, 0, 0});
+        append(m_drive->fetch(path, watch), report.refused, pending);
+        report.fetched.push_back(path);
+    }
+    CloudReply rest = m_drive->await(pending, watch);
+    append(std::move(rest.refused), report.refused);
     return report;
 }
 
@@ -192,10 +271,7 @@ ICloudEvictor::stillDownloaded(std::span<const ICloudItem> items,
             }
         }
     }
-    std::stable_sort(apps.begin(), apps.end(),
-                     [](const ICloudAppBundle& a, const ICloudAppBundle& b) {
-                         return a.localBytes > b.localBytes;
-                     });
+    std::ranges::stable_sort(apps, byLocalBytes);
     return apps;
 }
 

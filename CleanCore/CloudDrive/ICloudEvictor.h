@@ -1,11 +1,13 @@
 #pragma once
 
 #include "CleanCore/CloudDrive/CloudRefusal.h"
+#include "CleanCore/CloudDrive/CloudRequests.h"
 #include "CleanCore/CloudDrive/ICloudItem.h"
 
 #include <chrono>
 #include <cstdint>
 #include <functional>
+#include <map>
 #include <memory>
 #include <optional>
 #include <span>
@@ -19,8 +21,9 @@ class CloudDrive;
 class FileManager;
 class TaskPool;
 
-/// Measures how much of the cloud drive is downloaded, and releases downloads: the files stay in
-/// the cloud, and here as placeholders that hold no bytes.
+/// Measures how much of one container of a cloud drive is downloaded, releases downloads and
+/// fetches them again: released files stay in the cloud, and here as placeholders that hold no
+/// bytes.
 ///
 /// An immutable value; every operation blocks and may be called from any thread and from several at
 /// once. Nothing throws or reports an error: unreadable entries count as nothing.
@@ -36,14 +39,7 @@ public:
     using EvictProgress =
         std::function<void(std::int64_t index, std::int64_t total, const std::string& path)>;
 
-    struct MeasureResult
-    {
-        ICloudItem item;
-        /// Whether the deadline came before the end; `item` then holds the counts until then.
-        bool timedOut = false;
-
-        [[nodiscard]] bool operator==(const MeasureResult&) const = default;
-    };
+    using MeasureResult = ICloudMeasure;
 
     struct EvictReport
     {
@@ -59,8 +55,28 @@ public:
         /// in the report.
         std::vector<CloudRefusal> refused;
 
+        /// The items that have another name since, by the one that they had.
+        std::map<std::string, std::string> renamed = {};
+
         [[nodiscard]] std::int64_t appsStillBytes() const;
+        /// Appends the report of another container.
+        void add(EvictReport other);
         [[nodiscard]] bool operator==(const EvictReport&) const = default;
+    };
+
+    /// The 1-based position of the entry that is being fetched, the number of entries, and how far
+    /// it is. Called on the thread that fetches.
+    using FetchProgress =
+        std::function<void(std::int64_t index, std::int64_t total, const CloudProgress& progress)>;
+
+    struct FetchReport
+    {
+        /// The entries that were asked for, refused ones included, in their order.
+        std::vector<std::string> fetched;
+        std::vector<CloudRefusal> refused;
+
+        void add(FetchReport other);
+        [[nodiscard]] bool operator==(const FetchReport&) const = default;
     };
 
     /// Does no work and checks nothing. With a pool, several entries are measured at once.
@@ -72,26 +88,39 @@ public:
     /// manager's order; empty when the container cannot be read.
     [[nodiscard]] std::vector<std::string> topLevelChildren() const;
 
-    /// Measures one entry. The clock is read before a folder is walked and every 256 files.
-    /// Progress comes every 2,000 files of a folder and once at its end.
+    /// Measures one entry. A drive that measures itself reports no progress. The clock is read
+    /// before a folder is walked and every 256 files. Progress comes every 2,000 files of a folder
+    /// and once at its end.
     [[nodiscard]] MeasureResult measureChild(const std::string& path,
                                              std::optional<Deadline> deadline = std::nullopt,
                                              const MeasureProgress& progress = nullptr) const;
 
     /// One result for each of `paths`, in their order, measured by all workers of the pool.
+    /// A stop request ends it where the drive measures itself.
     [[nodiscard]] std::vector<MeasureResult>
     measureChildren(std::span<const std::string> paths,
-                    std::optional<Deadline> deadline = std::nullopt) const;
+                    std::optional<Deadline> deadline = std::nullopt,
+                    const std::stop_token& stop = {}) const;
 
     /// Every entry of the container that holds at least one byte, largest first, those of equal
     /// size in listing order.
     [[nodiscard]] std::vector<ICloudItem> listLocalCopies() const;
 
-    /// Asks for the release of `items`, one after the other in their order. An item that, with
-    /// links resolved, lies outside the container is left alone. A stop request takes effect before
-    /// the next item; items that were not reached are in no list.
+    /// Whether the drive measures all its entries at once, so that asking for them one by one would
+    /// take much longer.
+    [[nodiscard]] bool measuresTogether() const;
+
+    /// Asks for the release of `items`, one after the other in their order, then waits for those
+    /// files that the drive releases later. An item that, with links resolved, lies outside the
+    /// container is left alone. A stop request takes effect before the next item, or earlier where
+    /// the drive can end one; items that were not reached are in no list.
     [[nodiscard]] EvictReport evict(std::span<const ICloudItem> items,
                                     const EvictProgress& progress = nullptr,
+                                    const std::stop_token& stop = {}) const;
+
+    /// Fetches the content of the entries at `paths`, and stops, like evict().
+    [[nodiscard]] FetchReport fetch(std::span<const std::string> paths,
+                                    const FetchProgress& progress = nullptr,
                                     const std::stop_token& stop = {}) const;
 
 private:

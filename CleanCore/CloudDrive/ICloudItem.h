@@ -47,6 +47,16 @@ struct ICloudItem
     [[nodiscard]] bool operator==(const ICloudItem&) const = default;
 };
 
+/// The result of measuring one entry.
+struct ICloudMeasure
+{
+    ICloudItem item;
+    /// Whether the deadline came before the end; `item` then holds the counts until then.
+    bool timedOut = false;
+
+    [[nodiscard]] bool operator==(const ICloudMeasure&) const = default;
+};
+
 /// The bytes of all these bundles together; the largest number where the sum exceeds it.
 [[nodiscard]] std::int64_t totalBytes(const std::vector<ICloudAppBundle>& apps);
 

@@ -40,6 +40,15 @@ ToolLocations openTools(const std::optional<std::string>& root, const HomeEnviro
     return ToolLocations::below(folder.native());
 }
 
+ToolLocations openCloudTools(const std::optional<std::string>& root, const HomeEnvironment& home)
+{
+    if (root != "/") {
+        return openTools(root, home);
+    }
+    requireOtherHome(home, "--tools");
+    return ToolLocations::ofSystem();
+}
+
 RulesCatalog openCatalog(const std::optional<std::string>& file)
 {
     try {

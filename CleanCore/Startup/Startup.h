@@ -22,6 +22,12 @@ void requireOtherHome(const HomeEnvironment& home, const std::string& option);
 [[nodiscard]] ToolLocations openTools(const std::optional<std::string>& root,
                                       const HomeEnvironment& home);
 
+/// The programs that work for cloud drives: those of openTools(), and in another home, if `root` is
+/// "/", the system's. For nothing else: an area's tool would empty the account's own stores, while
+/// a drive's program is pointed at a folder of this home.
+[[nodiscard]] ToolLocations openCloudTools(const std::optional<std::string>& root,
+                                           const HomeEnvironment& home);
+
 /// The catalog of `--catalog`, or the bundled one.
 [[nodiscard]] RulesCatalog openCatalog(const std::optional<std::string>& file);
 

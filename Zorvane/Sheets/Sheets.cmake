@@ -15,6 +15,7 @@ qt_target_qml_sources(ZorvaneWindow
     Sheets/NoticeBox.qml
     Sheets/ICloud/ProgressLine.qml
     Sheets/ICloud/ReleaseResult.qml
+    Sheets/ICloud/Reasons.qml
     Sheets/ReasonRow.qml
     Sheets/ReclaimCauses.qml
     Sheets/Report/ReportSheet.qml

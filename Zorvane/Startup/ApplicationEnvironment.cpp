@@ -3,6 +3,7 @@
 #include "CleanCore/CloudDrive/CloudDrive.h"
 #include "CleanCore/Commands/Running/SystemCommandRunner.h"
 #include "CleanCore/FileSystem/FileManager.h"
+#include "CleanCore/Startup/CloudDrives.h"
 #include "CleanCore/Startup/Startup.h"
 #include "CleanCore/Support/PathText.h"
 #include "Zorvane/Desktop/FileManagerReveal.h"
@@ -31,7 +32,11 @@ Environment makeEnvironment(const ApplicationOptions& options)
     if (options.mirror) {
         Startup::requireOtherHome(home, "--mirror");
     }
-    const CleanCore::ToolLocations tools = Startup::openTools(options.tools, home);
+    const CleanCore::ToolLocations cloudTools = Startup::openCloudTools(options.tools, home);
+    // The system's own root serves the cloud drives only.
+    const CleanCore::ToolLocations tools = options.tools == "/"
+                                               ? CleanCore::ToolLocations::none()
+                                               : Startup::openTools(options.tools, home);
     const auto load = [file = options.catalog, home] {
         CleanCore::RulesCatalog catalog = Startup::openCatalog(file);
         Startup::requireHarmless(catalog, file, home);
@@ -42,10 +47,10 @@ Environment makeEnvironment(const ApplicationOptions& options)
         [[maybe_unused]] const CleanCore::RulesCatalog catalog = load();
     }
     const QLocale locale = QLocale::system();
-    auto cloudDrive = home.cloudDrive(home.cloudContainer(), options.mirror);
+    auto cloudDrives = Startup::openCloudDrives(home, cloudTools, std::nullopt, options.mirror);
     return {
         .home = std::move(home),
-        .cloudDrive = std::move(cloudDrive),
+        .cloudDrives = std::move(cloudDrives),
         .tools = tools,
         .commandRunner =
             [](std::stop_token stop) {

@@ -25,6 +25,7 @@ AppState::AppState(Environment environment, QObject* parent)
       m_cloud(m_environment, m_queue), m_reclaim(m_environment, m_queue)
 {
     connect(&m_cloud, &CloudState::isEvictingChanged, this, &AppState::closeWhenReady);
+    connect(&m_cloud, &CloudState::isFetchingChanged, this, &AppState::closeWhenReady);
     if (m_environment.preferences.acceptedTermsVersion() != currentTermsVersion) {
         m_phase = Phase::termsAcceptance;
     }
@@ -121,7 +122,7 @@ void AppState::requestClose()
 
 void AppState::closeWhenReady()
 {
-    if (m_isClosing && !m_isCleaning && !m_cloud.isEvicting()) {
+    if (m_isClosing && !m_isCleaning && !m_cloud.isWorking()) {
         emit readyToClose();
     }
 }

@@ -1,12 +1,9 @@
 #include "Zorvane/State/CloudState.h"
 
-#include "CleanCore/FileSystem/FileManager.h"
 #include "CleanCore/Support/PathText.h"
 #include "CleanCore/Support/SaturatingSum.h"
-#include "CleanCore/Support/TaskPool.h"
 #include "Zorvane/State/MainThreadQueue.h"
 
-#include <QTimer>
 #include <algorithm>
 #include <functional>
 #include <iterator>
@@ -19,9 +16,6 @@ namespace {
 using CleanCore::ICloudAppBundle;
 using CleanCore::ICloudItem;
 using CleanCore::saturatingSum;
-
-constexpr std::chrono::seconds measuringLimit{90};
-constexpr std::size_t measuringThreads = 32;
 
 constexpr auto byLocalBytes = [](const auto& a, const auto& b) {
     return a.localBytes > b.localBytes;
@@ -40,10 +34,7 @@ std::int64_t sum(const Elements& elements, Figure figure)
 } // namespace
 
 CloudState::CloudState(const Environment& environment, std::shared_ptr<MainThreadQueue> queue)
-    : m_environment(environment),
-      m_icloudEvictor(environment.home.cloudContainer(), environment.home.fileManager,
-                      environment.cloudDrive, environment.home.pool, environment.steadyNow),
-      m_queue(std::move(queue))
+    : m_environment(environment), m_sections(environment), m_queue(std::move(queue))
 {
 }
 
@@ -80,6 +71,27 @@ const std::optional<CloudState::EvictReport>& CloudState::icloudEvictReport() co
 std::string CloudState::container() const
 {
     return m_environment.home.cloudContainer();
+}
+
+const CloudSection& CloudState::sectionOf(const std::string& path) const
+{
+    return m_sections.all()[m_sections.placeOf(path)];
+}
+
+const std::optional<CleanCore::CloudProgress>& CloudState::fetchProgress() const
+{
+    return m_fetchProgress;
+}
+
+const std::vector<CleanCore::CloudRefusal>& CloudState::fetchRefusals() const
+{
+    return m_fetchRefusals;
+}
+
+const std::string& CloudState::presentPath(const std::string& path) const
+{
+    const auto name = m_renamed.find(path);
+    return name == m_renamed.end() ? path : name->second;
 }
 
 std::int64_t CloudState::refusedFiles(const std::string& path) const
@@ -153,120 +165,14 @@ void CloudState::setICloudSelected(const std::string& path, bool isSelected)
 void CloudState::openICloud()
 {
     setShowICloud(true);
+    m_fetchRefusals.clear();
+    emit fetchProgressChanged();
     setReleaseReport(std::nullopt);
-}
-
-void CloudState::reloadICloud()
-{
-    m_icloudItems.emplace();
-    emit icloudItemsChanged();
-    m_icloudSelection.clear();
-    emit icloudSelectionChanged();
-    setReleaseReport(std::nullopt);
-    m_icloudReleasedPaths.clear();
-    emit icloudReleasedPathsChanged();
-    m_icloudBusyFolders.clear();
-    emit icloudBusyFoldersChanged();
-    m_icloudMeasured = {};
-    emit icloudMeasuredChanged();
-    m_icloudMeasureByChild.clear();
-    m_hasDrive = m_environment.home.fileManager->exists(container());
-    measureICloudChildren(m_icloudEvictor.topLevelChildren());
-}
-
-void CloudState::retryBusyICloudFolders()
-{
-    std::vector<std::string> folders = std::exchange(m_icloudBusyFolders, {});
-    emit icloudBusyFoldersChanged();
-    for (const std::string& folder : folders) {
-        m_icloudMeasureByChild.erase(folder);
-    }
-    measureICloudChildren(std::move(folders));
-}
-
-void CloudState::measureICloudChildren(std::vector<std::string> children)
-{
-    m_icloudPending += static_cast<std::int64_t>(children.size());
-    emit icloudPendingChanged();
-    // A folder that hangs may hold its thread for good. So measuring has threads that nothing else
-    // waits for, each batch its own, and the time of an entry runs from its own beginning.
-    const int batch = ++m_batch;
-    const auto pool = std::make_shared<CleanCore::TaskPool>(
-        static_cast<unsigned>(std::clamp<std::size_t>(children.size(), 1, measuringThreads)));
-    for (std::string& child : children) {
-        m_beingMeasured.emplace(batch, child);
-        pool->submit([this, pool, batch, evictor = m_icloudEvictor, queue = m_queue,
-                      clock = m_environment.steadyNow, path = std::move(child)] {
-            const auto deadline = clock() + measuringLimit;
-            const auto progress = [&](std::int64_t files, std::int64_t bytes) {
-                queue->post([this, path, files, bytes] {
-                    handleMeasureProgress(path, {files, bytes});
-                });
-            };
-            const auto result = evictor.measureChild(path, deadline, progress);
-            queue->post([this, batch, result] { handleMeasureResult(batch, result); });
-        });
-    }
-    auto* const timer = new QTimer(this);
-    timer->setSingleShot(true);
-    connect(timer, &QTimer::timeout, this, [this, batch, timer] {
-        giveUp(batch);
-        timer->deleteLater();
-    });
-    timer->start(m_environment.cloudPatience);
-}
-
-/// Calls those entries of a batch busy that hang where no deadline reaches them.
-void CloudState::giveUp(int batch)
-{
-    for (auto entry = m_beingMeasured.begin(); entry != m_beingMeasured.end();) {
-        if (entry->first != batch) {
-            ++entry;
-            continue;
-        }
-        addBusy(entry->second);
-        entry = m_beingMeasured.erase(entry);
-        --m_icloudPending;
-    }
-    emit icloudPendingChanged();
-}
-
-void CloudState::addBusy(const std::string& path)
-{
-    m_icloudBusyFolders.push_back(path);
-    emit icloudBusyFoldersChanged();
-}
-
-void CloudState::handleMeasureProgress(const std::string& path, MeasureProgress progress)
-{
-    m_icloudMeasureByChild[path] = progress;
-    m_icloudMeasured = {
-        sum(m_icloudMeasureByChild, [](const auto& child) { return child.second.files; }),
-        sum(m_icloudMeasureByChild, [](const auto& child) { return child.second.bytes; })};
-    emit icloudMeasuredChanged();
-}
-
-void CloudState::handleMeasureResult(int batch,
-                                     const CleanCore::ICloudEvictor::MeasureResult& result)
-{
-    if (m_beingMeasured.erase({batch, result.item.path}) == 0) {
-        // Given up by now.
-        return;
-    }
-    --m_icloudPending;
-    emit icloudPendingChanged();
-    if (result.timedOut) {
-        addBusy(result.item.path);
-    } else if (result.item.localBytes >= 1 && m_icloudItems) {
-        const auto place = std::ranges::upper_bound(*m_icloudItems, result.item, byLocalBytes);
-        m_icloudItems->insert(place, result.item);
-        emit icloudItemsChanged();
-    }
 }
 
 void CloudState::requestEvict()
 {
-    if (m_icloudSelection.empty() || m_isEvicting) {
+    if (m_icloudSelection.empty() || isWorking()) {
         return;
     }
     performEvict();
@@ -276,16 +182,64 @@ void CloudState::performEvict()
 {
     m_isEvicting = true;
     emit isEvictingChanged();
-    m_release = std::jthread([this, evictor = m_icloudEvictor, items = icloudSelectedItems(),
-                              queue = m_queue](const std::stop_token& stop) {
-        const auto progress = [&](std::int64_t index, std::int64_t total, const std::string& path) {
-            const EvictProgress step{index, total,
-                                     std::string(CleanCore::PathText::lastComponent(path))};
-            queue->post([this, step] { setReleaseProgress(step); });
-        };
-        const EvictReport report = evictor.evict(items, progress, stop);
+    const std::vector<ICloudItem> items = icloudSelectedItems();
+    m_work = std::jthread([this, queue = m_queue, total = static_cast<std::int64_t>(items.size()),
+                           parts = m_sections.divided(std::span(items), [](const auto& item) {
+                               return item.path;
+                           })](const std::stop_token& stop) {
+        EvictReport report;
+        std::int64_t before = 0;
+        for (const auto& part : parts) {
+            const auto progress = [&](std::int64_t index, std::int64_t, const std::string& path) {
+                const EvictProgress step{before + index, total,
+                                         std::string(CleanCore::PathText::lastComponent(path)),
+                                         part.first.drive};
+                queue->post([this, step] { setReleaseProgress(step); });
+            };
+            report.add(part.first.evictor.evict(part.second, progress, stop));
+            before += static_cast<std::int64_t>(part.second.size());
+        }
         queue->post([this, report] { finishRelease(report); });
     });
+}
+
+void CloudState::requestFetch(const std::string& path)
+{
+    if (isWorking() || !m_icloudReleasedPaths.contains(path)) {
+        return;
+    }
+    m_isFetching = true;
+    emit isFetchingChanged();
+    m_fetchRefusals.clear();
+    m_fetchProgress = CleanCore::CloudProgress{path, 0, 0};
+    emit fetchProgressChanged();
+    m_work = std::jthread([this, queue = m_queue, evictor = sectionOf(path).evictor,
+                           path](const std::stop_token& stop) {
+        const auto progress = [&](std::int64_t, std::int64_t,
+                                  const CleanCore::CloudProgress& step) {
+            queue->post([this, step] {
+                m_fetchProgress = step;
+                emit fetchProgressChanged();
+            });
+        };
+        const auto report = evictor.fetch(std::span(&path, 1), progress, stop);
+        queue->post([this, path, report] { finishFetch(path, report); });
+    });
+}
+
+void CloudState::finishFetch(const std::string& path,
+                             const CleanCore::ICloudEvictor::FetchReport& report)
+{
+    m_fetchProgress.reset();
+    m_fetchRefusals = report.refused;
+    emit fetchProgressChanged();
+    if (report.refused.empty()) {
+        m_renamed.erase(path);
+        m_icloudReleasedPaths.erase(path);
+        emit icloudReleasedPathsChanged();
+    }
+    m_isFetching = false;
+    emit isFetchingChanged();
 }
 
 void CloudState::setReleaseReport(std::optional<EvictReport> report)
@@ -304,6 +258,7 @@ void CloudState::finishRelease(const EvictReport& report)
 {
     setReleaseProgress(std::nullopt);
     setReleaseReport(report);
+    m_renamed.insert(report.renamed.begin(), report.renamed.end());
     std::ranges::copy_if(report.released,
                          std::inserter(m_icloudReleasedPaths, m_icloudReleasedPaths.end()),
                          [this](const std::string& path) { return refusedFiles(path) == 0; });

@@ -27,7 +27,9 @@ namespace Zorvane {
 struct Environment
 {
     CleanCore::HomeEnvironment home;
-    std::shared_ptr<const CleanCore::CloudDrive> cloudDrive;
+    /// The given drive, which lies in the home's own folder for it, and then the others; empty for
+    /// none.
+    std::vector<std::shared_ptr<const CleanCore::CloudDrive>> cloudDrives;
     CleanCore::ToolLocations tools = CleanCore::ToolLocations::none();
     /// Makes a runner whose children end when a stop is requested. Called on the main thread.
     std::function<std::shared_ptr<const CleanCore::CommandRunning>(std::stop_token)> commandRunner;

@@ -1,3 +1,6 @@
+#include "CleanCore/CloudDrive/GitAnnex/AnnexRecord.h"
+#include "CleanCore/CloudDrive/GitAnnex/GitConfig.h"
+#include "CleanCore/CloudDrive/SyncClient/ClientMessage.h"
 #include "CleanCore/Commands/CommandAreas.h"
 #include "CleanCore/Commands/Parsing/ToolText.h"
 
@@ -40,5 +43,11 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
             }
         }
     }
+    const auto record = CleanCore::parseAnnexRecord(data);
+    require(!record || (record->bytes >= 0 && record->arrived.value_or(0) >= 0));
+    static_cast<void>(CleanCore::parseGitConfig(data));
+    const CleanCore::ClientMessage message = CleanCore::parseClientMessage(data);
+    static_cast<void>(CleanCore::parseFileStatus(message.argument));
+    require(!CleanCore::isSpeakable(data) || data.find('\n') == std::string_view::npos);
     return 0;
 }

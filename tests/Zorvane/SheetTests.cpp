@@ -180,5 +180,26 @@ TEST(Lists, EveryRowIsReachedByTheKeyboard)
     }
 }
 
+TEST(Lists, FiveHundredEntriesAreTickedByTheKeyboard)
+{
+    MainWindow window;
+    std::string entries;
+    for (int entry = 0; entry < 500; ++entry) {
+        entries +=
+            "file " + std::to_string(1000 + entry) + ", " + std::to_string(900 - entry) + ";";
+    }
+    play(window, entries + "results; sheet; measured");
+    window.activate("Rescan");
+    window.key(Qt::Key_Tab);
+    for (const Qt::Key key : {Qt::Key_Space, Qt::Key_End, Qt::Key_Space, Qt::Key_Up, Qt::Key_Space,
+                              Qt::Key_Home, Qt::Key_Down, Qt::Key_Space}) {
+        window.key(key);
+    }
+    EXPECT_EQ(window.state().cloud()->icloudSelection(),
+              (std::set{inCloud("1000"), inCloud("1001"), inCloud("1498"), inCloud("1499")}));
+    window.key(Qt::Key_Tab);
+    EXPECT_EQ(window.focused(), "Close");
+}
+
 } // namespace
 } // namespace ZorvaneTests

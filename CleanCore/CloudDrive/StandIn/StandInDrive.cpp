@@ -7,6 +7,7 @@
 #include "CleanCore/FileSystem/LinkResolver.h"
 #include "CleanCore/Support/PathText.h"
 
+#include <sys/stat.h>
 #include <utility>
 
 namespace CleanCore {
@@ -40,6 +41,28 @@ StandInDrive::StandInDrive(std::optional<std::string> confinement, const std::st
     if (m_confinement) {
         m_confinement = resolveSymbolicLinks(*m_confinement);
     }
+}
+
+std::vector<CloudContainer> StandInDrive::containers(const std::stop_token& /*stop*/) const
+{
+    struct stat status = {};
+    const bool isThere = ::stat(m_container.c_str(), &status) == 0 && S_ISDIR(status.st_mode);
+    if (m_confinement && m_mirror && isThere) {
+        return {{m_container}};
+    }
+    return {{m_container, CloudFailure{!m_confinement ? CloudRefusalReason::accountHome
+                                       : !isThere     ? CloudRefusalReason::noContainer
+                                                      : CloudRefusalReason::noMirror}}};
+}
+
+CloudReply StandInDrive::release(const std::string& path, const CloudWatch& /*watch*/) const
+{
+    return {release(path)};
+}
+
+CloudReply StandInDrive::fetch(const std::string& path, const CloudWatch& /*watch*/) const
+{
+    return {fetch(path)};
 }
 
 std::vector<CloudRefusal> StandInDrive::release(const std::string& path) const

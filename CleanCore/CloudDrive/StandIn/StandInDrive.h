@@ -30,8 +30,19 @@ public:
     StandInDrive(std::optional<std::string> confinement, const std::string& container,
                  std::optional<std::string> mirror, std::int64_t stepBytes = defaultStepBytes);
 
-    [[nodiscard]] std::vector<CloudRefusal> release(const std::string& path) const override;
-    [[nodiscard]] std::vector<CloudRefusal> fetch(const std::string& path) const override;
+    [[nodiscard]] std::string name() const override { return "iCloud"; }
+    /// Always the one container, even where there is no such folder.
+    [[nodiscard]] std::vector<CloudContainer>
+    containers(const std::stop_token& stop) const override;
+    [[nodiscard]] bool keepsApplications() const override { return true; }
+    [[nodiscard]] CloudReply release(const std::string& path,
+                                     const CloudWatch& watch) const override;
+    [[nodiscard]] CloudReply fetch(const std::string& path, const CloudWatch& watch) const override;
+
+    /// The same requests, which nobody needs to watch: when they return, all is done. They return
+    /// the refusals.
+    [[nodiscard]] std::vector<CloudRefusal> release(const std::string& path) const;
+    [[nodiscard]] std::vector<CloudRefusal> fetch(const std::string& path) const;
 
 private:
     std::optional<std::string> m_confinement;

@@ -23,19 +23,10 @@ void require(int error, const std::string& what)
 class FileActions
 {
 public:
-    explicit FileActions(int output)
+    FileActions(int output, const ChildSettings& settings)
     {
         require(::posix_spawn_file_actions_init(&m_actions), "posix_spawn_file_actions_init");
-        int error = ::posix_spawn_file_actions_adddup2(&m_actions, output, STDOUT_FILENO);
-        if (error == 0) {
-            error = ::posix_spawn_file_actions_addopen(&m_actions, STDERR_FILENO, "/dev/null",
-                                                       O_WRONLY, 0);
-        }
-        // Close-on-exec covers only our own descriptors; libraries may have opened others.
-        if (error == 0) {
-            error = ::posix_spawn_file_actions_addclosefrom_np(&m_actions, STDERR_FILENO + 1);
-        }
-        if (error != 0) {
+        if (const int error = add(output, settings); error != 0) {
             ::posix_spawn_file_actions_destroy(&m_actions);
             require(error, "posix_spawn_file_actions");
         }
@@ -47,6 +38,32 @@ public:
     [[nodiscard]] const posix_spawn_file_actions_t* get() const { return &m_actions; }
 
 private:
+    /// Returns 0 or errno.
+    [[nodiscard]] int add(int output, const ChildSettings& settings)
+    {
+        int error = ::posix_spawn_file_actions_adddup2(&m_actions, output, STDOUT_FILENO);
+        if (error == 0) {
+            error = settings.errors < 0 ? addNull(STDERR_FILENO, O_WRONLY)
+                                        : ::posix_spawn_file_actions_adddup2(
+                                              &m_actions, settings.errors, STDERR_FILENO);
+        }
+        if (error == 0 && settings.isWithoutInput) {
+            error = addNull(STDIN_FILENO, O_RDONLY);
+        }
+        if (error == 0 && !settings.folder.empty()) {
+            error = ::posix_spawn_file_actions_addchdir_np(&m_actions, settings.folder.c_str());
+        }
+        // Close-on-exec covers only our own descriptors; libraries may have opened others.
+        return error == 0
+                   ? ::posix_spawn_file_actions_addclosefrom_np(&m_actions, STDERR_FILENO + 1)
+                   : error;
+    }
+
+    [[nodiscard]] int addNull(int descriptor, int flags)
+    {
+        return ::posix_spawn_file_actions_addopen(&m_actions, descriptor, "/dev/null", flags, 0);
+    }
+
     posix_spawn_file_actions_t m_actions = {};
 };
 
@@ -89,12 +106,15 @@ std::vector<char*> pointersTo(std::vector<std::string>& texts)
     return pointers;
 }
 
-std::vector<std::string> childEnvironment()
+std::vector<std::string> childEnvironment(const ChildSettings& settings)
 {
-    std::vector<std::string> variables = {"LC_ALL=C"};
+    std::vector<std::string> variables = {"LC_ALL=" + settings.locale};
     for (char** variable = environ; variable != nullptr && *variable != nullptr; ++variable) {
-        if (!std::string_view(*variable).starts_with("LC_ALL=")) {
-            variables.emplace_back(*variable);
+        const std::string_view text(*variable);
+        const bool isHidden =
+            !settings.hiddenVariables.empty() && text.starts_with(settings.hiddenVariables);
+        if (!text.starts_with("LC_ALL=") && !isHidden) {
+            variables.emplace_back(text);
         }
     }
     return variables;
@@ -103,7 +123,8 @@ std::vector<std::string> childEnvironment()
 } // namespace
 
 ChildProcess ChildProcess::start(const std::string& executable,
-                                 const std::vector<std::string>& arguments, int output)
+                                 const std::vector<std::string>& arguments, int output,
+                                 const ChildSettings& settings)
 {
     std::vector<std::string> words = {executable};
     words.insert(words.end(), arguments.begin(), arguments.end());
@@ -111,8 +132,8 @@ ChildProcess ChildProcess::start(const std::string& executable,
         // The kernel would cut the argument off there.
         require(word.find('\0') != std::string::npos ? EINVAL : 0, executable);
     }
-    std::vector<std::string> variables = childEnvironment();
-    const FileActions actions(output);
+    std::vector<std::string> variables = childEnvironment(settings);
+    const FileActions actions(output, settings);
     const OwnSession session;
     pid_t id = -1;
     require(::posix_spawn(&id, executable.c_str(), actions.get(), session.get(),
@@ -132,10 +153,20 @@ ChildProcess::~ChildProcess()
 
 void ChildProcess::kill() const
 {
+    sendSignal(SIGKILL);
+}
+
+void ChildProcess::interrupt() const
+{
+    sendSignal(SIGINT);
+}
+
+void ChildProcess::sendSignal(int number) const
+{
     siginfo_t info = {};
     // Where SIGCHLD is ignored, the child may be gone and its id reused.
     if (::waitid(P_PID, static_cast<id_t>(m_id), &info, WEXITED | WNOHANG | WNOWAIT) == 0) {
-        ::kill(-m_id, SIGKILL);
+        ::kill(-m_id, number);
     }
 }
 

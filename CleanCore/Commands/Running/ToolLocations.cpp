@@ -25,6 +25,8 @@ std::vector<std::string> systemPaths(Tool tool)
         return {"/usr/bin/flatpak"};
     case Tool::podman:
         return {"/usr/bin/podman"};
+    case Tool::gitAnnex:
+        return {"/usr/bin/git-annex"};
     }
     return {};
 }

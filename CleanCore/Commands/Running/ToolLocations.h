@@ -6,8 +6,9 @@
 
 namespace CleanCore {
 
-/// The external tools that measure and clean areas without a folder of their own.
-enum class Tool { tmutil, xcrun, brew, docker, flatpak, podman };
+/// The external tools that measure and clean areas without a folder of their own, and those that
+/// work for cloud drives.
+enum class Tool { tmutil, xcrun, brew, docker, flatpak, podman, gitAnnex };
 
 /// Where the external tools are: absolute paths, tried in order until a run of one succeeds. PATH
 /// is not searched, so no folder of anybody else can come first. An immutable value.

@@ -49,7 +49,10 @@ ResultsRow {
                 Label {
                     id: title
 
-                    text: qsTr("iCloud Drive")
+                    Layout.fillWidth: true
+                    Layout.maximumWidth: Math.ceil(implicitWidth)
+                    elide: Text.ElideRight
+                    text: card.icloud.driveTitle
                     font: Theme.textFont(14, Font.DemiBold)
                     Accessible.ignored: true
                 }
@@ -64,7 +67,7 @@ ResultsRow {
                 id: explanation
 
                 Layout.fillWidth: true
-                text: qsTr("Frees the space taken by iCloud files downloaded on this Mac. Nothing is deleted from the cloud.")
+                text: qsTr("Frees the space taken by %1 files downloaded on this Mac. Nothing is deleted from the cloud.").arg(card.icloud.driveNames)
                 font: Theme.textFont(12, Font.Normal)
                 color: Theme.textSecondary
                 Accessible.ignored: true

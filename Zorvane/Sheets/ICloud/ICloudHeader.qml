@@ -3,6 +3,9 @@ import Zorvane
 
 /// Explains the release of downloads.
 Column {
+    id: header
+
+    required property ICloudModel model
     property alias title: title.text
 
     spacing: Theme.spacingMedium
@@ -20,7 +23,7 @@ Column {
     CentredText {
         id: title
 
-        text: qsTr("Free up iCloud space")
+        text: qsTr("Free up %1 space").arg(header.model.driveNames)
         font: Theme.title
     }
 
@@ -28,7 +31,7 @@ Column {
         anchors.horizontalCenter: parent.horizontalCenter
         width: Math.min(parent.width, 460)
         horizontalAlignment: Text.AlignHCenter
-        text: qsTr("These files are already in iCloud. Freeing them removes only the download on this Mac — they come back when you open them (internet required).")
+        text: qsTr("These files are already in %1. Freeing them removes only the download on this Mac — %2").arg(header.model.driveNames).arg(header.model.returnText)
         color: Theme.textSecondary
     }
 }

@@ -14,24 +14,50 @@ KeyboardRow {
     required property var restText
     required property var filesText
     required property var sizeText
+    required property string drive
+    required property bool canFetch
+    /// The title of the folder that begins with this row; empty for none.
+    required property string section
 
+    readonly property real headingHeight: section === "" ? 0 : heading.implicitHeight
     readonly property bool isMeasured: !isBusy && !isReleased
+    readonly property bool hasControl: !isBusy && (isOffered || isReleased)
     readonly property bool canBeSelected: isMeasured && isOffered
 
     signal toggled
+    signal fetchRequested
 
-    implicitHeight: content.implicitHeight + 18
-    focusTarget: box
-    activeFocusOnTab: isTabStop && !canBeSelected
+    implicitHeight: headingHeight + content.implicitHeight + 18
+    focusTarget: isReleased ? fetchButton : box
+    activeFocusOnTab: isTabStop && !hasControl
+    onIsReleasedChanged: {
+        if (activeFocus)
+            Qt.callLater(row.takeKeyboard);
+    }
+
+    Label {
+        id: heading
+
+        visible: row.section !== ""
+        width: parent.width
+        topPadding: 4
+        bottomPadding: 6
+        text: row.section
+        font: Theme.captionMedium
+        color: Theme.textSecondary
+        elide: Text.ElideMiddle
+    }
 
     GlassSurface {
         anchors.fill: parent
+        anchors.topMargin: row.headingHeight
         cornerRadius: Theme.radiusSmall
         selected: row.isSelected
     }
 
     FocusRing {
-        shown: row.activeFocus && !row.canBeSelected
+        anchors.topMargin: row.headingHeight
+        shown: row.activeFocus && !row.hasControl
         gap: -2
         cornerRadius: Theme.radiusSmall
     }
@@ -43,6 +69,7 @@ KeyboardRow {
         anchors.right: parent.right
         anchors.margins: 12
         anchors.verticalCenter: parent.verticalCenter
+        anchors.verticalCenterOffset: row.headingHeight / 2
         spacing: 10
 
         SelectionBox {
@@ -78,7 +105,7 @@ KeyboardRow {
             Label {
                 visible: row.isBusy
                 Layout.fillWidth: true
-                text: qsTr("iCloud is busy with this folder")
+                text: qsTr("%1 is busy with this folder").arg(row.drive)
                 font: Theme.caption
                 color: Theme.warning
             }
@@ -111,6 +138,20 @@ KeyboardRow {
             visible: row.isMeasured
             text: row.sizeText ?? ""
             font: Theme.numberFont(13, Font.DemiBold)
+        }
+
+        SecondaryButton {
+            id: fetchButton
+
+            visible: row.isReleased
+            // It stays enabled, so that it keeps the keyboard while something is fetched.
+            opacity: row.canFetch ? 1 : 0.5
+            focusPolicy: row.controlFocusPolicy
+            text: qsTr("Fetch")
+            Accessible.name: qsTr("Fetch %1").arg(row.name)
+            small: true
+            cornerRadius: Theme.radiusCapsule
+            onClicked: row.fetchRequested()
         }
 
         Badge {

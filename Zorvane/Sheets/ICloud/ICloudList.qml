@@ -22,7 +22,7 @@ Item {
         height: Math.min(contentHeight, 220, Math.max(115, frame.maximumHeight))
         model: frame.model
         spacing: 6
-        Accessible.name: qsTr("iCloud Drive")
+        Accessible.name: frame.model.driveTitle
 
         T.ScrollBar.vertical: ThinScrollBar {
             parent: frame
@@ -33,6 +33,7 @@ Item {
         delegate: ICloudItemRow {
             width: list.width
             onToggled: frame.model.setSelected(index, !isSelected)
+            onFetchRequested: frame.model.fetch(index)
         }
     }
 }

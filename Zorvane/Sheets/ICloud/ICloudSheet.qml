@@ -48,15 +48,17 @@ Sheet {
             id: header
 
             width: parent.width
+            model: sheet.model
         }
 
         Expectations {
             visible: sheet.model.isMeasuring
             width: parent.width
+            model: sheet.model
         }
 
         SecondaryButton {
-            visible: !sheet.model.isMeasuring
+            visible: !sheet.model.isMeasuring && !sheet.cloud.isFetching
             anchors.horizontalCenter: parent.horizontalCenter
             text: qsTr("Rescan")
             symbol: "arrow.clockwise"
@@ -79,6 +81,13 @@ Sheet {
             text: sheet.model.freeingText
         }
 
+        ProgressLine {
+            visible: text !== ""
+            anchors.horizontalCenter: parent.horizontalCenter
+            width: Math.min(implicitWidth, 460)
+            text: sheet.model.fetchingText
+        }
+
         CentredText {
             visible: text !== ""
             topPadding: 30
@@ -94,6 +103,16 @@ Sheet {
             width: parent.width
             maximumHeight: panel.roomFor(list)
             model: sheet.model
+        }
+
+        Reasons {
+            width: parent.width
+            sentences: sheet.model.closedTexts
+        }
+
+        Reasons {
+            width: parent.width
+            sentences: sheet.model.fetchRefusals
         }
 
         NoticeBox {

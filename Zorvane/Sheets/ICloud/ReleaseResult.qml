@@ -23,24 +23,13 @@ GlassCard {
             symbolSize: 13
             title: evictResult.model.reportText
             titleFont: Theme.bodySemibold
-            detail: qsTr("Measured by this Mac's free space right now. iCloud keeps tidying the folder for a few minutes — the list updates when you measure again.")
+            detail: qsTr("Measured by this Mac's free space right now. %1 keeps tidying the folder for a few minutes — the list updates when you measure again.").arg(evictResult.model.driveNames)
             detailColor: Theme.textTertiary
         }
 
-        Repeater {
-            model: evictResult.model.refusals
-
-            SymbolText {
-                required property string modelData
-
-                width: parent?.width ?? 0
-                symbol: "exclamationmark.triangle"
-                symbolColor: Theme.warning
-                symbolSize: 13
-                text: modelData
-                font: Theme.caption
-                color: Theme.textSecondary
-            }
+        Reasons {
+            width: parent.width
+            sentences: evictResult.model.refusals
         }
     }
 }

@@ -1,13 +1,11 @@
 #include "Zorvane/State/Models/ICloudModel.h"
 
-#include "Words/CloudRefusalText.h"
 #include "Zorvane/Desktop/ByteCountFormatter.h"
 #include "Zorvane/Desktop/DisplayText.h"
 #include "Zorvane/State/CloudState.h"
 
 #include <algorithm>
 #include <cmath>
-#include <map>
 
 namespace Zorvane {
 
@@ -21,7 +19,7 @@ constexpr double shortRelease = 45;
 constexpr double secondsPerMinute = 60;
 constexpr std::size_t listedApps = 3;
 
-/// Whether the whole item is an application, which is never released.
+/// Whether the whole item is an application.
 bool isApp(const ICloudItem& item)
 {
     return item.apps.size() == 1 && item.apps.front().path == item.path;
@@ -36,7 +34,7 @@ std::vector<ICloudAppBundle> firstOf(std::vector<ICloudAppBundle> apps)
 } // namespace
 
 ICloudModel::ICloudModel(CloudState& cloud, const ByteCountFormatter& formatter)
-    : m_cloud(cloud), m_formatter(formatter)
+    : m_cloud(cloud), m_formatter(formatter), m_texts(cloud, formatter)
 {
     connect(&cloud, &CloudState::icloudItemsChanged, this, &ICloudModel::updateRows);
     connect(&cloud, &CloudState::icloudBusyFoldersChanged, this, &ICloudModel::updateRows);
@@ -45,9 +43,12 @@ ICloudModel::ICloudModel(CloudState& cloud, const ByteCountFormatter& formatter)
     for (const auto signal :
          {&CloudState::icloudPendingChanged, &CloudState::icloudMeasuredChanged,
           &CloudState::icloudEvictProgressChanged, &CloudState::icloudEvictReportChanged,
-          &CloudState::isEvictingChanged}) {
+          &CloudState::fetchProgressChanged}) {
         connect(&cloud, signal, this, &ICloudModel::changed);
     }
+    connect(&cloud, &CloudState::sectionsChanged, this, &ICloudModel::refreshRows);
+    connect(&cloud, &CloudState::isEvictingChanged, this, &ICloudModel::refreshRows);
+    connect(&cloud, &CloudState::isFetchingChanged, this, &ICloudModel::refreshRows);
     updateRows();
 }
 
@@ -100,9 +101,9 @@ QString ICloudModel::freeingText() const
         return {};
     }
     const CloudState::EvictProgress& progress = *m_cloud.icloudEvictProgress();
-    return tr("Freeing %1 of %2 — %3… iCloud is removing the downloads; large folders take a "
-              "while.")
-        .arg(count(progress.index), count(progress.total), displayText(progress.name));
+    return tr("Freeing %1 of %2 — %3… %4 is removing the downloads; large folders take a while.")
+        .arg(count(progress.index), count(progress.total), displayText(progress.name),
+             QString::fromStdString(progress.drive));
 }
 
 QString ICloudModel::emptyText() const
@@ -110,11 +111,12 @@ QString ICloudModel::emptyText() const
     if (!items().empty() || !m_cloud.icloudBusyFolders().empty() || isMeasuring()) {
         return {};
     }
-    return m_cloud.hasDrive() || !isMeasured()
-               ? tr("Nothing downloaded — your iCloud Drive is already optimized.")
-               : tr("No cloud drive was found. Zorvane works with a drive in %1, and so far only "
-                    "in a "
-                    "sample home, where a second folder stands for the cloud.")
+    return m_cloud.hasDrive() || m_cloud.sections().size() > 1 || !isMeasured()
+               ? tr("Nothing downloaded — your %1 is already optimized.").arg(m_texts.title())
+               : tr("No cloud drive was found. Zorvane works with the repositories of git-annex in "
+                    "your home, with folders of the desktop clients of Nextcloud, ownCloud and "
+                    "OpenCloud that run and have virtual files switched on, and, in a sample home, "
+                    "with a drive in %1, where a second folder stands for the cloud.")
                      .arg(displayText(m_cloud.container()));
 }
 
@@ -128,8 +130,8 @@ QString ICloudModel::busyText() const
         names.push_back(displayName(folder));
     }
     return tr("“%1” went past 90 seconds and measuring was stopped. This usually happens for a few "
-              "minutes after a release — iCloud is still tidying the folder. Try again in a bit.")
-        .arg(names.join(QStringLiteral(", ")));
+              "minutes after a release — %2 is still tidying the folder. Try again in a bit.")
+        .arg(names.join(QStringLiteral(", ")), m_texts.namesOf(m_cloud.icloudBusyFolders()));
 }
 
 QString ICloudModel::selectedText() const
@@ -144,12 +146,12 @@ bool ICloudModel::hasSelectedBytes() const
 
 bool ICloudModel::canRelease() const
 {
-    return hasSelectedBytes() && !m_cloud.isEvicting() && !isMeasuring();
+    return hasSelectedBytes() && !m_cloud.isWorking() && !isMeasuring();
 }
 
 bool ICloudModel::showsSelection() const
 {
-    return !hasReport() && !isMeasuring() && !m_cloud.isEvicting();
+    return !hasReport() && !isMeasuring() && !m_cloud.isWorking();
 }
 
 QString ICloudModel::beforeFreeingText() const
@@ -158,8 +160,12 @@ QString ICloudModel::beforeFreeingText() const
         return {};
     }
     const std::int64_t files = m_cloud.icloudSelectedFileCount();
-    return tr("iCloud will release %1 in %2 files — this usually takes %3.")
-        .arg(selectedText(), count(files), estimate(files));
+    std::vector<std::string> paths;
+    for (const ICloudItem& item : m_cloud.icloudSelectedItems()) {
+        paths.push_back(item.path);
+    }
+    return tr("%4 will release %1 in %2 files — this usually takes %3.")
+        .arg(selectedText(), count(files), estimate(files), m_texts.namesOf(paths));
 }
 
 bool ICloudModel::hasReport() const
@@ -177,30 +183,24 @@ QString ICloudModel::reportText() const
     if (!hasFreed()) {
         return tr("Nothing was released this time.");
     }
-    return tr("Freed %1 — your files stay in iCloud.")
-        .arg(bytes(m_cloud.icloudEvictReport()->freedBytes));
+    return tr("Freed %1 — your files stay in %2.")
+        .arg(bytes(m_cloud.icloudEvictReport()->freedBytes),
+             m_texts.namesOf(m_cloud.icloudEvictReport()->released));
 }
 
 QStringList ICloudModel::refusals() const
 {
-    std::map<std::string, std::vector<std::string>> pathsByReason;
-    if (hasReport()) {
-        for (const CleanCore::CloudRefusal& refusal : m_cloud.icloudEvictReport()->refused) {
-            pathsByReason[Words::refusalText(refusal.failure)].push_back(refusal.path);
-        }
-    }
-    QStringList sentences;
-    for (const auto& [reason, paths] : pathsByReason) {
-        const auto others = static_cast<std::int64_t>(paths.size()) - 1;
-        const QString name = displayName(paths.front());
-        // The name comes last, since it may contain "%1".
-        sentences.push_back(
-            (others == 0
-                 ? tr("%2: %1").arg(QString::fromStdString(reason))
-                 : tr("%3 and %1 more: %2").arg(count(others), QString::fromStdString(reason)))
-                .arg(name));
-    }
-    return sentences;
+    return hasReport() ? m_texts.reasons(m_cloud.icloudEvictReport()->refused) : QStringList();
+}
+
+QStringList ICloudModel::fetchRefusals() const
+{
+    return m_texts.reasons(m_cloud.fetchRefusals());
+}
+
+bool ICloudModel::showsGiven() const
+{
+    return m_cloud.hasDrive() || m_cloud.sections().size() == 1;
 }
 
 std::vector<ICloudAppBundle> ICloudModel::noticeApps() const
@@ -265,7 +265,16 @@ QVariant ICloudModel::value(std::size_t row, int role) const
     const bool isBusy = row >= m_itemCount;
     switch (role) {
     case NameRole:
-        return displayName(m_paths[row]);
+        return displayName(m_cloud.presentPath(m_paths[row]));
+    case DriveRole:
+        return QString::fromStdString(m_cloud.sectionOf(m_paths[row]).drive);
+    case SectionRole:
+        return row > 0 && &m_cloud.sectionOf(m_paths[row]) == &m_cloud.sectionOf(m_paths[row - 1])
+                   ? QString()
+                   : m_texts.folderTitle(m_paths[row]);
+    case CanFetchRole:
+        return !isBusy && m_cloud.icloudReleasedPaths().contains(m_paths[row]) &&
+               !m_cloud.isWorking();
     case IsBusyRole:
         return isBusy;
     case IsReleasedRole:
@@ -273,7 +282,7 @@ QVariant ICloudModel::value(std::size_t row, int role) const
     case IsSelectedRole:
         return !isBusy && m_cloud.icloudSelection().contains(m_paths[row]);
     case IsOfferedRole:
-        return !isBusy && !isApp(items()[row]);
+        return !isBusy && !isKept(items()[row]);
     default:
         return isBusy ? QVariant() : dataOfItem(items()[row], role);
     }
@@ -316,8 +325,20 @@ void ICloudModel::open()
 void ICloudModel::setSelected(int row, bool isSelected)
 {
     if (row >= 0 && static_cast<std::size_t>(row) < m_itemCount &&
-        !isApp(items()[static_cast<std::size_t>(row)])) {
+        !isKept(items()[static_cast<std::size_t>(row)])) {
         m_cloud.setICloudSelected(m_paths[static_cast<std::size_t>(row)], isSelected);
+    }
+}
+
+bool ICloudModel::isKept(const ICloudItem& item) const
+{
+    return isApp(item) && m_cloud.sectionOf(item.path).keepsApplications;
+}
+
+void ICloudModel::fetch(int row)
+{
+    if (row >= 0 && static_cast<std::size_t>(row) < m_itemCount) {
+        m_cloud.requestFetch(m_paths[static_cast<std::size_t>(row)]);
     }
 }
 
@@ -352,6 +373,7 @@ void ICloudModel::updateRows()
         m_paths.insert(m_paths.begin() + static_cast<std::ptrdiff_t>(place), pathAt(place));
         m_itemCount = items().size();
         endInsertRows();
+        emit dataChanged(index(0), index(rowCount() - 1), {SectionRole});
     } else {
         beginResetModel();
         m_paths.clear();
@@ -367,8 +389,9 @@ void ICloudModel::updateRows()
 void ICloudModel::refreshRows()
 {
     if (!m_paths.empty()) {
-        emit dataChanged(index(0), index(rowCount() - 1),
-                         {IsReleasedRole, IsSelectedRole, RestTextRole});
+        emit dataChanged(
+            index(0), index(rowCount() - 1),
+            {NameRole, IsReleasedRole, IsSelectedRole, CanFetchRole, RestTextRole, SectionRole});
     }
     emit changed();
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "CleanCore/CloudDrive/ICloudItem.h"
+#include "Zorvane/State/Models/CloudDriveTexts.h"
 #include "Zorvane/State/Models/RowModel.h"
 
 #include <QStringList>
@@ -41,6 +42,20 @@ class ICloudModel : public Zorvane::RowModel
     Q_PROPERTY(QString reportText READ reportText NOTIFY changed)
     /// Why files stayed, a sentence for each reason.
     Q_PROPERTY(QStringList refusals READ refusals NOTIFY changed)
+    /// The names of the drives found; the given one's when none is.
+    Q_PROPERTY(QString driveNames READ driveNames NOTIFY changed)
+    /// The same as a title.
+    Q_PROPERTY(QString driveTitle READ driveTitle NOTIFY changed)
+    /// How released files come back.
+    Q_PROPERTY(QString returnText READ returnText NOTIFY changed)
+    /// Whether what is true of the given drive only is told.
+    Q_PROPERTY(bool showsGiven READ showsGiven NOTIFY changed)
+    /// Empty unless something is being fetched.
+    Q_PROPERTY(QString fetchingText READ fetchingText NOTIFY changed)
+    /// Why files stayed in the cloud, a sentence for each reason.
+    Q_PROPERTY(QStringList fetchRefusals READ fetchRefusals NOTIFY changed)
+    /// The folders of drives in which nothing can be released, each with the reason.
+    Q_PROPERTY(QStringList closedTexts READ closedTexts NOTIFY changed)
     /// The applications that a release leaves: before it those of the selected entries, after it
     /// those still downloaded. The title is empty if there are none.
     Q_PROPERTY(QString appsTitle READ appsTitle NOTIFY changed)
@@ -62,6 +77,13 @@ public:
         /// May be empty.
         FilesTextRole,
         SizeTextRole,
+        /// The name of its drive.
+        DriveRole,
+        /// The title above the rows of its folder, of the first of them; empty while only the given
+        /// drive is there.
+        SectionRole,
+        /// Whether it was released and can be fetched now.
+        CanFetchRole,
     };
     Q_ENUM(Role)
 
@@ -82,6 +104,13 @@ public:
     [[nodiscard]] bool hasFreed() const;
     [[nodiscard]] QString reportText() const;
     [[nodiscard]] QStringList refusals() const;
+    [[nodiscard]] QString driveNames() const { return m_texts.names(); }
+    [[nodiscard]] QString driveTitle() const { return m_texts.title(); }
+    [[nodiscard]] QString returnText() const { return m_texts.howFilesReturn(); }
+    [[nodiscard]] bool showsGiven() const;
+    [[nodiscard]] QString fetchingText() const { return m_texts.fetching(); }
+    [[nodiscard]] QStringList fetchRefusals() const;
+    [[nodiscard]] QStringList closedTexts() const { return m_texts.closedFolders(); }
     [[nodiscard]] QString appsTitle() const;
     [[nodiscard]] QStringList appNames() const;
     [[nodiscard]] QStringList appSizes() const;
@@ -91,6 +120,8 @@ public:
     Q_INVOKABLE void open();
     /// Ticks the check box of a measured entry.
     Q_INVOKABLE void setSelected(int row, bool isSelected);
+    /// Fetches the content of a released entry.
+    Q_INVOKABLE void fetch(int row);
     /// Shows all applications of the notice, not only the listed ones, in the file manager.
     Q_INVOKABLE void revealApps();
 
@@ -105,6 +136,8 @@ private:
     [[nodiscard]] const std::vector<CleanCore::ICloudItem>& items() const;
     [[nodiscard]] std::vector<CleanCore::ICloudAppBundle> noticeApps() const;
     [[nodiscard]] bool showsSelection() const;
+    /// Whether the whole item is an application that is never released.
+    [[nodiscard]] bool isKept(const CleanCore::ICloudItem& item) const;
     [[nodiscard]] QString bytes(std::int64_t count) const;
     [[nodiscard]] QString count(std::int64_t number) const;
     [[nodiscard]] QString restText(const CleanCore::ICloudItem& item) const;
@@ -116,6 +149,7 @@ private:
 
     CloudState& m_cloud;
     const ByteCountFormatter& m_formatter;
+    const CloudDriveTexts m_texts;
     /// The paths of the rows that the views know.
     std::vector<std::string> m_paths;
     std::size_t m_itemCount = 0;

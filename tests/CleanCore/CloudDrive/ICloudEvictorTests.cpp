@@ -14,11 +14,13 @@ using testing::ElementsAre;
 
 struct RefusingDrive : CloudDrive
 {
-    std::vector<CloudRefusal> release(const std::string& path) const override
+    std::string name() const override { return {}; }
+    std::vector<CloudContainer> containers(const std::stop_token&) const override { return {}; }
+    CloudReply release(const std::string& path, const CloudWatch&) const override
     {
-        return {{path, {}}};
+        return {{{path, {}}}};
     }
-    std::vector<CloudRefusal> fetch(const std::string&) const override { return {}; }
+    CloudReply fetch(const std::string&, const CloudWatch&) const override { return {}; }
 };
 
 /// From the paths of folders, and of files as "path:bytes".

@@ -32,6 +32,7 @@ icloud measuring | cloud Photos, 4, 1G; cloud Design, 3200, 6250M; hold Photos; 
 icloud empty | results; sheet; measured
 icloud selected | drive; results; sheet; measured; tick Photos; tick Design
 icloud freed | drive; free 18448M; results; sheet; measured; tick Photos; tick Scans; release
+icloud drives | drive; other git-annex, Archive, 900M, Films, 4G; other Nextcloud, Work, 80M; other ownCloud, closed; results; sheet; measured; tick Photos; tickother git-annex/Archive; release; fetch git-annex/Archive
 icloud hostile-names | cloud hostile, 2, 6M, hostile.app=3M; results; sheet; measured; tick a
 shell menu | access; open; menu
 shell about | access; open; menu; about
@@ -105,6 +106,14 @@ void playStep(MainWindow& window, const Strings& step)
              waitUntil([&] { return state().cloud()->icloudPending() == left; });
          }},
         {"tick", [&] { state().cloud()->setICloudSelected(inCloud(argument), true); }},
+        {"tickother", [&] { state().cloud()->setICloudSelected(inHome(argument), true); }},
+        {"fetch",
+         [&] {
+             application.otherDrives[0]->refusals = {
+                 {inHome(argument), {CleanCore::CloudRefusalReason::programFailed}}};
+             state().cloud()->requestFetch(inHome(argument));
+             waitUntil([&] { return !state().cloud()->isFetching(); });
+         }},
         {"release",
          [&] {
              state().cloud()->requestEvict();

@@ -286,5 +286,59 @@ TEST(Models, TheCloudDriveIsMeasuredReleasedAndTried)
     EXPECT_TRUE(model.emptyText().startsWith(QStringLiteral("No cloud drive was found.")));
 }
 
+TEST(Models, EveryDriveHasItsNameItsSectionAndItsFetching)
+{
+    Opened app;
+    app.prepare("cloud Photos, 1, 9k; other git-annex, Old, 4k, Tool.app, 5k; "
+                "other Nextcloud, Work, 2k, Busy, 1k; other ownCloud, closed");
+    app.open();
+    Zorvane::ICloudModel& model = *app.models->icloud();
+    Zorvane::CloudState& cloud = *app.state->cloud();
+    EXPECT_EQ(model.driveTitle(), QStringLiteral("iCloud Drive"));
+    model.open();
+    waitUntil([&] { return !model.isMeasuring(); });
+    const Strings roles = {"section", "name", "sizeText", "drive", "isOffered", "canFetch"};
+    EXPECT_EQ(text(model, roles),
+              "iCloud Drive Photos 9 KB iCloud isOffered | "
+              "git-annex — /home/me/git-annex Tool.app 5 KB git-annex isOffered | "
+              "Old 4 KB git-annex isOffered | "
+              "Nextcloud — /home/me/Nextcloud Work 2 KB Nextcloud isOffered | "
+              "Busy 1 KB Nextcloud isOffered");
+    EXPECT_EQ(model.driveTitle(), QStringLiteral("iCloud Drive, git-annex, Nextcloud, ownCloud"));
+    EXPECT_EQ(model.closedTexts(),
+              QStringList(QStringLiteral("ownCloud: /home/me/ownCloud: virtual files are switched "
+                                         "off for this folder in its sync client")));
+    EXPECT_TRUE(model.returnText().contains(QStringLiteral("when you fetch them")));
+
+    model.setSelected(2, true);
+    model.setSelected(3, true);
+    EXPECT_TRUE(model.beforeFreeingText().startsWith(
+        QStringLiteral("git-annex, Nextcloud will release 6 KB in 2 files")));
+    SignalLog log;
+    log.note(&cloud, &Zorvane::CloudState::icloudEvictProgressChanged,
+             [&] { return model.freeingText().toStdString().substr(0, 47); });
+    cloud.requestEvict();
+    waitUntil([&] { return !cloud.isEvicting(); });
+    EXPECT_EQ(log.take(), "Freeing 1 of 2 — Old… git-annex is removing, "
+                          "Freeing 2 of 2 — Work… Nextcloud is removin, ");
+    EXPECT_EQ(app.otherDrives[0]->released, Strings{"/home/me/git-annex/Old"});
+    EXPECT_EQ(app.otherDrives[1]->released, Strings{"/home/me/Nextcloud/Work"});
+    EXPECT_EQ(text(model, {"canFetch"}), " |  | canFetch | canFetch | ");
+
+    // It is fetched in its place, and what stays in the cloud is told.
+    app.otherDrives[0]->refusals = {
+        {"/home/me/git-annex/Old/x", {CleanCore::CloudRefusalReason::programFailed, 0, "a\nb"}}};
+    for (const int row : {0, 2, 3, 9}) {
+        model.fetch(row);
+        EXPECT_EQ(!model.fetchingText().isEmpty(), cloud.isFetching());
+        waitUntil([&] { return !cloud.isFetching(); });
+        EXPECT_EQ(model.fetchRefusals().join(u' ').toStdString(),
+                  row == 2 ? "x: git-annex failed: a; b" : "");
+    }
+    EXPECT_EQ(text(model, {"canFetch"}), " |  | canFetch |  | ");
+    cloud.openICloud();
+    EXPECT_TRUE(model.fetchRefusals().isEmpty());
+}
+
 } // namespace
 } // namespace ZorvaneTests

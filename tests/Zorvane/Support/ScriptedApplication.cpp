@@ -89,7 +89,7 @@ Zorvane::Environment ScriptedApplication::environment()
     runner->whenCalled = [onTool = onTool](const auto& call) { onTool(call.front()); };
     return {
         .home = environment,
-        .cloudDrive = drive,
+        .cloudDrives = drives(),
         .tools = CleanCore::ToolLocations::ofSystem(),
         .commandRunner = [runner](const std::stop_token& /*stop*/)
             -> std::shared_ptr<const CleanCore::CommandRunning> { return runner; },
@@ -106,6 +106,13 @@ Zorvane::Environment ScriptedApplication::environment()
         .reveal = [this](const Strings& paths) { revealed.push_back(paths); },
         .openPermissionSettings = [] {},
     };
+}
+
+std::vector<std::shared_ptr<const CleanCore::CloudDrive>> ScriptedApplication::drives() const
+{
+    std::vector<std::shared_ptr<const CleanCore::CloudDrive>> drives = {drive};
+    drives.insert(drives.end(), otherDrives.begin(), otherDrives.end());
+    return drives;
 }
 
 void ScriptedApplication::prepare(const std::string& text)
@@ -156,6 +163,21 @@ void ScriptedApplication::prepare(const Strings& statement)
             for (const auto& [bundle, size] : sized()) {
                 tree.push_back({bundle, {EntryKind::folder, 0}});
                 tree.push_back({bundle + "/binary", {EntryKind::file, size}});
+            }
+        }
+    } else if (verb == "other") {
+        if (otherDrives.empty() || otherDrives.back()->title != first) {
+            otherDrives.push_back(std::make_shared<ScriptedDrive>());
+            otherDrives.back()->title = first;
+            otherDrives.back()->folder = inHome(first);
+        }
+        if (argument(2) == "closed") {
+            otherDrives.back()->closed = {CleanCore::CloudRefusalReason::noPlaceholders};
+        } else {
+            for (std::size_t i = 2; i + 1 < statement.size(); i += 2) {
+                disk->folders[inHome(first)].names.push_back(statement[i]);
+                disk->trees[inHome(first)].push_back(
+                    {statement[i], {EntryKind::file, bytes(statement[i + 1])}});
             }
         }
     } else if (verb == "file") {

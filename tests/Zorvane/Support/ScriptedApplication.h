@@ -78,15 +78,31 @@ public:
     /// To be read when no release is running.
     mutable Strings released;
 
-    [[nodiscard]] Refusals release(const std::string& path) const override
+    /// Its name and its folder.
+    std::string title = "iCloud";
+    std::string folder;
+    std::optional<CleanCore::CloudFailure> closed;
+
+    [[nodiscard]] std::string name() const override { return title; }
+    [[nodiscard]] std::vector<CleanCore::CloudContainer>
+    containers(const std::stop_token& /*stop*/) const override
+    {
+        return {{folder, closed}};
+    }
+    [[nodiscard]] bool fetchesWhenOpened() const override { return title == "iCloud"; }
+    [[nodiscard]] bool keepsApplications() const override { return title == "iCloud"; }
+    [[nodiscard]] CleanCore::CloudReply release(const std::string& path,
+                                                const CleanCore::CloudWatch&) const override
     {
         onRelease(path);
         released.push_back(path);
-        return refusals;
+        return {refusals};
     }
-    [[nodiscard]] Refusals fetch(const std::string& /*path*/) const override
+    [[nodiscard]] CleanCore::CloudReply fetch(const std::string& path,
+                                              const CleanCore::CloudWatch&) const override
     {
-        throw std::logic_error("the window fetches nothing");
+        released.push_back("fetched " + path);
+        return {refusals};
     }
 };
 
@@ -99,6 +115,8 @@ struct ScriptedApplication
     // What scans use is shared with them: they may outlive the test.
     std::shared_ptr<ScriptedDisk> disk = std::make_shared<ScriptedDisk>();
     std::shared_ptr<ScriptedDrive> drive = std::make_shared<ScriptedDrive>();
+    /// Further drives, which "drive" prepares.
+    std::vector<std::shared_ptr<ScriptedDrive>> otherDrives = {};
     /// The seconds that pass before each reading of the clock.
     std::shared_ptr<std::atomic<int>> clockStep = std::make_shared<std::atomic<int>>(0);
     /// For work to be held at.
@@ -113,6 +131,7 @@ struct ScriptedApplication
 
     [[nodiscard]] QString preferencesFile() const;
     [[nodiscard]] Zorvane::Environment environment();
+    [[nodiscard]] std::vector<std::shared_ptr<const CleanCore::CloudDrive>> drives() const;
 
     /// Sets up what statements() describe. Paths are in the home, sizes may have a unit, and the
     /// name "hostile" stands for several as nobody would choose them.
@@ -120,6 +139,9 @@ struct ScriptedApplication
     /// - unreadable ID: a rule whose base cannot be read
     /// - tool ID, safe|review: a rule of the tool that the script answers for
     /// - snapshots DATE…: which tmutil lists and deletes
+    /// - other DRIVE, NAME, SIZE…: another drive with its folder "DRIVE" and the files in it; a
+    /// size
+    ///   of "closed" closes the folder
     /// - cloud NAME, FILES, SIZE, BUNDLE=SIZE…: a folder of the cloud drive
     /// - file NAME, SIZE: a file at its top
     /// - access: to the home's files
