@@ -34,7 +34,9 @@ ReclaimCauseText reclaimCauseText(CleanCore::ReclaimCause cause)
 
 ReclaimCauseText unexplainedText()
 {
-    return {"Not explained", nullptr, "Other programs may have written to the disk meanwhile."};
+    return {"Not explained", nullptr,
+            "Other programs may have written to the disk meanwhile, or it was so full that the "
+            "reserve of the system fills up first."};
 }
 
 } // namespace Words

@@ -45,12 +45,12 @@ Clean::Outcome Clean::run(std::vector<CleaningSelection> selections, bool dryRun
         freeSpace = watchVolumes(ofFiles);
     }
     Outcome outcome;
-    outcome.chosen = reclaimOf(selections);
     const CleanEngine engine(m_home, m_fileManager, m_furtherProtected);
     outcome.report = engine.clean(ofFiles, dryRun, stop);
     if (!ofTools.empty()) {
         outcome.report = outcome.report.merging(m_toolAreas(ofTools, dryRun, stop));
     }
+    outcome.chosen = dryRun ? reclaimOf(selections, outcome.report) : reclaimOf(selections);
     outcome.removed = reclaimOfRemoved(selections, outcome.report);
     if (freeSpace) {
         outcome.growth = freeSpace->growth(outcome.removed);

@@ -11,26 +11,49 @@ namespace CleanCore {
 
 namespace {
 
-/// Adds up the items for which `isCounted(path)`, asked in the order of a clean.
-template <typename IsCounted>
-Reclaim sumOf(std::span<const CleaningSelection> selections, IsCounted isCounted)
+/// Calls `add(sum, selection, position)` for every item, in the order of a clean.
+template <typename Add>
+Reclaim sumOf(std::span<const CleaningSelection> selections, Add add)
 {
     ReclaimSum sum;
     for (const RuleKind kind : {RuleKind::fileSystem, RuleKind::command}) {
         for (const CleaningSelection& selection : selections) {
             for (std::size_t i = 0; selection.rule.kind == kind && i < selection.items.size();
                  ++i) {
-                const ScannedItem& item = selection.items[i];
-                if (isCounted(item.path)) {
-                    addToSum(sum, kind, selection.isShownOnly, item,
-                             i < selection.findings.size() ? selection.findings[i]
-                                                           : ReclaimFindings());
-                }
+                add(sum, selection, i);
             }
         }
     }
     return sum.result();
 }
+
+void addItem(ReclaimSum& sum, const CleaningSelection& selection, std::size_t i)
+{
+    addToSum(sum, selection.rule.kind, selection.isShownOnly, selection.items[i],
+             i < selection.findings.size() ? selection.findings[i] : ReclaimFindings());
+}
+
+/// Whether a report lists items as removed. It lists them in the order of a clean.
+class RemovedItems
+{
+public:
+    explicit RemovedItems(const CleaningReport& report)
+        : m_next(report.removed.begin()), m_end(report.removed.end())
+    {
+    }
+
+    /// To be asked in that order.
+    [[nodiscard]] bool contain(const std::string& path)
+    {
+        const bool isRemoved = m_next != m_end && m_next->path == path;
+        m_next += isRemoved ? 1 : 0;
+        return isRemoved;
+    }
+
+private:
+    std::vector<CleaningReport::RemovedItem>::const_iterator m_next;
+    std::vector<CleaningReport::RemovedItem>::const_iterator m_end;
+};
 
 } // namespace
 
@@ -73,18 +96,29 @@ void examine(std::span<CleaningSelection> selections, const ReclaimSurvey& surve
 
 Reclaim reclaimOf(std::span<const CleaningSelection> selections)
 {
-    return sumOf(selections, [](const std::string&) { return true; });
+    return sumOf(selections, addItem);
+}
+
+Reclaim reclaimOf(std::span<const CleaningSelection> selections, const CleaningReport& preview)
+{
+    RemovedItems removed(preview);
+    return sumOf(selections, [&](ReclaimSum& sum, const CleaningSelection& selection, auto i) {
+        if (removed.contain(selection.items[i].path) || selection.isShownOnly) {
+            addItem(sum, selection, i);
+        } else {
+            sum.addLeftInPlace(selection.items[i].sizeBytes);
+        }
+    });
 }
 
 Reclaim reclaimOfRemoved(std::span<const CleaningSelection> selections,
                          const CleaningReport& report)
 {
-    // A report lists what was removed in the order of the selections.
-    auto next = report.removed.begin();
-    return sumOf(selections, [&](const std::string& path) {
-        const bool isRemoved = next != report.removed.end() && next->path == path;
-        next += isRemoved ? 1 : 0;
-        return isRemoved;
+    RemovedItems removed(report);
+    return sumOf(selections, [&](ReclaimSum& sum, const CleaningSelection& selection, auto i) {
+        if (removed.contain(selection.items[i].path)) {
+            addItem(sum, selection, i);
+        }
     });
 }
 

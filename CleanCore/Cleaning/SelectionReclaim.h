@@ -31,6 +31,10 @@ void examine(std::span<CleaningSelection> selections, const ReclaimSurvey& surve
 /// How much free space the removal of all these items brings.
 [[nodiscard]] Reclaim reclaimOf(std::span<const CleaningSelection> selections);
 
+/// The same if what this preview of a clean skips stays in its place.
+[[nodiscard]] Reclaim reclaimOf(std::span<const CleaningSelection> selections,
+                                const CleaningReport& preview);
+
 /// The same for those of the items that a clean of these selections has removed.
 [[nodiscard]] Reclaim reclaimOfRemoved(std::span<const CleaningSelection> selections,
                                        const CleaningReport& report);

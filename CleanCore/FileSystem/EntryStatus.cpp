@@ -59,6 +59,7 @@ int readStatus(int directory, const char* name, EntryStatus& status)
     status.mode = raw.stx_mode;
     status.owner = raw.stx_uid;
     status.linkCount = raw.stx_nlink;
+    status.isFixed = (raw.stx_attributes & (STATX_ATTR_IMMUTABLE | STATX_ATTR_APPEND)) != 0;
     status.allocatedBytes = static_cast<std::int64_t>(raw.stx_blocks) * blockBytes;
     status.lengthBytes = static_cast<std::int64_t>(raw.stx_size);
     status.modifiedAt = timestampOf(raw.stx_mtime);

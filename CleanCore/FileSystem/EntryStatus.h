@@ -18,6 +18,9 @@ struct EntryStatus
     uid_t owner = 0;
     /// The number of the entry's names.
     std::uint32_t linkCount = 0;
+    /// Nobody may remove it, or write to it other than at its end, by an attribute of the file
+    /// system; see chattr(1).
+    bool isFixed = false;
     std::int64_t allocatedBytes = 0;
     std::int64_t lengthBytes = 0;
     Timestamp modifiedAt = distantPast;

@@ -1,16 +1,20 @@
 #include "CleanCore/Reclaim/LinuxVolumeFacts.h"
 
 #include "CleanCore/FileSystem/EntryStatus.h"
-#include "CleanCore/FileSystem/Lease.h"
 #include "CleanCore/Reclaim/Extents.h"
 #include "CleanCore/Reclaim/OpenPrograms.h"
 #include "CleanCore/Support/FileDescriptor.h"
 
+#include <algorithm>
 #include <cerrno>
+#include <csignal>
+#include <cstdlib>
 #include <cstring>
 #include <fcntl.h>
+#include <fstream>
 #include <linux/btrfs.h>
 #include <linux/magic.h>
+#include <string>
 #include <sys/ioctl.h>
 #include <sys/vfs.h>
 #include <unistd.h>
@@ -76,6 +80,36 @@ std::uint64_t idOfBtrfs(int folder, std::uint64_t otherwise)
     return id;
 }
 
+/// Adds the blocks that hold no data of the file: its attributes, the map of its extents, room
+/// reserved for writing to shared ones.
+void addOtherBlocks(int file, std::int64_t allocatedBytes, FileSpace& space)
+{
+    std::int64_t ofExtents = space.plainBytes;
+    for (const FileExtent& extent : space.extents) {
+        ofExtents += extent.length;
+    }
+    EntryStatus status;
+    // Reading the extents may have written data, which changes what the file occupies.
+    if (allocatedBytes != ofExtents && !space.hasInlineData && readStatus(file, "", status) == 0) {
+        space.plainBytes += std::max<std::int64_t>(0, status.allocatedBytes - ofExtents);
+    }
+}
+
+/// The inodes of files with leases, on any file system, from proc(5): "1: LEASE ACTIVE WRITE PID
+/// MAJOR:MINOR:INODE 0 EOF".
+std::set<std::uint64_t> leasedInodes()
+{
+    std::set<std::uint64_t> inodes;
+    std::ifstream locks("/proc/locks");
+    for (std::string line; std::getline(locks, line);) {
+        if (line.find(" LEASE ") != std::string::npos) {
+            const std::size_t colon = line.rfind(':');
+            inodes.insert(std::strtoull(line.c_str() + colon + 1, nullptr, 10));
+        }
+    }
+    return inodes;
+}
+
 } // namespace
 
 VolumeTraits LinuxVolumeFacts::traits(int folder) const
@@ -89,6 +123,10 @@ VolumeTraits LinuxVolumeFacts::traits(int folder) const
     VolumeTraits traits;
     traits.allocation = allocationOf(magic);
     traits.id = status.identity.device;
+    traits.blockBytes = traits.allocation == Allocation::exact && information.f_bsize > 0
+                            ? static_cast<std::int64_t>(information.f_bsize)
+                            : 1;
+    traits.leasedInodes = leasedInodes();
     // An overlay has the free space of the file system below it, and says so by its id.
     std::memcpy(&traits.spaceId, &information.f_fsid, sizeof(traits.spaceId));
     if (traits.spaceId == 0) {
@@ -107,11 +145,17 @@ VolumeTraits LinuxVolumeFacts::traits(int folder) const
     return traits;
 }
 
-void LinuxVolumeFacts::readSpace(int folder, const char* name, const VolumeTraits& traits,
-                                 const std::stop_token& stop, FileSpace& space) const
+void LinuxVolumeFacts::readSpace(int folder, const char* name, std::int64_t allocatedBytes,
+                                 const VolumeTraits& traits, const std::stop_token& stop,
+                                 FileSpace& space) const
 {
     space.extents.clear();
     space = {.extents = std::move(space.extents)};
+    if (traits.allocation == Allocation::untold) {
+        // Opening a file may fetch it from far away.
+        space.isTold = false;
+        return;
+    }
     const FileDescriptor file(
         ::openat(folder, name, O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
     if (!file.isOpen()) {
@@ -120,16 +164,20 @@ void LinuxVolumeFacts::readSpace(int folder, const char* name, const VolumeTrait
         space.isTold = space.isOpenElsewhere && traits.allocation == Allocation::exact;
         return;
     }
-    if (traits.allocation != Allocation::exact) {
-        space.isTold =
-            traits.allocation == Allocation::byExtents && readExtents(file.get(), stop, space);
+    if (traits.allocation == Allocation::byExtents) {
+        space.isTold = readExtents(file.get(), stop, space);
+        if (space.isTold && !traits.keepsExtentsWhole) {
+            addOtherBlocks(file.get(), allocatedBytes, space);
+        }
         if (space.isTold && space.plainBytes == 0 && space.extents.empty()) {
             // It does not matter who has a file open that gives nothing back.
             return;
         }
     }
-    const int error = takeLease(file.get(), F_WRLCK);
-    ::fcntl(file.get(), F_SETLEASE, F_UNLCK);
+    // Others that open the file meanwhile wait, and this process is told by a signal, whose default
+    // would end it; SIGURG is ignored by default. Closing the file gives the lease back.
+    ::fcntl(file.get(), F_SETSIG, SIGURG);
+    const int error = ::fcntl(file.get(), F_SETLEASE, F_WRLCK) == 0 ? 0 : errno;
     space.isOpenElsewhere = error == EAGAIN;
     space.isTold = space.isTold && (error == 0 || error == EAGAIN);
 }

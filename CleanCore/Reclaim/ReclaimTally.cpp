@@ -76,7 +76,9 @@ void ReclaimTally::add(int folder, const char* name, const EntryStatus& status, 
         return;
     }
     const VolumeTraits::Allocation allocation = m_totals.traits.allocation;
-    m_part.recordBytes += m_totals.traits.bytesOfRecord;
+    m_part.isMissed = m_part.isMissed || status.isFixed;
+    m_part.recordBytes += m_totals.traits.bytesOfRecord /
+                          (status.isFolder() ? 1 : std::max<std::int64_t>(1, status.linkCount));
     if (status.identity.kind == EntryKind::file && status.allocatedBytes > 0) {
         addFile(folder, name, status);
     } else if (allocation == VolumeTraits::Allocation::untold) {
@@ -95,10 +97,15 @@ void ReclaimTally::addFile(int folder, const char* name, const EntryStatus& stat
         ++m_part.details->linked[known->second].names;
         return;
     }
-    {
+    if (m_totals.traits.leasedInodes.contains(status.identity.inode)) {
+        m_space = FileSpace();
+        m_space.isTold = m_totals.traits.allocation == VolumeTraits::Allocation::exact;
+        m_space.isOpenElsewhere = true;
+    } else {
         auto& locks = m_totals.limits->fileLocks;
         const std::lock_guard lock(locks[status.identity.inode % locks.size()]);
-        m_totals.facts->readSpace(folder, name, m_totals.traits, m_totals.stop, m_space);
+        m_totals.facts->readSpace(folder, name, status.allocatedBytes, m_totals.traits,
+                                  m_totals.stop, m_space);
     }
     std::int64_t bytes = status.allocatedBytes;
     std::int64_t inlineBytes = 0;
@@ -109,6 +116,9 @@ void ReclaimTally::addFile(int folder, const char* name, const EntryStatus& stat
         // The allocated size may count data twice that was written over and not flushed.
         bytes = m_space.plainBytes;
         inlineBytes = m_space.hasInlineData ? status.allocatedBytes - bytes : 0;
+    } else {
+        inlineBytes = bytes % m_totals.traits.blockBytes;
+        bytes -= inlineBytes;
     }
     if (m_totals.traits.keepsExtentsWhole && m_space.replacedBytes > 0) {
         details().doubtful[position(ReclaimCause::unknown)] += m_space.replacedBytes;

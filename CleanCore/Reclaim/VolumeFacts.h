@@ -26,12 +26,17 @@ struct VolumeTraits
     std::uint64_t id = 0;
     /// The same for all folders that draw on the same free space.
     std::uint64_t spaceId = 0;
+    /// What is allocated is a multiple of this; a rest of an allocated size lies in the file
+    /// system's own records.
+    std::int64_t blockBytes = 1;
     /// What the file system may give back for each entry beside its blocks.
     std::int64_t bytesOfRecord = 0;
     /// Whether an extent stays whole until the last part of it that is used goes.
     bool keepsExtentsWhole = false;
     /// Whether it gives space back a moment after the removal.
     bool freesLate = false;
+    /// Files on which somebody holds a lease. Opening one would make the holder give it up.
+    std::set<std::uint64_t> leasedInodes = {};
 };
 
 /// A part of a file's data that is shared or compressed.
@@ -55,7 +60,7 @@ struct FileSpace
     bool isOpenElsewhere = false;
     /// Data that lies inside the file system's own records.
     bool hasInlineData = false;
-    /// Data that is neither shared nor compressed nor inline; only told by extents.
+    /// What is neither shared nor compressed nor inline; only told by extents.
     std::int64_t plainBytes = 0;
     /// Data that was written over or cut out in the middle of plain extents, which may still occupy
     /// its place if the file system keeps extents whole.
@@ -86,11 +91,13 @@ public:
     /// The traits of the file system that holds the open folder.
     [[nodiscard]] virtual VolumeTraits traits(int folder) const = 0;
 
-    /// Finds out about the regular file `name` in the open folder and puts it into `space`. The
+    /// Finds out about the regular file `name` in the open folder, which occupies
+    /// `allocatedBytes` by its attributes, and puts it into `space`. The
     /// caller sees to it that this process does not look at the same inode twice at the same time,
     /// which would count as open elsewhere. A stop request makes the answer untold.
-    virtual void readSpace(int folder, const char* name, const VolumeTraits& traits,
-                           const std::stop_token& stop, FileSpace& space) const = 0;
+    virtual void readSpace(int folder, const char* name, std::int64_t allocatedBytes,
+                           const VolumeTraits& traits, const std::stop_token& stop,
+                           FileSpace& space) const = 0;
 
     /// The names of other programs that have these files open, as far as they may be known.
     [[nodiscard]] virtual std::map<FileKey, std::set<std::string>>

@@ -8,6 +8,7 @@
 #include "tests/Support/TemporaryFolder.h"
 
 #include <algorithm>
+#include <csignal>
 #include <fcntl.h>
 #include <gtest/gtest.h>
 
@@ -31,8 +32,9 @@ public:
         traits.bytesOfRecord = bytesOfRecord;
         return traits;
     }
-    void readSpace(int /*folder*/, const char* name, const VolumeTraits& /*traits*/,
-                   const std::stop_token& /*stop*/, FileSpace& space) const override
+    void readSpace(int /*folder*/, const char* name, std::int64_t /*allocatedBytes*/,
+                   const VolumeTraits& /*traits*/, const std::stop_token& /*stop*/,
+                   FileSpace& space) const override
     {
         space = {};
         std::string_view kinds(name, std::string_view(name).find_first_of("0123456789,"));
@@ -160,6 +162,10 @@ TEST(ReclaimSurvey, FindsOutByItselfWhoHasAFileOpen)
     const auto facts = std::make_shared<LinuxVolumeFacts>();
     EXPECT_EQ(text(home.examine("a", facts)), "4-4");
     const FileDescriptor file(::open(home.path("a/open").c_str(), O_RDONLY | O_CLOEXEC));
+    EXPECT_EQ(text(home.examine("a", facts)), "2-4 openFiles:2");
+    // A lease is not broken: its holder would be sent a signal.
+    ASSERT_EQ(::fcntl(file.get(), F_SETSIG, SIGUSR1), 0);
+    ASSERT_EQ(::fcntl(file.get(), F_SETLEASE, F_WRLCK), 0);
     EXPECT_EQ(text(home.examine("a", facts)), "2-4 openFiles:2");
 }
 
