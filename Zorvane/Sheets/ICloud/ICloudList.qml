@@ -23,6 +23,11 @@ Item {
         model: frame.model
         spacing: 6
         Accessible.name: frame.model.driveTitle
+        // Rows that are measured later come before others; the keyboard enters at the top.
+        onCountChanged: {
+            if (!activeFocus)
+                currentIndex = 0;
+        }
 
         T.ScrollBar.vertical: ThinScrollBar {
             parent: frame

@@ -317,8 +317,12 @@ TEST(Models, EveryDriveHasItsNameItsSectionAndItsFetching)
     SignalLog log;
     log.note(&cloud, &Zorvane::CloudState::icloudEvictProgressChanged,
              [&] { return model.freeingText().toStdString().substr(0, 47); });
+    std::string told;
+    QObject::connect(&model, &QAbstractItemModel::dataChanged, &model,
+                     [&] { told = rowText(model, 2, {"canFetch"}); });
     cloud.requestEvict();
     waitUntil([&] { return !cloud.isEvicting(); });
+    EXPECT_EQ(told, "canFetch");
     EXPECT_EQ(log.take(), "Freeing 1 of 2 — Old… git-annex is removing, "
                           "Freeing 2 of 2 — Work… Nextcloud is removin, ");
     EXPECT_EQ(app.otherDrives[0]->released, Strings{"/home/me/git-annex/Old"});
