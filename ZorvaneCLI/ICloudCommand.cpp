@@ -276,12 +276,14 @@ ExitStatus runICloud(const ICloudOptions& options, const HomeEnvironment& enviro
     std::vector<ICloudEvictor> evictors;
     evictors.reserve(containers.size());
     for (const CloudContainer& container : containers) {
-        evictors.emplace_back(container.path, environment.fileManager, drive, environment.pool,
-                              [stop] {
-                                  // An interruption ends the measuring like a deadline.
-                                  return stop.stop_requested() ? ICloudEvictor::Deadline::max()
-                                                               : std::chrono::steady_clock::now();
-                              });
+        evictors.emplace_back(
+            container.path, environment.fileManager, drive, environment.pool,
+            [stop] {
+                // An interruption ends the measuring like a deadline.
+                return stop.stop_requested() ? ICloudEvictor::Deadline::max()
+                                             : std::chrono::steady_clock::now();
+            },
+            environment.volumeFacts);
     }
     return Run(options, environment, *drive, std::move(containers), std::move(evictors), stop)
         .run();

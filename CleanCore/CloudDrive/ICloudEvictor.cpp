@@ -3,6 +3,7 @@
 #include "CleanCore/CloudDrive/CloudDrive.h"
 #include "CleanCore/CloudDrive/TreeCount.h"
 #include "CleanCore/FileSystem/FileManager.h"
+#include "CleanCore/Reclaim/FreeSpaceWatch.h"
 #include "CleanCore/Support/PathText.h"
 #include "CleanCore/Support/SaturatingSum.h"
 #include "CleanCore/Support/SharedWork.h"
@@ -91,9 +92,11 @@ void ICloudEvictor::FetchReport::add(FetchReport other)
 
 ICloudEvictor::ICloudEvictor(std::string container, std::shared_ptr<const FileManager> fileManager,
                              std::shared_ptr<const CloudDrive> drive,
-                             std::shared_ptr<TaskPool> pool, Clock clock)
+                             std::shared_ptr<TaskPool> pool, Clock clock,
+                             std::shared_ptr<const VolumeFacts> facts)
     : m_container(std::move(container)), m_fileManager(std::move(fileManager)),
-      m_drive(std::move(drive)), m_pool(std::move(pool)), m_clock(std::move(clock))
+      m_drive(std::move(drive)), m_pool(std::move(pool)), m_clock(std::move(clock)),
+      m_facts(std::move(facts))
 {
 }
 
@@ -191,7 +194,8 @@ ICloudEvictor::EvictReport ICloudEvictor::evict(std::span<const ICloudItem> item
 {
     EvictReport report;
     const std::string root = m_fileManager->resolvingSymbolicLinks(m_container);
-    const std::int64_t freeBefore = volumeFreeBytes();
+    const FreeSpaceWatch freeSpace(m_fileManager, m_facts, m_pool, std::span(&m_container, 1));
+    Reclaim expected;
     std::int64_t index = 0;
     std::vector<CloudPending> pending;
     const CloudWatch watch = {stop, nullptr};
@@ -209,6 +213,7 @@ ICloudEvictor::EvictReport ICloudEvictor::evict(std::span<const ICloudItem> item
         }
         append(m_drive->release(item.path, watch), report.refused, pending);
         report.released.push_back(item.path);
+        expected.possibleBytes = saturatingSum(expected.possibleBytes, item.localBytes);
     }
     CloudReply rest = m_drive->await(pending, watch);
     append(std::move(rest.refused), report.refused);
@@ -217,7 +222,7 @@ ICloudEvictor::EvictReport ICloudEvictor::evict(std::span<const ICloudItem> item
             report.renamed.insert(*name);
         }
     }
-    report.freedBytes = std::max<std::int64_t>(0, volumeFreeBytes() - freeBefore);
+    report.freedBytes = freeSpace.growth(expected).bytes();
     report.appsStillDownloaded = stillDownloaded(items, report.released);
     return report;
 }
@@ -247,11 +252,6 @@ ICloudEvictor::FetchReport ICloudEvictor::fetch(std::span<const std::string> pat
     CloudReply rest = m_drive->await(pending, watch);
     append(std::move(rest.refused), report.refused);
     return report;
-}
-
-std::int64_t ICloudEvictor::volumeFreeBytes() const
-{
-    return m_fileManager->availableCapacity(m_container).value_or(0);
 }
 
 std::vector<ICloudAppBundle>

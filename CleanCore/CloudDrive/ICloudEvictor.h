@@ -20,6 +20,7 @@ namespace CleanCore {
 class CloudDrive;
 class FileManager;
 class TaskPool;
+class VolumeFacts;
 
 /// Measures how much of one container of a cloud drive is downloaded, releases downloads and
 /// fetches them again: released files stay in the cloud, and here as placeholders that hold no
@@ -79,10 +80,12 @@ public:
         [[nodiscard]] bool operator==(const FetchReport&) const = default;
     };
 
-    /// Does no work and checks nothing. With a pool, several entries are measured at once.
+    /// Does no work and checks nothing. With a pool, several entries are measured at once; with
+    /// `facts` as well, the free space is read once the file system has settled.
     ICloudEvictor(std::string container, std::shared_ptr<const FileManager> fileManager,
                   std::shared_ptr<const CloudDrive> drive, std::shared_ptr<TaskPool> pool = nullptr,
-                  Clock clock = std::chrono::steady_clock::now);
+                  Clock clock = std::chrono::steady_clock::now,
+                  std::shared_ptr<const VolumeFacts> facts = nullptr);
 
     /// The paths of the entries directly inside the container, without hidden ones, in the file
     /// manager's order; empty when the container cannot be read.
@@ -124,7 +127,6 @@ public:
                                     const std::stop_token& stop = {}) const;
 
 private:
-    [[nodiscard]] std::int64_t volumeFreeBytes() const;
     [[nodiscard]] std::vector<ICloudAppBundle>
     stillDownloaded(std::span<const ICloudItem> items, std::span<const std::string> released) const;
 
@@ -133,6 +135,7 @@ private:
     std::shared_ptr<const CloudDrive> m_drive;
     std::shared_ptr<TaskPool> m_pool;
     Clock m_clock;
+    std::shared_ptr<const VolumeFacts> m_facts;
 };
 
 } // namespace CleanCore

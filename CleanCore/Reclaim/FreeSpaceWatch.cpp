@@ -48,8 +48,8 @@ FreeSpaceWatch::FreeSpaceWatch(std::shared_ptr<const FileManager> fileManager,
     for (const std::string& folder : folders) {
         Volume volume;
         volume.folder = folder;
-        volume.descriptor =
-            std::make_shared<const FileDescriptor>(m_fileManager->openFolder(folder));
+        volume.descriptor = std::make_shared<const FileDescriptor>(
+            m_facts ? m_fileManager->openFolder(folder) : FileDescriptor());
         const bool isOpen = volume.descriptor->isOpen();
         if (isOpen) {
             volume.traits = m_facts->traits(volume.descriptor->get());

@@ -41,7 +41,8 @@ public:
         [[nodiscard]] std::int64_t bytes() const;
     };
 
-    /// Reads the free space now. Folders that lie on the same volume count once.
+    /// Reads the free space now. Without `facts` nothing is known about the volumes, and only that
+    /// of the first folder is read. Folders that lie on the same volume count once.
     FreeSpaceWatch(std::shared_ptr<const FileManager> fileManager,
                    std::shared_ptr<const VolumeFacts> facts, std::shared_ptr<TaskPool> pool,
                    std::span<const std::string> folders);

@@ -15,7 +15,8 @@ CloudSection makeSection(const Environment& environment,
                          CleanCore::CloudContainer container)
 {
     CleanCore::ICloudEvictor evictor(container.path, environment.home.fileManager, drive,
-                                     environment.home.pool, environment.steadyNow);
+                                     environment.home.pool, environment.steadyNow,
+                                     environment.home.volumeFacts);
     return {drive ? drive->name() : "iCloud", std::move(container),
             !drive || drive->fetchesWhenOpened(), drive && drive->keepsApplications(),
             std::move(evictor)};

@@ -141,6 +141,16 @@ class Reclaim(ProgramTest):
                     with self.subTest(volume=volume, case=name):
                         self.check(volume, folder, name, prepare, is_open)
 
+    def test_a_released_download_is_seen_in_the_free_space(self):
+        for volume, folder in self.volumes():
+            home = folder / "home"
+            entry = make(home / "Library/Mobile Documents/com~apple~CloudDocs/film")
+            make(home / "mirror/film", data=entry.read_bytes())
+            os.sync()
+            process = self.run_program("icloud", "release", entry, "--home", home, "--mirror",
+                                       home / "mirror", "--json")
+            self.assertGreater(json.loads(process.stdout)["freedBytes"], SIZE * 0.99, volume)
+
     def check(self, volume, folder, name, prepare, is_open):
         home = folder / "home"
         self.empty(folder)
