@@ -21,12 +21,12 @@ std::vector<CategoryResult> CommandScanEngine::scan(std::span<const CleaningRule
         if (!items && stop.stop_requested()) {
             break;
         }
-        results.push_back({.rule = rule,
-                           .items = items.value_or(std::vector<ScannedItem>()),
-                           .isClearedAsWhole = area != nullptr &&
-                                               area->clearing == CommandArea::Clearing::wholeArea,
-                           .isShownOnly = area != nullptr &&
-                                          area->clearing == CommandArea::Clearing::never});
+        results.push_back(
+            {.rule = rule,
+             .items = items.value_or(std::vector<ScannedItem>()),
+             .isClearedAsWhole =
+                 area != nullptr && area->clearing == CommandArea::Clearing::wholeArea,
+             .isShownOnly = area != nullptr && area->clearing == CommandArea::Clearing::never});
     }
     return results;
 }
