@@ -81,8 +81,7 @@ public:
             status = m_options.action == ICloudAction::release ? release(paths) : fetch(paths);
         }
         if (m_stop.stop_requested()) {
-            std::cerr << "zorvane-cli: interrupted; the current entry was finished, the others "
-                         "were left as they are\n";
+            std::cerr << "zorvane-cli: interrupted; what was not reached is as it was\n";
             return ExitStatus::interrupted;
         }
         return status;

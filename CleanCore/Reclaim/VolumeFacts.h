@@ -74,8 +74,8 @@ struct FileKey
     std::uint64_t device = 0;
     std::uint64_t inode = 0;
 
-    // NOLINTNEXTLINE(modernize-use-nullptr): clang-tidy 14 takes the comparison with 0 for a
-    // pointer
+    // clang-tidy 14 takes the comparison with 0 for one with a pointer.
+    // NOLINTNEXTLINE(modernize-use-nullptr)
     [[nodiscard]] auto operator<=>(const FileKey&) const = default;
 };
 

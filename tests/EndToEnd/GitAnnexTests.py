@@ -28,7 +28,8 @@ class GitAnnex(ProgramTest):
                                *annexes.entries[:5]], env=self.environment, cwd=self.world) as process:
             while annexes.here() == before:
                 self.assertIsNone(process.poll())
-            children = pathlib.Path(f"/proc/{process.pid}/task/{process.pid}/children").read_text()
+            children = "".join(path.read_text() for path in
+                               pathlib.Path(f"/proc/{process.pid}/task").glob("*/children"))
             process.kill()
             for child in children.split():
                 os.killpg(int(child), signal.SIGKILL)
@@ -85,5 +86,16 @@ class GitAnnex(ProgramTest):
             self.assertIn(f"leads out of the home in use: {setting}", process.stderr.decode())
             unset = ("--unset", setting) if old == "" else (setting, old)
             subprocess.run(["git", "config", "-f", annexes.src / ".git/config", *unset], check=True)
-        self.assertFalse((self.world / "ran").exists())
         self.assertEqual(annexes.here(), 2)
+        # What cannot be seen in its settings, the kernel refuses: content that lies outside, and
+        # what another repository names.
+        content = (annexes.src / "d0/f0").resolve()
+        hashed = content.parent.parent
+        hashed.rename(self.world / "outside")
+        hashed.symlink_to(self.world / "outside")
+        annexes.git(annexes.usb, "config", "annex.freezecontent-command",
+                    f"touch {self.world}/ran")
+        self.run_program("icloud", "release", "--tools", "/", "--drive", "git-annex", first)
+        self.assertTrue(content.exists())
+        self.run_program("icloud", "fetch", "--tools", "/", "--drive", "git-annex", first)
+        self.assertFalse((self.world / "ran").exists())

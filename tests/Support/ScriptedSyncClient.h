@@ -33,6 +33,8 @@ public:
 
     bool hasPlaceholders = true;
     bool isSilent = false;
+    /// Answers nothing and goes on talking of something else.
+    bool onlyTalks = false;
     /// Takes requests and does nothing.
     bool isIdle = false;
     bool keepsNames = false;
@@ -92,7 +94,9 @@ private:
     }
     void answer(int connection, const std::string& command, const std::string& argument)
     {
-        if (isSilent) {
+        while (onlyTalks && ::send(connection, "UPDATE_VIEW:/x\n", 15, MSG_NOSIGNAL) == 15) {
+        }
+        if (isSilent || onlyTalks) {
             return;
         }
         if (command == "VERSION") {

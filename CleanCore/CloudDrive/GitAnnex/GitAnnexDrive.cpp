@@ -5,11 +5,14 @@
 #include "CleanCore/CloudDrive/GitAnnex/AnnexRepository.h"
 #include "CleanCore/CloudDrive/GitAnnex/RepositorySearch.h"
 #include "CleanCore/Commands/Running/LineRun.h"
+#include "CleanCore/Commands/Running/WriteConfinement.h"
 #include "CleanCore/Support/PathText.h"
 
 #include <algorithm>
 #include <array>
+#include <cerrno>
 #include <string_view>
+#include <thread>
 #include <unistd.h>
 #include <utility>
 
@@ -80,6 +83,24 @@ LineRun GitAnnexDrive::commandIn(const std::string& container, std::vector<std::
     return {m_program, std::move(words), container, "GIT_"};
 }
 
+LineRunResult GitAnnexDrive::run(const LineRun& command,
+                                 const std::function<void(std::string_view)>& onLine,
+                                 const std::stop_token& stop,
+                                 std::optional<Deadline> deadline) const
+{
+    if (!m_place.isConfined) {
+        return runForLines(command, onLine, stop, deadline);
+    }
+    LineRunResult result = {LineRunEnd::failed, ENOTSUP, {}};
+    // The confinement cannot be taken off again, so it gets a thread of its own.
+    std::thread([&] {
+        if (confineWritesOfThread(m_place.home)) {
+            result = runForLines(command, onLine, stop, deadline);
+        }
+    }).join();
+    return result;
+}
+
 std::vector<ICloudMeasure> GitAnnexDrive::measure(const std::string& container,
                                                   std::span<const std::string> paths,
                                                   std::optional<Deadline> deadline,
@@ -96,7 +117,7 @@ std::vector<ICloudMeasure> GitAnnexDrive::measure(const std::string& container,
         words.insert(words.end(), safeSettings.begin(), safeSettings.end());
         words.emplace_back("--");
         words.insert(words.end(), names.begin(), names.end());
-        const auto result = runForLines(
+        const auto result = this->run(
             commandIn(container, std::move(words)),
             [&](std::string_view line) {
                 if (const auto record = parseAnnexRecord(line); record && !record->file.empty()) {
@@ -104,7 +125,7 @@ std::vector<ICloudMeasure> GitAnnexDrive::measure(const std::string& container,
                 }
             },
             stop, deadline);
-        return result.end == LineRunEnd::finished || result.end == LineRunEnd::failed;
+        return result.end == LineRunEnd::finished && result.status == 0;
     };
     const std::vector<std::string> exact = measuring.exactNames();
     bool isComplete = true;
@@ -160,8 +181,7 @@ CloudReply GitAnnexDrive::ask(Request request, const std::string& path,
                                             record->reason));
         }
     };
-    const LineRunResult result =
-        runForLines(commandIn(container, std::move(words)), onLine, watch.stop);
+    const LineRunResult result = run(commandIn(container, std::move(words)), onLine, watch.stop);
     if (result.end == LineRunEnd::stopped) {
         reply.refused.push_back(refusal(path, stopped));
     } else if (result.end == LineRunEnd::failed) {

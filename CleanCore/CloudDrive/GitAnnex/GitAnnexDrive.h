@@ -2,12 +2,17 @@
 
 #include "CleanCore/CloudDrive/CloudDrive.h"
 
+#include <functional>
+#include <optional>
+#include <stop_token>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace CleanCore {
 
 struct LineRun;
+struct LineRunResult;
 
 /// The files that git-annex keeps in repositories of the home: a released one stays there as a link
 /// or a pointer, and its content in other repositories.
@@ -52,6 +57,12 @@ private:
     [[nodiscard]] std::optional<CloudFailure> closed(const std::string& container) const;
     [[nodiscard]] CloudReply ask(Request request, const std::string& path,
                                  const CloudWatch& watch) const;
+    /// runForLines(); in a confined run the kernel keeps the program from changing anything outside
+    /// the home, and nothing runs where it cannot.
+    [[nodiscard]] LineRunResult run(const LineRun& command,
+                                    const std::function<void(std::string_view)>& onLine,
+                                    const std::stop_token& stop,
+                                    std::optional<Deadline> deadline = std::nullopt) const;
     [[nodiscard]] LineRun commandIn(const std::string& container,
                                     std::vector<std::string> words) const;
 

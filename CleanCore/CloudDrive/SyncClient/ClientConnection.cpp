@@ -9,6 +9,7 @@
 #include <sys/socket.h>
 #include <sys/un.h>
 #include <unistd.h>
+#include <utility>
 
 namespace CleanCore {
 
@@ -99,11 +100,14 @@ std::optional<ClientConnection::Fault> ClientConnection::send(std::string_view t
 std::optional<ClientMessage> ClientConnection::receive(Clock::time_point deadline)
 {
     while (true) {
-        if (const std::size_t end = m_received.find('\n'); end != std::string::npos) {
-            ClientMessage message = parseClientMessage(std::string_view(m_received).substr(0, end));
-            m_received.erase(0, end + 1);
-            return message;
+        if (const std::size_t end = m_received.find('\n', m_read); end != std::string::npos) {
+            const auto line = std::string_view(m_received).substr(m_read, end - m_read);
+            ClientMessage message = parseClientMessage(line);
+            m_read = end + 1;
+            m_fault = Fault::silent;
+            return Clock::now() < deadline ? std::optional(std::move(message)) : std::nullopt;
         }
+        m_received.erase(0, std::exchange(m_read, 0));
         if (const auto fault = waitFor(POLLIN, deadline)) {
             m_fault = *fault;
             return std::nullopt;

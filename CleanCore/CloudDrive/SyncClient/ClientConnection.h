@@ -51,6 +51,8 @@ private:
     std::stop_token m_stop;
     FileDescriptor m_socket;
     std::string m_received;
+    /// Up to where it was taken out.
+    std::size_t m_read = 0;
     Fault m_fault = Fault::silent;
 };
 

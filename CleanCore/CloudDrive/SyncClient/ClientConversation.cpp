@@ -33,9 +33,9 @@ std::chrono::steady_clock::time_point ClientConversation::limit() const
     return std::chrono::steady_clock::now() + m_limit;
 }
 
-std::optional<ClientMessage> ClientConversation::next()
+std::optional<ClientMessage> ClientConversation::next(ClientConnection::Clock::time_point deadline)
 {
-    auto message = m_connection.receive(limit());
+    auto message = m_connection.receive(deadline);
     if (message && message->command == "REGISTER_PATH") {
         m_folders.insert(std::string(PathText::withoutTrailingSlashes(message->argument)));
     } else if (message && message->command == "UNREGISTER_PATH") {
@@ -52,11 +52,12 @@ std::optional<CloudFailure> ClientConversation::connect(const std::string& folde
 
 std::optional<CloudFailure> ClientConversation::begin()
 {
+    const auto deadline = limit();
     // It is answered after the folders are named.
     if (const auto fault = m_connection.send("VERSION:\n", limit())) {
         return failureOf(*fault);
     }
-    while (const auto message = next()) {
+    while (const auto message = next(deadline)) {
         if (message->command == "VERSION") {
             return std::nullopt;
         }
@@ -66,12 +67,13 @@ std::optional<CloudFailure> ClientConversation::begin()
 
 std::optional<CloudFailure> ClientConversation::findObstacle(const std::string& folder)
 {
+    const auto deadline = limit();
     const std::string question = clientRequest("GET_MENU_ITEMS", std::span(&folder, 1));
     if (const auto fault = m_connection.send(question, limit())) {
         return failureOf(*fault);
     }
     bool hasPlaceholders = false;
-    while (const auto message = next()) {
+    while (const auto message = next(deadline)) {
         hasPlaceholders = hasPlaceholders || (message->command == "MENU_ITEM" &&
                                               offersPlaceholders(message->argument));
         if (message->command == "GET_MENU_ITEMS" && message->argument == "END") {
@@ -98,8 +100,9 @@ ClientConversation::statesOf(std::span<const std::string> paths)
         if (m_connection.send(questions, limit())) {
             return states;
         }
+        const auto deadline = limit();
         while (!open.empty()) {
-            const auto message = next();
+            const auto message = next(deadline);
             if (!message) {
                 return states;
             }

@@ -52,7 +52,8 @@ public:
     [[nodiscard]] bool listen(std::chrono::steady_clock::time_point deadline);
 
 private:
-    [[nodiscard]] std::optional<ClientMessage> next();
+    /// Messages that nobody asked for do not put the deadline off.
+    [[nodiscard]] std::optional<ClientMessage> next(ClientConnection::Clock::time_point deadline);
     [[nodiscard]] std::chrono::steady_clock::time_point limit() const;
 
     ClientConnection m_connection;

@@ -76,6 +76,9 @@ QString CloudDriveTexts::folderTitle(const std::string& path) const
 QString CloudDriveTexts::howFilesReturn() const
 {
     const auto shown = std::span(m_cloud.sections()).subspan(m_cloud.hasDrive() ? 0 : 1);
+    if (!shown.empty() && std::ranges::none_of(shown, &CloudSection::fetchesWhenOpened)) {
+        return tr("they come back when you fetch them.");
+    }
     return std::ranges::all_of(shown, &CloudSection::fetchesWhenOpened)
                ? tr("they come back when you open them (internet required).")
                : tr("they come back when you open them, or, with git-annex, when you fetch them.");

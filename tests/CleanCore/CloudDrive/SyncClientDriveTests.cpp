@@ -154,6 +154,7 @@ TEST_F(SyncClientDriveTests, RefusesWithTheReasonAndNeverWaitsForLong)
     for (const Row& kind :
          {Row{"off", "top 0 ", [](auto& c) { c.hasPlaceholders = false; }},
           Row{"silent", "top 4 ", [](auto& c) { c.isSilent = true; }},
+          Row{"talks", "top 4 ", [](auto& c) { c.onlyTalks = true; }},
           Row{"idle", "top 6 ", [](auto& c) { c.isIdle = true; }},
           Row{"dies first", "top 4 ", [](auto& c) { c.diesAt = "VERSION"; }},
           Row{"dies asked", "top 4 ", [](auto& c) { c.diesAt = "RETRIEVE_FILE_STATUS"; }},
